@@ -1,0 +1,3 @@
+#pragma once
+#include "PrecompiledCore.h"
+#include <QtWidgets>

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "app/ProgramFacts.h"
+#include "audio/AudioSystem.h"
+#include "database/Paths.h"
+#include "platform/EventLoop.h"
+#include "platform/Job.h"
+#include "platform/Prompter.h"
+#include "platform/SystemFacts.h"
+
+#include <QString>
+
+#include <functional>
+
+namespace kelvo {
+
+class SettingsStore;
+
+/// The size of the display in pixels.
+struct DisplayFacts {
+  int width = 0;
+  int height = 0;
+};
+
+/// What the splash finds out before the console opens: platform, display, sound devices, and the media and
+/// request files that the program brings along. Owned by the splash's owner; logic thread.
+class SplashChecks {
+ public:
+  struct Services {
+    EventLoop& loop;
+    Prompter& prompter;
+    AudioSystem& audio;
+    SettingsStore& settings;
+    ProgramFacts facts;
+    Paths paths;
+    QString programFolder;
+    DisplayFacts display;
+    PlatformFacts platform;
+  };
+
+  explicit SplashChecks(Services services) : services_(std::move(services)) {}
+
+  [[nodiscard]] Job<> Run();
+  /// Each line of the splash's status list.
+  std::function<void(const QString&)> OnStatus;
+
+  /// More than one sound output exists.
+  [[nodiscard]] bool PflEnabled() const { return pflEnabled_; }
+  /// There is no sound output at all: the program can't go on.
+  [[nodiscard]] bool AudioFailed() const { return audioFailed_; }
+
+ private:
+  [[nodiscard]] Job<> CheckDisplay();
+  [[nodiscard]] Job<> CheckAudio();
+  [[nodiscard]] Job<> PlaceSystemFiles();
+  void Say(const QString& line) const;
+
+  Services services_;
+  bool pflEnabled_ = false;
+  bool audioFailed_ = false;
+};
+
+/// Puts the media that come with the program where they belong and seeds the request files, each only where
+/// no file of that name is. Throws Failure. Blocks for the disk.
+void PlaceSystemMedia(const QString& programFolder, const QString& jinglesFolder);
+void SeedRequestFiles(const QString& programFolder);
+
+}  // namespace kelvo

@@ -1,0 +1,115 @@
+#include "app/windows/Program.h"
+
+#include "app/windows/SplashWindow.h"
+#include "audio/engine/NoDeviceBackend.h"
+#include "audio/engine/SdlBackend.h"
+#include "console/windows/ConsoleWindow.h"
+#include "platform/SystemFacts.h"
+
+#include <QApplication>
+#include <QScreen>
+
+namespace kelvo {
+namespace {
+
+std::unique_ptr<OutputBackend> MakeBackend() {
+  if (qEnvironmentVariableIsSet("KELVO_SILENT")) {
+    return std::make_unique<NoDeviceBackend>(QStringList{QStringLiteral("Silent Device")});
+  }
+  return std::make_unique<SdlBackend>();
+}
+
+}  // namespace
+
+Program::Program()
+    : programFolder_(ProgramFolder()),
+      settings_(loop_, SettingsStore::DefaultFilePath()),
+      prompter_([this] { return TopWindow(); }, facts_.title),
+      errorLog_(loop_, prompter_, programFolder_ + QStringLiteral("/kelvo.log")),
+      audio_(loop_, MakeBackend()) {}
+
+Program::~Program() {
+  // The windows look at the desk, the desk at everything else.
+  window_.reset();
+  console_.reset();
+  splash_.reset();
+  main_.Cancel();
+}
+
+QWidget* Program::TopWindow() const {
+  if (window_) return window_.get();
+  return splash_.get();
+}
+
+void Program::Start() {
+  main_ = Main();
+}
+
+Job<> Program::Main() {
+  // Whoever starts it gets control back first: an end before the event loop runs would be lost.
+  co_await loop_.Yield();
+  databaseCheck_ = std::make_unique<DatabaseCheck>(loop_, prompter_, settings_, facts_, programFolder_);
+  const std::optional<Paths> paths = co_await databaseCheck_->Run();
+  if (!paths) {
+    End();
+    co_return;
+  }
+  OpenSplash(*paths);
+}
+
+void Program::OpenSplash(const Paths& paths) {
+  paths_ = paths;
+  const QSize screen =
+      QGuiApplication::primaryScreen()->size() * QGuiApplication::primaryScreen()->devicePixelRatio();
+  checks_ = std::make_unique<SplashChecks>(SplashChecks::Services{loop_,
+                                                                  prompter_,
+                                                                  audio_,
+                                                                  settings_,
+                                                                  facts_,
+                                                                  paths_,
+                                                                  programFolder_,
+                                                                  {screen.width(), screen.height()},
+                                                                  ReadPlatformFacts()});
+  splash_ = std::make_unique<SplashWindow>(loop_, *checks_, facts_);
+  connect(splash_.get(), &SplashWindow::Closed, this,
+          [this] { loop_.Post([this] { main_ = AfterSplash(); }); });
+  const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+  QRect place(QPoint(), splash_->sizeHint());
+  place.moveCenter(room.center());
+  splash_->setGeometry(place);
+  splash_->show();
+}
+
+Job<> Program::AfterSplash() {
+  if (!checks_->AudioFailed()) {
+    OpenConsole();
+    co_return;
+  }
+  Prompt message;
+  message.text = QStringLiteral("A Critical Error Occured While Evaluating Audio Capabilities\r\n") +
+                 facts_.title + QStringLiteral(" Needs To Close Down !");
+  message.icon = PromptIcon::Critical;
+  co_await prompter_.Ask(message);
+  End();
+}
+
+void Program::OpenConsole() {
+  console_ =
+      std::make_unique<Console>(Console::Services{loop_, prompter_, audio_, settings_, catalogue_, paths_,
+                                                  facts_.title, facts_.AboutLine(), programFolder_, facts_.Version()});
+  console_->OnMustEnd = [this] { End(); };
+  window_ = std::make_unique<ConsoleWindow>(*console_);
+  connect(window_.get(), &ConsoleWindow::Closed, this, [this] { End(); });
+  window_->show();
+  window_->activateWindow();
+  splash_.reset();
+  checks_.reset();
+}
+
+void Program::End() {
+  Guarded(QStringLiteral(" ending"), [this] { settings_.Flush(); });
+  loop_.FinishFiles();
+  QCoreApplication::exit(0);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "app/DatabaseCheck.h"
+#include "app/ProgramFacts.h"
+#include "app/SplashChecks.h"
+#include "audio/AudioEngine.h"
+#include "console/Console.h"
+#include "database/Catalogue.h"
+#include "platform/ErrorLog.h"
+#include "platform/QtEventLoop.h"
+#include "platform/SettingsStore.h"
+#include "ui/MessageBoxPrompter.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace kelvo {
+
+class ConsoleWindow;
+class SplashWindow;
+
+/// The whole program: it owns what lives for the run and opens one step after the other: the database check,
+/// the splash, the console. Made by main, before Qt's event loop runs; GUI thread.
+class Program : public QObject {
+  Q_OBJECT
+ public:
+  Program();
+  ~Program() override;
+
+  /// Begins the start-up; the process ends through QCoreApplication::exit.
+  void Start();
+
+ private:
+  [[nodiscard]] Job<> Main();
+  [[nodiscard]] Job<> AfterSplash();
+  void OpenSplash(const Paths& paths);
+  void OpenConsole();
+  void End();
+  [[nodiscard]] QWidget* TopWindow() const;
+
+  ProgramFacts facts_;
+  QString programFolder_;
+  QtEventLoop loop_;
+  SettingsStore settings_;
+  MessageBoxPrompter prompter_;
+  ErrorLog errorLog_;
+  AudioEngine audio_;
+  Catalogue catalogue_;
+  Paths paths_;
+  std::unique_ptr<DatabaseCheck> databaseCheck_;
+  std::unique_ptr<SplashChecks> checks_;
+  std::unique_ptr<SplashWindow> splash_;
+  std::unique_ptr<Console> console_;
+  std::unique_ptr<ConsoleWindow> window_;
+  Job<> main_;
+};
+
+}  // namespace kelvo

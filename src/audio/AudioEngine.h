@@ -1,0 +1,74 @@
+#pragma once
+
+#include "audio/AudioSystem.h"
+#include "audio/engine/EnginePlayer.h"
+#include "audio/engine/Output.h"
+#include "audio/engine/OutputBackend.h"
+#include "audio/engine/ThreadYard.h"
+#include "platform/EventLoop.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace kelvo {
+
+/// The sound of the program. Owned by its entry; logic thread. With SdlBackend it plays on real devices, with
+/// NoDeviceBackend into nothing on time, and with SimulatedBackend it renders a simulated clock's frames.
+class AudioEngine : public AudioSystem {
+ public:
+  AudioEngine(EventLoop& loop, std::unique_ptr<OutputBackend> backend);
+  /// Closes the devices and waits for the threads.
+  ~AudioEngine() override;
+
+  [[nodiscard]] std::unique_ptr<MediaPlayer> MakePlayer(const QString& output = {}) override;
+  [[nodiscard]] QStringList OutputNames() const override { return backend_->Names(); }
+  [[nodiscard]] Job<> OutputsKnown() override;
+  [[nodiscard]] Job<double> DurationOf(QString path) override;
+  [[nodiscard]] OutputStatus DefaultOutputStatus() const override { return defaultStatus_; }
+
+  /// Stretches in which a playing voice of `output` (empty: the default one) had no data; 0 when nobody plays
+  /// there.
+  [[nodiscard]] std::uint64_t Underruns(const QString& output = {}) const;
+  /// How the output named `output` stands, while a player is on it; nothing otherwise.
+  [[nodiscard]] std::optional<OutputStatus> StatusOf(const QString& output) const;
+
+  // For its players:
+  [[nodiscard]] EventLoop& Loop() { return loop_; }
+  /// Does `work` on a thread of its own, or at once where there are none.
+  void OpenApart(std::function<void()> work);
+  /// Polls the players at the loop's next turn.
+  void PollSoon();
+  /// Takes over what is left of a player, until nothing of it sounds.
+  void Retire(EnginePlayer& player, std::shared_ptr<Output> output, std::shared_ptr<PlayerCore> core);
+
+ private:
+  struct Retired {
+    std::shared_ptr<Output> output;
+    std::shared_ptr<PlayerCore> core;
+    Nanoseconds deadline;
+    std::optional<std::uint64_t> mark;  ///< set once it is out of the mixer
+  };
+  struct FeederThread {
+    const PlayerCore* core;
+    std::stop_source stop;
+  };
+
+  void Tick();
+  void PollPlayers();
+  void FreeRetired();
+  [[nodiscard]] std::shared_ptr<Output> FindOutput(const QString& name) const;
+
+  EventLoop& loop_;
+  ThreadYard yard_;
+  std::unique_ptr<OutputBackend> backend_;
+  std::vector<std::shared_ptr<Output>> outputs_;  ///< the default one first
+  std::vector<EnginePlayer*> players_;
+  std::vector<FeederThread> feeders_;
+  std::vector<Retired> retired_;
+  OutputStatus defaultStatus_;
+  Timer tick_;
+  Timer soon_;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "audio/MediaPlayer.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+namespace kelvo {
+
+/// How an output stands.
+struct OutputStatus {
+  enum class Kind {
+    OnAir,          ///< its device plays
+    OnSilentClock,  ///< its device is gone: time goes on, nothing is heard
+    OnDefault,      ///< its device is gone, the default one has taken over
+  };
+  Kind kind = Kind::OnAir;
+  QString device;  ///< the name of the device that was asked for
+  bool operator==(const OutputStatus&) const = default;
+};
+
+/// Where players come from. Owned by the program's entry; outlives its players. Logic thread.
+class AudioSystem {
+ public:
+  virtual ~AudioSystem() = default;
+
+  /// A player on the output named `output`; empty is the default output. A named output is never replaced by
+  /// another device: without its device it is silent.
+  [[nodiscard]] virtual std::unique_ptr<MediaPlayer> MakePlayer(const QString& output = {}) = 0;
+
+  /// The names of the sound outputs, the default one first; empty when there is none. Refreshed as devices
+  /// come and go. Devices are looked for beside the logic, so right after the start the list is empty: see
+  /// OutputsKnown.
+  [[nodiscard]] virtual QStringList OutputNames() const = 0;
+  /// Ends when the outputs have been looked for once, or when that takes longer than anybody should wait.
+  [[nodiscard]] virtual Job<> OutputsKnown() { co_return; }
+
+  /// Seconds of sound in `path`, read off the logic's thread. Throws Failure when it is no sound file.
+  [[nodiscard]] virtual Job<double> DurationOf(QString path) = 0;
+
+  /// How the default output stands, and a call each time that changes. It starts on the silent clock and goes
+  /// on air when its device has been opened.
+  [[nodiscard]] virtual OutputStatus DefaultOutputStatus() const = 0;
+  std::function<void(const OutputStatus&)> OnDefaultOutputChanged;
+};
+
+}  // namespace kelvo

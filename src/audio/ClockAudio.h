@@ -1,0 +1,41 @@
+#pragma once
+
+#include "audio/AudioSystem.h"
+#include "platform/EventLoop.h"
+
+#include <QHash>
+
+namespace kelvo {
+
+/// Sound without sound: players whose positions run by the loop's clock alone, over files that are only a
+/// name and a length. Rehearses the desk's logic over days of simulated time. What goes wrong with files and
+/// devices is told to it. Owned by whoever rehearses; logic thread.
+class ClockAudio : public AudioSystem {
+ public:
+  explicit ClockAudio(EventLoop& loop) : loop_(loop) {}
+
+  /// Seconds of sound in the file at `path`; below 0 the file cannot be opened. Files not named have
+  /// `defaultDuration` when they exist on disk and cannot be opened otherwise.
+  void SetDuration(const QString& path, double seconds) { durations_[path] = seconds; }
+  double defaultDuration = 60;
+  /// How long an Open takes.
+  Nanoseconds openTime = std::chrono::milliseconds(20);
+
+  [[nodiscard]] std::unique_ptr<MediaPlayer> MakePlayer(const QString& output = {}) override;
+  [[nodiscard]] QStringList OutputNames() const override { return outputNames; }
+  [[nodiscard]] Job<double> DurationOf(QString path) override;
+  [[nodiscard]] OutputStatus DefaultOutputStatus() const override { return status_; }
+
+  QStringList outputNames{QStringLiteral("Main"), QStringLiteral("Headphones")};
+  void SetDefaultOutputStatus(const OutputStatus& status);
+
+ private:
+  friend class ClockPlayer;
+  [[nodiscard]] double SecondsOf(const QString& path) const;
+
+  EventLoop& loop_;
+  QHash<QString, double> durations_;
+  OutputStatus status_{OutputStatus::Kind::OnAir, QStringLiteral("Main")};
+};
+
+}  // namespace kelvo

@@ -1,0 +1,60 @@
+#include "audio/engine/Decoder.h"
+
+#include "audio/engine/Mpg123Decoder.h"
+#include "audio/engine/SndfileDecoder.h"
+#include "audio/engine/WaveHeader.h"
+#include "platform/ErrorLog.h"
+
+#include <array>
+#include <cmath>
+
+namespace kelvo {
+
+namespace {
+
+/// Room above full scale for masters that overshoot; what is beyond is no music.
+constexpr float kLimit = 4.0F;
+
+std::unique_ptr<Decoder> Choose(std::unique_ptr<SoundFile> file) {
+  const auto wave = ReadWaveHeader(*file);
+  file->Seek(0, SEEK_SET);
+  if (!wave) return std::make_unique<Mpg123Decoder>(std::move(file));
+  if (wave->format == WaveHeader::kMpeg || wave->format == WaveHeader::kMpegLayer3) {
+    const std::int64_t size = wave->Unfinished() ? file->Size() : wave->dataSize;
+    file->LimitTo(wave->dataOffset, size);
+    return std::make_unique<Mpg123Decoder>(std::move(file));
+  }
+  return std::make_unique<SndfileDecoder>(std::move(file), *wave);
+}
+
+}  // namespace
+
+std::size_t Decoder::Read(std::span<float> target) {
+  const std::size_t wanted = target.size() / kChannels;
+  std::size_t done = 0;
+  while (done < wanted) {
+    const std::size_t got = ReadSome(target.subspan(done * kChannels));
+    if (got == 0) break;
+    done += got;
+  }
+  for (float& sample : target.first(done * kChannels)) {
+    if (!(std::abs(sample) <= kLimit)) sample = std::isnan(sample) ? 0.0F : std::copysign(kLimit, sample);
+  }
+  return done;
+}
+
+std::unique_ptr<Decoder> OpenDecoder(const QString& path, CancelFlag cancelled) {
+  auto file = std::make_unique<SoundFile>(path, std::move(cancelled));
+  SoundFile& opened = *file;
+  auto decoder = Choose(std::move(file));
+  const bool rateIsSane = decoder->Rate() >= 1000 && decoder->Rate() <= 768000;
+  std::array<float, kChannels * 64> first{};
+  if (!rateIsSane || decoder->Frames() <= 0 || decoder->Read(first) == 0) {
+    throw Failure(QStringLiteral("%1 holds no sound that can be played.").arg(path), 0, path);
+  }
+  decoder->Seek(0);
+  opened.ForgetCancel();
+  return decoder;
+}
+
+}  // namespace kelvo

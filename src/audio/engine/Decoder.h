@@ -1,0 +1,41 @@
+#pragma once
+
+#include "audio/engine/SoundBlock.h"
+#include "audio/engine/SoundFile.h"
+
+#include <QString>
+
+#include <memory>
+#include <span>
+
+namespace kelvo {
+
+/// Turns a file into stereo float samples at the file's own rate. Owned by a feeder; one thread at a time.
+/// Mono comes on both sides; of more than two channels the first two are taken.
+class Decoder {
+ public:
+  virtual ~Decoder() = default;
+
+  [[nodiscard]] int Rate() const { return rate_; }
+  /// The true length in frames.
+  [[nodiscard]] FrameIndex Frames() const { return frames_; }
+
+  /// Fills `target` (interleaved stereo) and returns the frames filled. Fewer than asked for is the end, be
+  /// it the file's or that of what could be read of a damaged one. The samples are finite and within +-4.
+  [[nodiscard]] std::size_t Read(std::span<float> target);
+  /// The next Read starts at `frame`, to the sample.
+  virtual void Seek(FrameIndex frame) = 0;
+
+ protected:
+  [[nodiscard]] virtual std::size_t ReadSome(std::span<float> target) = 0;
+
+  int rate_ = 0;
+  FrameIndex frames_ = 0;
+};
+
+/// Opens `path` with the decoder that its content asks for, whatever its name, and makes sure that some sound
+/// comes out of it. Throws Failure with one sentence that names the file and the cause. It reads MPEG files
+/// whole; off the logic's thread.
+[[nodiscard]] std::unique_ptr<Decoder> OpenDecoder(const QString& path, CancelFlag cancelled = {});
+
+}  // namespace kelvo

@@ -1,0 +1,170 @@
+#include "audio/engine/EnginePlayer.h"
+
+#include "audio/AudioEngine.h"
+#include "audio/engine/Levels.h"
+#include "platform/ErrorLog.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kelvo {
+
+/// A file on its way. Shared by the job that waits, the player and the thread that opens.
+struct EnginePlayer::OpenRequest {
+  std::shared_ptr<std::atomic<bool>> cancelled = std::make_shared<std::atomic<bool>>(false);
+  std::atomic<bool> done{false};
+  // Written by the thread before `done`:
+  std::unique_ptr<EngineSource> source;
+  QString error;
+
+  OneShot<OpenResult::Kind> verdict;
+
+  void Work(const QString& path) {
+    try {
+      source = std::make_unique<EngineSource>(OpenDecoder(path, cancelled));
+    } catch (const std::exception& failure) {
+      error = QString::fromUtf8(failure.what());
+    }
+    done.store(true, std::memory_order_release);
+  }
+};
+
+EnginePlayer::EnginePlayer(AudioEngine& engine, std::shared_ptr<Output> output,
+                           std::shared_ptr<PlayerCore> core)
+    : engine_(engine), output_(std::move(output)), core_(std::move(core)) {
+  ApplyGains();
+  core_->voice.Want(generation_, false);
+}
+
+EnginePlayer::~EnginePlayer() {
+  Supersede();
+  core_->voice.Want(generation_, false);
+  engine_.Retire(*this, std::move(output_), std::move(core_));
+}
+
+void EnginePlayer::Supersede() {
+  if (!opening_) return;
+  opening_->cancelled->store(true, std::memory_order_relaxed);
+  // From the loop: whoever waits must not run inside the call that overtook it.
+  engine_.Loop().Post(
+      [request = std::move(opening_)] { request->verdict.Set(OpenResult::Kind::Superseded); });
+  opening_ = nullptr;
+}
+
+Job<OpenResult> EnginePlayer::Open(QString path) {
+  Supersede();
+  const auto request = std::make_shared<OpenRequest>();
+  opening_ = request;
+  struct CancelAtEnd {
+    std::shared_ptr<std::atomic<bool>> flag;
+    ~CancelAtEnd() { flag->store(true, std::memory_order_relaxed); }
+  };
+  const CancelAtEnd whenDropped{request->cancelled};
+  engine_.OpenApart([request, path] { request->Work(path); });
+
+  OpenResult result;
+  result.kind = co_await request->verdict.Wait();
+  // Overtaken may mean that the player is gone: nothing of it may be touched then.
+  if (result.kind == OpenResult::Kind::Superseded) co_return result;
+  result.error = request->error;
+  if (result.Ok()) Install(path, std::move(request->source));
+  co_return result;
+}
+
+void EnginePlayer::Install(const QString& path, std::unique_ptr<EngineSource> source) {
+  file_ = path;
+  duration_ = source->Seconds();
+  state_ = PlayState::Stopped;
+  GoTo(0, std::move(source));
+}
+
+void EnginePlayer::Close() {
+  Supersede();
+  file_.clear();
+  duration_ = 0;
+  state_ = PlayState::Stopped;
+  ++generation_;
+  target_ = 0;
+  endDelivered_ = endAgain_ = false;
+  core_->voice.Want(generation_, false);
+  core_->feeder.Empty(generation_);
+}
+
+void EnginePlayer::GoTo(FrameIndex frame, std::unique_ptr<EngineSource> source) {
+  ++generation_;
+  target_ = static_cast<double>(frame) / kEngineRate;
+  endDelivered_ = endAgain_ = false;
+  // The voice first: it must know the generation before the ring holds it.
+  core_->voice.Want(generation_, state_ == PlayState::Playing);
+  core_->feeder.Begin(generation_, frame, std::move(source));
+}
+
+double EnginePlayer::CurrentPosition() const {
+  if (file_.isEmpty()) return 0;
+  const auto frame = core_->voice.PositionIn(generation_);
+  return frame ? std::min(static_cast<double>(*frame) / kEngineRate, duration_) : target_;
+}
+
+void EnginePlayer::SetCurrentPosition(double seconds) {
+  if (file_.isEmpty() || std::isnan(seconds)) return;
+  const double within = std::clamp(seconds, 0.0, duration_);
+  GoTo(std::llround(within * kEngineRate), nullptr);
+  target_ = within;
+}
+
+void EnginePlayer::ApplyState(PlayState state) {
+  state_ = state;
+  core_->voice.Want(generation_, state == PlayState::Playing);
+  core_->feeder.SetPlaying(state == PlayState::Playing);
+}
+
+void EnginePlayer::Play() {
+  if (file_.isEmpty() || state_ == PlayState::Playing) return;
+  if (!PlayedOut()) {
+    ApplyState(PlayState::Playing);
+    return;
+  }
+  state_ = PlayState::Playing;
+  endAgain_ = true;
+  engine_.PollSoon();
+}
+
+void EnginePlayer::Stop() {
+  if (state_ == PlayState::Playing) ApplyState(PlayState::Stopped);
+}
+
+void EnginePlayer::SetVolume(int hundredthsOfDecibel) {
+  volume_ = std::clamp(hundredthsOfDecibel, kSilentLevel, 0);
+  ApplyGains();
+}
+
+void EnginePlayer::SetBalance(int hundredthsOfDecibel) {
+  balance_ = std::clamp(hundredthsOfDecibel, kSilentLevel, -kSilentLevel);
+  ApplyGains();
+}
+
+void EnginePlayer::ApplyGains() {
+  const float level = GainOf(volume_);
+  core_->voice.SetGains(level * GainOf(std::min(-balance_, 0)), level * GainOf(std::min(balance_, 0)));
+}
+
+void EnginePlayer::SetRate(double rate) {
+  rate_ = std::isnan(rate) ? 1.0 : std::clamp(rate, 0.5, 2.0);
+  core_->voice.SetRate(rate_);
+}
+
+void EnginePlayer::Poll() {
+  if (opening_ && opening_->done.load(std::memory_order_acquire)) {
+    const auto request = std::exchange(opening_, nullptr);
+    request->verdict.Set(request->source ? OpenResult::Kind::Opened : OpenResult::Kind::Failed);
+    return;
+  }
+  const bool ended = !endDelivered_ && core_->voice.HasEnded(generation_);
+  if (file_.isEmpty() || (!ended && !endAgain_)) return;
+  endDelivered_ = true;
+  endAgain_ = false;
+  ApplyState(PlayState::Stopped);
+  if (const auto call = OnEndOfStream) call();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "audio/MediaPlayer.h"
+#include "audio/engine/EngineSource.h"
+#include "audio/engine/Output.h"
+#include "audio/engine/PlayerCore.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <stop_token>
+
+namespace kelvo {
+
+class AudioEngine;
+
+/// The face of one voice for the logic. Made by the engine, which it must not outlive.
+class EnginePlayer : public MediaPlayer {
+ public:
+  EnginePlayer(AudioEngine& engine, std::shared_ptr<Output> output, std::shared_ptr<PlayerCore> core);
+  /// What sounds fades out behind it.
+  ~EnginePlayer() override;
+
+  [[nodiscard]] Job<OpenResult> Open(QString path) override;
+  void Close() override;
+  [[nodiscard]] QString FileName() const override { return file_; }
+  [[nodiscard]] double Duration() const override { return duration_; }
+  [[nodiscard]] double CurrentPosition() const override;
+  void SetCurrentPosition(double seconds) override;
+  [[nodiscard]] PlayState State() const override { return state_; }
+  void Play() override;
+  void Stop() override;
+  void SetVolume(int hundredthsOfDecibel) override;
+  [[nodiscard]] int Volume() const override { return volume_; }
+  void SetBalance(int hundredthsOfDecibel) override;
+  [[nodiscard]] int Balance() const override { return balance_; }
+  void SetRate(double rate) override;
+  [[nodiscard]] double Rate() const override { return rate_; }
+
+  /// Delivers what has come about meanwhile: a file that is open, an end of stream. Called by the engine from
+  /// the loop; the player may be gone when it returns.
+  void Poll();
+
+ private:
+  struct OpenRequest;
+
+  void Supersede();
+  void Install(const QString& path, std::unique_ptr<EngineSource> source);
+  void GoTo(FrameIndex frame, std::unique_ptr<EngineSource> source);
+  void ApplyState(PlayState state);
+  void ApplyGains();
+  [[nodiscard]] bool PlayedOut() const { return endDelivered_ && !file_.isEmpty(); }
+
+  AudioEngine& engine_;
+  std::shared_ptr<Output> output_;
+  std::shared_ptr<PlayerCore> core_;
+  std::shared_ptr<OpenRequest> opening_;
+  QString file_;
+  double duration_ = 0;
+  PlayState state_ = PlayState::Stopped;
+  int volume_ = 0;
+  int balance_ = 0;
+  double rate_ = 1;
+  Generation generation_ = 1;
+  double target_ = 0;          ///< where the present generation starts, in seconds
+  bool endDelivered_ = false;  ///< for the present generation
+  bool endAgain_ = false;      ///< Play was asked for behind the end
+};
+
+}  // namespace kelvo

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "audio/engine/EngineSource.h"
+#include "audio/engine/SoundBlock.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+
+namespace kelvo {
+
+/// Works ahead for one voice: keeps its ring full of the newest generation. One per player. Commands come
+/// from the logic's thread; the work is done by Run on a thread of its own, or by FillNow where there are no
+/// threads.
+class Feeder {
+ public:
+  explicit Feeder(SoundRing& ring) : ring_(ring) {}
+
+  /// Goes on at `start` as `generation`, with `source` when there is a new one. An earlier command that was
+  /// not yet taken up is dropped. Logic thread, never waits for a file.
+  void Begin(Generation generation, FrameIndex start, std::unique_ptr<EngineSource> source = nullptr);
+  /// Lets go of the source. Logic thread.
+  void Empty(Generation generation);
+  /// A playing voice empties the ring, a stopped one does not: tells how closely to look after it. Logic
+  /// thread.
+  void SetPlaying(bool playing);
+
+  /// Works until `stop`. The decoder's thread.
+  void Run(const std::stop_token& stop);
+  /// Fills the ring as far as it goes. Where nobody Runs.
+  void FillNow();
+
+ private:
+  struct Command {
+    Generation generation = 0;
+    FrameIndex start = 0;
+    std::unique_ptr<EngineSource> source;
+    bool empty = false;
+  };
+  enum class Outcome { Pushed, RingIsFull, Done };
+
+  void Give(Command command);
+  void TakeCommand();
+  [[nodiscard]] Outcome Step();
+
+  SoundRing& ring_;
+
+  std::mutex mutex_;
+  std::condition_variable_any changed_;
+  std::optional<Command> command_;
+  bool woken_ = false;
+  bool playing_ = false;
+
+  // The decoder's thread alone:
+  std::unique_ptr<EngineSource> source_;
+  SoundBlock block_;
+  std::size_t pushed_ = 0;
+  bool ended_ = true;
+};
+
+}  // namespace kelvo

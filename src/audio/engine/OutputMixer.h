@@ -1,0 +1,47 @@
+#pragma once
+
+#include "audio/engine/PlayerCore.h"
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <span>
+
+namespace kelvo {
+
+/// Adds up the voices of one output. A device's callback and the silent clock may both ask for sound: one
+/// gets it, the other is told so at once. Kept alive by everyone who may render.
+class OutputMixer {
+ public:
+  static constexpr std::size_t kMostPlayers = 64;
+
+  /// `feedsInline`: there are no decoder threads, so the rings are filled before each stretch.
+  explicit OutputMixer(bool feedsInline) : feedsInline_(feedsInline) {}
+
+  /// Returns false when there is no place left. Logic thread, as the next three.
+  [[nodiscard]] bool Add(PlayerCore& core);
+  /// From the next render on `core` is not touched; see MayFree.
+  void Remove(const PlayerCore& core);
+  /// A mark to ask MayFree with, taken after Remove.
+  [[nodiscard]] std::uint64_t RenderMark() const { return renders_.load(); }
+  /// True once no render that was under way at `mark` can still be.
+  [[nodiscard]] bool MayFree(std::uint64_t mark) const { return mark % 2 == 0 || renders_.load() != mark; }
+
+  /// Fills `target` (interleaved stereo, within +-1). Returns false, and silence, when another thread is
+  /// rendering.
+  bool Render(std::span<float> target) noexcept;
+
+  /// Stretches in which a voice that should have sounded had no data.
+  [[nodiscard]] std::uint64_t Underruns() const { return underruns_.load(std::memory_order_relaxed); }
+
+ private:
+  void Mix(std::span<float> target) noexcept;
+
+  const bool feedsInline_;
+  std::array<std::atomic<PlayerCore*>, kMostPlayers> players_{};
+  std::atomic_flag rendering_;
+  std::atomic<std::uint64_t> renders_{0};  ///< odd while a render is under way
+  std::atomic<std::uint64_t> underruns_{0};
+};
+
+}  // namespace kelvo

@@ -1,0 +1,201 @@
+#include "console/AutoLoader.h"
+
+#include "database/Catalogue.h"
+
+namespace kelvo {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr Nanoseconds kLoadPoll = 20ms;
+constexpr Nanoseconds kFadePoll = 100ms;
+/// A file that failed is left alone for so long, unless there is nothing else.
+constexpr Nanoseconds kRetryBad = 60s;
+constexpr Nanoseconds kTellAgain = 1h;
+/// A track with less sound than this (seconds) only makes the desk run from one start to the next.
+constexpr double kShortestTrack = 1;
+/// So many tracks of a preview are tried in one go.
+constexpr int kMostPicks = 50;
+
+/// Why the load that has just ended in this deck gave nothing to play.
+QString ReasonFor(const DeckRecord& record) {
+  return record.Info.startsWith(QStringLiteral("Bad File ")) ? record.Info : QStringLiteral("No Sound In It");
+}
+
+}  // namespace
+
+void AutoLoader::Reset() {
+  bad_.clear();
+  tried_.clear();
+  nothingPlayable_ = false;
+}
+
+std::optional<Mref> AutoLoader::TrackIn(Deck deck) const {
+  const DeckRecord& record = services_.decks.Record(deck);
+  if (record.State == DeckState::Empty) return std::nullopt;
+  return record.CatalogueIndex;
+}
+
+NextRowQuestion AutoLoader::QuestionFor(Deck deck, From from, bool atStart, bool retryBad) const {
+  const PlayQueue& queue = services_.queue;
+  NextRowQuestion question;
+  // At the start of a run the rows are taken as they stand; what played before is of no interest.
+  const bool otherCounts = !atStart || services_.decks.Record(Other(deck)).State != DeckState::Done;
+  if (otherCounts) question.playing = TrackIn(Other(deck));
+  question.target = TrackIn(deck);
+  question.mayRepeatTarget = atStart;
+  question.start = queue.Selected() + (from == From::Selected ? 0 : 1);
+  const Nanoseconds now = services_.loop.Elapsed();
+  question.rows.reserve(static_cast<std::size_t>(queue.Count()));
+  for (int index = 1; index <= queue.Count(); ++index) {
+    const QueueEntry& row = queue.Row(index);
+    const QString& path = row.Text(PathColumn);
+    const auto bad = bad_.constFind(path);
+    const bool failed = !retryBad && bad != bad_.constEnd() && bad->retryAt > now;
+    question.rows.push_back({row.Track(), failed || tried_.contains(path)});
+  }
+  return question;
+}
+
+int AutoLoader::ChooseRow(Deck deck, From from, bool atStart) {
+  for (const bool retryBad : {false, true}) {
+    NextRowQuestion question = QuestionFor(deck, from, atStart, retryBad);
+    if (from == From::Random) {
+      question.start =
+          RandomRow(services_.queue.Count(), services_.queue.Selected(), services_.random.Next());
+    }
+    const int row = NextRow(question);
+    if (row != 0) return row;
+  }
+  return 0;
+}
+
+int AutoLoader::Foreseen(Deck deck) const {
+  if (RandomOn || services_.state.PreviewOn) return 0;
+  return NextRow(QuestionFor(deck, From::BehindSelected, false, false));
+}
+
+Job<> AutoLoader::LoadEnded(Deck deck) {
+  while (services_.decks.Record(deck).Loading) co_await services_.loop.Sleep(kLoadPoll);
+}
+
+Job<> AutoLoader::FadeEnded() {
+  while (FadeHolds()) co_await services_.loop.Sleep(kFadePoll);
+}
+
+bool AutoLoader::Silent() const {
+  return std::none_of(kDecks.begin(), kDecks.end(), [this](Deck deck) {
+    return services_.decks.Player(deck).State() == PlayState::Playing &&
+           services_.decks.Record(deck).Loss < kMostLoss;
+  });
+}
+
+bool AutoLoader::FadeHolds() const {
+  return services_.state.TransitionActive && !Silent();
+}
+
+bool AutoLoader::HoldsGoodTrack(Deck deck) {
+  if (services_.decks.Record(deck).State != DeckState::Loaded) return false;
+  if (services_.decks.Player(deck).Duration() >= kShortestTrack) return true;
+  services_.decks.SetState(deck, DeckState::Done);
+  return false;
+}
+
+void AutoLoader::CueAgain(Deck deck) {
+  DeckEngine& decks = services_.decks;
+  decks.Player(deck).Stop();
+  decks.SetPosition(deck, 0);
+  decks.SetState(deck, DeckState::Loaded);
+  if (OnCuedAgain) OnCuedAgain(deck);
+}
+
+std::optional<Mref> AutoLoader::PickPreview() {
+  const auto draw = [this] { return services_.random.Next(); };
+  const std::optional<Mref> picked = UsedPicks.Pick(services_.catalogue.LastTrack(), draw);
+  lastPick_ = picked.value_or(Mref::None);
+  return picked;
+}
+
+void AutoLoader::MarkBad(const QString& path) {
+  bad_[path].retryAt = services_.loop.Elapsed() + kRetryBad;
+}
+
+void AutoLoader::Skip(const QString& path, const QString& title, const QString& why) {
+  const Nanoseconds now = services_.loop.Elapsed();
+  bad_.removeIf([now](const auto& each) {
+    return each.value().retryAt < now && each.value().toldAt + kTellAgain < now;
+  });
+  const bool told = bad_.contains(path) && bad_[path].toldAt != 0ns;
+  MarkBad(path);
+  if (told && bad_[path].toldAt + kTellAgain > now) return;
+  bad_[path].toldAt = now;
+  if (OnSkipped) OnSkipped(title, why);
+}
+
+Job<bool> AutoLoader::Fill(Deck deck, From from, bool atStart) {
+  // A load of somebody else into this deck has its say first.
+  co_await LoadEnded(deck);
+  tried_.clear();
+  bool filled = false;
+  if (services_.state.PreviewOn) {
+    filled = co_await FillFromCatalogue(deck);
+  } else {
+    filled = co_await FillFromQueue(deck, from, atStart);
+  }
+  tried_.clear();
+  nothingPlayable_ = !filled;
+  co_return filled;
+}
+
+Job<bool> AutoLoader::FillFromQueue(Deck deck, From from, bool atStart) {
+  From next = from;
+  for (;;) {
+    co_await FadeEnded();
+    const int row = ChooseRow(deck, next, atStart);
+    if (row == 0) co_return false;
+    services_.queue.Select(row);
+    const QString path = services_.queue.Row(row).Text(PathColumn);
+    const QString title = services_.queue.Row(row).Text(TrackColumn);
+    tried_.insert(path);
+    services_.state.NextTrackDue = false;
+    if (services_.decks.Record(deck).State == DeckState::Done &&
+        services_.decks.Record(deck).FilePath == path) {
+      CueAgain(deck);
+      if (HoldsGoodTrack(deck)) co_return true;
+    }
+    if (services_.state.TransitionActive) {
+      services_.decks.LoadDeck(deck);
+    } else {
+      services_.decks.LoadCommand(deck);
+    }
+    if (services_.decks.Record(deck).Loading) {
+      co_await LoadEnded(deck);
+      if (HoldsGoodTrack(deck)) {
+        bad_.remove(path);
+        co_return true;
+      }
+      Skip(path, title, ReasonFor(services_.decks.Record(deck)));
+    }
+    // The loop goes round between two rows, so a long queue of bad files stops nobody.
+    co_await services_.loop.Yield();
+    if (next == From::Selected) next = From::BehindSelected;
+  }
+}
+
+Job<bool> AutoLoader::FillFromCatalogue(Deck deck) {
+  const int most = std::min(services_.catalogue.LastTrack(), kMostPicks);
+  for (int tries = 0; tries < most; ++tries) {
+    co_await FadeEnded();
+    services_.state.NextTrackDue = false;
+    services_.decks.LoadDeck(deck);
+    co_await LoadEnded(deck);
+    if (HoldsGoodTrack(deck)) co_return true;
+    Skip(services_.catalogue.TrackPaths(lastPick_), services_.catalogue.TrackNames[lastPick_],
+         ReasonFor(services_.decks.Record(deck)));
+    co_await services_.loop.Yield();
+  }
+  co_return false;
+}
+
+}  // namespace kelvo

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "console/AutoDecision.h"
+#include "console/ConsoleState.h"
+#include "console/DeckEngine.h"
+#include "console/PlayQueue.h"
+#include "platform/EventLoop.h"
+#include "platform/Job.h"
+#include "platform/RandomSource.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <functional>
+#include <optional>
+
+namespace kelvo {
+
+class Catalogue;
+
+/// Brings the next track of automatic play into a deck: chooses the row, loads it, and goes on with the next
+/// one when it cannot be played, until the deck holds a good track or every row was tried. It remembers for a
+/// minute what could not be played. Owned by AutoPlay; logic thread.
+class AutoLoader {
+ public:
+  struct Services {
+    EventLoop& loop;
+    ConsoleState& state;
+    DeckEngine& decks;
+    PlayQueue& queue;
+    const Catalogue& catalogue;
+    RandomSource& random;
+  };
+
+  explicit AutoLoader(Services services) : services_(services) {}
+
+  /// Which row a Fill looks at first.
+  enum class From { Selected, BehindSelected, Random };
+
+  /// Until `deck` is loaded with a track that can be played (true), or nothing can be at the moment (false).
+  /// Waits for a fade to end, unless nothing sounds. At the start of a run (`atStart`) a row is taken though
+  /// its track stood in the deck before. Held by the caller; one at a time.
+  [[nodiscard]] Job<bool> Fill(Deck deck, From from, bool atStart = false);
+
+  /// The row that the next Fill into `deck` would load; 0 when that is up to chance or there is none.
+  [[nodiscard]] int Foreseen(Deck deck) const;
+
+  /// A track that no preview has played yet, for the load that is under way; none when there is none.
+  [[nodiscard]] std::optional<Mref> PickPreview();
+
+  /// A file was found to be no good while it played.
+  void MarkBad(const QString& path);
+  /// Every row, or very many tracks of a preview, were tried and none can be played.
+  [[nodiscard]] bool NothingPlayable() const { return nothingPlayable_; }
+  /// A new run begins: nothing is known to be bad.
+  void Reset();
+
+  /// No player runs, but for one that is faded out: whatever is under way, silence goes first.
+  [[nodiscard]] bool Silent() const;
+
+  /// Random rows instead of the queue's order.
+  bool RandomOn = false;
+  PreviewPicks UsedPicks;
+  /// A track was passed over: its title and why. Told again for the same file after an hour at the earliest.
+  std::function<void(const QString& title, const QString& why)> OnSkipped;
+  /// After a load in a deck that held its track already: as DeckEngine::CheckFadeOverride.
+  std::function<void(Deck)> OnCuedAgain;
+
+ private:
+  struct Bad {
+    Nanoseconds retryAt{0};
+    Nanoseconds toldAt{0};
+  };
+  [[nodiscard]] std::optional<Mref> TrackIn(Deck deck) const;
+  [[nodiscard]] NextRowQuestion QuestionFor(Deck deck, From from, bool atStart, bool retryBad) const;
+  [[nodiscard]] int ChooseRow(Deck deck, From from, bool atStart);
+  [[nodiscard]] Job<bool> FillFromQueue(Deck deck, From from, bool atStart);
+  [[nodiscard]] Job<bool> FillFromCatalogue(Deck deck);
+  [[nodiscard]] Job<> LoadEnded(Deck deck);
+  [[nodiscard]] Job<> FadeEnded();
+  [[nodiscard]] bool FadeHolds() const;
+  [[nodiscard]] bool HoldsGoodTrack(Deck deck);
+  void CueAgain(Deck deck);
+  void Skip(const QString& path, const QString& title, const QString& why);
+
+  Services services_;
+  QHash<QString, Bad> bad_;
+  QSet<QString> tried_;  ///< in the present round
+  Mref lastPick_ = Mref::None;
+  bool nothingPlayable_ = false;
+};
+
+}  // namespace kelvo

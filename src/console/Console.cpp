@@ -1,0 +1,202 @@
+#include "console/Console.h"
+
+#include "platform/ErrorLog.h"
+#include "platform/SettingsStore.h"
+#include "platform/Words.h"
+
+#include <QFileInfo>
+
+namespace kelvo {
+
+Console::Console(Services services)
+    : services_(std::move(services)),
+      settings_(ReadConsoleSettings(services_.settings, services_.title, services_.programFolder)),
+      sessionStart_(services_.loop.Now()),
+      queue_(services_.loop, services_.prompter, services_.catalogue, state_),
+      panel_(services_.loop),
+      session_(services_.catalogue, [this](Deck deck) { return FactsFor(deck); }),
+      decks_({services_.loop, services_.audio, services_.catalogue, queue_, panel_, state_, session_,
+              services_.paths, settings_.defaults, settings_.decks}),
+      transitions_({services_.loop, state_, decks_, panel_, session_, settings_.PanFadeBias}),
+      speak_({services_.loop, state_, decks_}),
+      random_(services_.seed ? RandomSource(*services_.seed) : RandomSource()),
+      auto_(ForAutoPlay()),
+      jinglePlayer_(services_.audio.MakePlayer()),
+      warningPlayer_(services_.audio.MakePlayer()),
+      tick_({services_.loop, state_, decks_, queue_, panel_, *warningPlayer_, services_.title,
+             services_.version, services_.aboutLine, sessionStart_}),
+      lock_(services_.prompter),
+      filter_(services_.catalogue),
+      statusLine_(services_.aboutLine) {
+  JoinParts();
+  speak_.SetDepthSlider(settings_.jingles.autoFadeDepth);
+  speak_.SetSpeedSlider(settings_.jingles.autoFadeSpeed);
+  tick_.SetAudioWarning(settings_.AudioWarningsOn, settings_.AudioWarningFilePath);
+  services_.audio.OnDefaultOutputChanged = [this](const OutputStatus& status) { ShowDevice(status); };
+  ShowDevice(services_.audio.DefaultOutputStatus());
+}
+
+AutoPlay::Services Console::ForAutoPlay() {
+  const auto starter = [this](TransitionKind kind) {
+    return [this, kind](Deck deck) { transitions_.StartRoutine(deck, kind); };
+  };
+  return {services_.loop,
+          services_.prompter,
+          state_,
+          decks_,
+          queue_,
+          services_.catalogue,
+          random_,
+          {settings_.JukeLag, settings_.PrevSecs},
+          settings_.play.delta,
+          starter(TransitionKind::PartFade),
+          starter(TransitionKind::Dub),
+          starter(TransitionKind::Pan),
+          [this](int speed) { SetFadeSpeed(speed); },
+          {},
+          {},
+          {}};
+}
+
+void Console::JoinParts() {
+  transitions_.AfterStart = [this](Deck deck) { auto_.AfterStart(deck); };
+  connect(&auto_, &AutoPlay::Changed, this, &Console::DeltaChanged);
+  tick_.hooks.EverySecond = [this] { auto_.Beat(); };
+  tick_.hooks.TimedStart = [this] { return auto_.CheckTimer(); };
+  tick_.hooks.Mode = [this] { return auto_.DisplayWord(); };
+  tick_.hooks.PauseCaption = [this] { return auto_.PauseCaption(); };
+  tick_.hooks.AutoTick = [this] { auto_.AutoTick(); };
+  panel_.OnConfirmed = [this](const PanelQuestion& question) { OnPanelConfirmed(question); };
+  decks_.OnEndOfStream = [this](Deck) { SetStatusLine(services_.aboutLine); };
+  decks_.OnFadeSpeed = [this](int value) { SetFadeSpeed(value); };
+  queue_.HasTrackInfo = [paths = services_.paths](const QString& mediaPath) {
+    return !FindFile(TrackInfoPath(paths, BaseName(QFileInfo(mediaPath).fileName()))).isEmpty();
+  };
+  transitions_.FadeSpeed = [this] { return FadeSpeed(); };
+  transitions_.SessionClock = [this] { return SessionClock(); };
+  // Only there a level meets a dip that is down.
+  transitions_.WriteLoss = [this](Deck deck, int loss) { speak_.SetLevel(deck, loss); };
+  tick_.hooks.WalkRuns = [this] { return transitions_.TimersSlowed() || speak_.AfadeRunning(); };
+  tick_.hooks.StatusLine = [this] { return statusLine_; };
+  tick_.hooks.SetStatusLine = [this](const QString& text) { SetStatusLine(text); };
+  tick_.hooks.JinglePlays = [this] { return jinglePlayer_->State() == PlayState::Playing; };
+}
+
+Console::~Console() {
+  services_.audio.OnDefaultOutputChanged = nullptr;
+}
+
+SessionFacts Console::FactsFor(Deck deck) const {
+  SessionFacts facts;
+  facts.sessionClock = SessionClock();
+  facts.fadeSpeed = settings_.play.fadeSpeed;
+  facts.trackSeconds = decks_.Record(deck).Duration;
+  return facts;
+}
+
+double Console::SessionClock() const {
+  return static_cast<double>(sessionStart_.msecsTo(services_.loop.Now())) / 1000.0;
+}
+
+void Console::SetStatusLine(const QString& text) {
+  if (statusLine_ == text) return;
+  statusLine_ = text;
+  Q_EMIT StatusChanged();
+}
+
+void Console::SetFadeSpeed(int value) {
+  settings_.play.fadeSpeed = std::clamp(value, 0, 50);
+  Q_EMIT FadeSpeedChanged();
+}
+
+void Console::ShowDevice(const OutputStatus& status) {
+  const QString device = status.device.isEmpty() ? QStringLiteral("the default device") : status.device;
+  switch (status.kind) {
+    case OutputStatus::Kind::OnAir:
+      if (!deviceNotice_.isEmpty()) NoteInLog(QStringLiteral("Sound device back: ") + device);
+      deviceNotice_.clear();
+      break;
+    case OutputStatus::Kind::OnSilentClock:
+      deviceNotice_ = tr("Sound device lost: %1. The decks run on in silence until it is back.").arg(device);
+      NoteInLog(QStringLiteral("Sound device lost: ") + device);
+      break;
+    case OutputStatus::Kind::OnDefault:
+      deviceNotice_ = tr("Sound device lost: %1. The default device plays in its place.").arg(device);
+      NoteInLog(QStringLiteral("Sound device lost, the default one plays: ") + device);
+      break;
+  }
+  Q_EMIT StatusChanged();
+}
+
+void Console::OnPanelConfirmed(const PanelQuestion& question) {
+  switch (question.action) {
+    case PanelAction::LoadTrack:
+      decks_.LoadDeck(question.deck);
+      break;
+    case PanelAction::StopDeck:
+      decks_.StopDeck(question.deck);
+      break;
+    case PanelAction::StartPartFade:
+    case PanelAction::StartDub:
+    case PanelAction::StartPan:
+      transitions_.OnPanelConfirmed(question);
+      break;
+  }
+}
+
+void Console::Activate() {
+  if (!pendingCatalogueLoad_ || loader_) return;
+  load_ = LoadCatalogue();
+}
+
+Job<> Console::LoadCatalogue() {
+  loader_ = std::make_unique<CatalogueLoader>(services_.loop, services_.audio, services_.catalogue,
+                                              services_.paths, settings_.defaults, services_.title);
+  loader_->OnProgress = [this] { Q_EMIT LoadProgress(); };
+  Q_EMIT LoadChanged();
+  const LoadOutcome outcome = co_await loader_->Load();
+  if (outcome == LoadOutcome::UnstableFile) {
+    Prompt message;
+    message.text = services_.title +
+                   QStringLiteral(" Has Encountered Unstable File/s and has to Close\r\nPlease Restart ") +
+                   services_.title + QStringLiteral("\r\nRecent Changes May Need To be Repeated !");
+    message.icon = PromptIcon::Critical;
+    co_await services_.prompter.Ask(message);
+    if (OnMustEnd) OnMustEnd();
+    co_return;
+  }
+  co_await filter_.Build(services_.loop);
+  catalogueLoaded_ = true;
+  pendingCatalogueLoad_ = false;
+  loader_.reset();
+  tick_.Start();
+  SetStatusLine(QStringLiteral("Total Tracks :") + QString::number(services_.catalogue.LastTrack()));
+  Q_EMIT LoadChanged();
+}
+
+Job<bool> Console::QueryClose(bool bySystem) {
+  const bool playing = decks_.Player(Deck::One).State() == PlayState::Playing ||
+                       decks_.Player(Deck::Two).State() == PlayState::Playing ||
+                       jinglePlayer_->State() == PlayState::Playing;
+  if (playing || !bySystem) {
+    Prompt question;
+    question.text = QStringLiteral("Quit ") + services_.title + QStringLiteral(" ? ");
+    question.buttons = Buttons::YesNo;
+    question.icon = PromptIcon::Question;
+    const Answer answer = co_await services_.prompter.Ask(question);
+    if (answer != Answer::Yes) co_return false;
+  }
+  tick_.Stop();
+  transitions_.Close();
+  decks_.StopFrameUpdates();
+  co_return true;
+}
+
+void Console::SaveSettings(int width, int height) {
+  settings_.play.delta = auto_.SldDelta();
+  settings_.jingles.autoFadeDepth = speak_.DepthSlider();
+  settings_.jingles.autoFadeSpeed = speak_.SpeedSlider();
+  SaveConsoleSettings(services_.settings, services_.title, settings_, width, height);
+}
+
+}  // namespace kelvo

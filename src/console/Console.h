@@ -1,0 +1,145 @@
+#pragma once
+
+#include "audio/AudioSystem.h"
+#include "console/AutoPlay.h"
+#include "console/ConfirmationPanel.h"
+#include "console/ConsoleSettings.h"
+#include "console/ConsoleState.h"
+#include "console/DeckEngine.h"
+#include "console/PlayQueue.h"
+#include "console/PressToSpeak.h"
+#include "console/ScreenLock.h"
+#include "console/SessionList.h"
+#include "console/StatusTick.h"
+#include "console/TrackFilter.h"
+#include "console/Transitions.h"
+#include "database/Catalogue.h"
+#include "database/CatalogueLoader.h"
+#include "database/Paths.h"
+#include "platform/EventLoop.h"
+#include "platform/Prompter.h"
+#include "platform/RandomSource.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+namespace kelvo {
+
+class SettingsStore;
+
+/// The live desk without its windows: the parts, joined. It owns the decks, the queue, the session list and
+/// the players; the catalogue and the settings store belong to the program's entry and outlive it. Logic
+/// thread.
+class Console : public QObject {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    EventLoop& loop;
+    Prompter& prompter;
+    AudioSystem& audio;
+    SettingsStore& settings;
+    Catalogue& catalogue;
+    Paths paths;
+    QString title;
+    QString aboutLine;
+    QString programFolder;
+    QString version = {};
+    std::optional<std::uint64_t> seed = {};  ///< of all chance on the desk; none: the system's
+  };
+
+  explicit Console(Services services);
+  ~Console() override;
+
+  [[nodiscard]] ConsoleState& State() { return state_; }
+  [[nodiscard]] PlayQueue& Queue() { return queue_; }
+  [[nodiscard]] ConfirmationPanel& Panel() { return panel_; }
+  [[nodiscard]] DeckEngine& Decks() { return decks_; }
+  [[nodiscard]] SessionList& Session() { return session_; }
+  [[nodiscard]] Transitions& Fades() { return transitions_; }
+  [[nodiscard]] PressToSpeak& Speak() { return speak_; }
+  [[nodiscard]] AutoPlay& Automatic() { return auto_; }
+  [[nodiscard]] StatusTick& Status() { return tick_; }
+  [[nodiscard]] ScreenLock& Lock() { return lock_; }
+  [[nodiscard]] Catalogue& Tracks() { return services_.catalogue; }
+  [[nodiscard]] TrackFilter& Filter() { return filter_; }
+  [[nodiscard]] const ConsoleSettings& Settings() const { return settings_; }
+  [[nodiscard]] const Services& GetServices() const { return services_; }
+  [[nodiscard]] const QString& Title() const { return services_.title; }
+
+  /// The first time the desk becomes active it loads the catalogue; later calls do nothing. While the load
+  /// runs the desk is disabled.
+  void Activate();
+  [[nodiscard]] bool PendingCatalogueLoad() const { return pendingCatalogueLoad_; }
+  [[nodiscard]] bool CatalogueLoaded() const { return catalogueLoaded_; }
+  /// The running load, for its window; none otherwise.
+  [[nodiscard]] const CatalogueLoader* Load() const { return loader_.get(); }
+
+  /// The line at the foot of the desk: what plays, or what the desk last had to say.
+  [[nodiscard]] const QString& StatusLine() const { return statusLine_; }
+  void SetStatusLine(const QString& text);
+  /// What is wrong with the sound device at the moment; empty when all is well.
+  [[nodiscard]] const QString& DeviceNotice() const { return deviceNotice_; }
+  /// Seconds since the session began.
+  [[nodiscard]] double SessionClock() const;
+
+  /// Position of the fade speed slider, 0..50.
+  [[nodiscard]] int FadeSpeed() const { return settings_.play.fadeSpeed; }
+  void SetFadeSpeed(int value);
+  /// Position of the default fade-out slider, seconds before the end of a track.
+  [[nodiscard]] int Delta() const { return auto_.SldDelta(); }
+  void SetDelta(int seconds) { auto_.SetDelta(seconds); }
+
+  /// Whether the desk may close; asks unless the operating system closes it without a deck playing. On Yes
+  /// the timers have stopped.
+  [[nodiscard]] Job<bool> QueryClose(bool bySystem);
+  /// Writes what the desk finds again at its next start.
+  void SaveSettings(int width, int height);
+
+  /// The program has to end: a database that can't be read.
+  std::function<void()> OnMustEnd;
+
+ Q_SIGNALS:
+  void StatusChanged();
+  void LoadProgress();
+  /// The load began or ended: PendingCatalogueLoad tells which.
+  void LoadChanged();
+  void FadeSpeedChanged();
+  void DeltaChanged();
+
+ private:
+  void JoinParts();
+  [[nodiscard]] AutoPlay::Services ForAutoPlay();
+  [[nodiscard]] Job<> LoadCatalogue();
+  void ShowDevice(const OutputStatus& status);
+  void OnPanelConfirmed(const PanelQuestion& question);
+  [[nodiscard]] SessionFacts FactsFor(Deck deck) const;
+
+  Services services_;
+  ConsoleSettings settings_;
+  ConsoleState state_;
+  QDateTime sessionStart_;
+  PlayQueue queue_;
+  ConfirmationPanel panel_;
+  SessionList session_;
+  DeckEngine decks_;
+  Transitions transitions_;
+  PressToSpeak speak_;
+  RandomSource random_;
+  AutoPlay auto_;
+  std::unique_ptr<MediaPlayer> jinglePlayer_;
+  std::unique_ptr<MediaPlayer> warningPlayer_;
+  StatusTick tick_;
+  ScreenLock lock_;
+  TrackFilter filter_;
+  std::unique_ptr<CatalogueLoader> loader_;
+  Job<> load_;
+  bool pendingCatalogueLoad_ = true;
+  bool catalogueLoaded_ = false;
+  QString statusLine_;
+  QString deviceNotice_;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,139 @@
+#pragma once
+
+#include "audio/AudioSystem.h"
+#include "console/ConfirmationPanel.h"
+#include "console/ConsoleState.h"
+#include "console/DeckRecord.h"
+#include "console/PlayQueue.h"
+#include "console/SessionRecorder.h"
+#include "database/Catalogue.h"
+#include "database/Paths.h"
+#include "database/TrackInfo.h"
+#include "platform/EventLoop.h"
+#include "platform/Job.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace kelvo {
+
+/// The settings that the decks obey.
+struct DeckSettings {
+  bool FixTrackDur = true;  ///< wrong stored durations are corrected at the end of a stream
+  bool AfadeSet = true;     ///< a load takes the track's own fade-in speed
+  int FFwFRev = 5;          ///< seconds that one pulse of fast forward or rewind moves
+};
+
+/// The buttons that move a stopped deck.
+enum class FastMove { Rewind = 0, Forward = 1, SkipToStart = 2, SkipToEnd = 3 };
+
+/// The two decks: a track's life from its load out of the queue over start, position and stop to the end of
+/// its stream, and what is written back then. When to start what is decided elsewhere. Owned by the Console;
+/// logic thread.
+class DeckEngine : public QObject {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    EventLoop& loop;
+    AudioSystem& audio;
+    Catalogue& catalogue;
+    PlayQueue& queue;
+    ConfirmationPanel& panel;
+    ConsoleState& state;
+    SessionRecorder& session;
+    Paths paths;
+    TrackDefaults defaults;
+    DeckSettings settings;
+  };
+
+  explicit DeckEngine(Services services);
+  ~DeckEngine() override;
+
+  [[nodiscard]] const DeckRecord& Record(Deck deck) const { return decks_[deck]; }
+  [[nodiscard]] MediaPlayer& Player(Deck deck) { return *players_[deck]; }
+
+  /// The load command of the operator or of automatic play, with its guards.
+  void LoadCommand(Deck deck);
+  /// Loads the selected queue row, or in preview the track that PickPreview gives, without asking.
+  void LoadDeck(Deck deck);
+  /// "Manual start": a loaded or stopped deck starts; one that played out starts from its beginning.
+  void ManualStart(Deck deck);
+  /// The stop command, with its guards.
+  void StopCommand(Deck deck);
+
+  void StartDeck(Deck deck);
+  void StopDeck(Deck deck);
+  /// A deck that should play and does not: from the start when it had played out.
+  void RestartDeck(Deck deck);
+  /// Until each playing deck is half a second into its track, or it is clear that it will not be.
+  [[nodiscard]] Job<> WaitForAudio();
+  /// The track ran out here and is still what the queue says was played.
+  [[nodiscard]] bool WasRecentlyPlayed(Deck deck) const;
+
+  /// A position button goes down; Rewind and Forward move until EndFastMove.
+  void BeginFastMove(Deck deck, FastMove move);
+  void EndFastMove(Deck deck);
+
+  /// Level of a deck as a loss, 0..2000 (clamped).
+  void SetLoss(Deck deck, int loss);
+  /// Automatic play marks a deck that fades out as done.
+  void SetState(Deck deck, DeckState state);
+  void SetInfo(Deck deck, const QString& info);
+  /// A deck's position is set from outside (the monitor, a group playlist).
+  void SetPosition(Deck deck, double seconds);
+
+  /// The half width, in letters, of the box that shows the track's texts: the banner of a request is as wide.
+  void SetInfoTextWidth(int letters) { infoTextWidth_ = letters; }
+
+  /// The desk closes: positions are read no more.
+  void StopFrameUpdates() { frameUpdateTimer_.Stop(); }
+
+  /// A random track for a preview, with its path; none when there is none.
+  std::function<std::optional<Mref>()> PickPreview;
+  /// After a load in automatic play outside preview: the track may lengthen the overlap.
+  std::function<void(Deck)> CheckFadeOverride;
+  /// The track's own fade-in speed goes to the fade speed slider (0..50).
+  std::function<void(int)> OnFadeSpeed;
+  /// A deck ran out; the status line falls back to the about line.
+  std::function<void(Deck)> OnEndOfStream;
+  /// A load has ended, well or not.
+  std::function<void(Deck, bool loaded)> OnLoaded;
+
+ Q_SIGNALS:
+  void Changed(Deck deck);
+
+ private:
+  struct Request;
+  struct TrackFile;
+  [[nodiscard]] std::optional<Request> FindRequest();
+  /// Off the logic's thread.
+  [[nodiscard]] static TrackFile ReadTrackFile(const QString& path, const QString& infoPath);
+  [[nodiscard]] Job<> RunLoad(Deck deck, Request request);
+  void TakeTrack(Deck deck, const Request& request, const TrackFile& file);
+  void TakeTrackInfo(DeckRecord& record, const TextFile& lines);
+  void GiveUpLoad(Deck deck, const QString& path);
+  void EndLoad(Deck deck, bool loaded);
+  void EndOfStream(Deck deck);
+  void AdjustTrackTime(Mref track, Deck deck, double position);
+  [[nodiscard]] Job<> WriteDuration(QString filePath, QString duration);
+  [[nodiscard]] Job<> RunFastMove(Deck deck, FastMove move);
+  void FrameUpdate();
+  void RecordSession(SessionCode code, Deck deck, double position = -1);
+  [[nodiscard]] static QString BaseNameOf(const QString& path);
+
+  Services services_;
+  PerDeck<DeckRecord> decks_;
+  PerDeck<std::unique_ptr<MediaPlayer>> players_;
+  PerDeck<Job<>> loads_;
+  PerDeck<Timer> loadLimits_;
+  PerDeck<Job<>> fastMoves_;
+  JobList writes_;
+  Timer frameUpdateTimer_;
+  int infoTextWidth_ = 40;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "console/DeckTypes.h"
+#include "database/TextColumns.h"
+
+#include <QString>
+
+namespace kelvo {
+
+/// A loss of level as the desk's sliders keep it: 0 full, 2000 the end of the slider, 40 dB down.
+inline constexpr int kMostLoss = 2000;
+/// A deck that plays with less loss than this is heard: it is live.
+inline constexpr int kLiveLoss = 200;
+
+/// The state of a deck. A value, owned by the DeckEngine.
+struct DeckRecord {
+  DeckState State = DeckState::Empty;
+  double Duration = 0;               ///< seconds; the catalogue's where it has one, else the player's
+  double Position = 0;               ///< seconds, as last read from the player
+  int RemainSeconds = 0;             ///< whole seconds left, never below 0
+  Mref CatalogueIndex = Mref::None;  ///< also the reference by which the queue's rows are found
+  QString Title;                     ///< base name of the file in proper case
+  QString Info;                      ///< one line: how it starts and ends, or a mode word, or "Bad File "
+  QString FilePath;
+  QString TrackInfoText;  ///< all that is known of the track
+  QString PlayMode;       ///< comma list: custom flag, fade-out type, fade-in type
+  QString FadePosition;   ///< comma list: fade-out position, fade-in position, seconds
+  QString FadeSpeed;      ///< comma list: fade-out speed, fade-in speed
+  int StartStyle = 1;     ///< 0 soft, 1 strong
+  int EndStyle = 0;       ///< 0 soft, 1 strong
+
+  int Loss = 0;             ///< 0..2000; the player's volume is minus twice this
+  bool PlayedOut = false;   ///< the progress bar is amber
+  bool LoadFailed = false;  ///< "Load Fail" is shown
+  bool Loading = false;     ///< a load is on its way: no further load or start
+
+  [[nodiscard]] bool Live() const { return State == DeckState::Playing && Loss < kLiveLoss; }
+  [[nodiscard]] int ProgressMaximum() const { return static_cast<int>(Duration + 1); }
+  [[nodiscard]] int ProgressValue() const { return static_cast<int>(Position); }
+};
+
+}  // namespace kelvo

@@ -1,0 +1,385 @@
+#include "console/PlayQueue.h"
+
+#include "database/Catalogue.h"
+#include "platform/ErrorLog.h"
+#include "platform/Words.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace kelvo {
+namespace {
+
+const QString kNoName = QStringLiteral("(No Name)");
+const QString kByContents = QStringLiteral("Tracks ( By List Contents )");
+const QString kByPosition = QStringLiteral("Tracks ( By List Position )");
+const QString kTimings = QStringLiteral("Timings");
+const QString kGenres = QStringLiteral("Genres");
+
+}  // namespace
+
+PlayQueue::PlayQueue(EventLoop& loop, Prompter& prompter, const Catalogue& catalogue,
+                     const ConsoleState& state)
+    : loop_(loop),
+      prompter_(prompter),
+      catalogue_(catalogue),
+      state_(state),
+      name_(kNoName),
+      trackHead_(QStringLiteral("Tracks (By Position Or Contents)")),
+      genreHead_(QStringLiteral("Main Genre")) {}
+
+void PlayQueue::Select(int index) {
+  const int wanted = index >= 1 && index <= Count() ? index : 0;
+  if (wanted == selected_) return;
+  selected_ = wanted;
+  Q_EMIT SelectionChanged();
+}
+
+void PlayQueue::Click(int index) {
+  if (index < 1 || index > Count()) return;
+  lastQueueIndex_ = index;
+  Select(index);
+}
+
+void PlayQueue::SetName(const QString& name) {
+  if (name_ == name) return;
+  name_ = name;
+  Q_EMIT FactsChanged();
+}
+
+void PlayQueue::SetGroup(QStringList timingLines) {
+  groupLines_ = std::move(timingLines);
+  groupQueueFlag_ = true;
+  Q_EMIT FactsChanged();
+}
+
+bool PlayQueue::QueueHasSelection() const {
+  return selected_ != 0 && !state_.TransitionActive;
+}
+
+bool PlayQueue::QueueHasRequests() const {
+  return std::any_of(rows_.rbegin(), rows_.rend(),
+                     [](const QueueEntry& row) { return row.ForeColor == QueueColour::Request; });
+}
+
+int PlayQueue::FindTrack(Mref track) const {
+  const QString wanted = QString::number(ToInt(track));
+  const auto found = std::find_if(rows_.begin(), rows_.end(),
+                                  [&](const QueueEntry& row) { return row.Text(MrefColumn) == wanted; });
+  return found == rows_.end() ? 0 : static_cast<int>(found - rows_.begin()) + 1;
+}
+
+QString PlayQueue::CommentOf(Mref track) const {
+  const int index = FindTrack(track);
+  return index == 0 ? QString() : Row(index).Text(CommentColumn);
+}
+
+qint64 PlayQueue::SecondsOf(const QueueEntry& entry) const {
+  return entry.Text(MrefColumn).isEmpty() ? 0 : Int(catalogue_.TrackDurations(entry.Track()));
+}
+
+QString PlayQueue::GenreColumnText(Mref track) const {
+  if (showsTimings_) return MinutesSeconds(catalogue_.TrackDurations(track));
+  return catalogue_.MainGenre(track);
+}
+
+QueueEntry PlayQueue::EntryOf(Mref track) const {
+  QueueEntry entry;
+  entry.Set(TrackColumn, ProperCase(catalogue_.TrackNames[track]));
+  entry.Set(CommentColumn, QStringLiteral("Play Me"));
+  entry.Set(DateColumn, catalogue_.TrackDates[track]);
+  entry.Set(HiColumn, catalogue_.TrackHi[track]);
+  entry.Set(BpmColumn, catalogue_.TrackBpm[track]);
+  entry.Set(PathColumn, catalogue_.TrackPaths(track));
+  entry.Set(MrefColumn, QString::number(ToInt(track)));
+  entry.Set(GenreColumn, GenreColumnText(track));
+  return entry;
+}
+
+int PlayQueue::InsertRow(QueueEntry entry, qint64 seconds) {
+  entry.Tag = Count() + 1;
+  auto place = rows_.end();
+  if (sorted_) {
+    place = std::upper_bound(
+        rows_.begin(), rows_.end(), entry, [this](const QueueEntry& left, const QueueEntry& right) {
+          return left.Text(sortColumn_).compare(right.Text(sortColumn_), Qt::CaseInsensitive) < 0;
+        });
+  }
+  const int index = static_cast<int>(place - rows_.begin()) + 1;
+  rows_.insert(place, std::move(entry));
+  if (selected_ >= index) ++selected_;
+  totalSeconds_ += seconds;
+  return index;
+}
+
+void PlayQueue::TellRowsChanged() {
+  ++revision_;
+  Q_EMIT RowsChanged();
+  Q_EMIT FactsChanged();
+}
+
+int PlayQueue::AppendRow(QueueEntry entry, qint64 seconds) {
+  const int index = InsertRow(std::move(entry), seconds);
+  TellRowsChanged();
+  return index;
+}
+
+Job<> PlayQueue::AddTracks(std::vector<Mref> tracks) {
+  if (state_.GroupPlayOn || tracks.empty()) co_return;
+  try {
+    if (Count() > 0 && groupQueueFlag_) {
+      Prompt question;
+      question.text =
+          name_ + QStringLiteral("Clear Group Playlist \r\nYou Cant Add Std Tracks To A Group Playlist ! ?");
+      question.buttons = Buttons::YesNo;
+      question.icon = PromptIcon::Question;
+      const Answer answer = co_await prompter_.Ask(question);
+      // The desk went on while the question stood: the list may be running by now.
+      if (answer != Answer::Yes || state_.GroupPlayOn) co_return;
+      name_ = kNoName;
+      rows_.clear();
+      selected_ = 0;
+      totalSeconds_ = 0;
+      groupQueueFlag_ = false;
+      TellRowsChanged();
+      Q_EMIT SelectionChanged();
+    }
+    QStringList paths;
+    for (const Mref track : tracks) paths.append(catalogue_.TrackPaths(track));
+    const auto look = [paths] {
+      std::vector<bool> found;
+      for (const QString& path : paths) found.push_back(QFileInfo::exists(path));
+      return found;
+    };
+    const std::vector<bool> there = co_await loop_.Offload(EventLoop::Lane::Media, look);
+    if (state_.GroupPlayOn) co_return;
+    std::unordered_set<int> present;
+    int known = revision_ - 1;
+    Mref last = Mref::None;
+    Nanoseconds turnStart = loop_.TurnClock();
+    for (std::size_t place = 0; place < tracks.size(); ++place) {
+      if (known != revision_) {
+        // Looked up once for many tracks, and again when the rows changed during a turn of the loop.
+        present.clear();
+        for (const QueueEntry& row : rows_) present.insert(ToInt(row.Track()));
+        known = revision_;
+      }
+      if (there[place]) {
+        const bool added = present.insert(ToInt(tracks[place])).second;
+        if (added) InsertRow(EntryOf(tracks[place]), Int(catalogue_.TrackDurations(tracks[place])));
+        if (!added || !state_.AutoPlayOn) last = tracks[place];
+      }
+      if (loop_.TurnIsOver(turnStart)) {
+        TellRowsChanged();
+        known = revision_;
+        co_await loop_.Yield();
+        if (state_.GroupPlayOn) co_return;
+        turnStart = loop_.TurnClock();
+      }
+    }
+    TellRowsChanged();
+    if (last != Mref::None) Select(FindTrack(last));
+  } catch (...) {
+    basHandleError(QStringLiteral(" queadd"));
+  }
+}
+
+bool PlayQueue::MoveSelected(int step) {
+  if (!QueueHasSelection()) return false;
+  const int neighbour = selected_ + step;
+  if (Row(selected_).Locked() || neighbour < 1 || neighbour > Count()) return false;
+  QueueEntry& here = rows_[static_cast<std::size_t>(selected_ - 1)];
+  QueueEntry& there = rows_[static_cast<std::size_t>(neighbour - 1)];
+  // The contents travel, each place keeps its own Tag.
+  std::swap(here.columns, there.columns);
+  std::swap(here.ForeColor, there.ForeColor);
+  Q_EMIT RowChanged(selected_);
+  Q_EMIT RowChanged(neighbour);
+  Select(neighbour);
+  return true;
+}
+
+void PlayQueue::MoveSelectedUp() {
+  static_cast<void>(MoveSelected(-1));
+}
+void PlayQueue::MoveSelectedDown() {
+  static_cast<void>(MoveSelected(1));
+}
+
+void PlayQueue::MoveTo(int from, int to) {
+  if (from < 1 || from > Count()) return;
+  Select(from);
+  const int place = std::clamp(to, 1, Count());
+  while (selected_ != place && MoveSelected(selected_ < place ? 1 : -1)) {
+  }
+}
+
+void PlayQueue::CutSelected() {
+  if (state_.AutoPlayOn || !QueueHasSelection() || Row(selected_).Locked()) return;
+  totalSeconds_ -= SecondsOf(Row(selected_));
+  const int behind = Row(selected_).Tag + 1;
+  rows_.erase(rows_.begin() + (selected_ - 1));
+  for (QueueEntry& row : rows_) {
+    if (row.Tag >= behind) --row.Tag;
+  }
+  selected_ = std::min(selected_, Count());
+  TellRowsChanged();
+  Q_EMIT SelectionChanged();
+}
+
+void PlayQueue::ClearAll() {
+  rows_.clear();
+  selected_ = 0;
+  totalSeconds_ = 0;
+  groupQueueFlag_ = false;
+  name_ = kNoName;
+  lastQueueIndex_ = -1;
+  TellRowsChanged();
+  Q_EMIT SelectionChanged();
+}
+
+Job<> PlayQueue::ClearQueue() {
+  if (state_.AutoPlayOn || !QueueHasSelection()) co_return;
+  Prompt question;
+  question.icon = PromptIcon::Question;
+  const bool requests = QueueHasRequests();
+  question.text = requests ? QStringLiteral(
+                                 "There Is/Are Unplayed Requests in the Queue ! \r\n"
+                                 "Do you Want The Requests Cleared Too ?")
+                           : QStringLiteral("Clear The Play Queue ?");
+  question.buttons = requests ? Buttons::YesNoCancel : Buttons::OkCancel;
+  const bool groupPlayed = state_.GroupPlayOn;
+  const Answer answer = co_await prompter_.Ask(question);
+  // The desk went on while the question stood: automatic play may hold the rows by now.
+  if (state_.AutoPlayOn || state_.GroupPlayOn != groupPlayed || Count() == 0) co_return;
+  if (answer == Answer::Yes || answer == Answer::Ok) ClearAll();
+  if (answer != Answer::No) co_return;
+  for (int index = Count(); index >= 1; --index) {
+    const QueueEntry& row = Row(index);
+    if (row.ForeColor == QueueColour::Request) continue;
+    // By the number of the row's track, not by its duration: the total is off from here on, as it always was.
+    totalSeconds_ -= Int(Val(row.Text(MrefColumn)));
+    rows_.erase(rows_.begin() + (index - 1));
+  }
+  selected_ = 0;
+  TellRowsChanged();
+  Q_EMIT SelectionChanged();
+}
+
+void PlayQueue::EditSelected() {
+  if (selected_ == 0 || state_.TransitionActive || editing_.Running()) return;
+  editing_ = RunEdit(selected_, Row(selected_).Text(PathColumn));
+}
+
+Job<> PlayQueue::RunEdit(int index, QString path) {
+  try {
+    const auto look = [path, hasTrackInfo = HasTrackInfo] {
+      const bool there = QFileInfo::exists(path);
+      return std::make_pair(there, there && hasTrackInfo && hasTrackInfo(path));
+    };
+    const auto [there, hasInfo] = co_await loop_.Offload(EventLoop::Lane::Media, look);
+    if (index > Count() || Row(index).Text(PathColumn) != path) co_return;
+    if (!there) {
+      prompter_.Tell({QStringLiteral("The Requested Track ") + Row(index).Text(TrackColumn) +
+                          QStringLiteral(" No Longer Exists !"),
+                      {}});
+      rows_.erase(rows_.begin() + (index - 1));
+      if (selected_ == index) selected_ = 0;
+      if (selected_ > index) --selected_;
+      TellRowsChanged();
+      Q_EMIT SelectionChanged();
+    } else if (hasInfo && OpenEditor) {
+      lastQueueIndex_ = index;
+      OpenEditor(index, groupQueueFlag_);
+    }
+  } catch (...) {
+    basHandleError(QStringLiteral(" queedit"));
+  }
+}
+
+void PlayQueue::SortRows() {
+  const int selectedTag = selected_ == 0 ? 0 : Row(selected_).Tag;
+  std::stable_sort(rows_.begin(), rows_.end(), [this](const QueueEntry& left, const QueueEntry& right) {
+    if (!sorted_) return left.Tag < right.Tag;
+    return left.Text(sortColumn_).compare(right.Text(sortColumn_), Qt::CaseInsensitive) < 0;
+  });
+  if (selectedTag != 0) {
+    const auto found = std::find_if(rows_.begin(), rows_.end(),
+                                    [selectedTag](const QueueEntry& row) { return row.Tag == selectedTag; });
+    selected_ = static_cast<int>(found - rows_.begin()) + 1;
+  }
+  if (sorted_) return;
+  // A clear that spared the requests leaves gaps in the numbers: closed here, so that every row has its
+  // place.
+  for (int index = 1; index <= Count(); ++index) rows_[static_cast<std::size_t>(index - 1)].Tag = index;
+}
+
+void PlayQueue::SortBy(QueueColumn column) {
+  if (state_.AutoPlayOn || groupQueueFlag_) return;
+  sortColumn_ = column;
+  sorted_ = column != TrackColumn || trackHead_ != kByContents;
+  if (column == TrackColumn) trackHead_ = sorted_ ? kByContents : kByPosition;
+  SortRows();
+  TellRowsChanged();
+  Q_EMIT SelectionChanged();
+}
+
+QString PlayQueue::TimingsCaption() const {
+  return showsTimings_ ? kGenres : kTimings;
+}
+
+void PlayQueue::SwitchTimings() {
+  if (Count() == 0) return;
+  genreHead_ = TimingsCaption();
+  showsTimings_ = !showsTimings_;
+  for (QueueEntry& row : rows_) {
+    row.Set(GenreColumn, showsTimings_ ? MinutesSeconds(catalogue_.TrackDurations(row.Track()))
+                                       : catalogue_.MainGenre(row.Track(), QStringLiteral("Undefined")));
+  }
+  TellRowsChanged();
+}
+
+void PlayQueue::MarkQueueRow(Mref track, QueueStatus status) {
+  if (state_.PreviewOn) return;
+  const int index = FindTrack(track);
+  if (index == 0) return;
+  queueRow_ = index;
+  QueueEntry& row = rows_[static_cast<std::size_t>(index - 1)];
+  const QDateTime now = loop_.Now();
+  const QString time = QString::number(now.time().hour()) + QLatin1Char(':') + Format00(now.time().minute());
+  switch (status) {
+    case QueueStatus::Reset:
+      row.ForeColor = QueueColour::Reset;
+      break;
+    case QueueStatus::Faded:
+      row.Set(CommentColumn, QStringLiteral("Faded- ") + time);
+      row.ForeColor = QueueColour::Faded;
+      break;
+    case QueueStatus::NowPlaying:
+      row.Set(CommentColumn, QStringLiteral("Now Playing ") + time);
+      row.ForeColor = QueueColour::NowPlaying;
+      break;
+    case QueueStatus::Stopped:
+      row.Set(CommentColumn, QStringLiteral("Stopped ") + time);
+      row.ForeColor = QueueColour::Played;
+      break;
+    case QueueStatus::Played:
+      row.Set(CommentColumn, QStringLiteral("Played- ") + time);
+      row.ForeColor = QueueColour::Played;
+      break;
+  }
+  row.Set(ReqdataColumn, QString());
+  Q_EMIT RowChanged(index);
+}
+
+void PlayQueue::ResetMarks() {
+  for (QueueEntry& row : rows_) {
+    row.Set(CommentColumn, QString());
+    row.ForeColor = QueueColour::Reset;
+  }
+  TellRowsChanged();
+}
+
+}  // namespace kelvo

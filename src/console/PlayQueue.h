@@ -1,0 +1,134 @@
+#pragma once
+
+#include "console/ConsoleState.h"
+#include "console/QueueEntry.h"
+#include "platform/EventLoop.h"
+#include "platform/Job.h"
+#include "platform/Prompter.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <functional>
+#include <vector>
+
+namespace kelvo {
+
+class Catalogue;
+
+/// The ordered list of what the desk is going to play, and the running record of what became of it: the only
+/// way by which a track reaches a deck. Rows are numbered from 1 (their Index). One row at most is selected.
+/// Owned by the Console; logic thread; operations run to their end on a click, those that ask return a job.
+class PlayQueue : public QObject {
+  Q_OBJECT
+
+ public:
+  PlayQueue(EventLoop& loop, Prompter& prompter, const Catalogue& catalogue, const ConsoleState& state);
+
+  [[nodiscard]] int Count() const { return static_cast<int>(rows_.size()); }
+  /// Index from 1 to Count.
+  [[nodiscard]] const QueueEntry& Row(int index) const { return rows_[static_cast<std::size_t>(index - 1)]; }
+
+  /// The selected row's Index; 0 when none is.
+  [[nodiscard]] int Selected() const { return selected_; }
+  /// Selects a row (0: none) and scrolls it into view.
+  void Select(int index);
+  /// A click of the operator on a row: selects it and remembers it.
+  void Click(int index);
+
+  [[nodiscard]] const QString& Name() const { return name_; }
+  void SetName(const QString& name);
+  [[nodiscard]] qint64 QueueTotalSeconds() const { return totalSeconds_; }
+  /// The row last clicked or opened for editing; -1 after a clear.
+  [[nodiscard]] int LastQueueIndex() const { return lastQueueIndex_; }
+  /// The queue holds a group playlist.
+  [[nodiscard]] bool GroupQueueFlag() const { return groupQueueFlag_; }
+  /// A group playlist was loaded: its hidden timing lines, one a row, in load order.
+  void SetGroup(QStringList timingLines);
+  [[nodiscard]] const QStringList& GroupLines() const { return groupLines_; }
+
+  /// Rows, one is selected, no fade walks.
+  [[nodiscard]] bool QueueHasSelection() const;
+  [[nodiscard]] bool QueueHasRequests() const;
+  /// The comment of the first row of this track; empty when there is none.
+  [[nodiscard]] QString CommentOf(Mref track) const;
+
+  /// "Add To Queue": the tracks, in this order. Asks before it gives up a group playlist. A track whose file
+  /// is gone is skipped; one that stands in the queue already is only selected.
+  [[nodiscard]] Job<> AddTracks(std::vector<Mref> tracks);
+  /// Adds a row as it stands at the end, with its Tag; the base of every other way in. `seconds` is added to
+  /// the total.
+  int AppendRow(QueueEntry entry, qint64 seconds);
+
+  void MoveSelectedUp();
+  void MoveSelectedDown();
+  /// Takes the row at `from` to the place `to` by the same single moves, as far as they go.
+  void MoveTo(int from, int to);
+  void CutSelected();
+  [[nodiscard]] Job<> ClearQueue();
+  /// Opens the editor of the selected row's track, or removes the row when its file is gone. OpenEditor shows
+  /// the form.
+  void EditSelected();
+  std::function<void(int index, bool groupPlaylist)> OpenEditor;
+  /// Whether a track has a track info file. Called off the logic's thread: owns all that it touches.
+  std::function<bool(const QString& mediaPath)> HasTrackInfo;
+
+  /// A click on a column head.
+  void SortBy(QueueColumn column);
+  [[nodiscard]] const QString& TrackHead() const { return trackHead_; }
+  [[nodiscard]] const QString& GenreHead() const { return genreHead_; }
+  /// The view that SwitchTimings will show: "Timings" or "Genres".
+  [[nodiscard]] QString TimingsCaption() const;
+  void SwitchTimings();
+
+  /// What became of a track, in its first row. Nothing while a preview runs.
+  void MarkQueueRow(Mref track, QueueStatus status);
+  /// All rows lose their comment and take the reset colour: automatic play starts.
+  void ResetMarks();
+  /// The row that the last mark or load was about.
+  [[nodiscard]] int QueueRow() const { return queueRow_; }
+  void SetQueueRow(int index) { queueRow_ = index; }
+
+ Q_SIGNALS:
+  /// Rows came, went or changed places.
+  void RowsChanged();
+  /// The content of one row changed.
+  void RowChanged(int index);
+  void SelectionChanged();
+  /// Name, heads, total or flags changed.
+  void FactsChanged();
+
+ private:
+  [[nodiscard]] QueueEntry EntryOf(Mref track) const;
+  int InsertRow(QueueEntry entry, qint64 seconds);
+  void TellRowsChanged();
+  [[nodiscard]] QString GenreColumnText(Mref track) const;
+  [[nodiscard]] int FindTrack(Mref track) const;
+  [[nodiscard]] qint64 SecondsOf(const QueueEntry& entry) const;
+  [[nodiscard]] bool MoveSelected(int step);
+  void ClearAll();
+  [[nodiscard]] Job<> RunEdit(int index, QString path);
+  void SortRows();
+
+  EventLoop& loop_;
+  Prompter& prompter_;
+  const Catalogue& catalogue_;
+  const ConsoleState& state_;
+  std::vector<QueueEntry> rows_;
+  int selected_ = 0;
+  QString name_;
+  qint64 totalSeconds_ = 0;
+  int lastQueueIndex_ = 0;
+  bool groupQueueFlag_ = false;
+  QStringList groupLines_;
+  bool sorted_ = false;
+  QueueColumn sortColumn_ = TrackColumn;
+  bool showsTimings_ = false;
+  QString trackHead_;
+  QString genreHead_;
+  int queueRow_ = 0;
+  int revision_ = 0;  ///< counts the changes of the rows' number and order
+  Job<> editing_;
+};
+
+}  // namespace kelvo

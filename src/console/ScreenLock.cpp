@@ -1,0 +1,34 @@
+#include "console/ScreenLock.h"
+
+namespace kelvo {
+
+void ScreenLock::Lockscr() {
+  if (asking_.Running()) return;
+  asking_ = Locked() ? Unlock() : Lock();
+}
+
+// The code is shown while it is chosen, since a slip would lock the operator out; it is hidden afterwards.
+Job<> ScreenLock::Lock() {
+  const QString answer =
+      co_await prompter_.AskText(QString(), QStringLiteral("Please Enter A Screen Lock Code"), QString());
+  const QString code = answer.trimmed();
+  if (code.isEmpty()) co_return;
+  screenLockCode_ = code;
+  Q_EMIT Changed(true);
+}
+
+Job<> ScreenLock::Unlock() {
+  const QString answer =
+      co_await prompter_.AskSecret(QString(), QStringLiteral("Enter Code To Unlock Screen"));
+  if (answer.trimmed() == screenLockCode_) {
+    screenLockCode_.clear();
+    Q_EMIT Changed(false);
+    co_return;
+  }
+  Prompt refusal;
+  refusal.text = QStringLiteral("Sorry, Screen Unlock Code Not Valid !");
+  refusal.icon = PromptIcon::Exclamation;
+  co_await prompter_.Ask(refusal);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,270 @@
+#include "console/windows/ConsoleWindow.h"
+
+#include "console/windows/AutoPlayPanel.h"
+#include "console/windows/ClockPanel.h"
+#include "console/windows/ConfirmationView.h"
+#include "console/windows/CrossPanPanel.h"
+#include "console/windows/DeckPanel.h"
+#include "console/windows/DeskKeys.h"
+#include "console/windows/LibraryPanel.h"
+#include "console/windows/LoadPanel.h"
+#include "console/windows/MemoryWarning.h"
+#include "console/windows/ModeLabel.h"
+#include "console/windows/QueuePanel.h"
+#include "console/windows/SpeakPanel.h"
+#include "platform/SettingsStore.h"
+#include "ui/ElidedLabel.h"
+#include "ui/ListTable.h"
+#include "ui/ScalableIcon.h"
+#include "ui/Theme.h"
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QScreen>
+#include <QShortcut>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+namespace kelvo {
+
+namespace {
+
+const QString kDeviceNotice = QStringLiteral("device");
+
+}  // namespace
+
+ConsoleWindow::ConsoleWindow(Console& console)
+    : console_(console),
+      pulse_(console.GetServices().loop),
+      desk_(new QWidget(this)),
+      columns_(new QSplitter(Qt::Horizontal, desk_)),
+      library_(new LibraryPanel(console.Tracks(), console.Filter(), console.Queue(), columns_)),
+      foot_(new QWidget(desk_)),
+      notices_(new NoticeBar(desk_)),
+      status_(new ElidedLabel(desk_)) {
+  setObjectName(QStringLiteral("frmCons"));
+  setWindowTitle(console.Title());
+  BuildDesk();
+  BuildMenu();
+  ApplyColours();
+  ReadPlace();
+
+  connect(&console_, &Console::StatusChanged, this, [this] { ShowStatus(); });
+  connect(&console_, &Console::LoadChanged, this, [this] { ShowLoad(); });
+  connect(&console_, &Console::LoadProgress, this, [this] {
+    if (load_ != nullptr) load_->Show();
+  });
+  connect(&console_.Panel(), &ConfirmationPanel::Changed, this, [this] { ShowPanel(); });
+  for (DeckPanel* deck : decks_) connect(&pulse_, &Pulse::Beat, deck, &DeckPanel::SetLit);
+  ShowStatus();
+}
+
+ConsoleWindow::~ConsoleWindow() = default;
+
+void ConsoleWindow::BuildDesk() {
+  auto* decks = new QSplitter(Qt::Horizontal);
+  for (const Deck deck : kDecks) {
+    decks_[deck] = new DeckPanel(console_, deck, decks);
+    decks->addWidget(decks_[deck]);
+    decks->setCollapsible(static_cast<int>(IndexOf(deck)), false);
+  }
+  auto* middle = new QWidget(columns_);
+  auto* middleLayout = new QVBoxLayout(middle);
+  middleLayout->setContentsMargins(0, 0, 0, 0);
+  middleLayout->addWidget(decks, 1);
+  middleLayout->addWidget(new CrossPanPanel(console_, middle));
+  queue_ = new QueuePanel(console_.Queue(), columns_);
+  columns_->addWidget(library_);
+  columns_->addWidget(middle);
+  columns_->addWidget(queue_);
+  columns_->setChildrenCollapsible(false);
+  columns_->setStretchFactor(0, 28);
+  columns_->setStretchFactor(1, 42);
+  columns_->setStretchFactor(2, 30);
+
+  status_->setObjectName(QStringLiteral("StatusLine"));
+  status_->setAccessibleName(tr("Status"));
+  status_->setFont(Theme::Font(1.15, QFont::DemiBold));
+  status_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  notices_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  auto* head = new QHBoxLayout;
+  head->addWidget(new ModeLabel(console_.Status(), desk_));
+  head->addWidget(status_, 2);
+  head->addWidget(new MemoryWarning(console_.Status(), desk_));
+  head->addWidget(notices_, 1);
+
+  auto* clock = new Panel(Group::Console, QString(), foot_);
+  auto* clockLayout = new QVBoxLayout(clock);
+  clockLayout->setContentsMargins(0, 0, 0, 0);
+  clockLayout->addWidget(new ClockPanel(console_.Status(), clock));
+  auto* foot = new QHBoxLayout(foot_);
+  foot->setContentsMargins(0, 0, 0, 0);
+  foot_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+  foot->addWidget(new SpeakPanel(console_.Speak(), foot_), 2);
+  foot->addWidget(new AutoPlayPanel(console_.Automatic(), foot_), 4);
+  foot->addWidget(clock);
+
+  auto* layout = new QVBoxLayout(desk_);
+  layout->setContentsMargins(8, 4, 8, 6);
+  layout->addLayout(head);
+  layout->addWidget(columns_, 1);
+  layout->addWidget(foot_);
+  setCentralWidget(desk_);
+  confirmation_ = new ConfirmationView(console_.Panel(), desk_);
+  new DeskKeys(console_, *this);
+  connect(&console_.Status(), &StatusTick::Ticked, this, [this] { ShowTick(); });
+  connect(&console_.Lock(), &ScreenLock::Changed, this, [this] { EnableSections(); });
+  connect(&console_.Fades(), &Transitions::Changed, this, [this] { EnableSections(); });
+}
+
+void ConsoleWindow::ShowTick() {
+  const DeskStatus& status = console_.Status().Status();
+  setWindowTitle(status.windowTitle);
+  confirmation_->SetCaution(status.caution);
+  quit_->setEnabled(status.idle);
+  queue_->SetLitRow(status.queueBlinks && status.queueLit ? status.queuePosition : 0);
+}
+
+void ConsoleWindow::EnableSections() {
+  const bool open = console_.Load() == nullptr && !console_.Lock().Locked();
+  const bool lists = !console_.Panel().Visible() && !console_.Fades().SectionsDisabled();
+  columns_->setEnabled(open);
+  foot_->setEnabled(open);
+  library_->setEnabled(open && lists);
+  queue_->setEnabled(open && lists);
+}
+
+void ConsoleWindow::BuildMenu() {
+  QMenu* file = menuBar()->addMenu(tr("&File"));
+  quit_ = file->addAction(tr("&Quit"), this, [this] { close(); });
+  quit_->setObjectName(QStringLiteral("mnuQuit"));
+  quit_->setToolTip(tr("While a track plays, close the window instead"));
+  quit_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+  QMenu* view = menuBar()->addMenu(tr("&View"));
+  QAction* filter = view->addAction(tr("&Filter tracks"), this, [this] { library_->BeginFilter(); });
+  filter->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F));
+  QAction* library = view->addAction(tr("Go to &tracks"), this, [this] { library_->List().setFocus(); });
+  library->setShortcut(QKeySequence(Qt::ALT | Qt::Key_T));
+  QAction* queue = view->addAction(tr("Go to play &queue"), this, [this] { queue_->List().setFocus(); });
+  queue->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Q));
+  QMenu* desk = menuBar()->addMenu(tr("&Desk"));
+  QAction* lock = desk->addAction(ScalableIcon(Icon::Lock), tr("&Lock or unlock the screen"), this,
+                                  [this] { console_.Lock().Lockscr(); });
+  lock->setObjectName(QStringLiteral("Lockscr"));
+  lock->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
+  auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+  connect(escape, &QShortcut::activated, this, [this] {
+    console_.Panel().Cancel();
+    if (console_.Fades().GetCancelPanel().Visible() || console_.Fades().WalkActive())
+      console_.Fades().Cancel();
+  });
+}
+
+void ConsoleWindow::ApplyColours() {
+  const Console::Services& services = console_.GetServices();
+  const auto apply = [&](ColourGroup setting, Group group) {
+    const auto colour = ReadColour(services.settings, services.title, setting);
+    if (colour) Theme::SetGroupColour(group, QColor(colour->red, colour->green, colour->blue));
+  };
+  apply(ColourGroup::Console, Group::Console);
+  apply(ColourGroup::Decks, Group::Decks);
+  apply(ColourGroup::SoundBites, Group::Bites);
+  apply(ColourGroup::Lists, Group::Lists);
+}
+
+void ConsoleWindow::ReadPlace() {
+  const Console::Services& services = console_.GetServices();
+  const auto read = [&](const QString& key) {
+    return services.settings.GetSetting(services.title, QStringLiteral("ConStartup"), key).toInt();
+  };
+  // The title bar of the window manager takes its part of the screen.
+  const QSize room = screen()->availableSize() - QSize(0, fontMetrics().height() * 2);
+  const QSize wanted(read(QStringLiteral("Width")), read(QStringLiteral("Height")));
+  setMinimumSize(QSize(1024, 680).boundedTo(room));
+  resize(wanted.isEmpty() ? QSize(1600, 900).boundedTo(room)
+                          : wanted.boundedTo(room).expandedTo(minimumSize()));
+  columns_->setSizes({width() * 28 / 100, width() * 41 / 100, width() * 31 / 100});
+}
+
+void ConsoleWindow::ShowStatus() {
+  status_->setText(console_.StatusLine());
+  if (console_.DeviceNotice().isEmpty()) {
+    notices_->Clear(kDeviceNotice);
+  } else {
+    notices_->Show(kDeviceNotice, NoticeBar::Severity::Critical, console_.DeviceNotice());
+  }
+}
+
+void ConsoleWindow::ShowLoad() {
+  EnableSections();
+  if (console_.Load() != nullptr) {
+    load_ = new LoadPanel(console_, desk_);
+    load_->Show();
+    PlaceOverlays();
+    load_->show();
+    return;
+  }
+  if (load_ != nullptr) load_->deleteLater();
+  load_ = nullptr;
+  ApplyColours();
+  library_->Reload();
+  library_->BeginFilter();
+}
+
+void ConsoleWindow::ShowPanel() {
+  const bool visible = console_.Panel().Visible();
+  EnableSections();
+  confirmation_->setVisible(visible);
+  PlaceOverlays();
+}
+
+void ConsoleWindow::PlaceOverlays() {
+  if (load_ != nullptr) {
+    QRect spot(QPoint(), load_->sizeHint().expandedTo(load_->minimumSize()).boundedTo(desk_->size()));
+    spot.moveCenter(desk_->rect().center());
+    load_->setGeometry(spot);
+    load_->raise();
+  }
+  if (console_.Panel().Visible()) {
+    const DeckPanel* deck = decks_[console_.Panel().Question().deck];
+    confirmation_->ShowOver(QRect(deck->mapTo(desk_, QPoint()), deck->size()));
+  }
+}
+
+void ConsoleWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  PlaceOverlays();
+}
+
+bool ConsoleWindow::event(QEvent* event) {
+  // Under a window manager that never activates a window, its first showing has to do.
+  const bool active = event->type() == QEvent::WindowActivate || event->type() == QEvent::Show;
+  if (active && !activated_) {
+    activated_ = true;
+    console_.GetServices().loop.Post([this] { console_.Activate(); });
+  }
+  return QMainWindow::event(event);
+}
+
+void ConsoleWindow::closeEvent(QCloseEvent* event) {
+  if (closing_) {
+    event->accept();
+    return;
+  }
+  event->ignore();
+  if (!asking_.Running()) asking_ = AskToClose();
+}
+
+Job<> ConsoleWindow::AskToClose() {
+  // Qt takes no further close while it is inside this one.
+  co_await console_.GetServices().loop.Yield();
+  const bool yes = co_await console_.QueryClose(false);
+  if (!yes) co_return;
+  console_.SaveSettings(width(), height());
+  closing_ = true;
+  close();
+  Q_EMIT Closed();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "console/Console.h"
+#include "platform/Job.h"
+#include "ui/NoticeBar.h"
+#include "ui/Pulse.h"
+
+#include <QMainWindow>
+
+class QLabel;
+class QSplitter;
+
+namespace kelvo {
+
+class ConfirmationView;
+class DeckPanel;
+class LibraryPanel;
+class LoadPanel;
+class QueuePanel;
+
+/// The console on the screen, `frmCons`: it places the panels and lets each show its part of the desk. It
+/// holds no rules. Owned by the program's entry; GUI thread.
+class ConsoleWindow : public QMainWindow {
+  Q_OBJECT
+ public:
+  explicit ConsoleWindow(Console& console);
+  ~ConsoleWindow() override;
+
+  /// Reads the colour settings and colours the panels; a setting that is no colour leaves its panels as they
+  /// are.
+  void ApplyColours();
+
+ Q_SIGNALS:
+  /// The operator is done: settings are written, the window is gone.
+  void Closed();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  bool event(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void BuildMenu();
+  void BuildDesk();
+  void ShowStatus();
+  void ShowLoad();
+  void ShowPanel();
+  /// Which panels take a hand: none while the catalogue loads or the screen is locked, no list while the desk
+  /// asks or a fade walks.
+  void EnableSections();
+  void ShowTick();
+  void PlaceOverlays();
+  void ReadPlace();
+  [[nodiscard]] Job<> AskToClose();
+
+  Console& console_;
+  Pulse pulse_;
+  QWidget* desk_;
+  QSplitter* columns_;
+  LibraryPanel* library_;
+  QueuePanel* queue_;
+  PerDeck<DeckPanel*> decks_;
+  ConfirmationView* confirmation_;
+  QAction* quit_ = nullptr;
+  LoadPanel* load_ = nullptr;
+  QWidget* foot_;
+  NoticeBar* notices_;
+  QLabel* status_;
+  bool activated_ = false;
+  bool closing_ = false;
+  Job<> asking_;
+};
+
+}  // namespace kelvo

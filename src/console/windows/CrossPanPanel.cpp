@@ -1,0 +1,92 @@
+#include "console/windows/CrossPanPanel.h"
+
+#include "console/windows/WarningLamp.h"
+#include "ui/Fader.h"
+
+#include <QGridLayout>
+#include <QLabel>
+
+namespace kelvo {
+namespace {
+
+/// The longest overlap that the slider offers, seconds.
+constexpr int kMostDelta = 60;
+
+}  // namespace
+
+CrossPanPanel::CrossPanPanel(Console& console, QWidget* parent)
+    : Panel(Group::Decks, QString(), parent),
+      console_(console),
+      crossPan_(new Fader(Qt::Horizontal, -200, 200, this)),
+      speed_(new Fader(Qt::Horizontal, 0, 50, this)),
+      speedWords_(new QLabel(this)),
+      delta_(new Fader(Qt::Horizontal, 0, kMostDelta, this)),
+      deltaWords_(new QLabel(this)) {
+  setObjectName(QStringLiteral("CrossPan"));
+  crossPan_->setObjectName(QStringLiteral("SldCrossPan"));
+  crossPan_->setAccessibleName(tr("Cross pan"));
+  crossPan_->setToolTip(tr("Left: deck 1 alone. Right: deck 2 alone. Double click: both"));
+  crossPan_->SetRestValue(0);
+  crossPan_->SetFillFrom(0);
+  crossPan_->SetTickInterval(100);
+  crossPan_->setPageStep(20);
+  speed_->setObjectName(QStringLiteral("SldFadeSp"));
+  speed_->setAccessibleName(tr("Fade speed"));
+  // To the right is quicker, as the number that is shown.
+  speed_->setInvertedAppearance(true);
+  speed_->setPageStep(5);
+  delta_->setObjectName(QStringLiteral("SldDelta"));
+  delta_->setAccessibleName(QStringLiteral("Default Fade Out Position"));
+  delta_->setToolTip(QStringLiteral("Default Fade Out Position"));
+  delta_->setPageStep(5);
+  for (QLabel* words : {speedWords_, deltaWords_}) {
+    words->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Delta 60 s")));
+  }
+  auto* one = new QLabel(QStringLiteral("1"), this);
+  auto* two = new QLabel(QStringLiteral("2"), this);
+  for (QLabel* end : {one, two}) end->setFont(Theme::Font(1.2, QFont::Bold));
+
+  auto* pan = new QHBoxLayout;
+  pan->addWidget(new WarningLamp(console_.Status(), Deck::One, this));
+  pan->addWidget(one);
+  pan->addWidget(crossPan_, 1);
+  pan->addWidget(two);
+  pan->addWidget(new WarningLamp(console_.Status(), Deck::Two, this));
+  auto* settings = new QHBoxLayout;
+  settings->addWidget(speedWords_);
+  settings->addWidget(speed_, 1);
+  settings->addSpacing(fontMetrics().height());
+  settings->addWidget(deltaWords_);
+  settings->addWidget(delta_, 1);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addLayout(pan);
+  layout->addLayout(settings);
+
+  Transitions& transitions = console_.Fades();
+  crossPan_->setValue(transitions.CrossPan());
+  connect(crossPan_, &Fader::sliderPressed, this, [&transitions] { transitions.GrabSlider(); });
+  connect(crossPan_, &Fader::MovedByHand, this, [&transitions](int value) { transitions.MoveSlider(value); });
+  connect(&transitions, &Transitions::CrossPanChanged, this,
+          [this](int value) { crossPan_->setValue(value); });
+  connect(speed_, &Fader::MovedByHand, this, [this](int value) { console_.SetFadeSpeed(value); });
+  connect(&console_, &Console::FadeSpeedChanged, this, [this] { ShowSpeed(); });
+  connect(delta_, &Fader::MovedByHand, this, [this](int value) { console_.SetDelta(value); });
+  connect(&console_, &Console::DeltaChanged, this, [this] { ShowDelta(); });
+  ShowSpeed();
+  ShowDelta();
+}
+
+void CrossPanPanel::ShowSpeed() {
+  speed_->setValue(console_.FadeSpeed());
+  speed_->setToolTip(Transitions::FadeSpeedTooltip(console_.FadeSpeed()) + QStringLiteral("\n") +
+                     tr("Controls Decks 1 and 2 Auto Pan Speed"));
+  speedWords_->setText(tr("Speed %1").arg(Transitions::ShownFadeSpeed(console_.FadeSpeed())));
+}
+
+void CrossPanPanel::ShowDelta() {
+  delta_->setValue(console_.Delta());
+  deltaWords_->setText(tr("Delta %1 s").arg(console_.Delta()));
+}
+
+}  // namespace kelvo

@@ -1,0 +1,335 @@
+#include "console/windows/DeckPanel.h"
+
+#include "platform/Words.h"
+#include "ui/CommandButton.h"
+#include "ui/DeckTally.h"
+#include "ui/ElidedLabel.h"
+#include "ui/Fader.h"
+#include "ui/ProgressStrip.h"
+#include "ui/ScalableIcon.h"
+#include "ui/TimeDisplay.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace kelvo {
+namespace {
+
+constexpr int kEndingSeconds = 30;
+constexpr int kLastSeconds = 10;
+
+QString ForDeck(Deck deck, const QString& one, const QString& two) {
+  return deck == Deck::One ? one : two;
+}
+
+QString DecibelText(int loss) {
+  if (loss >= kMostLoss) return QStringLiteral("-40 dB");
+  return loss == 0 ? QStringLiteral("0 dB") : QStringLiteral("-%1 dB").arg(loss / 50.0, 0, 'f', 1);
+}
+
+}  // namespace
+
+DeckPanel::DeckPanel(Console& console, Deck deck, QWidget* parent)
+    : Panel(Group::Decks,
+            ForDeck(deck, QStringLiteral("AUDIO STREAM ONE"), QStringLiteral("AUDIO STREAM TWO")), parent),
+      console_(console),
+      decks_(console.Decks()),
+      deck_(deck),
+      tally_(new DeckTally(this)),
+      title_(new ElidedLabel(this)),
+      remaining_(new TimeDisplay(this)),
+      progress_(new ProgressStrip(this)),
+      info_(new ElidedLabel(this)),
+      loadFail_(new QLabel(QStringLiteral("Load Fail"), this)),
+      text_(new QPlainTextEdit(this)),
+      level_(new Fader(Qt::Vertical, 0, kMostLoss, this)),
+      levelWords_(new QLabel(this)) {
+  setObjectName(ForDeck(deck, QStringLiteral("Deck1"), QStringLiteral("Deck2")));
+  const int number = DisplayNumber(deck);
+  const auto key = [number](QKeyCombination one, QKeyCombination two) {
+    return QKeySequence(number == 1 ? one : two);
+  };
+  load_ = AddCommand(ForDeck(deck, QStringLiteral("CmdLoad2"), QStringLiteral("CmdLoad3")), tr("Load"),
+                     QStringLiteral("Loads Track From Play Queue To Deck %1").arg(number),
+                     key(Qt::CTRL | Qt::Key_1, Qt::CTRL | Qt::Key_2));
+  start_ = AddCommand(ForDeck(deck, QStringLiteral("CmdMan2"), QStringLiteral("CmdMan3")), tr("Start"),
+                      QStringLiteral("Manual start"), key(Qt::ALT | Qt::Key_1, Qt::ALT | Qt::Key_2));
+  stop_ = AddCommand(ForDeck(deck, QStringLiteral("Command5"), QStringLiteral("Command6")), tr("Stop"),
+                     QStringLiteral("Stop Deck %1").arg(number),
+                     key(Qt::CTRL | Qt::ALT | Qt::Key_1, Qt::CTRL | Qt::ALT | Qt::Key_2));
+  moves_ = {AddMove(FastMove::SkipToStart, tr("Skip to start")),
+            AddMove(FastMove::Rewind, tr("Fast rewind (hold)")),
+            AddMove(FastMove::Forward, tr("Fast forward (hold)")),
+            AddMove(FastMove::SkipToEnd, tr("Skip to end"))};
+  pan_ = AddTransition(TransitionKind::Pan,
+                       ForDeck(deck, QStringLiteral("CMdD2pan"), QStringLiteral("CMdD3Pan")),
+                       QStringLiteral("PAN"), ForDeck(deck, QStringLiteral("F6"), QStringLiteral("F10")));
+  partFade_ = AddTransition(
+      TransitionKind::PartFade, ForDeck(deck, QStringLiteral("CmdPFade2"), QStringLiteral("CmdPFade3")),
+      QStringLiteral("PART"), ForDeck(deck, QStringLiteral("F7"), QStringLiteral("F11")));
+  dub_ =
+      AddTransition(TransitionKind::Dub, ForDeck(deck, QStringLiteral("CmdDub2"), QStringLiteral("CmdDub3")),
+                    QStringLiteral("DUB"), ForDeck(deck, QStringLiteral("F8"), QStringLiteral("F12")));
+  cancelStart_ = new CommandButton(QStringLiteral("Cancel"), this);
+  cancelStart_->setObjectName(QStringLiteral("CmdConfirm%1").arg(number));
+  cancelStart_->setToolTip(tr("Takes the start back"));
+  cancelStart_->setFocusPolicy(Qt::NoFocus);
+  Theme::SetRole(*cancelStart_, QStringLiteral("stop"));
+  Build();
+  Connect();
+  Show();
+  ShowTransitions();
+}
+
+QPushButton* DeckPanel::AddTransition(TransitionKind kind, const QString& name, const QString& text,
+                                      const QString& key) {
+  auto* button = new CommandButton(text, this);
+  button->setObjectName(name);
+  button->setFocusPolicy(Qt::NoFocus);
+  button->setAccessibleName(text + QStringLiteral(", deck %1, ").arg(DisplayNumber(deck_)) + key);
+  button->setProperty("key", key);
+  connect(button, &QPushButton::pressed, this, [this, kind] {
+    Transitions& fades = console_.Fades();
+    if (kind == TransitionKind::Dub) fades.PressDub(deck_);
+    if (kind == TransitionKind::PartFade) fades.PressPartFade(deck_);
+    if (kind == TransitionKind::Pan) fades.PressPan(deck_);
+  });
+  if (kind == TransitionKind::Dub) {
+    connect(button, &QPushButton::released, this, [this] { console_.Fades().ReleaseDub(deck_); });
+  }
+  return button;
+}
+
+void DeckPanel::ShowTransitions() {
+  const Transitions& fades = console_.Fades();
+  const auto tip = [this](QPushButton* button, const QString& words) {
+    button->setToolTip(words + QStringLiteral("  (") + button->property("key").toString() + QLatin1Char(')'));
+  };
+  tip(pan_, Transitions::FadeTimeTooltip(console_.FadeSpeed(), TransitionKind::Pan));
+  tip(partFade_, Transitions::FadeTimeTooltip(console_.FadeSpeed(), TransitionKind::PartFade));
+  tip(dub_, tr("Both decks while it is held, then a part fade"));
+  const DeckRecord& record = decks_.Record(deck_);
+  const bool usable =
+      record.State != DeckState::Empty && !record.Loading && !console_.State().PlaysByItself();
+  for (QPushButton* button : {pan_, partFade_, dub_}) {
+    // A dub that is held must not lose its button under the finger.
+    if (!button->isDown()) button->setEnabled(usable && !fades.WalkActive());
+  }
+  const CancelPanel& cancel = fades.GetCancelPanel();
+  const bool walksHere = fades.WalkActive() && fades.Record().TransitionDeck == deck_;
+  cancelStart_->setVisible((cancel.Visible() && cancel.OnDeck() == deck_) || walksHere);
+}
+
+QPushButton* DeckPanel::AddCommand(const QString& name, const QString& text, const QString& tooltip,
+                                   const QKeySequence& key) {
+  auto* button = new CommandButton(text, this);
+  button->setObjectName(name);
+  button->setAccessibleName(tooltip);
+  button->setShortcut(key);
+  button->setToolTip(tooltip + QStringLiteral("  (") + key.toString(QKeySequence::NativeText) +
+                     QLatin1Char(')'));
+  button->setFocusPolicy(Qt::TabFocus);
+  return button;
+}
+
+QToolButton* DeckPanel::AddMove(FastMove move, const QString& tooltip) {
+  auto* button = new QToolButton(this);
+  button->setObjectName(QStringLiteral("CmdRF%1_%2").arg(PlayerNumber(deck_)).arg(static_cast<int>(move)));
+  button->setToolTip(tooltip);
+  button->setAccessibleName(tooltip + QStringLiteral(", deck %1").arg(DisplayNumber(deck_)));
+  button->setFocusPolicy(Qt::NoFocus);
+  connect(button, &QToolButton::pressed, this, [this, move] { decks_.BeginFastMove(deck_, move); });
+  connect(button, &QToolButton::released, this, [this] { decks_.EndFastMove(deck_); });
+  return button;
+}
+
+void DeckPanel::Build() {
+  const QString number = QString::number(DisplayNumber(deck_));
+  title_->setObjectName(QStringLiteral("lbldisplay") + number);
+  title_->setFont(Theme::Font(1.25, QFont::DemiBold));
+  title_->setTextInteractionFlags(Qt::NoTextInteraction);
+  remaining_->setObjectName(ForDeck(deck_, QStringLiteral("Text8"), QStringLiteral("Text9")));
+  remaining_->setAccessibleName(tr("Time left, deck %1").arg(number));
+  for (QLabel* label : {title_, info_}) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  title_->setWordWrap(true);
+  title_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  title_->setFixedHeight(QFontMetrics(title_->font()).lineSpacing() * 2);
+  tally_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+  info_->setObjectName(QStringLiteral("LblGenInfo") + number);
+  progress_->setObjectName(QStringLiteral("Progress") + number);
+  progress_->setAccessibleName(tr("Position, deck %1").arg(number));
+  loadFail_->setObjectName(QStringLiteral("Label20_") + number);
+  QPalette red = loadFail_->palette();
+  red.setColor(QPalette::WindowText, Theme::Palette().amber);
+  loadFail_->setPalette(red);
+  loadFail_->hide();
+
+  text_->setObjectName(QStringLiteral("TrackInfoText") + number);
+  text_->setAccessibleName(tr("Track information, deck %1").arg(number));
+  text_->setReadOnly(true);
+  text_->setFocusPolicy(Qt::ClickFocus);
+  text_->setPlaceholderText(tr("Select a row of the queue, then Load."));
+  text_->setMinimumHeight(fontMetrics().height() * 3);
+
+  level_->setObjectName(ForDeck(deck_, QStringLiteral("SldVolLeft"), QStringLiteral("SldVolRight")));
+  level_->setAccessibleName(tr("Level, deck %1").arg(number));
+  level_->setToolTip(tr("Level of deck %1. Double click: full").arg(number));
+  level_->setInvertedAppearance(true);
+  level_->SetRestValue(0);
+  level_->SetTickInterval(500);
+  level_->setSingleStep(25);
+  level_->setPageStep(250);
+  levelWords_->setAlignment(Qt::AlignCenter);
+  levelWords_->setFont(Theme::Font(0.85));
+  levelWords_->setMinimumWidth(
+      QFontMetrics(levelWords_->font()).horizontalAdvance(QStringLiteral("-40.0 dB")));
+
+  load_->setIcon(ScalableIcon(Icon::Load));
+  start_->setIcon(ScalableIcon(Icon::Play));
+  stop_->setIcon(ScalableIcon(Icon::Stop));
+  Theme::SetRole(*load_, QStringLiteral("primary"));
+  Theme::SetRole(*start_, QStringLiteral("go"));
+  Theme::SetRole(*stop_, QStringLiteral("stop"));
+  constexpr std::array kMoveIcons{Icon::SkipStart, Icon::Rewind, Icon::Forward, Icon::SkipEnd};
+  for (std::size_t place = 0; place < moves_.size(); ++place)
+    moves_[place]->setIcon(ScalableIcon(kMoveIcons[place]));
+
+  auto* top = new QHBoxLayout;
+  top->addWidget(tally_);
+  top->addStretch(1);
+  top->addWidget(loadFail_);
+  top->addWidget(cancelStart_);
+  auto* commands = new QHBoxLayout;
+  commands->setSpacing(4);
+  commands->addWidget(load_, 1);
+  commands->addWidget(start_, 1);
+  commands->addWidget(stop_, 1);
+  auto* moving = new QHBoxLayout;
+  moving->setSpacing(4);
+  for (QToolButton* move : moves_) {
+    move->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    moving->addWidget(move);
+  }
+  auto* middle = new QVBoxLayout;
+  middle->addLayout(top);
+  middle->addWidget(title_);
+  middle->addWidget(remaining_, 3);
+  middle->addWidget(progress_);
+  middle->addWidget(info_);
+  middle->addWidget(text_, 2);
+  auto* transitions = new QHBoxLayout;
+  transitions->setSpacing(4);
+  for (QPushButton* button : {pan_, partFade_, dub_}) transitions->addWidget(button, 1);
+  middle->addLayout(transitions);
+  middle->addLayout(commands);
+  middle->addLayout(moving);
+  auto* side = new QVBoxLayout;
+  side->addWidget(level_, 1, Qt::AlignHCenter);
+  side->addWidget(levelWords_);
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addLayout(middle, 1);
+  layout->addLayout(side);
+}
+
+void DeckPanel::Connect() {
+  connect(load_, &QPushButton::clicked, this, [this] { decks_.LoadCommand(deck_); });
+  connect(start_, &QPushButton::clicked, this, [this] { decks_.ManualStart(deck_); });
+  connect(stop_, &QPushButton::clicked, this, [this] { decks_.StopCommand(deck_); });
+  connect(level_, &Fader::MovedByHand, this, [this](int value) { console_.Speak().SetLevel(deck_, value); });
+  connect(&decks_, &DeckEngine::Changed, this, [this](Deck deck) {
+    if (deck != deck_) return;
+    Show();
+    ShowTransitions();
+  });
+  connect(&console_.Fades(), &Transitions::Changed, this, &DeckPanel::ShowTransitions);
+  connect(&console_.Automatic(), &AutoPlay::Changed, this, [this] {
+    ShowCommands(decks_.Record(deck_));
+    ShowTransitions();
+  });
+  connect(&console_.Fades().GetCancelPanel(), &CancelPanel::Changed, this, &DeckPanel::ShowTransitions);
+  connect(&console_, &Console::FadeSpeedChanged, this, &DeckPanel::ShowTransitions);
+  connect(cancelStart_, &QPushButton::clicked, this, [this] { console_.Fades().Cancel(); });
+}
+
+void DeckPanel::SetLit(bool lit) {
+  remaining_->SetLit(lit);
+  tally_->SetLit(lit);
+}
+
+void DeckPanel::Show() {
+  const DeckRecord& record = decks_.Record(deck_);
+  const QString title = record.Title.isEmpty() ? tr("No track") : record.Title;
+  if (title_->text() != title) {
+    // A long title takes a smaller letter before it is cut.
+    title_->setFont(Theme::Font(record.Title.size() > 27 ? 1.0 : 1.25, QFont::DemiBold));
+    title_->setText(title);
+    title_->setToolTip(record.Title);
+  }
+  if (info_->text() != record.Info) {
+    info_->setText(record.Info);
+    info_->setToolTip(record.Info);
+  }
+  loadFail_->setVisible(record.LoadFailed);
+  if (text_->toPlainText() !=
+      QString(record.TrackInfoText).replace(QStringLiteral("\r\n"), QStringLiteral("\n"))) {
+    text_->setPlainText(record.TrackInfoText);
+  }
+  progress_->SetColour(record.PlayedOut ? QColor(255, 200, 0) : Theme::Palette().blue);
+  progress_->setRange(0, record.ProgressMaximum());
+  progress_->setValue(std::min(record.ProgressValue(), record.ProgressMaximum()));
+  ShowTime(record);
+  ShowCommands(record);
+}
+
+void DeckPanel::ShowTime(const DeckRecord& record) {
+  remaining_->SetText(MinutesSeconds(record.RemainSeconds));
+  progress_->SetWords(record.State == DeckState::Empty
+                          ? QString()
+                          : MinutesSeconds(record.Position) + QStringLiteral(" / ") +
+                                MinutesSeconds(record.Duration));
+  switch (record.State) {
+    case DeckState::Empty:
+      tally_->SetState(DeckTally::State::Empty);
+      remaining_->SetState(TimeDisplay::State::Dim);
+      break;
+    case DeckState::Loaded:
+      tally_->SetState(DeckTally::State::Loaded);
+      remaining_->SetState(TimeDisplay::State::Calm);
+      break;
+    case DeckState::Playing:
+      tally_->SetState(record.RemainSeconds < kEndingSeconds ? DeckTally::State::Ending
+                                                             : DeckTally::State::OnAir);
+      remaining_->SetState(record.RemainSeconds < kLastSeconds     ? TimeDisplay::State::BlinkRed
+                           : record.RemainSeconds < kEndingSeconds ? TimeDisplay::State::Amber
+                                                                   : TimeDisplay::State::Calm);
+      break;
+    case DeckState::Done:
+      tally_->SetState(DeckTally::State::Done);
+      remaining_->SetState(TimeDisplay::State::Dim);
+      break;
+  }
+}
+
+void DeckPanel::ShowCommands(const DeckRecord& record) {
+  const bool byHand = !console_.State().PlaysByItself();
+  load_->setEnabled(byHand && !record.Loading);
+  start_->setEnabled(byHand && !record.Loading &&
+                     (record.State == DeckState::Loaded || record.State == DeckState::Done));
+  stop_->setEnabled(byHand && record.State != DeckState::Empty);
+  const bool standing = record.State == DeckState::Loaded || record.State == DeckState::Done;
+  for (std::size_t place = 0; place < moves_.size(); ++place) {
+    const bool skip = place == 0 || place == 3;
+    moves_[place]->setEnabled(byHand &&
+                              (standing || (skip && record.State == DeckState::Playing && !record.Live())));
+  }
+  if (level_->value() != record.Loss && !level_->isSliderDown()) level_->setValue(record.Loss);
+  levelWords_->setText(DecibelText(record.Loss));
+  setCursor(record.Loading ? Qt::BusyCursor : Qt::ArrowCursor);
+}
+
+}  // namespace kelvo

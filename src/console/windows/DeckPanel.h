@@ -1,0 +1,64 @@
+#pragma once
+
+#include "console/Console.h"
+#include "ui/Panel.h"
+
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+class QToolButton;
+
+namespace kelvo {
+
+class DeckTally;
+class Fader;
+class ProgressStrip;
+class TimeDisplay;
+
+/// One deck: what is in it, how long it still plays, its commands and its transitions. Shows the DeckRecord
+/// and turns clicks into commands of the DeckEngine. Owned by the console window; GUI thread.
+class DeckPanel : public Panel {
+  Q_OBJECT
+ public:
+  DeckPanel(Console& console, Deck deck, QWidget* parent = nullptr);
+
+ public Q_SLOTS:
+  /// The beat that warnings blink to.
+  void SetLit(bool lit);
+
+ private:
+  void Build();
+  void Connect();
+  void Show();
+  void ShowTime(const DeckRecord& record);
+  void ShowCommands(const DeckRecord& record);
+  QPushButton* AddCommand(const QString& name, const QString& text, const QString& tooltip,
+                          const QKeySequence& key);
+  QPushButton* AddTransition(TransitionKind kind, const QString& name, const QString& text,
+                             const QString& key);
+  void ShowTransitions();
+  QToolButton* AddMove(FastMove move, const QString& tooltip);
+
+  Console& console_;
+  DeckEngine& decks_;
+  Deck deck_;
+  DeckTally* tally_;
+  QLabel* title_;
+  TimeDisplay* remaining_;
+  ProgressStrip* progress_;
+  QLabel* info_;
+  QLabel* loadFail_;
+  QPlainTextEdit* text_;
+  Fader* level_;
+  QLabel* levelWords_;
+  QPushButton* load_;
+  QPushButton* start_;
+  QPushButton* stop_;
+  std::vector<QToolButton*> moves_;
+  QPushButton* pan_;
+  QPushButton* partFade_;
+  QPushButton* dub_;
+  QPushButton* cancelStart_;
+};
+
+}  // namespace kelvo

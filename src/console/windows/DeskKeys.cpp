@@ -1,0 +1,121 @@
+#include "console/windows/DeskKeys.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSpinBox>
+
+namespace kelvo {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Longer than the gap between the release and the press of a key that repeats, shorter than a finger's.
+constexpr Nanoseconds kReleaseDelay = 40ms;
+
+bool TakesText(const QWidget* widget) {
+  if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
+  if (const auto* text = qobject_cast<const QPlainTextEdit*>(widget)) return !text->isReadOnly();
+  return qobject_cast<const QAbstractSpinBox*>(widget) != nullptr ||
+         qobject_cast<const QComboBox*>(widget) != nullptr;
+}
+
+/// The button that a function key stands for.
+QString ButtonOf(int key) {
+  switch (key) {
+    case Qt::Key_F6:
+      return QStringLiteral("CMdD2pan");
+    case Qt::Key_F7:
+      return QStringLiteral("CmdPFade2");
+    case Qt::Key_F8:
+      return QStringLiteral("CmdDub2");
+    case Qt::Key_F10:
+      return QStringLiteral("CMdD3Pan");
+    case Qt::Key_F11:
+      return QStringLiteral("CmdPFade3");
+    case Qt::Key_F12:
+      return QStringLiteral("CmdDub3");
+    default:
+      return {};
+  }
+}
+
+}  // namespace
+
+DeskKeys::DeskKeys(Console& console, QWidget& window) : QObject(&window), console_(console), window_(window) {
+  qApp->installEventFilter(this);
+}
+
+bool DeskKeys::eventFilter(QObject* watched, QEvent* event) {
+  const bool press = event->type() == QEvent::KeyPress;
+  const bool release = event->type() == QEvent::KeyRelease;
+  if (event->type() == QEvent::WindowDeactivate && watched == &window_) LetGoOfAll();
+  auto* widget = qobject_cast<QWidget*>(watched);
+  if ((!press && !release) || widget == nullptr || widget->window() != &window_) return false;
+  const auto* key = static_cast<const QKeyEvent*>(event);
+  const Qt::KeyboardModifiers modifiers = key->modifiers() & ~Qt::KeypadModifier;
+  if (modifiers != Qt::NoModifier && press) return false;
+  const bool typing = TakesText(widget);
+  // A key that repeats is still the one press: swallowed where its press was taken.
+  if (key->isAutoRepeat()) return !ButtonOf(key->key()).isEmpty() || (key->key() == Qt::Key_Space && !typing);
+  if (press) return Press(key->key(), key->modifiers().testFlag(Qt::KeypadModifier), typing);
+  return Release(key->key());
+}
+
+bool DeskKeys::Press(int key, bool keypad, bool typing) {
+  if (const auto held = held_.find(key); held != held_.end()) {
+    held->second.Stop();
+    return true;
+  }
+  const QString name = ButtonOf(key);
+  if (!name.isEmpty()) {
+    auto* button = window_.findChild<QPushButton*>(name);
+    if (button == nullptr || !button->isEnabled()) return true;
+    held_.try_emplace(key);
+    button->setDown(true);
+    Q_EMIT button->pressed();
+    return true;
+  }
+  if (typing) return false;
+  if (key == Qt::Key_Space) {
+    held_.try_emplace(key);
+    console_.Speak().Press();
+    return true;
+  }
+  // Without number lock the key is an arrow, and still the same key.
+  const bool four = key == Qt::Key_4 || key == Qt::Key_Left;
+  const bool six = key == Qt::Key_6 || key == Qt::Key_Right;
+  if (!keypad || (!four && !six)) return false;
+  if (four) console_.Fades().NumberPad4();
+  if (six) console_.Fades().NumberPad6();
+  return true;
+}
+
+bool DeskKeys::Release(int key) {
+  const auto held = held_.find(key);
+  if (held == held_.end()) return !ButtonOf(key).isEmpty();
+  held->second = console_.GetServices().loop.After(kReleaseDelay, [this, key] { LetGo(key); });
+  return true;
+}
+
+void DeskKeys::LetGo(int key) {
+  held_.erase(key);
+  if (key == Qt::Key_Space) {
+    console_.Speak().Release();
+    return;
+  }
+  auto* button = window_.findChild<QPushButton*>(ButtonOf(key));
+  if (button == nullptr || !button->isDown()) return;
+  button->setDown(false);
+  Q_EMIT button->released();
+}
+
+void DeskKeys::LetGoOfAll() {
+  while (!held_.empty()) LetGo(held_.begin()->first);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "console/Console.h"
+
+#include <QObject>
+
+#include <map>
+
+class QKeyEvent;
+class QWidget;
+
+namespace kelvo {
+
+/// The keys of the desk that work wherever the focus is in the console: F6 to F8 and F10 to F12 start
+/// transitions, 4 and 6 of the number pad walk the slider, the space bar is press-to-speak. A box that takes
+/// text keeps its own keys. Owned by the console window; GUI thread.
+class DeskKeys : public QObject {
+  Q_OBJECT
+ public:
+  /// Watches the whole application for keys meant for `window`.
+  DeskKeys(Console& console, QWidget& window);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  [[nodiscard]] bool Press(int key, bool keypad, bool typing);
+  /// The keys that are held do what their release means a moment later: a key that repeats comes as a release
+  /// and a press that are not always told apart from those of a finger.
+  [[nodiscard]] bool Release(int key);
+  void LetGo(int key);
+  void LetGoOfAll();
+
+  Console& console_;
+  QWidget& window_;
+  std::map<int, Timer> held_;  ///< keys that are down; a timer that runs is their release
+};
+
+}  // namespace kelvo

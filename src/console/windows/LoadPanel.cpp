@@ -1,0 +1,42 @@
+#include "console/windows/LoadPanel.h"
+
+#include "ui/ProgressStrip.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace kelvo {
+
+LoadPanel::LoadPanel(const Console& console, QWidget* parent)
+    : Panel(Group::Console, QStringLiteral("Initialising System, Please Wait...."), parent),
+      console_(console),
+      references_(new ProgressStrip(this)),
+      tracks_(new ProgressStrip(this)) {
+  setObjectName(QStringLiteral("FrmMap"));
+  auto* title = new QLabel(console.Title() + QLatin1Char(' ') + QStringLiteral(KELVO_VERSION), this);
+  title->setFont(Theme::Font(1.5, QFont::DemiBold));
+  title->setAlignment(Qt::AlignCenter);
+  references_->setAccessibleName(tr("Reference lists"));
+  tracks_->setAccessibleName(tr("Tracks"));
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(title);
+  layout->addWidget(references_);
+  layout->addWidget(tracks_);
+  setMinimumWidth(fontMetrics().averageCharWidth() * 70);
+  adjustSize();
+}
+
+void LoadPanel::Show() {
+  const CatalogueLoader* load = console_.Load();
+  if (load == nullptr) return;
+  const auto show = [](ProgressStrip& strip, const LoadBar& bar) {
+    strip.setRange(0, bar.maximum);
+    strip.setValue(bar.value);
+    strip.SetWords(bar.words);
+  };
+  show(*references_, load->references);
+  show(*tracks_, load->tracks);
+}
+
+}  // namespace kelvo

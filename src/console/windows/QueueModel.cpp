@@ -1,0 +1,143 @@
+#include "console/windows/QueueModel.h"
+
+#include "console/windows/TrackMime.h"
+
+#include <QColor>
+#include <QMimeData>
+
+namespace kelvo {
+namespace {
+
+QVariant ColourOf(QueueColour colour) {
+  switch (colour) {
+    case QueueColour::Plain:
+      return {};
+    case QueueColour::Request:
+      return QColor(0xFF, 0xFF, 0x00);
+    case QueueColour::Reset:
+      return QColor(0x00, 0xFF, 0xFF);
+    case QueueColour::NowPlaying:
+      return QColor(0xFF, 0x6A, 0xFF);
+    case QueueColour::Faded:
+      return QColor(0xFF, 0xFF, 0xFF);
+    case QueueColour::Played:
+      return QColor(0x3C, 0xE6, 0x3C);
+  }
+  return {};
+}
+
+}  // namespace
+
+QueueModel::QueueModel(PlayQueue& queue, QObject* parent) : QAbstractTableModel(parent), queue_(queue) {
+  connect(&queue_, &PlayQueue::RowsChanged, this, [this] {
+    beginResetModel();
+    endResetModel();
+  });
+  connect(&queue_, &PlayQueue::RowChanged, this,
+          [this](int row) { Q_EMIT dataChanged(index(row - 1, 0), index(row - 1, QueueColumnCount - 1)); });
+  connect(&queue_, &PlayQueue::FactsChanged, this,
+          [this] { Q_EMIT headerDataChanged(Qt::Horizontal, 0, QueueColumnCount - 1); });
+}
+
+void QueueModel::SetLitRow(int row) {
+  if (row == litRow_) return;
+  const int before = std::exchange(litRow_, row);
+  for (const int changed : {before, row}) {
+    if (changed < 1 || changed > queue_.Count()) continue;
+    Q_EMIT dataChanged(index(changed - 1, 0), index(changed - 1, QueueColumnCount - 1), {Qt::BackgroundRole});
+  }
+}
+
+int QueueModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : queue_.Count();
+}
+int QueueModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : QueueColumnCount;
+}
+
+QVariant QueueModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || index.row() >= queue_.Count()) return {};
+  const QueueEntry& row = queue_.Row(index.row() + 1);
+  switch (role) {
+    case Qt::DisplayRole:
+      return row.Text(static_cast<QueueColumn>(index.column()));
+    case Qt::ToolTipRole: {
+      const QString& request = row.Text(ReqdataColumn);
+      return request.isEmpty() ? row.Text(TrackColumn)
+                               : row.Text(TrackColumn) + QStringLiteral("\n\n") + request;
+    }
+    case Qt::ForegroundRole:
+      return ColourOf(row.ForeColor);
+    case Qt::BackgroundRole:
+      if (index.row() + 1 == litRow_) return QColor(0x1E, 0x5A, 0x46);
+      return {};
+    default:
+      return {};
+  }
+}
+
+QVariant QueueModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  switch (section) {
+    case TrackColumn:
+      return queue_.TrackHead();
+    case CommentColumn:
+      return QStringLiteral("Comment");
+    case DateColumn:
+      return QStringLiteral("Date");
+    case HiColumn:
+      return QStringLiteral("Hi");
+    case BpmColumn:
+      return QStringLiteral("Bpm");
+    case PlistDataColumn:
+      return QStringLiteral("Plist Data");
+    case PathColumn:
+      return QStringLiteral("path");
+    case ReqdataColumn:
+      return QStringLiteral("Reqdata");
+    case MrefColumn:
+      return QStringLiteral("Mref");
+    case GenreColumn:
+      return queue_.GenreHead();
+    default:
+      return {};
+  }
+}
+
+Qt::ItemFlags QueueModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags base = QAbstractTableModel::flags(index);
+  return index.isValid() ? base | Qt::ItemIsDragEnabled : base | Qt::ItemIsDropEnabled;
+}
+
+QStringList QueueModel::mimeTypes() const {
+  return {kQueueRowMime, kTracksMime};
+}
+
+QMimeData* QueueModel::mimeData(const QModelIndexList& indexes) const {
+  if (indexes.isEmpty()) return nullptr;
+  auto data = std::make_unique<QMimeData>();
+  data->setData(kQueueRowMime, QByteArray::number(indexes.first().row() + 1));
+  return data.release();
+}
+
+bool QueueModel::canDropMimeData(const QMimeData* data, Qt::DropAction /*action*/, int /*row*/,
+                                 int /*column*/, const QModelIndex& /*parent*/) const {
+  return data->hasFormat(kQueueRowMime) || data->hasFormat(kTracksMime);
+}
+
+bool QueueModel::dropMimeData(const QMimeData* data, Qt::DropAction /*action*/, int row, int /*column*/,
+                              const QModelIndex& parent) {
+  if (data->hasFormat(kTracksMime)) {
+    Q_EMIT TracksDropped(TracksFromMime(data->data(kTracksMime)));
+    return true;
+  }
+  if (!data->hasFormat(kQueueRowMime)) return false;
+  const int from = data->data(kQueueRowMime).toInt();
+  // A drop between two rows names the row below the gap; taking the row out from above closes one place.
+  const int gap = row >= 0 ? row + 1 : parent.isValid() ? parent.row() + 1 : queue_.Count() + 1;
+  Q_EMIT RowMoved(from, gap > from ? gap - 1 : gap);
+  // The move is done by the queue itself: the view must not take the row away.
+  return false;
+}
+
+}  // namespace kelvo

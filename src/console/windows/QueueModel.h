@@ -1,0 +1,45 @@
+#pragma once
+
+#include "console/PlayQueue.h"
+
+#include <QAbstractTableModel>
+
+namespace kelvo {
+
+/// The play queue as a list control sees it: all its columns, the row's colour as text colour, rows that can
+/// be dragged to another place, and a place for tracks dropped from the library. Owned by the queue's panel;
+/// GUI thread.
+class QueueModel : public QAbstractTableModel {
+  Q_OBJECT
+ public:
+  explicit QueueModel(PlayQueue& queue, QObject* parent = nullptr);
+
+  /// The row that automatic play is at, from 1, lit on one beat and not on the next; 0 for none.
+  void SetLitRow(int row);
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+  [[nodiscard]] Qt::DropActions supportedDropActions() const override {
+    return Qt::MoveAction | Qt::CopyAction;
+  }
+  [[nodiscard]] QStringList mimeTypes() const override;
+  [[nodiscard]] QMimeData* mimeData(const QModelIndexList& indexes) const override;
+  [[nodiscard]] bool canDropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                                     const QModelIndex& parent) const override;
+  bool dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                    const QModelIndex& parent) override;
+
+ Q_SIGNALS:
+  /// A row of the queue was dragged: both indices from 1.
+  void RowMoved(int from, int to);
+  void TracksDropped(const std::vector<Mref>& tracks);
+
+ private:
+  PlayQueue& queue_;
+  int litRow_ = 0;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,166 @@
+#include "console/windows/QueuePanel.h"
+
+#include "console/windows/QueueModel.h"
+#include "platform/Words.h"
+#include "ui/CommandButton.h"
+#include "ui/ElidedLabel.h"
+#include "ui/ListTable.h"
+#include "ui/ScalableIcon.h"
+#include "ui/Tabular.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+namespace kelvo {
+
+QPushButton* QueuePanel::AddCommand(const QString& name, const QString& tooltip) {
+  auto* button = new CommandButton(this);
+  button->setObjectName(name);
+  button->setToolTip(tooltip);
+  button->setAccessibleName(tooltip);
+  button->setFocusPolicy(Qt::TabFocus);
+  return button;
+}
+
+QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
+    : Panel(Group::Lists, QStringLiteral("PLAY QUEUE"), parent),
+      queue_(queue),
+      model_(new QueueModel(queue, this)),
+      name_(new QLineEdit(this)),
+      list_(new ListTable(this)),
+      up_(AddCommand(QStringLiteral("CmdQueUp"), tr("Moves Selected Track Up"))),
+      down_(AddCommand(QStringLiteral("CmdQueDown"), tr("Moves Selected Track Down"))),
+      cut_(AddCommand(QStringLiteral("CmdQueCut"), tr("Remove Selected File"))),
+      clear_(AddCommand(QStringLiteral("CmdQueClear"), tr("Clear the Play Queue"))),
+      edit_(AddCommand(QStringLiteral("CmdClEdit"), tr("Edit Song Data"))),
+      timings_(AddCommand(QStringLiteral("Command11"), tr("Shows durations in place of genres, and back"))) {
+  setObjectName(QStringLiteral("PlayQueue"));
+  auto* nameLabel = new ElidedLabel(tr("Play List Name/Id"), this);
+  name_->setObjectName(QStringLiteral("Text5"));
+  name_->setAccessibleName(nameLabel->text());
+  name_->setFocusPolicy(Qt::ClickFocus);
+  name_->setMinimumWidth(fontMetrics().averageCharWidth() * 6);
+  nameLabel->setBuddy(name_);
+
+  list_->setObjectName(QStringLiteral("ListView2"));
+  list_->setAccessibleName(tr("Play queue"));
+  list_->setModel(model_);
+  list_->setSelectionMode(QAbstractItemView::SingleSelection);
+  list_->setDragEnabled(true);
+  list_->setAcceptDrops(true);
+  list_->setDropIndicatorShown(true);
+  list_->setDragDropOverwriteMode(false);
+  list_->setDefaultDropAction(Qt::MoveAction);
+  list_->SetEmptyText(tr("The queue is empty.\nDouble-click a track on the left, or drag it here."));
+  for (const int hidden : {PlistDataColumn, PathColumn, ReqdataColumn, MrefColumn})
+    list_->setColumnHidden(hidden, true);
+  list_->setItemDelegate(new TabularDelegate(this));
+  QHeaderView* head = list_->horizontalHeader();
+  head->setSectionsClickable(true);
+  head->moveSection(head->visualIndex(GenreColumn), 2);
+  list_->SetColumns(
+      TrackColumn, 26,
+      {{CommentColumn, 19}, {GenreColumn, 13}, {BpmColumn, 7}, {DateColumn, 11}, {HiColumn, 6}});
+
+  up_->setIcon(ScalableIcon(Icon::Up));
+  down_->setIcon(ScalableIcon(Icon::Down));
+  cut_->setIcon(ScalableIcon(Icon::Cut));
+  clear_->setIcon(ScalableIcon(Icon::Clear));
+  edit_->setIcon(ScalableIcon(Icon::Edit));
+  timings_->setIcon(ScalableIcon(Icon::Timer));
+  cut_->setText(tr("Cut"));
+  clear_->setText(tr("Clear"));
+  edit_->setText(tr("Edit"));
+
+  const auto bind = [this](QPushButton* button, const QKeySequence& key) {
+    // A shortcut of its own: a button whose words change loses the one that it was given.
+    connect(new QShortcut(key, this), &QShortcut::activated, button, &QPushButton::click);
+    button->setToolTip(button->toolTip() + QStringLiteral("  (") + key.toString(QKeySequence::NativeText) +
+                       QLatin1Char(')'));
+  };
+  bind(up_, QKeySequence(Qt::CTRL | Qt::Key_Up));
+  bind(down_, QKeySequence(Qt::CTRL | Qt::Key_Down));
+  bind(cut_, QKeySequence(Qt::CTRL | Qt::Key_Delete));
+  bind(clear_, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Delete));
+  bind(timings_, QKeySequence(Qt::CTRL | Qt::Key_T));
+
+  auto* naming = new QHBoxLayout;
+  naming->addWidget(nameLabel);
+  naming->addWidget(name_, 1);
+  naming->addWidget(timings_);
+  auto* commands = new QHBoxLayout;
+  commands->setSpacing(4);
+  for (QPushButton* button : {up_, down_, cut_, clear_, edit_}) commands->addWidget(button);
+  commands->addStretch(1);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addLayout(naming);
+  layout->addWidget(list_, 1);
+  layout->addLayout(commands);
+
+  connect(up_, &QPushButton::clicked, this, [this] { queue_.MoveSelectedUp(); });
+  connect(down_, &QPushButton::clicked, this, [this] { queue_.MoveSelectedDown(); });
+  connect(cut_, &QPushButton::clicked, this, [this] { queue_.CutSelected(); });
+  connect(clear_, &QPushButton::clicked, this, [this] { jobs_.Add(queue_.ClearQueue()); });
+  connect(edit_, &QPushButton::clicked, this, [this] { queue_.EditSelected(); });
+  connect(timings_, &QPushButton::clicked, this, [this] { queue_.SwitchTimings(); });
+  connect(name_, &QLineEdit::textEdited, this, [this](const QString& text) { queue_.SetName(text); });
+  connect(head, &QHeaderView::sectionClicked, this,
+          [this](int section) { queue_.SortBy(static_cast<QueueColumn>(section)); });
+  connect(list_, &QTableView::clicked, this,
+          [this](const QModelIndex& index) { queue_.Click(index.row() + 1); });
+  connect(model_, &QueueModel::RowMoved, this, [this](int from, int to) { queue_.MoveTo(from, to); });
+  connect(model_, &QueueModel::TracksDropped, this,
+          [this](const std::vector<Mref>& tracks) { jobs_.Add(queue_.AddTracks(tracks)); });
+  connect(list_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          [this](const QModelIndex& current, const QModelIndex&) {
+            if (!showingSelection_ && current.isValid()) queue_.Click(current.row() + 1);
+          });
+  connect(&queue_, &PlayQueue::SelectionChanged, this, [this] { ShowSelection(); });
+  connect(&queue_, &PlayQueue::RowsChanged, this, [this] {
+    ShowSelection();
+    ShowFacts();
+  });
+  connect(&queue_, &PlayQueue::FactsChanged, this, [this] { ShowFacts(); });
+  ShowFacts();
+}
+
+void QueuePanel::SetLitRow(int row) {
+  model_->SetLitRow(row);
+}
+
+void QueuePanel::ShowSelection() {
+  showingSelection_ = true;
+  const int selected = queue_.Selected();
+  if (selected == 0) {
+    list_->clearSelection();
+    list_->selectionModel()->clearCurrentIndex();
+  } else {
+    const QModelIndex index = model_->index(selected - 1, 0);
+    list_->selectionModel()->setCurrentIndex(index,
+                                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    list_->scrollTo(index);
+  }
+  showingSelection_ = false;
+  ShowFacts();
+}
+
+void QueuePanel::ShowFacts() {
+  if (name_->text() != queue_.Name()) name_->setText(queue_.Name());
+  SetNote(QStringLiteral("%1   %2").arg(queue_.Count()).arg(HoursMinutesSeconds(queue_.QueueTotalSeconds())));
+  timings_->setText(queue_.TimingsCaption());
+  const bool selected = queue_.Selected() != 0;
+  up_->setEnabled(selected);
+  down_->setEnabled(selected);
+  cut_->setEnabled(selected);
+  clear_->setEnabled(selected);
+  timings_->setEnabled(queue_.Count() > 0);
+  edit_->setVisible(static_cast<bool>(queue_.OpenEditor));
+  edit_->setEnabled(selected);
+}
+
+}  // namespace kelvo

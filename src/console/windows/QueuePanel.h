@@ -1,0 +1,47 @@
+#pragma once
+
+#include "console/PlayQueue.h"
+#include "platform/Job.h"
+#include "ui/Panel.h"
+
+#include <functional>
+
+class QLineEdit;
+class QPushButton;
+
+namespace kelvo {
+
+class ListTable;
+class QueueModel;
+
+/// "PLAY QUEUE": the list, its name, count and running length, and the commands beside it. Owned by the
+/// console window; GUI thread.
+class QueuePanel : public Panel {
+  Q_OBJECT
+ public:
+  explicit QueuePanel(PlayQueue& queue, QWidget* parent = nullptr);
+
+  /// See QueueModel.
+  void SetLitRow(int row);
+  [[nodiscard]] ListTable& List() { return *list_; }
+
+ private:
+  void ShowFacts();
+  void ShowSelection();
+  QPushButton* AddCommand(const QString& name, const QString& tooltip);
+
+  PlayQueue& queue_;
+  QueueModel* model_;
+  QLineEdit* name_;
+  ListTable* list_;
+  QPushButton* up_;
+  QPushButton* down_;
+  QPushButton* cut_;
+  QPushButton* clear_;
+  QPushButton* edit_;
+  QPushButton* timings_;
+  JobList jobs_;
+  bool showingSelection_ = false;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "database/TextColumns.h"
+
+#include <QMimeData>
+#include <QString>
+
+#include <vector>
+
+namespace kelvo {
+
+/// Tracks on their way from the library to the queue, and queue rows on their way to another place, as drags
+/// carry them.
+inline const QString kTracksMime = QStringLiteral("application/x-kelvo-tracks");
+inline const QString kQueueRowMime = QStringLiteral("application/x-kelvo-queue-row");
+
+inline QByteArray TracksToMime(const std::vector<Mref>& tracks) {
+  QByteArrayList numbers;
+  for (const Mref track : tracks) numbers.append(QByteArray::number(ToInt(track)));
+  return numbers.join(' ');
+}
+
+inline std::vector<Mref> TracksFromMime(const QByteArray& bytes) {
+  std::vector<Mref> tracks;
+  const QByteArrayList numbers = bytes.split(' ');
+  for (const QByteArray& number : numbers) tracks.push_back(ToMref(number.toInt()));
+  return tracks;
+}
+
+}  // namespace kelvo

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/Job.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace kelvo {
+
+class EventLoop;
+
+/// Replaces the content of `path` with `bytes`, or creates it: written beside the file, flushed to disk,
+/// renamed over it. After a crash, a full disk or a kill at any instant the file holds the old bytes or the
+/// new, whole; a left-over beside it is removed by the next replacement. A symbolic link stays one: the file
+/// that it points to is replaced. Permissions of an existing file are kept. Blocks until the disk has it; any
+/// thread. Throws Failure.
+void ReplaceFile(const QString& path, const QByteArray& bytes);
+
+/// The same off the logic's thread, in the order of the calls. Rethrows the failure.
+[[nodiscard]] Job<> ReplaceFileLater(EventLoop& loop, QString path, QByteArray bytes);
+
+/// The whole file. Throws Failure (missing, no permission, over `limit` bytes). Any thread.
+[[nodiscard]] QByteArray ReadWholeFile(const QString& path, qint64 limit = 64 * 1024 * 1024);
+
+}  // namespace kelvo

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/EventLoop.h"
+#include "platform/Job.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+namespace kelvo {
+
+/// Another program to run: no shell, arguments as they are.
+struct ChildCommand {
+  QString program;  ///< a name on the PATH or a path
+  QStringList arguments;
+  QStringList environment;  ///< "NAME=value" lines that are set on top of ours
+  QString workingFolder;
+};
+
+/// How a child ended. `started` false: it could not be run, `error` says why.
+struct ChildResult {
+  bool started = false;
+  bool crashed = false;
+  int exitCode = -1;
+  QByteArray output;       ///< all of its standard output
+  QByteArray errorOutput;  ///< all of its standard error
+  QString error;
+};
+
+/// Runs `command` with its input from nowhere and gives its output as it comes: `onOutput` gets each piece of
+/// standard output, `onError` of standard error (either may be empty). Cancelling the job stops the child:
+/// asked first, killed after two seconds. Nothing blocks; in simulated time the child is waited for on the
+/// spot. Callbacks that capture something are named before the `co_await` (see Job).
+[[nodiscard]] Job<ChildResult> RunChild(EventLoop& loop, ChildCommand command,
+                                        std::function<void(const QByteArray&)> onOutput = {},
+                                        std::function<void(const QByteArray&)> onError = {});
+
+}  // namespace kelvo

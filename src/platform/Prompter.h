@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/Job.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace kelvo {
+
+enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
+enum class PromptIcon { None, Information, Question, Exclamation, Critical };
+enum class Answer { Ok, Cancel, Yes, No };
+
+/// A message box: what it asks or tells, word for word.
+struct Prompt {
+  QString text;
+  QString title;  ///< empty: the program's title
+  Buttons buttons = Buttons::Ok;
+  PromptIcon icon = PromptIcon::None;
+};
+
+/// Asks the operator and tells them things. The logic awaits the answer; timers, fades and decks go on
+/// meanwhile. Windows show the boxes (ui/), tests script the answers. Closing a box by its corner answers
+/// Cancel, or No where there is no Cancel, or Ok where there is neither. Logic thread; must outlive the jobs
+/// that ask.
+class Prompter {
+ public:
+  virtual ~Prompter() = default;
+
+  [[nodiscard]] virtual Job<Answer> Ask(Prompt prompt) = 0;
+  /// An input box. Cancel gives an empty text.
+  [[nodiscard]] virtual Job<QString> AskText(QString title, QString prompt, QString initial) = 0;
+  /// An input box that doesn't show what is typed: for passwords. Cancel gives an empty text.
+  [[nodiscard]] virtual Job<QString> AskSecret(QString title, QString prompt) = 0;
+  /// A folder picker. Cancel gives none.
+  [[nodiscard]] virtual Job<std::optional<QString>> PickFolder(QString title, QString initial) = 0;
+  /// A file picker; `filter` as "Words (*.ext)". Cancel gives none.
+  [[nodiscard]] virtual Job<std::optional<QString>> PickFile(QString title, QString initial,
+                                                             QString filter) = 0;
+  /// A message that nothing waits for. One box a text: the same text while its box is up shows nothing more.
+  virtual void Tell(Prompt prompt) = 0;
+};
+
+}  // namespace kelvo

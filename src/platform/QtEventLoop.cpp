@@ -1,0 +1,73 @@
+#include "platform/QtEventLoop.h"
+
+#include "platform/ErrorLog.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace kelvo {
+
+QtEventLoop::QtEventLoop() {
+  clock_.start();
+  files_.setMaxThreadCount(1);
+  media_.setMaxThreadCount(1);
+  wake_.setSingleShot(true);
+  wake_.setTimerType(Qt::PreciseTimer);
+  QObject::connect(&wake_, &QTimer::timeout, this, [this] { Turn(); });
+}
+
+QtEventLoop::~QtEventLoop() {
+  files_.waitForDone();
+  media_.waitForDone();
+  Clear();
+}
+
+QDateTime QtEventLoop::Now() const {
+  return QDateTime::currentDateTime();
+}
+
+Nanoseconds QtEventLoop::Elapsed() const {
+  return Nanoseconds(clock_.nsecsElapsed());
+}
+
+void QtEventLoop::FinishFiles() {
+  files_.waitForDone();
+}
+
+void QtEventLoop::RunOffThread(Lane lane, std::function<void()> work, Callback done) {
+  QThreadPool& pool = lane == Lane::Files ? files_ : media_;
+  pool.start([this, work = std::move(work), done = std::move(done)]() mutable {
+    work();
+    work = nullptr;
+    QMetaObject::invokeMethod(
+        this, [done = std::move(done)] { done(); }, Qt::QueuedConnection);
+  });
+}
+
+void QtEventLoop::QueueChanged() {
+  if (!inTurn_) Arm();
+}
+
+void QtEventLoop::Arm() {
+  const auto due = NextDue();
+  if (!due) return;
+  // Rounded up: a wake-up just before the time would find nothing to do and go round once more.
+  const auto wait = std::chrono::ceil<std::chrono::milliseconds>(*due - Elapsed());
+  // The timer counts in an int: what is due in a month is looked at every hour.
+  wake_.start(
+      std::clamp<std::chrono::milliseconds>(wait, std::chrono::milliseconds(0), std::chrono::hours(1)));
+}
+
+void QtEventLoop::Turn() {
+  inTurn_ = true;
+  try {
+    RunDue(Elapsed());
+  } catch (...) {
+    basHandleError(QStringLiteral(" loop"));
+  }
+  inTurn_ = false;
+  Arm();
+}
+
+}  // namespace kelvo

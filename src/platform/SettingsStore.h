@@ -1,0 +1,66 @@
+#pragma once
+
+#include "platform/Job.h"
+#include "platform/SettingsText.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+
+namespace kelvo {
+
+class EventLoop;
+
+/// The per-user settings: text values addressed by application title, section and key, in one file that a
+/// person can read and edit. A missing key gives the reader's default. Titles never share values. Section and
+/// key names compare without regard to case and keep the spelling of the first writer. Owned by the program's
+/// entry; logic thread.
+///
+/// SaveSetting takes effect at once for readers of this process and is written to disk off the logic's
+/// thread, the whole file each time (see ReplaceFile), in order. What cannot be read in the file (a line of
+/// garbage) is kept as it stands. A file that cannot be read at all is set aside under another name, which is
+/// logged, before anything is written in its place.
+class SettingsStore {
+ public:
+  /// Reads `filePath`; a missing file is an empty store.
+  SettingsStore(EventLoop& loop, QString filePath);
+  /// Writes what is not on disk yet; a failure goes to the log.
+  ~SettingsStore();
+  SettingsStore(const SettingsStore&) = delete;
+  SettingsStore& operator=(const SettingsStore&) = delete;
+
+  /// `settings.ini` in this program's folder of the XDG config folder.
+  [[nodiscard]] static QString DefaultFilePath();
+
+  [[nodiscard]] QString GetSetting(const QString& title, const QString& section, const QString& key,
+                                   const QString& fallback = {}) const;
+  void SaveSetting(const QString& title, const QString& section, const QString& key, const QString& value);
+  void DeleteSetting(const QString& title, const QString& section, const QString& key);
+
+  /// Writes what is not on disk yet, before it returns. For the end of the program and for tests. Throws
+  /// Failure.
+  void Flush();
+
+ private:
+  /// The file as its writers see it, on whatever thread: a text that is older than the file's is not written.
+  class Disk;
+
+  void Read();
+  void SetAside();
+  void Changed();
+  [[nodiscard]] Job<> WriteChanges();
+  [[nodiscard]] QByteArray TakeChanges();
+
+  EventLoop& loop_;
+  QString filePath_;
+  SettingsText text_;
+  bool unreadable_ = false;
+  bool dirty_ = false;
+  std::uint64_t version_ = 0;
+  std::shared_ptr<Disk> disk_;
+  Job<> writing_;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+
+namespace kelvo {
+
+/// Main memory in bytes, as the kernel tells it; `available` is what can be taken without swapping.
+struct MemoryStatus {
+  std::int64_t total = 0;
+  std::int64_t available = 0;
+};
+[[nodiscard]] MemoryStatus ReadMemoryStatus();
+
+/// The operating system, for the splash: name ("Linux") and version details (distribution and kernel).
+struct PlatformFacts {
+  QString name;
+  QString details;
+};
+[[nodiscard]] PlatformFacts ReadPlatformFacts();
+
+/// Free bytes on the file system that holds `path`; -1 when unknown.
+[[nodiscard]] std::int64_t FreeBytes(const QString& path);
+
+/// The folder that holds this program's own data of this user (XDG data folder), created when missing.
+[[nodiscard]] QString ProgramFolder();
+
+}  // namespace kelvo

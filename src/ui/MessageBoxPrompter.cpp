@@ -1,0 +1,192 @@
+#include "ui/MessageBoxPrompter.h"
+
+#include "ui/PromptBox.h"
+#include "ui/ToldList.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QScreen>
+#include <QWindow>
+
+#include <algorithm>
+
+namespace kelvo {
+namespace {
+
+constexpr std::size_t mostBoxes = 3;
+
+QWindow* WindowOf(QWidget* widget) {
+  return widget ? widget->window()->windowHandle() : nullptr;
+}
+
+/// In the middle of `above`, a step further for each box that is up, and whole on the screen.
+void Place(QWidget& box, QWidget* above, int step) {
+  if (!box.testAttribute(Qt::WA_Resized)) box.adjustSize();
+  const QScreen* screen = above ? above->screen() : QGuiApplication::primaryScreen();
+  const QRect room = screen->availableGeometry();
+  const QPoint middle = above ? above->frameGeometry().center() : room.center();
+  QRect place(QPoint(), box.size());
+  place.moveCenter(middle + QPoint(step, step));
+  place.moveRight(std::min(place.right(), room.right()));
+  place.moveBottom(std::min(place.bottom(), room.bottom()));
+  place.moveTopLeft({std::max(place.left(), room.left()), std::max(place.top(), room.top())});
+  box.move(place.topLeft());
+}
+
+}  // namespace
+
+/// A box's time on the screen: when it ends, by an answer or because the job was cancelled, what stood on the
+/// box stands on the window again.
+class MessageBoxPrompter::Lease {
+ public:
+  Lease(MessageBoxPrompter& prompter, QWidget& box) : prompter_(prompter), box_(box) {}
+  ~Lease() { prompter_.Leave(box_); }
+  Lease(const Lease&) = delete;
+  Lease& operator=(const Lease&) = delete;
+
+ private:
+  MessageBoxPrompter& prompter_;
+  QWidget& box_;
+};
+
+MessageBoxPrompter::MessageBoxPrompter(std::function<QWidget*()> parent, QString programTitle)
+    : parent_(std::move(parent)), programTitle_(std::move(programTitle)) {}
+
+MessageBoxPrompter::~MessageBoxPrompter() = default;
+
+const QString& MessageBoxPrompter::TitleOf(const Prompt& prompt) const {
+  return prompt.title.isEmpty() ? programTitle_ : prompt.title;
+}
+
+// A box has no parent widget: its life is its owner's here, even when the window behind it goes first. It is
+// only tied to that window for the window system, which keeps it in front and, when modal, holds the window's
+// input.
+void MessageBoxPrompter::Stand(QWidget& box) {
+  QWidget* above = QApplication::activeModalWidget();
+  if (!above && parent_) above = parent_();
+  box.winId();
+  box.windowHandle()->setTransientParent(WindowOf(above));
+  const bool message = box.testAttribute(Qt::WA_ShowWithoutActivating);
+  Place(box, above ? above->window() : nullptr, message ? static_cast<int>(told_.size()) * 24 : 0);
+}
+
+void MessageBoxPrompter::Leave(QWidget& box) {
+  const QWindow* leaving = box.windowHandle();
+  QWindow* window = parent_ ? WindowOf(parent_()) : nullptr;
+  const auto move = [&](QWidget* each) {
+    QWindow* own = each ? each->windowHandle() : nullptr;
+    if (own && leaving && own->transientParent() == leaving) own->setTransientParent(window);
+  };
+  for (const Told& each : told_) move(each.box.get());
+  move(gathered_.get());
+}
+
+Job<int> MessageBoxPrompter::Run(QDialog& box) {
+  const Lease lease(*this, box);
+  // Queued, so that the job goes on, and deletes the box, outside of the box's own event. The click may still
+  // be in the queue when the job is cancelled: it must find nothing then.
+  const auto answer = std::make_shared<OneShot<int>>();
+  connect(
+      &box, &QDialog::finished, this,
+      [waiting = std::weak_ptr(answer)](int result) {
+        if (const auto shot = waiting.lock()) shot->Set(result);
+      },
+      Qt::QueuedConnection);
+  Stand(box);
+  box.open();
+  const int result = co_await answer->Wait();
+  co_return result;
+}
+
+Job<Answer> MessageBoxPrompter::Ask(Prompt prompt) {
+  PromptBox box(prompt, TitleOf(prompt));
+  const int result = co_await Run(box);
+  co_return static_cast<Answer>(result);
+}
+
+Job<QString> MessageBoxPrompter::AskText(QString title, QString prompt, QString initial) {
+  Prompt words;
+  words.text = prompt;
+  words.title = title;
+  return AskLine(words, initial, false);
+}
+
+Job<QString> MessageBoxPrompter::AskSecret(QString title, QString prompt) {
+  Prompt words;
+  words.text = prompt;
+  words.title = title;
+  return AskLine(words, QString(), true);
+}
+
+Job<QString> MessageBoxPrompter::AskLine(Prompt words, QString initial, bool secret) {
+  words.buttons = Buttons::OkCancel;
+  PromptBox box(words, TitleOf(words));
+  box.AskForLine(initial);
+  if (secret) box.HideLetters();
+  const int result = co_await Run(box);
+  co_return static_cast<Answer>(result) == Answer::Ok ? box.Line() : QString();
+}
+
+Job<std::optional<QString>> MessageBoxPrompter::PickFolder(QString title, QString initial) {
+  QFileDialog box(nullptr, title.isEmpty() ? programTitle_ : title, initial);
+  box.setFileMode(QFileDialog::Directory);
+  box.setOption(QFileDialog::ShowDirsOnly);
+  const int result = co_await Run(box);
+  std::optional<QString> picked;
+  if (result == QDialog::Accepted && !box.selectedFiles().isEmpty()) picked = box.selectedFiles().front();
+  co_return picked;
+}
+
+Job<std::optional<QString>> MessageBoxPrompter::PickFile(QString title, QString initial, QString filter) {
+  QFileDialog box(nullptr, title.isEmpty() ? programTitle_ : title, initial, filter);
+  box.setFileMode(QFileDialog::ExistingFile);
+  const int result = co_await Run(box);
+  std::optional<QString> picked;
+  if (result == QDialog::Accepted && !box.selectedFiles().isEmpty()) picked = box.selectedFiles().front();
+  co_return picked;
+}
+
+void MessageBoxPrompter::Tell(Prompt prompt) {
+  // A box that was just closed is still waiting to be dropped: a message must not be counted on it and lost.
+  DropClosed();
+  if (gathered_) {
+    gathered_->Add(prompt, 1);
+    return;
+  }
+  const auto same = std::find_if(told_.begin(), told_.end(),
+                                 [&prompt](const Told& each) { return each.prompt.text == prompt.text; });
+  if (same != told_.end()) {
+    same->box->SetTimes(++same->times);
+    return;
+  }
+  if (told_.size() == mostBoxes) {
+    Gather();
+    gathered_->Add(prompt, 1);
+    return;
+  }
+  prompt.buttons = Buttons::Ok;
+  auto box = std::make_unique<PromptBox>(prompt, TitleOf(prompt));
+  box->setAttribute(Qt::WA_ShowWithoutActivating);
+  connect(
+      box.get(), &QDialog::finished, this, [this] { DropClosed(); }, Qt::QueuedConnection);
+  Stand(*box);
+  box->show();
+  told_.push_back({prompt, 1, std::move(box)});
+}
+
+void MessageBoxPrompter::DropClosed() {
+  std::erase_if(told_, [](const Told& each) { return !each.box->isVisible(); });
+  if (gathered_ && !gathered_->isVisible()) gathered_.reset();
+}
+
+void MessageBoxPrompter::Gather() {
+  gathered_ = std::make_unique<ToldList>(programTitle_);
+  gathered_->setAttribute(Qt::WA_ShowWithoutActivating);
+  connect(
+      gathered_.get(), &QDialog::finished, this, [this] { DropClosed(); }, Qt::QueuedConnection);
+  for (const Told& each : std::exchange(told_, {})) gathered_->Add(each.prompt, each.times);
+  Stand(*gathered_);
+  gathered_->show();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,217 @@
+#include "app/DatabaseCheck.h"
+#include "app/SplashChecks.h"
+#include "audio/ClockAudio.h"
+#include "platform/SettingsStore.h"
+#include "platform/SimulatedEventLoop.h"
+#include "support/ScriptedPrompter.h"
+#include "support/TemporaryTree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace kelvo;
+using namespace kelvo::testing;
+using namespace std::chrono_literals;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+
+namespace {
+
+class StartUp : public ::testing::Test {
+ protected:
+  std::optional<Paths> Check() {
+    DatabaseCheck check(loop, prompter, settings, facts, tree.Path(QStringLiteral("program")));
+    std::optional<Paths> result;
+    bool ended = false;
+    Job<> run = Await(check, &result, &ended);
+    EXPECT_TRUE(loop.RunUntil([&] { return ended; }));
+    return result;
+  }
+  QString Stored() const {
+    return settings.GetSetting(facts.title, QStringLiteral("Startup"), QStringLiteral("Paths"));
+  }
+  void Store(const QString& paths) {
+    settings.SaveSetting(facts.title, QStringLiteral("Startup"), QStringLiteral("Paths"), paths);
+  }
+  /// A whole tree under `name`, in the settings.
+  Paths MakeDatabase(const QString& name) {
+    const Paths paths = Paths::Below(tree.Path(name));
+    for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) QDir().mkpath(paths(slot));
+    Store(paths.ToSetting());
+    return paths;
+  }
+
+  TemporaryTree tree;
+  SimulatedEventLoop loop;
+  ScriptedPrompter prompter;
+  SettingsStore settings{loop, tree.Path(QStringLiteral("settings.ini"))};
+  ProgramFacts facts;
+
+ private:
+  static Job<> Await(DatabaseCheck& check, std::optional<Paths>* result, bool* ended) {
+    *result = co_await check.Run();
+    *ended = true;
+  }
+};
+
+TEST_F(StartUp, WithAWholeDatabaseAsksNothing) {
+  const Paths paths = MakeDatabase(QStringLiteral("music"));
+  EXPECT_EQ(Check(), paths);
+  EXPECT_TRUE(prompter.asked.empty());
+}
+
+TEST_F(StartUp, WithoutPathsMakesATreeInTheProgramFolderAndKeepsItsPlace) {
+  const std::optional<Paths> paths = Check();
+  ASSERT_TRUE(paths);
+  EXPECT_EQ(Stored(), paths->ToSetting());
+  EXPECT_TRUE(tree.Exists(QStringLiteral("program/Kelvo2007_Music files")));
+  EXPECT_TRUE(tree.Exists(QStringLiteral("program/Kelvo2007_Categories/~ALL CATEGORIES")));
+  EXPECT_TRUE(tree.Exists(QStringLiteral("program/Kelvo2007_Artists/~ALL ARTISTS")));
+  EXPECT_TRUE(tree.Exists(QStringLiteral("program/Kelvo2007_Albums/~ALL ALBUMS")));
+}
+
+TEST_F(StartUp, RepairsAMissingFolderByANewPathAndChecksFromTheFirstAgain) {
+  Paths paths = MakeDatabase(QStringLiteral("music"));
+  const QString gone = paths(Paths::Jingles);
+  QDir().rmdir(gone);
+  QDir().rmdir(paths(Paths::Albums));
+  const QString jingles = tree.MakeFolder(QStringLiteral("elsewhere/jingles"));
+  const QString albums = tree.MakeFolder(QStringLiteral("elsewhere/albums"));
+  prompter.answers = {Answer::No, Answer::No};
+  prompter.texts = {jingles, albums};
+  const std::optional<Paths> repaired = Check();
+  paths.Set(Paths::Jingles, jingles);
+  paths.Set(Paths::Albums, albums);
+  EXPECT_EQ(repaired, paths);
+  EXPECT_EQ(Stored(), paths.ToSetting());
+  EXPECT_EQ(prompter.asked[0].text,
+            QStringLiteral("Cannot Find path ") + gone + QStringLiteral(" Run Install Again ?"));
+  EXPECT_EQ(prompter.asked[0].icon, PromptIcon::Information);
+  EXPECT_EQ(prompter.asked[1].title, QStringLiteral("Path error"));
+  EXPECT_EQ(prompter.asked[1].text,
+            QStringLiteral("The Folder Path ") + gone +
+                QStringLiteral(" Cannot Be Located !\r\nPlease Enter The Path To This Folder"));
+}
+
+TEST_F(StartUp, EndsOnlyWhenTheRepairIsCancelledTwice) {
+  const Paths paths = MakeDatabase(QStringLiteral("music"));
+  QDir().rmdir(paths(Paths::Music));
+  const QString before = Stored();
+  prompter.answers = {Answer::No, Answer::No, Answer::Yes};
+  prompter.texts = {QString(), QString()};
+  EXPECT_EQ(Check(), std::nullopt);
+  EXPECT_EQ(Stored(), before);
+  EXPECT_THAT(prompter.Told(), Contains(QStringLiteral("Cancel resetting Paths ?")));
+}
+
+TEST_F(StartUp, TooFewFieldsFailAtTheFirstEmptySlotAndInstallingAgainFillsThem) {
+  const Paths paths = MakeDatabase(QStringLiteral("music"));
+  Store(paths.ToSetting().section(QLatin1Char(','), 0, 4));
+  prompter.answers = {Answer::Yes};
+  const std::optional<Paths> filled = Check();
+  ASSERT_TRUE(filled);
+  EXPECT_EQ(prompter.asked[0].text, QStringLiteral("Cannot Find path  Run Install Again ?"));
+  EXPECT_EQ((*filled)(Paths::Categories), paths(Paths::Categories));
+  for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot)
+    EXPECT_TRUE(QFileInfo((*filled)(slot)).isDir()) << slot;
+}
+
+TEST_F(StartUp, ATreeThatCannotBeMadeIsToldAndEndsTheStart) {
+  tree.Write(QStringLiteral("program"), "a file where the folder should be");
+  EXPECT_EQ(Check(), std::nullopt);
+}
+
+class Splash : public StartUp {
+ protected:
+  SplashChecks& Run(DisplayFacts display = {1920, 1080}) {
+    checks = std::make_unique<SplashChecks>(
+        SplashChecks::Services{loop,
+                               prompter,
+                               audio,
+                               settings,
+                               facts,
+                               MakeDatabase(QStringLiteral("music")),
+                               tree.MakeFolder(QStringLiteral("program")),
+                               display,
+                               {QStringLiteral("Linux"), QStringLiteral("Test 1")}});
+    checks->OnStatus = [this](const QString& line) { lines.append(line); };
+    run = checks->Run();
+    EXPECT_TRUE(loop.RunUntil([this] { return !run.Running(); }));
+    return *checks;
+  }
+
+  ClockAudio audio{loop};
+  std::unique_ptr<SplashChecks> checks;
+  Job<> run;
+  QStringList lines;
+};
+
+TEST_F(Splash, NamesPlatformAndSoundDevicesAndEnablesTheMonitorFromTwoOn) {
+  settings.SaveSetting(facts.title, QStringLiteral("Startup"), QStringLiteral("PFLDeviceName"),
+                       QStringLiteral("Headphones"));
+  EXPECT_TRUE(Run().PflEnabled());
+  EXPECT_FALSE(checks->AudioFailed());
+  EXPECT_THAT(
+      lines,
+      ElementsAre(
+          QStringLiteral("Platform Linux : Test 1"), QStringLiteral("Default Output Device is Main"),
+          QStringLiteral(
+              "2 Sound Output Devices Installed: PFL Was Enabled.  Current PFL Device is Headphones")));
+  EXPECT_TRUE(prompter.asked.empty());
+}
+
+TEST_F(Splash, AsksForAMonitorThatWasNeverChosenAndDoesWithoutOneOnASingleDevice) {
+  Run();
+  EXPECT_TRUE(lines.last().endsWith(QStringLiteral("(Please Select PFL Device In Configuration)")));
+  audio.outputNames = {QStringLiteral("Main")};
+  EXPECT_FALSE(Run().PflEnabled());
+  EXPECT_EQ(lines.last(), QStringLiteral("Single Sound Output Device Installed : PFL Was Not Enabled !"));
+}
+
+TEST_F(Splash, SaysThatThereIsNoSoundDeviceAndStillPlacesTheFiles) {
+  audio.outputNames.clear();
+  prompter.answers = {Answer::Ok};
+  EXPECT_TRUE(Run().AudioFailed());
+  ASSERT_EQ(prompter.asked.size(), 1U);
+  EXPECT_TRUE(prompter.asked[0].text.startsWith(QStringLiteral("No Audio Mixers Were Detected! ")));
+  EXPECT_TRUE(prompter.asked[0].text.endsWith(QStringLiteral(" src: CMixer:Create")));
+  EXPECT_TRUE(tree.Exists(QStringLiteral("program/RequestFiles/Messages.txt")));
+}
+
+TEST_F(Splash, TellsOfADisplayThatIsTooSmallAndGoesOn) {
+  prompter.answers = {Answer::Ok, Answer::Ok};
+  Run({800, 600});
+  ASSERT_EQ(prompter.asked.size(), 2U);
+  EXPECT_EQ(prompter.asked[0].text,
+            QStringLiteral("Kelvo 2007 Cannot Continue at The Current Display Settings !"));
+  EXPECT_THAT(lines,
+              Contains(QStringLiteral("Your P.C. Cannot Display At The Optimum Resolution of 1280 x 1024!")));
+}
+
+TEST_F(Splash, PlacesTheProgramsMediaOnceAndNeverOverAFileOfTheOperator) {
+  tree.Write(QStringLiteral("program/KELVOMX-Whoosh.mp3"), "mixer");
+  tree.Write(QStringLiteral("program/KELVOIN-Hello.MP3"), "intro");
+  tree.Write(QStringLiteral("program/KELVOJG-Bell.mp3"), "bell");
+  tree.Write(QStringLiteral("program/KELVOJG-Notes.txt"), "no music");
+  tree.Write(QStringLiteral("program/QzDrum.wav"), "drum");
+  tree.Write(QStringLiteral("music/Kelvo2007_Jingles/Bell.mp3"), "the operator's own");
+  Run();
+  EXPECT_EQ(tree.Read(QStringLiteral("program/Quiz Mixers/Whoosh.mp3")), "mixer");
+  EXPECT_EQ(tree.Read(QStringLiteral("program/Quiz Intros/Hello.MP3")), "intro");
+  EXPECT_EQ(tree.Read(QStringLiteral("program/Quiz Mixers/QzDrum.wav")), "drum");
+  EXPECT_EQ(tree.Read(QStringLiteral("music/Kelvo2007_Jingles/Bell.mp3")), "the operator's own");
+  EXPECT_FALSE(tree.Exists(QStringLiteral("music/Kelvo2007_Jingles/Notes.txt")));
+}
+
+TEST_F(Splash, SeedsTheRequestListsWithoutTouchingOnesThatAreThere) {
+  tree.Write(QStringLiteral("program/RequestFiles/NamesMale.txt"), "Zeno\r\n");
+  Run();
+  EXPECT_EQ(tree.Read(QStringLiteral("program/RequestFiles/NamesMale.txt")), "Zeno\r\n");
+  EXPECT_EQ(tree.Read(QStringLiteral("program/RequestFiles/NamesFem.txt")),
+            "Alice\r\nAnn\r\nBonnie\r\nCarol\r\nChristine\r\nCathy\r\n");
+  EXPECT_EQ(tree.Read(QStringLiteral("program/RequestFiles/Messages.txt")),
+            "Happy Birthday\r\nHappy Anniversary\r\nCongratulations On New Baby\r\n");
+  EXPECT_TRUE(tree.Exists(QStringLiteral("program/Info Bank")));
+}
+
+}  // namespace

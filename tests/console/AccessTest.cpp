@@ -1,0 +1,103 @@
+#include "console/DataManagerAccess.h"
+#include "console/DeskFixture.h"
+#include "console/ScreenLock.h"
+
+namespace kelvo {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::DeskTest;
+using ::testing::ElementsAre;
+using testing::ScriptedPrompter;
+
+class ScreenLockTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    QObject::connect(&lock_, &ScreenLock::Changed, [this](bool locked) { changes_.push_back(locked); });
+  }
+  ScriptedPrompter prompter_;
+  ScreenLock lock_{prompter_};
+  std::vector<bool> changes_;
+};
+
+TEST_F(ScreenLockTest, ACodeLocksAndTheSameCodeAloneUnlocks) {
+  prompter_.texts = {u" 47 11 "_s, u"4711"_s, u""_s, u"47 11"_s};
+  prompter_.answers = {Answer::Ok, Answer::Ok};
+  lock_.Lockscr();
+  EXPECT_TRUE(lock_.Locked());
+  lock_.Lockscr();
+  EXPECT_TRUE(lock_.Locked());
+  lock_.Lockscr();
+  EXPECT_TRUE(lock_.Locked()) << "a cancelled question is no way out";
+  lock_.Lockscr();
+  EXPECT_FALSE(lock_.Locked());
+  EXPECT_THAT(changes_, ElementsAre(true, false));
+  EXPECT_EQ(prompter_.secretsAsked, 3);
+  EXPECT_THAT(prompter_.Told(),
+              ElementsAre(u"Please Enter A Screen Lock Code"_s, u"Enter Code To Unlock Screen"_s,
+                          u"Sorry, Screen Unlock Code Not Valid !"_s, u"Enter Code To Unlock Screen"_s,
+                          u"Sorry, Screen Unlock Code Not Valid !"_s, u"Enter Code To Unlock Screen"_s));
+  // The next lock takes a code of its own.
+  prompter_.texts = {u"other"_s};
+  lock_.Lockscr();
+  EXPECT_TRUE(lock_.Locked());
+}
+
+TEST_F(ScreenLockTest, NothingOrBlanksAloneDoNotLock) {
+  prompter_.texts = {u""_s, u"   "_s};
+  lock_.Lockscr();
+  lock_.Lockscr();
+  EXPECT_FALSE(lock_.Locked());
+  EXPECT_TRUE(changes_.empty());
+}
+
+class LockedDeskTest : public DeskTest {};
+
+TEST_F(LockedDeskTest, TheDeckThatPlaysGoesOnToItsEndBehindAWrongCode) {
+  AddThreeTracks();
+  Open();
+  EnqueueAll();
+  Load(Deck::One, 1);
+  Decks().ManualStart(Deck::One);
+  ScreenLock lock(prompter_);
+  prompter_.texts = {u"a"_s, u"b"_s};
+  prompter_.answers = {Answer::Ok};
+  lock.Lockscr();
+  lock.Lockscr();
+  loop_.RunFor(61s);
+  EXPECT_TRUE(lock.Locked());
+  EXPECT_TRUE(Record(Deck::One).PlayedOut);
+}
+
+TEST(DataManagerAccessTest, ThePasswordOpensAndNothingElseDoes) {
+  ScriptedPrompter prompter;
+  int opened = 0;
+  DataManagerAccess access(prompter, false, u"Secret"_s);
+  access.OnGranted = [&opened] { ++opened; };
+  prompter.texts = {u""_s, u"secret"_s, u"Secret"_s};
+  prompter.answers = {Answer::Ok};
+  access.Enter();
+  EXPECT_EQ(prompter.asked.size(), 1U) << "nothing is said to an empty answer";
+  EXPECT_EQ(prompter.asked.front().title, u"Data Manager Access"_s);
+  EXPECT_EQ(prompter.asked.front().text, u"Enter PassWord"_s);
+  access.Enter();
+  EXPECT_EQ(prompter.asked.back().text, u"PassWord Not Recognized!"_s);
+  EXPECT_EQ(opened, 0);
+  access.Enter();
+  EXPECT_EQ(opened, 1);
+  EXPECT_EQ(prompter.secretsAsked, 3);
+
+  access.SetAccess(false, {});
+  prompter.texts = {u""_s};
+  access.Enter();
+  EXPECT_EQ(opened, 1) << "no password set is no free access";
+
+  access.SetAccess(true, u"Secret"_s);
+  access.Enter();
+  EXPECT_EQ(opened, 2);
+  EXPECT_EQ(prompter.secretsAsked, 4);
+}
+
+}  // namespace
+}  // namespace kelvo

@@ -1,0 +1,326 @@
+#include "console/DeskFixture.h"
+
+#include <QFile>
+
+namespace kelvo {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::DeskTest;
+using ::testing::ElementsAre;
+
+const QString kGroupQuestion =
+    u"My MixClear Group Playlist \r\nYou Cant Add Std Tracks To A Group Playlist ! ?"_s;
+
+class PlayQueueTest : public DeskTest {
+ protected:
+  void SetUp() override {
+    AddThreeTracks();
+    Open();
+  }
+  void AddRequest(Mref track) {
+    QueueEntry entry;
+    entry.Set(TrackColumn, u"Wish %1"_s.arg(ToInt(track)));
+    entry.Set(MrefColumn, QString::number(ToInt(track)));
+    entry.Set(ReqdataColumn, u"Request From: Ann"_s);
+    entry.ForeColor = QueueColour::Request;
+    Queue().AppendRow(entry, 10);
+  }
+};
+
+TEST_F(PlayQueueTest, AnAddedTrackBringsItsFactsAndItsWholeSeconds) {
+  EXPECT_EQ(Queue().Name(), u"(No Name)"_s);
+  Enqueue({ToMref(3), ToMref(1)});
+  const QueueEntry& row = Queue().Row(1);
+  EXPECT_THAT(row.columns, ElementsAre(u"Gamma"_s, u"Play Me"_s, u"1999-Dec"_s, u"7"_s, u"120"_s, u""_s,
+                                       catalogue_.TrackPaths(ToMref(3)), u""_s, u"3"_s, u"Rock"_s));
+  EXPECT_EQ(row.ForeColor, QueueColour::Plain);
+  EXPECT_THAT(Tags(), ElementsAre(1, 2));
+  EXPECT_EQ(Queue().QueueTotalSeconds(), 150);
+  EXPECT_EQ(Queue().Selected(), 2) << "the new row is selected";
+}
+
+TEST_F(PlayQueueTest, ATrackStandsInTheQueueOnceAndOneWithoutAFileNotAtAll) {
+  EnqueueAll();
+  QFile::remove(catalogue_.TrackPaths(ToMref(2)));
+  Queue().Click(2);
+  Queue().CutSelected();
+  Enqueue({ToMref(2), ToMref(1), ToMref(1)});
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Alpha"_s, u"Gamma"_s));
+  EXPECT_EQ(Queue().Selected(), 1) << "the row that is there is selected";
+  EXPECT_EQ(Queue().QueueTotalSeconds(), 150);
+  EXPECT_TRUE(prompter_.asked.empty());
+}
+
+TEST_F(PlayQueueTest, AutomaticPlayKeepsItsSelectionWhenTracksAreAdded) {
+  Enqueue({ToMref(1)});
+  desk_->State().AutoPlayOn = true;
+  Enqueue({ToMref(2)});
+  EXPECT_EQ(Queue().Count(), 2);
+  EXPECT_EQ(Queue().Selected(), 1);
+}
+
+TEST_F(PlayQueueTest, AGroupPlaylistIsGivenUpOnlyOnYes) {
+  EnqueueAll();
+  Queue().SetName(u"My Mix"_s);
+  Queue().SetGroup({u"line"_s});
+  prompter_.answers = {Answer::No, Answer::Yes};
+  Enqueue({ToMref(1)});
+  EXPECT_EQ(Queue().Count(), 3);
+  Enqueue({ToMref(2)});
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Beta"_s));
+  EXPECT_EQ(Queue().Name(), u"(No Name)"_s);
+  EXPECT_FALSE(Queue().GroupQueueFlag());
+  EXPECT_EQ(Queue().QueueTotalSeconds(), 60);
+  EXPECT_EQ(Queue().GroupLines(), QStringList{u"line"_s}) << "the next group load clears them";
+  EXPECT_THAT(prompter_.Told(), ElementsAre(kGroupQuestion, kGroupQuestion));
+  EXPECT_EQ(prompter_.asked[0].buttons, Buttons::YesNo);
+
+  desk_->State().GroupPlayOn = true;
+  Enqueue({ToMref(3)});
+  EXPECT_EQ(Queue().Count(), 1) << "nothing is added while a group playlist runs";
+}
+
+TEST_F(PlayQueueTest, MovedContentsTravelAndThePlacesKeepTheirTags) {
+  EnqueueAll();
+  Queue().MarkQueueRow(ToMref(2), QueueStatus::Stopped);
+  Queue().Click(2);
+  Queue().MoveSelectedUp();
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Beta"_s, u"Alpha"_s, u"Gamma"_s));
+  EXPECT_EQ(Queue().Row(1).ForeColor, QueueColour::Played);
+  EXPECT_EQ(Queue().Row(2).ForeColor, QueueColour::Plain);
+  EXPECT_EQ(Queue().Selected(), 1);
+  Queue().MoveSelectedUp();
+  EXPECT_THAT(Tags(), ElementsAre(1, 2, 3));
+  Queue().MoveTo(1, 3);
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Alpha"_s, u"Gamma"_s, u"Beta"_s));
+  Queue().MoveSelectedDown();
+  EXPECT_EQ(Queue().Selected(), 3);
+  EXPECT_THAT(Tags(), ElementsAre(1, 2, 3));
+}
+
+TEST_F(PlayQueueTest, LockedRowsAndAFadeHoldTheRowsInTheirPlaces) {
+  EnqueueAll();
+  QueueEntry locked;
+  locked.Set(TrackColumn, u"Locked"_s);
+  locked.Set(PlistDataColumn, u"data"_s);
+  Queue().AppendRow(locked, 0);
+  Queue().Click(4);
+  Queue().MoveSelectedUp();
+  Queue().CutSelected();
+  EXPECT_EQ(Queue().Row(4).Text(TrackColumn), u"Locked"_s);
+  desk_->State().TransitionActive = true;
+  Queue().Click(2);
+  Queue().MoveSelectedUp();
+  Queue().CutSelected();
+  Finish(Queue().ClearQueue());
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Alpha"_s, u"Beta"_s, u"Gamma"_s, u"Locked"_s));
+}
+
+TEST_F(PlayQueueTest, ACutClosesTheTagsAndSelectsTheRowThatTakesThePlace) {
+  EnqueueAll();
+  Queue().Click(2);
+  Queue().CutSelected();
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Alpha"_s, u"Gamma"_s));
+  EXPECT_THAT(Tags(), ElementsAre(1, 2));
+  EXPECT_EQ(Queue().Selected(), 2);
+  EXPECT_EQ(Queue().QueueTotalSeconds(), 150);
+  Queue().CutSelected();
+  EXPECT_EQ(Queue().Selected(), 1) << "the new last row";
+  desk_->State().AutoPlayOn = true;
+  Queue().CutSelected();
+  EXPECT_EQ(Queue().Count(), 1);
+  desk_->State().AutoPlayOn = false;
+  Queue().CutSelected();
+  Queue().CutSelected();
+  EXPECT_EQ(Queue().Count(), 0);
+  EXPECT_EQ(Queue().Selected(), 0);
+  EXPECT_EQ(Queue().QueueTotalSeconds(), 0);
+}
+
+TEST_F(PlayQueueTest, ClearingAsksAndEmptiesEverything) {
+  EnqueueAll();
+  Queue().SetName(u"Party"_s);
+  Queue().Click(2);
+  prompter_.answers = {Answer::Cancel, Answer::Ok};
+  Finish(Queue().ClearQueue());
+  EXPECT_EQ(Queue().Count(), 3);
+  Finish(Queue().ClearQueue());
+  EXPECT_EQ(Queue().Count(), 0);
+  EXPECT_EQ(Queue().QueueTotalSeconds(), 0);
+  EXPECT_EQ(Queue().Name(), u"(No Name)"_s);
+  EXPECT_EQ(Queue().LastQueueIndex(), -1);
+  EXPECT_THAT(prompter_.Told(), ElementsAre(u"Clear The Play Queue ?"_s, u"Clear The Play Queue ?"_s));
+  EXPECT_EQ(prompter_.asked[0].buttons, Buttons::OkCancel);
+}
+
+TEST_F(PlayQueueTest, UnplayedRequestsCanSurviveAClear) {
+  EnqueueAll();
+  AddRequest(ToMref(2));
+  Queue().SetName(u"Party"_s);
+  Queue().Click(3);
+  prompter_.answers = {Answer::Cancel, Answer::No, Answer::Yes};
+  Finish(Queue().ClearQueue());
+  EXPECT_EQ(Queue().Count(), 4);
+  Finish(Queue().ClearQueue());
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Wish 2"_s));
+  EXPECT_THAT(Tags(), ElementsAre(4));
+  EXPECT_EQ(Queue().QueueTotalSeconds(), 60 + 60 + 90 + 10 - (1 + 2 + 3)) << "less the numbers of the tracks";
+  EXPECT_EQ(Queue().Name(), u"Party"_s);
+  EXPECT_EQ(Queue().LastQueueIndex(), 3);
+  EXPECT_EQ(prompter_.asked[1].text,
+            u"There Is/Are Unplayed Requests in the Queue ! \r\nDo you Want The Requests Cleared Too ?"_s);
+  EXPECT_EQ(prompter_.asked[1].buttons, Buttons::YesNoCancel);
+  Queue().Click(1);
+  Finish(Queue().ClearQueue());
+  EXPECT_EQ(Queue().Count(), 0);
+}
+
+/// Answers while something else happens at the desk.
+class BusyPrompter : public testing::ScriptedPrompter {
+ public:
+  Job<Answer> Ask(Prompt prompt) override {
+    meanwhile();
+    return ScriptedPrompter::Ask(prompt);
+  }
+  std::function<void()> meanwhile;
+};
+
+TEST_F(PlayQueueTest, AutomaticPlayThatBeganWhileTheQuestionStoodKeepsItsRows) {
+  BusyPrompter prompter;
+  ConsoleState state;
+  PlayQueue queue(loop_, prompter, catalogue_, state);
+  Finish(queue.AddTracks({ToMref(1), ToMref(2)}));
+  prompter.answers = {Answer::Ok, Answer::Yes};
+  prompter.meanwhile = [&state] { state.AutoPlayOn = true; };
+  Finish(queue.ClearQueue());
+  EXPECT_EQ(queue.Count(), 2);
+  state.AutoPlayOn = false;
+  queue.SetGroup({});
+  prompter.meanwhile = [&state] { state.GroupPlayOn = true; };
+  Finish(queue.AddTracks({ToMref(3)}));
+  EXPECT_EQ(queue.Count(), 2);
+  EXPECT_TRUE(queue.GroupQueueFlag());
+}
+
+TEST_F(PlayQueueTest, EditingOpensTheFormThatSuitsTheQueue) {
+  std::vector<std::pair<int, bool>> opened;
+  Queue().OpenEditor = [&](int index, bool group) { opened.emplace_back(index, group); };
+  EnqueueAll();
+  const auto edit = [this](int index) {
+    Queue().Click(index);
+    Queue().EditSelected();
+    loop_.RunFor(100ms);
+  };
+  edit(2);
+  EXPECT_EQ(Queue().LastQueueIndex(), 2);
+  Queue().SetGroup({});
+  edit(3);
+  EXPECT_THAT(opened, ElementsAre(std::pair(2, false), std::pair(3, true)));
+
+  QFile::remove(database_.paths(Paths::Info) + u"/alpha.kif"_s);
+  edit(1);
+  EXPECT_EQ(opened.size(), 2U) << "without an info file nothing happens";
+  EXPECT_EQ(Queue().Count(), 3);
+  QFile::remove(catalogue_.TrackPaths(ToMref(2)));
+  edit(2);
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Alpha"_s, u"Gamma"_s));
+  EXPECT_EQ(Queue().QueueTotalSeconds(), 210) << "the total stays as it was";
+  EXPECT_THAT(prompter_.Told(), ElementsAre(u"The Requested Track Beta No Longer Exists !"_s));
+}
+
+TEST_F(PlayQueueTest, TheFirstHeadTogglesBetweenContentsAndListOrder) {
+  EXPECT_EQ(Queue().TrackHead(), u"Tracks (By Position Or Contents)"_s);
+  Enqueue({ToMref(3), ToMref(1), ToMref(2)});
+  Queue().Click(1);
+  Queue().SortBy(TrackColumn);
+  EXPECT_EQ(Queue().TrackHead(), u"Tracks ( By List Contents )"_s);
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Alpha"_s, u"Beta"_s, u"Gamma"_s));
+  EXPECT_THAT(Tags(), ElementsAre(2, 3, 1));
+  EXPECT_EQ(Queue().Selected(), 3) << "the selection stays with its row";
+  Queue().SortBy(TrackColumn);
+  EXPECT_EQ(Queue().TrackHead(), u"Tracks ( By List Position )"_s);
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Gamma"_s, u"Alpha"_s, u"Beta"_s));
+  EXPECT_EQ(Queue().Selected(), 1);
+
+  Queue().SortBy(MrefColumn);
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Alpha"_s, u"Beta"_s, u"Gamma"_s));
+  desk_->State().AutoPlayOn = true;
+  Queue().SortBy(TrackColumn);
+  desk_->State().AutoPlayOn = false;
+  Queue().SetGroup({});
+  Queue().SortBy(TrackColumn);
+  EXPECT_EQ(Queue().TrackHead(), u"Tracks ( By List Position )"_s);
+}
+
+TEST_F(PlayQueueTest, ASortedListTakesNewRowsAtTheirPlaceAndTheListOrderComesBackWhole) {
+  Enqueue({ToMref(3), ToMref(1)});
+  Queue().SortBy(TrackColumn);
+  Enqueue({ToMref(2)});
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Alpha"_s, u"Beta"_s, u"Gamma"_s));
+  EXPECT_EQ(Queue().Selected(), 2);
+  Queue().SortBy(TrackColumn);
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Gamma"_s, u"Alpha"_s, u"Beta"_s));
+
+  // A clear that spares a request leaves a gap in the tags; no row may get lost over it.
+  AddRequest(ToMref(1));
+  Queue().Click(1);
+  prompter_.answers = {Answer::No};
+  Finish(Queue().ClearQueue());
+  Enqueue({ToMref(2), ToMref(3)});
+  Queue().SortBy(TrackColumn);
+  Queue().SortBy(TrackColumn);
+  EXPECT_EQ(Queue().Count(), 3);
+  EXPECT_THAT(Tags(), ElementsAre(1, 2, 3));
+}
+
+TEST_F(PlayQueueTest, TheLastColumnShowsGenresOrTimings) {
+  Queue().SwitchTimings();
+  EXPECT_EQ(Queue().TimingsCaption(), u"Timings"_s) << "an empty queue has nothing to show";
+  Enqueue({ToMref(3)});
+  catalogue_.TrackGenres.Set(ToMref(1), u"~ALL CATEGORIES"_s);
+  Queue().SwitchTimings();
+  EXPECT_EQ(Queue().GenreHead(), u"Timings"_s);
+  EXPECT_EQ(Queue().TimingsCaption(), u"Genres"_s);
+  Enqueue({ToMref(1)});
+  EXPECT_THAT(Column(GenreColumn), ElementsAre(u"01:30"_s, u"01:00"_s));
+  Queue().SwitchTimings();
+  EXPECT_EQ(Queue().GenreHead(), u"Genres"_s);
+  EXPECT_THAT(Column(GenreColumn), ElementsAre(u"Rock"_s, u"Undefined"_s));
+}
+
+TEST_F(PlayQueueTest, AMarkTellsWhatBecameOfTheFirstRowOfATrack) {
+  EnqueueAll();
+  AddRequest(ToMref(2));
+  loop_.RunFor(5min);
+  const auto mark = [this](QueueStatus status) {
+    Queue().MarkQueueRow(ToMref(2), status);
+    return std::pair(Queue().Row(2).Text(CommentColumn), Queue().Row(2).ForeColor);
+  };
+  EXPECT_EQ(mark(QueueStatus::NowPlaying), std::pair(u"Now Playing 9:05"_s, QueueColour::NowPlaying));
+  EXPECT_EQ(mark(QueueStatus::Reset), std::pair(u"Now Playing 9:05"_s, QueueColour::Reset));
+  EXPECT_EQ(mark(QueueStatus::Faded), std::pair(u"Faded- 9:05"_s, QueueColour::Faded));
+  EXPECT_EQ(mark(QueueStatus::Stopped), std::pair(u"Stopped 9:05"_s, QueueColour::Played));
+  EXPECT_EQ(mark(QueueStatus::Played), std::pair(u"Played- 9:05"_s, QueueColour::Played));
+  EXPECT_EQ(Queue().Row(4).ForeColor, QueueColour::Request) << "only the first row of the track";
+  EXPECT_EQ(Queue().QueueRow(), 2);
+
+  desk_->State().PreviewOn = true;
+  Queue().MarkQueueRow(ToMref(1), QueueStatus::Played);
+  EXPECT_EQ(Queue().Row(1).Text(CommentColumn), u"Play Me"_s);
+}
+
+TEST_F(PlayQueueTest, APlayedRequestIsNoRequestAnyMore) {
+  AddRequest(ToMref(1));
+  EXPECT_TRUE(Queue().QueueHasRequests());
+  Queue().MarkQueueRow(ToMref(1), QueueStatus::NowPlaying);
+  EXPECT_FALSE(Queue().QueueHasRequests());
+  EXPECT_EQ(Queue().Row(1).Text(ReqdataColumn), QString());
+  Queue().ResetMarks();
+  EXPECT_EQ(Queue().Row(1).Text(CommentColumn), QString());
+  EXPECT_EQ(Queue().Row(1).ForeColor, QueueColour::Reset);
+}
+
+}  // namespace
+}  // namespace kelvo

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/Prompter.h"
+
+#include <QStringList>
+
+#include <deque>
+#include <vector>
+
+namespace kelvo::testing {
+
+/// A person made of answers: each question takes the next one and is remembered. A question without an answer
+/// left is a failure of the test.
+class ScriptedPrompter : public Prompter {
+ public:
+  [[nodiscard]] Job<Answer> Ask(Prompt prompt) override;
+  [[nodiscard]] Job<QString> AskText(QString title, QString prompt, QString initial) override;
+  /// Takes its answer from `texts` as AskText does, and counts.
+  [[nodiscard]] Job<QString> AskSecret(QString title, QString prompt) override;
+  [[nodiscard]] Job<std::optional<QString>> PickFolder(QString title, QString initial) override;
+  [[nodiscard]] Job<std::optional<QString>> PickFile(QString title, QString initial, QString filter) override;
+  void Tell(Prompt prompt) override;
+
+  std::deque<Answer> answers;
+  std::deque<QString> texts;
+  std::deque<std::optional<QString>> paths;
+
+  int secretsAsked = 0;
+  std::vector<Prompt> asked;               ///< every Ask, AskText (title and prompt) and Tell, in order
+  [[nodiscard]] QStringList Told() const;  ///< the texts of `asked`
+};
+
+}  // namespace kelvo::testing

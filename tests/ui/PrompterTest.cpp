@@ -1,0 +1,227 @@
+#include "ui/MessageBoxPrompter.h"
+#include "ui/PromptBox.h"
+#include "ui/Theme.h"
+#include "ui/ToldList.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTextEdit>
+
+#include <gtest/gtest.h>
+
+namespace kelvo {
+namespace {
+
+void LetTheLoopTurn() {
+  for (int turn = 0; turn < 3; ++turn) QCoreApplication::processEvents();
+}
+
+template <typename Box>
+std::vector<Box*> OpenBoxes() {
+  std::vector<Box*> boxes;
+  for (QWidget* each : QApplication::topLevelWidgets()) {
+    auto* box = qobject_cast<Box*>(each);
+    if (box && box->isVisible()) boxes.push_back(box);
+  }
+  return boxes;
+}
+
+PromptBox* OnlyBox() {
+  const auto boxes = OpenBoxes<PromptBox>();
+  return boxes.size() == 1 ? boxes.front() : nullptr;
+}
+
+void Press(QWidget& widget, int key, const QString& text = {}) {
+  QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text);
+  QCoreApplication::sendEvent(&widget, &down);
+  LetTheLoopTurn();
+}
+
+Prompt Words(const QString& text, Buttons buttons = Buttons::Ok) {
+  Prompt prompt;
+  prompt.text = text;
+  prompt.buttons = buttons;
+  return prompt;
+}
+
+/// A person in front of the running program's boxes, and a job that waits for the answer.
+class PrompterTest : public ::testing::Test {
+ protected:
+  Job<> Keep(Prompt prompt) { answer_ = co_await prompter_.Ask(prompt); }
+  Job<> KeepText(QString prompt, QString initial) {
+    text_ = co_await prompter_.AskText(QStringLiteral("Path error"), prompt, initial);
+  }
+  Job<> KeepSecret(QString prompt) {
+    text_ = co_await prompter_.AskSecret(QStringLiteral("Data Manager Access"), prompt);
+  }
+  Job<> KeepFolder(QString initial) {
+    folder_ = co_await prompter_.PickFolder(QString(), initial);
+    picked_ = true;
+  }
+
+  QWidget console_;
+  MessageBoxPrompter prompter_{[this] { return &console_; }};
+  std::optional<Answer> answer_;
+  std::optional<QString> text_;
+  std::optional<QString> folder_;
+  bool picked_ = false;
+  Job<> job_;
+};
+
+TEST_F(PrompterTest, EscapeAnswersWithTheLeastHarmfulButton) {
+  const std::array<std::pair<Buttons, Answer>, 4> cases{{{Buttons::Ok, Answer::Ok},
+                                                         {Buttons::OkCancel, Answer::Cancel},
+                                                         {Buttons::YesNo, Answer::No},
+                                                         {Buttons::YesNoCancel, Answer::Cancel}}};
+  for (const auto& [buttons, expected] : cases) {
+    answer_.reset();
+    job_ = Keep(Words(QStringLiteral("Quit Kelvo 2007 ? "), buttons));
+    ASSERT_NE(OnlyBox(), nullptr);
+    Press(*OnlyBox(), Qt::Key_Escape);
+    EXPECT_EQ(answer_, expected) << static_cast<int>(buttons);
+    EXPECT_TRUE(OpenBoxes<PromptBox>().empty());
+  }
+}
+
+TEST_F(PrompterTest, LettersAndEnterPressTheButtonsOfAQuestion) {
+  job_ = Keep(Words(QStringLiteral("Sure ?"), Buttons::YesNoCancel));
+  ASSERT_NE(OnlyBox(), nullptr);
+  Press(*OnlyBox(), Qt::Key_N, QStringLiteral("n"));
+  EXPECT_EQ(answer_, Answer::No);
+
+  answer_.reset();
+  job_ = Keep(Words(QStringLiteral("Sure ?"), Buttons::YesNo));
+  Press(*OnlyBox(), Qt::Key_Return);
+  EXPECT_EQ(answer_, Answer::Yes);
+}
+
+TEST_F(PrompterTest, AQuestionHoldsItsWindowAndShowsItsTextAsItIs) {
+  console_.show();
+  job_ = Keep(Words(QStringLiteral("Delete <b>A & B</b>\n(2 files)"), Buttons::YesNo));
+  PromptBox* box = OnlyBox();
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(QApplication::activeModalWidget(), box);
+  EXPECT_EQ(box->windowTitle(), QStringLiteral("Kelvo 2007"));
+  EXPECT_EQ(box->Text(), QStringLiteral("Delete <b>A & B</b>\n(2 files)"));
+}
+
+TEST_F(PrompterTest, CancellingTheJobClosesItsBoxEvenAfterTheClick) {
+  job_ = Keep(Words(QStringLiteral("Sure ?"), Buttons::YesNo));
+  ASSERT_NE(OnlyBox(), nullptr);
+  job_.Cancel();
+  EXPECT_TRUE(OpenBoxes<PromptBox>().empty());
+
+  job_ = Keep(Words(QStringLiteral("Sure ?"), Buttons::YesNo));
+  OnlyBox()->done(static_cast<int>(Answer::Yes));
+  job_.Cancel();
+  LetTheLoopTurn();
+  EXPECT_FALSE(answer_.has_value());
+}
+
+TEST_F(PrompterTest, AQuestionOutlivesTheWindowThatItStoodOn) {
+  auto window = std::make_unique<QWidget>();
+  MessageBoxPrompter prompter([&window] { return window.get(); });
+  window->show();
+  Job<Answer> asked = prompter.Ask(Words(QStringLiteral("Sure ?"), Buttons::YesNo));
+  window.reset();
+  LetTheLoopTurn();
+  ASSERT_NE(OnlyBox(), nullptr);
+  Press(*OnlyBox(), Qt::Key_Escape);
+  EXPECT_FALSE(asked.Running());
+}
+
+TEST_F(PrompterTest, AnInputBoxGivesItsLineAndNothingWhenCancelled) {
+  job_ = KeepText(QStringLiteral("Please Enter The Path To This Folder"), QStringLiteral("old"));
+  PromptBox* box = OnlyBox();
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(box->windowTitle(), QStringLiteral("Path error"));
+  auto* line = box->findChild<QLineEdit*>();
+  ASSERT_NE(line, nullptr);
+  // The initial text is selected: typing replaces it, and letters are letters here, not buttons.
+  Press(*line, Qt::Key_C, QStringLiteral("c"));
+  Press(*line, Qt::Key_Return);
+  EXPECT_EQ(text_, QStringLiteral("c"));
+
+  job_ = KeepText(QStringLiteral("Again"), QStringLiteral("old"));
+  Press(*OnlyBox(), Qt::Key_Escape);
+  EXPECT_EQ(text_, QString());
+}
+
+TEST_F(PrompterTest, ASecretIsTypedUnseen) {
+  job_ = KeepSecret(QStringLiteral("Enter PassWord"));
+  ASSERT_NE(OnlyBox(), nullptr);
+  auto* line = OnlyBox()->findChild<QLineEdit*>();
+  ASSERT_NE(line, nullptr);
+  Press(*line, Qt::Key_C, QStringLiteral("c"));
+  EXPECT_EQ(line->text(), QStringLiteral("c"));
+  EXPECT_FALSE(line->displayText().contains(QLatin1Char('c')));
+  Press(*line, Qt::Key_Return);
+  EXPECT_EQ(text_, QStringLiteral("c"));
+}
+
+TEST_F(PrompterTest, AFolderIsPickedOrNoneWhenThePickerIsClosed) {
+  const QTemporaryDir folder;
+  job_ = KeepFolder(folder.path());
+  ASSERT_EQ(OpenBoxes<QFileDialog>().size(), 1U);
+  static_cast<QDialog*>(OpenBoxes<QFileDialog>().front())->done(QDialog::Accepted);
+  LetTheLoopTurn();
+  ASSERT_TRUE(folder_.has_value());
+  EXPECT_EQ(*folder_, folder.path());
+
+  picked_ = false;
+  job_ = KeepFolder(folder.path());
+  OpenBoxes<QFileDialog>().front()->reject();
+  LetTheLoopTurn();
+  EXPECT_TRUE(picked_);
+  EXPECT_FALSE(folder_.has_value());
+}
+
+TEST_F(PrompterTest, TheSameMessageTwiceIsOneBoxUntilItIsClosed) {
+  prompter_.Tell(Words(QStringLiteral("The disk is full")));
+  prompter_.Tell(Words(QStringLiteral("The disk is full")));
+  PromptBox* box = OnlyBox();
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "a message must not hold the desk";
+  bool counted = false;
+  for (const QLabel* each : box->findChildren<QLabel*>()) counted |= each->text().contains(QLatin1Char('2'));
+  EXPECT_TRUE(counted);
+  // It comes again in the very moment of the click that closes it.
+  box->reject();
+  EXPECT_TRUE(OpenBoxes<PromptBox>().empty());
+  prompter_.Tell(Words(QStringLiteral("The disk is full")));
+  LetTheLoopTurn();
+  EXPECT_NE(OnlyBox(), nullptr);
+}
+
+TEST_F(PrompterTest, AStormOfMessagesBecomesOneList) {
+  for (int error = 0; error < 700; ++error) prompter_.Tell(Words(QStringLiteral("ERROR %1").arg(error)));
+  EXPECT_TRUE(OpenBoxes<PromptBox>().empty());
+  ASSERT_EQ(OpenBoxes<ToldList>().size(), 1U);
+  ToldList* list = OpenBoxes<ToldList>().front();
+  EXPECT_EQ(list->Count(), 500) << "bounded, whatever comes";
+  EXPECT_TRUE(list->Head().text().contains(QStringLiteral("700"))) << list->Head().text().toStdString();
+  list->accept();
+  LetTheLoopTurn();
+  prompter_.Tell(Words(QStringLiteral("later")));
+  EXPECT_NE(OnlyBox(), nullptr);
+}
+
+TEST_F(PrompterTest, AMessageCanBeClosedWhileAQuestionIsOpenAndAfterIt) {
+  console_.show();
+  job_ = Keep(Words(QStringLiteral("Sure ?"), Buttons::YesNo));
+  PromptBox* question = OnlyBox();
+  prompter_.Tell(Words(QStringLiteral("Sound device lost")));
+  ASSERT_EQ(OpenBoxes<PromptBox>().size(), 2U);
+  Press(*question, Qt::Key_Y, QStringLiteral("y"));
+  EXPECT_EQ(answer_, Answer::Yes);
+  ASSERT_NE(OnlyBox(), nullptr) << "the message stays when the question goes";
+  Press(*OnlyBox(), Qt::Key_Return);
+  EXPECT_TRUE(OpenBoxes<PromptBox>().empty());
+}
+
+}  // namespace
+}  // namespace kelvo
