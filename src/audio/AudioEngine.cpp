@@ -3,11 +3,15 @@
 #include "audio/engine/Decoder.h"
 #include "platform/ErrorLog.h"
 
+#include <QLoggingCategory>
+
 #include <algorithm>
 
 namespace kelvo {
 
 using namespace std::chrono_literals;
+
+Q_LOGGING_CATEGORY(logEngine, "kelvo.audio.engine", QtWarningMsg)
 
 namespace {
 
@@ -29,6 +33,7 @@ AudioEngine::AudioEngine(EventLoop& loop, std::unique_ptr<OutputBackend> backend
 AudioEngine::~AudioEngine() {
   tick_.Stop();
   soon_.Stop();
+  qCInfo(logEngine) << "underruns:" << Underruns();
   // First, for it ends every callback: behind it nobody renders what is freed here.
   backend_.reset();
 }
@@ -109,6 +114,7 @@ void AudioEngine::Tick() {
   const bool stillSilent =
       status.kind == OutputStatus::Kind::OnSilentClock && defaultStatus_.kind == status.kind;
   const bool changed = status != defaultStatus_ && !stillSilent;
+  if (changed) qCInfo(logEngine) << "the default output:" << static_cast<int>(status.kind) << status.device;
   defaultStatus_ = status;
   // Whoever is called below may make and drop players.
   PollPlayers();

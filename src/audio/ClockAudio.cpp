@@ -27,6 +27,7 @@ class ClockPlayer : public MediaPlayer {
       Halt();
       fileName_ = path;
       duration_ = seconds;
+      hasSound_ = !audio_.silent_.contains(path);
       base_ = 0;
     }
     co_return result;
@@ -36,11 +37,13 @@ class ClockPlayer : public MediaPlayer {
     Halt();
     fileName_.clear();
     duration_ = 0;
+    hasSound_ = false;
     base_ = 0;
   }
 
   [[nodiscard]] QString FileName() const override { return fileName_; }
   [[nodiscard]] double Duration() const override { return duration_; }
+  [[nodiscard]] bool HasSound() const override { return hasSound_; }
   [[nodiscard]] double CurrentPosition() const override {
     if (!playing_) return base_;
     const double passed = std::chrono::duration<double>(audio_.loop_.Elapsed() - startedAt_).count();
@@ -50,7 +53,9 @@ class ClockPlayer : public MediaPlayer {
     base_ = std::isfinite(seconds) ? std::clamp(seconds, 0.0, duration_) : 0.0;
     if (playing_) Run();
   }
-  [[nodiscard]] PlayState State() const override { return playing_ ? PlayState::Playing : PlayState::Stopped; }
+  [[nodiscard]] PlayState State() const override {
+    return playing_ ? PlayState::Playing : PlayState::Stopped;
+  }
   void Play() override {
     if (fileName_.isEmpty() || playing_) return;
     Run();
@@ -89,6 +94,7 @@ class ClockPlayer : public MediaPlayer {
   ClockAudio& audio_;
   QString fileName_;
   double duration_ = 0;
+  bool hasSound_ = false;
   double base_ = 0;
   double rate_ = 1;
   int volume_ = 0;

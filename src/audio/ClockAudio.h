@@ -4,6 +4,7 @@
 #include "platform/EventLoop.h"
 
 #include <QHash>
+#include <QSet>
 
 namespace kelvo {
 
@@ -18,6 +19,14 @@ class ClockAudio : public AudioSystem {
   /// `defaultDuration` when they exist on disk and cannot be opened otherwise.
   void SetDuration(const QString& path, double seconds) { durations_[path] = seconds; }
   double defaultDuration = 60;
+  /// From its next Open on the file runs its time, but nothing is heard of it.
+  void SetSilent(const QString& path, bool silent = true) {
+    if (silent) {
+      silent_.insert(path);
+    } else {
+      silent_.remove(path);
+    }
+  }
   /// How long an Open takes.
   Nanoseconds openTime = std::chrono::milliseconds(20);
 
@@ -35,6 +44,7 @@ class ClockAudio : public AudioSystem {
 
   EventLoop& loop_;
   QHash<QString, double> durations_;
+  QSet<QString> silent_;
   OutputStatus status_{OutputStatus::Kind::OnAir, QStringLiteral("Main")};
 };
 

@@ -36,6 +36,8 @@ class MediaPlayer {
   [[nodiscard]] virtual QString FileName() const = 0;
   /// Length of the open file in seconds; 0 without a file.
   [[nodiscard]] virtual double Duration() const = 0;
+  /// Whether anything can be heard in the open file; false for one that is silent from end to end.
+  [[nodiscard]] virtual bool HasSound() const = 0;
   /// Seconds from the start of the file that have been played out; while a seek is on its way, its target.
   [[nodiscard]] virtual double CurrentPosition() const = 0;
   /// Seeks, to the sample; outside 0..Duration clamps. A player that plays goes on playing from there.

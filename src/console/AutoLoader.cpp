@@ -97,7 +97,8 @@ bool AutoLoader::FadeHolds() const {
 
 bool AutoLoader::HoldsGoodTrack(Deck deck) {
   if (services_.decks.Record(deck).State != DeckState::Loaded) return false;
-  if (services_.decks.Player(deck).Duration() >= kShortestTrack) return true;
+  const MediaPlayer& player = services_.decks.Player(deck);
+  if (player.Duration() >= kShortestTrack && player.HasSound()) return true;
   services_.decks.SetState(deck, DeckState::Done);
   return false;
 }

@@ -15,6 +15,7 @@ Console::Console(Services services)
       queue_(services_.loop, services_.prompter, services_.catalogue, state_),
       panel_(services_.loop),
       session_(services_.catalogue, [this](Deck deck) { return FactsFor(deck); }),
+      log_(services_.loop, services_.documents, services_.title),
       decks_({services_.loop, services_.audio, services_.catalogue, queue_, panel_, state_, session_,
               services_.paths, settings_.defaults, settings_.decks}),
       transitions_({services_.loop, state_, decks_, panel_, session_, settings_.PanFadeBias}),
@@ -53,7 +54,9 @@ AutoPlay::Services Console::ForAutoPlay() {
           starter(TransitionKind::Dub),
           starter(TransitionKind::Pan),
           [this](int speed) { SetFadeSpeed(speed); },
-          {},
+          [this](const QString& title) {
+            if (!services_.documents.isEmpty()) log_.LogPlay(title, state_.AutoPlayOn);
+          },
           {},
           {}};
 }

@@ -10,6 +10,7 @@
 #include "console/PressToSpeak.h"
 #include "console/ScreenLock.h"
 #include "console/SessionList.h"
+#include "console/SessionLog.h"
 #include "console/StatusTick.h"
 #include "console/TrackFilter.h"
 #include "console/Transitions.h"
@@ -48,6 +49,7 @@ class Console : public QObject {
     QString programFolder;
     QString version = {};
     std::optional<std::uint64_t> seed = {};  ///< of all chance on the desk; none: the system's
+    QString documents = {};                  ///< the operator's documents; empty: no session log is kept
   };
 
   explicit Console(Services services);
@@ -124,6 +126,7 @@ class Console : public QObject {
   PlayQueue queue_;
   ConfirmationPanel panel_;
   SessionList session_;
+  SessionLog log_;
   DeckEngine decks_;
   Transitions transitions_;
   PressToSpeak speak_;

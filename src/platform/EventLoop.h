@@ -47,8 +47,10 @@ class EventLoop {
  public:
   using Callback = std::function<void()>;
 
-  /// Where work off the logic's thread is done. Work of one lane is done in the order in which it was given.
-  enum class Lane { Files, Media };
+  /// Where work off the logic's thread is done. Work of one lane is done in the order in which it was given:
+  /// `Files` writes what the program keeps, `Media` reads, `Import` copies and looks through drives that may be
+  /// slow or gone.
+  enum class Lane { Files, Media, Import };
 
   EventLoop();
   virtual ~EventLoop();

@@ -10,16 +10,14 @@ namespace kelvo {
 
 QtEventLoop::QtEventLoop() {
   clock_.start();
-  files_.setMaxThreadCount(1);
-  media_.setMaxThreadCount(1);
+  for (QThreadPool& lane : lanes_) lane.setMaxThreadCount(1);
   wake_.setSingleShot(true);
   wake_.setTimerType(Qt::PreciseTimer);
   QObject::connect(&wake_, &QTimer::timeout, this, [this] { Turn(); });
 }
 
 QtEventLoop::~QtEventLoop() {
-  files_.waitForDone();
-  media_.waitForDone();
+  for (QThreadPool& lane : lanes_) lane.waitForDone();
   Clear();
 }
 
@@ -32,12 +30,11 @@ Nanoseconds QtEventLoop::Elapsed() const {
 }
 
 void QtEventLoop::FinishFiles() {
-  files_.waitForDone();
+  LaneOf(Lane::Files).waitForDone();
 }
 
 void QtEventLoop::RunOffThread(Lane lane, std::function<void()> work, Callback done) {
-  QThreadPool& pool = lane == Lane::Files ? files_ : media_;
-  pool.start([this, work = std::move(work), done = std::move(done)]() mutable {
+  LaneOf(lane).start([this, work = std::move(work), done = std::move(done)]() mutable {
     work();
     work = nullptr;
     QMetaObject::invokeMethod(

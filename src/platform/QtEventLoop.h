@@ -7,6 +7,8 @@
 #include <QThreadPool>
 #include <QTimer>
 
+#include <array>
+
 namespace kelvo {
 
 /// The loop of the running program, on Qt's own event loop of the thread that made it.
@@ -29,11 +31,11 @@ class QtEventLoop : public QObject, public EventLoop {
  private:
   void Turn();
   void Arm();
+  [[nodiscard]] QThreadPool& LaneOf(Lane lane) { return lanes_[static_cast<std::size_t>(lane)]; }
 
   QElapsedTimer clock_;
   QTimer wake_;
-  QThreadPool files_;
-  QThreadPool media_;
+  std::array<QThreadPool, 3> lanes_;  ///< by Lane, of one thread each
   bool inTurn_ = false;
 };
 

@@ -50,6 +50,10 @@ std::int64_t FreeBytes(const QString& path) {
   return storage.isValid() && storage.isReady() ? storage.bytesAvailable() : -1;
 }
 
+QString DocumentsFolder() {
+  return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
 QString ProgramFolder() {
   QString folder =
       QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/kelvo");

@@ -23,6 +23,9 @@ struct PlatformFacts {
 /// Free bytes on the file system that holds `path`; -1 when unknown.
 [[nodiscard]] std::int64_t FreeBytes(const QString& path);
 
+/// The folder of this user's documents; it need not exist.
+[[nodiscard]] QString DocumentsFolder();
+
 /// The folder that holds this program's own data of this user (XDG data folder), created when missing.
 [[nodiscard]] QString ProgramFolder();
 

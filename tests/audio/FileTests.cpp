@@ -86,6 +86,26 @@ TEST(Files, DamagedAndUnfinishedFilesPlayWhatIsThere) {
   }
 }
 
+TEST(Files, AFileOfSilenceIsToldFromOneThatBeginsWithIt) {
+  SimulatedStudio studio;
+  const auto player = studio.engine.MakePlayer();
+  Samples sound(44100 * 2 * 20, 0.0002F);
+  ASSERT_TRUE(studio.Open(*player, studio.File("hush.wav", WaveFile(sound))).Ok());
+  EXPECT_FALSE(player->HasSound());
+  ASSERT_TRUE(studio.Open(*player, studio.File("hush.mp3", Mp3File(sound))).Ok());
+  EXPECT_FALSE(player->HasSound());
+  sound[44100 * 2 * 19] = 0.25F;
+  ASSERT_TRUE(studio.Open(*player, studio.File("late.wav", WaveFile(sound))).Ok());
+  EXPECT_TRUE(player->HasSound());
+  EXPECT_EQ(player->CurrentPosition(), 0);
+  player->Play();
+  studio.loop.RunFor(19500ms);
+  EXPECT_NEAR(*std::max_element(studio.heard.begin(), studio.heard.end()), 0.25F, 0.001F)
+      << "it plays from its start all the same";
+  player->Close();
+  EXPECT_FALSE(player->HasSound());
+}
+
 TEST(Files, AFileOfFloatsCannotHarmTheOutput) {
   SimulatedStudio studio;
   Samples sound(8820, 0.5F);

@@ -263,19 +263,20 @@ TEST_F(AutoPlayTest, TheTimedStartFiresOnceAndEndsNothing) {
 // What would leave the desk silent.
 
 TEST_F(AutoPlayTest, BadFilesArePassedOverAtOnceAndTold) {
-  MakeQueue(6, 60, kStrong);
+  MakeQueue(7, 60, kStrong);
   QFile::remove(Path(2));
   desk_->audio.SetDuration(Path(3), -1);
   desk_->catalogue.SetTrackDuration(desk_->queue.Row(4).Track(), 0);
   desk_->audio.SetDuration(Path(4), 0);
+  desk_->audio.SetSilent(Path(5));
   On();
   desk_->Run(3);
-  EXPECT_EQ(Record(Deck::Two).Title, u"E"_s);
-  EXPECT_EQ(Play().SkippedCount(), 3);
-  EXPECT_TRUE(Play().LastSkipped().startsWith(u"D : "_s)) << Play().LastSkipped().toStdString();
+  EXPECT_EQ(Record(Deck::Two).Title, u"F"_s);
+  EXPECT_EQ(Play().SkippedCount(), 4);
+  EXPECT_EQ(Play().LastSkipped(), u"E : No Sound In It"_s);
   EXPECT_TRUE(Play().StatusText().startsWith(u"Skipped : "_s));
   desk_->Run(250);
-  EXPECT_TRUE(Heard().startsWith(u"AEFA"_s)) << Heard().toStdString();
+  EXPECT_TRUE(Heard().startsWith(u"AFGA"_s)) << Heard().toStdString();
   EXPECT_FALSE(Play().NothingPlayable());
 }
 

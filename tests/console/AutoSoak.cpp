@@ -121,7 +121,7 @@ class Soak {
 
   void Fault() {
     ++result_.faults;
-    switch (chance_.Below(12)) {
+    switch (chance_.Below(13)) {
       case 0:
         Spoil([](const QString& path) { QFile::remove(path); },
               [](const QString& path) { AutoDesk::Write(path, "sound"); });
@@ -161,6 +161,10 @@ class Soak {
         break;
       case 11:
         Pause();
+        break;
+      case 12:
+        Spoil([this](const QString& path) { desk_.audio.SetSilent(path); },
+              [this](const QString& path) { desk_.audio.SetSilent(path, false); });
         break;
       default:
         break;
@@ -273,7 +277,8 @@ class Soak {
   /// Counts the silence that no outage, pause or jukebox lag explains.
   void CheckSound() {
     const bool sounds = std::any_of(kDecks.begin(), kDecks.end(), [this](Deck deck) {
-      return desk_.decks.Player(deck).State() == PlayState::Playing &&
+      const MediaPlayer& player = desk_.decks.Player(deck);
+      return player.State() == PlayState::Playing && player.HasSound() &&
              desk_.decks.Record(deck).Loss < kMostLoss;
     });
     const bool excused = diskBroken_ || desk_.play.PauseAtEnd() || second_ < excusedUntil_;

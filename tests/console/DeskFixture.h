@@ -39,8 +39,18 @@ class DeskTest : public ::testing::Test {
   }
 
   void Make() {
-    desk_.emplace(Console::Services{loop_, prompter_, audio_, settings_, catalogue_, database_.paths,
-                                    u"Kelvo"_s, u"About Kelvo"_s, database_.tree.Path()});
+    desk_.emplace(Console::Services{loop_,
+                                    prompter_,
+                                    audio_,
+                                    settings_,
+                                    catalogue_,
+                                    database_.paths,
+                                    u"Kelvo"_s,
+                                    u"About Kelvo"_s,
+                                    database_.tree.Path(),
+                                    {},
+                                    {},
+                                    database_.tree.Path(u"documents"_s)});
   }
   void Open() {
     Make();

@@ -96,7 +96,8 @@ Job<> Program::AfterSplash() {
 void Program::OpenConsole() {
   console_ =
       std::make_unique<Console>(Console::Services{loop_, prompter_, audio_, settings_, catalogue_, paths_,
-                                                  facts_.title, facts_.AboutLine(), programFolder_, facts_.Version()});
+                                                  facts_.title, facts_.AboutLine(), programFolder_, facts_.Version(),
+                                                  {}, DocumentsFolder()});
   console_->OnMustEnd = [this] { End(); };
   window_ = std::make_unique<ConsoleWindow>(*console_);
   connect(window_.get(), &ConsoleWindow::Closed, this, [this] { End(); });

@@ -5,8 +5,10 @@
 #include "audio/engine/WaveHeader.h"
 #include "platform/ErrorLog.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 namespace kelvo {
 
@@ -14,6 +16,10 @@ namespace {
 
 /// Room above full scale for masters that overshoot; what is beyond is no music.
 constexpr float kLimit = 4.0F;
+
+/// Below this a sample is silence, be it digital or the noise of a muted line: -66 dB.
+constexpr float kAudible = 0.0005F;
+constexpr FrameIndex kLongestSilence = 10 * 60;  ///< seconds
 
 std::unique_ptr<Decoder> Choose(std::unique_ptr<SoundFile> file) {
   const auto wave = ReadWaveHeader(*file);
@@ -55,6 +61,22 @@ std::unique_ptr<Decoder> OpenDecoder(const QString& path, CancelFlag cancelled) 
   decoder->Seek(0);
   opened.ForgetCancel();
   return decoder;
+}
+
+bool HoldsSound(Decoder& decoder, const CancelFlag& cancelled) {
+  std::vector<float> block(kChannels * kBlockFrames);
+  const FrameIndex most = kLongestSilence * decoder.Rate();
+  bool heard = false;
+  for (FrameIndex seen = 0; !heard && seen < most;) {
+    if (cancelled && cancelled->load(std::memory_order_relaxed)) break;
+    const std::size_t frames = decoder.Read(block);
+    heard = std::any_of(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(frames * kChannels),
+                        [](float sample) { return std::abs(sample) > kAudible; });
+    if (frames < kBlockFrames) break;
+    seen += static_cast<FrameIndex>(frames);
+  }
+  decoder.Seek(0);
+  return heard;
 }
 
 }  // namespace kelvo

@@ -38,4 +38,9 @@ class Decoder {
 /// whole; off the logic's thread.
 [[nodiscard]] std::unique_ptr<Decoder> OpenDecoder(const QString& path, CancelFlag cancelled = {});
 
+/// Whether anything can be heard in the file: a sample above -66 dB of full scale within its first ten
+/// minutes. It reads no further than it must, so music answers at once. The decoder stands at its start
+/// afterwards.
+[[nodiscard]] bool HoldsSound(Decoder& decoder, const CancelFlag& cancelled);
+
 }  // namespace kelvo

@@ -15,13 +15,16 @@ struct EnginePlayer::OpenRequest {
   std::atomic<bool> done{false};
   // Written by the thread before `done`:
   std::unique_ptr<EngineSource> source;
+  bool hasSound = false;
   QString error;
 
   OneShot<OpenResult::Kind> verdict;
 
   void Work(const QString& path) {
     try {
-      source = std::make_unique<EngineSource>(OpenDecoder(path, cancelled));
+      auto decoder = OpenDecoder(path, cancelled);
+      hasSound = HoldsSound(*decoder, cancelled);
+      source = std::make_unique<EngineSource>(std::move(decoder));
     } catch (const std::exception& failure) {
       error = QString::fromUtf8(failure.what());
     }
@@ -67,7 +70,10 @@ Job<OpenResult> EnginePlayer::Open(QString path) {
   // Overtaken may mean that the player is gone: nothing of it may be touched then.
   if (result.kind == OpenResult::Kind::Superseded) co_return result;
   result.error = request->error;
-  if (result.Ok()) Install(path, std::move(request->source));
+  if (result.Ok()) {
+    hasSound_ = request->hasSound;
+    Install(path, std::move(request->source));
+  }
   co_return result;
 }
 
@@ -82,6 +88,7 @@ void EnginePlayer::Close() {
   Supersede();
   file_.clear();
   duration_ = 0;
+  hasSound_ = false;
   state_ = PlayState::Stopped;
   ++generation_;
   target_ = 0;

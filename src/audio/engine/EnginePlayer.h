@@ -25,6 +25,7 @@ class EnginePlayer : public MediaPlayer {
   void Close() override;
   [[nodiscard]] QString FileName() const override { return file_; }
   [[nodiscard]] double Duration() const override { return duration_; }
+  [[nodiscard]] bool HasSound() const override { return hasSound_; }
   [[nodiscard]] double CurrentPosition() const override;
   void SetCurrentPosition(double seconds) override;
   [[nodiscard]] PlayState State() const override { return state_; }
@@ -57,6 +58,7 @@ class EnginePlayer : public MediaPlayer {
   std::shared_ptr<OpenRequest> opening_;
   QString file_;
   double duration_ = 0;
+  bool hasSound_ = false;
   PlayState state_ = PlayState::Stopped;
   int volume_ = 0;
   int balance_ = 0;

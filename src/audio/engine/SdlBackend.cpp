@@ -1,5 +1,6 @@
 #include "audio/engine/SdlBackend.h"
 
+#include "audio/engine/CallbackPriority.h"
 #include "audio/engine/PulseProbe.h"
 
 #include <QLoggingCategory>
@@ -8,6 +9,7 @@
 
 #include <chrono>
 #include <string_view>
+#include <utility>
 
 namespace kelvo {
 
@@ -63,6 +65,8 @@ void SdlBackend::Run(const std::stop_token& stop) {
       wake_.wait_for(lock, stop, kLookForEvents, [this] { return !requests_.empty(); });
       requests.swap(requests_);
     }
+    // A turn later: by then its thread has its name.
+    if (std::exchange(opened_, false)) RaiseCallbackPriority();
     CloseDetached();
     for (const auto& link : requests) {
       if (!link->Detached()) OpenDevice(link);
@@ -130,6 +134,7 @@ void SdlBackend::OpenDevice(const std::shared_ptr<DeviceLink>& link) {
   devices_.emplace(id, link);
   link->SetState(DeviceLink::State::Running);
   SDL_PauseAudioDevice(id, 0);
+  opened_ = true;
 }
 
 bool SdlBackend::HandleEvents() {

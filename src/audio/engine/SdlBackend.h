@@ -46,6 +46,7 @@ class SdlBackend : public OutputBackend {
 
   // The device thread alone:
   bool initialised_ = false;
+  bool opened_ = false;  ///< since the last turn
   std::map<unsigned, std::shared_ptr<DeviceLink>> devices_;  ///< by SDL's id of the open device
 
   std::jthread thread_;

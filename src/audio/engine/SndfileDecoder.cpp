@@ -63,9 +63,10 @@ SndfileDecoder::SndfileDecoder(std::unique_ptr<SoundFile> file, const WaveHeader
   sound_.reset(sf_open_virtual(&access, SFM_READ, &info_, file_.get()));
   if ((!sound_ || info_.frames <= 0) && header.Unfinished()) OpenAsRaw(header);
   if (!sound_) {
-    throw Failure(QStringLiteral("%1 is a WAV file that can't be read: %2")
-                      .arg(file_->Path(), QString::fromUtf8(sf_strerror(nullptr))),
-                  sf_error(nullptr), file_->Path());
+    // What the library says of a failed open it keeps in one place for the whole process, which another
+    // thread may be writing at this moment: it is not read.
+    throw Failure(QStringLiteral("%1 is a WAV file that can't be read.").arg(file_->Path()), 0,
+                  file_->Path());
   }
   rate_ = info_.samplerate;
   frames_ = info_.frames;
