@@ -84,6 +84,9 @@ sleep 2
 
 # ---- what the operator does before the picture is taken -------------------------------------------------------------
 # Some tracks into the queue, the first one on air, the second one loaded beside it.
+key ctrl+shift+a
+key ctrl+f
+key o
 key alt+t
 for _ in 1 2 3 4 5 6 7; do
   key Down

@@ -6,6 +6,7 @@
 #include "platform/Job.h"
 #include "platform/Prompter.h"
 
+#include <functional>
 #include <optional>
 
 namespace kelvo {
@@ -13,29 +14,32 @@ namespace kelvo {
 class SettingsStore;
 
 /// The first half of the start: finds the eight folders of the media database through the settings, asks
-/// about those that are not there, and has them repaired. Owned by the program's entry; logic thread.
+/// about those that are not there, and has them repaired or installed. Owned by the program's entry; logic
+/// thread, disks off it.
 class DatabaseCheck {
  public:
+  /// Runs the installer. `present` holds the folders that are there already, its other slots are empty. Gives
+  /// none when the operator gave up.
+  using Install = std::function<Job<std::optional<Paths>>(Paths present)>;
+
   DatabaseCheck(EventLoop& loop, Prompter& prompter, SettingsStore& settings, ProgramFacts facts,
-                QString programFolder);
+                Install install);
 
   /// The path table to start with; none when the operator gave up and the process has to end.
   [[nodiscard]] Job<std::optional<Paths>> Run();
 
  private:
   enum class Repair { Done, GivenUp };
+  /// The folders of `paths` that are there; the other slots are empty.
+  [[nodiscard]] Job<Paths> ThoseThere(Paths paths);
   [[nodiscard]] Job<Repair> RepairPath(Paths* paths, int slot);
-  /// Makes what is missing of a tree, with its reserved references, and saves its place.
-  [[nodiscard]] Job<> MakeTree(Paths paths);
-  /// Whether that went well; tells when it did not.
-  [[nodiscard]] Job<bool> TryToMakeTree(Paths paths);
   void Save(const Paths& paths);
 
   EventLoop& loop_;
   Prompter& prompter_;
   SettingsStore& settings_;
   ProgramFacts facts_;
-  QString programFolder_;
+  Install install_;
 };
 
 }  // namespace kelvo

@@ -28,6 +28,7 @@ Console::Console(Services services)
              services_.version, services_.aboutLine, sessionStart_}),
       lock_(services_.prompter),
       filter_(services_.catalogue),
+      browser_(services_.loop, services_.catalogue, filter_, queue_, state_),
       statusLine_(services_.aboutLine) {
   JoinParts();
   speak_.SetDepthSlider(settings_.jingles.autoFadeDepth);
@@ -82,6 +83,7 @@ void Console::JoinParts() {
   tick_.hooks.WalkRuns = [this] { return transitions_.TimersSlowed() || speak_.AfadeRunning(); };
   tick_.hooks.StatusLine = [this] { return statusLine_; };
   tick_.hooks.SetStatusLine = [this](const QString& text) { SetStatusLine(text); };
+  tick_.hooks.BlinkFilterWords = [this] { browser_.BlinkFilterWords(); };
   tick_.hooks.JinglePlays = [this] { return jinglePlayer_->State() == PlayState::Playing; };
 }
 
@@ -168,13 +170,22 @@ Job<> Console::LoadCatalogue() {
     if (OnMustEnd) OnMustEnd();
     co_return;
   }
-  co_await filter_.Build(services_.loop);
+  co_await FillBrowser();
   catalogueLoaded_ = true;
   pendingCatalogueLoad_ = false;
   loader_.reset();
   tick_.Start();
   SetStatusLine(QStringLiteral("Total Tracks :") + QString::number(services_.catalogue.LastTrack()));
   Q_EMIT LoadChanged();
+}
+
+void Console::CatalogueChanged() {
+  refill_ = FillBrowser();
+}
+
+Job<> Console::FillBrowser() {
+  co_await filter_.Build(services_.loop);
+  browser_.FillLists();
 }
 
 Job<bool> Console::QueryClose(bool bySystem) {

@@ -6,6 +6,7 @@
 #include "console/ConsoleSettings.h"
 #include "console/ConsoleState.h"
 #include "console/DeckEngine.h"
+#include "console/LibraryBrowser.h"
 #include "console/PlayQueue.h"
 #include "console/PressToSpeak.h"
 #include "console/ScreenLock.h"
@@ -67,6 +68,7 @@ class Console : public QObject {
   [[nodiscard]] ScreenLock& Lock() { return lock_; }
   [[nodiscard]] Catalogue& Tracks() { return services_.catalogue; }
   [[nodiscard]] TrackFilter& Filter() { return filter_; }
+  [[nodiscard]] LibraryBrowser& Browser() { return browser_; }
   [[nodiscard]] const ConsoleSettings& Settings() const { return settings_; }
   [[nodiscard]] const Services& GetServices() const { return services_; }
   [[nodiscard]] const QString& Title() const { return services_.title; }
@@ -76,6 +78,8 @@ class Console : public QObject {
   void Activate();
   [[nodiscard]] bool PendingCatalogueLoad() const { return pendingCatalogueLoad_; }
   [[nodiscard]] bool CatalogueLoaded() const { return catalogueLoaded_; }
+  /// Tracks or names came to the catalogue, or went: the browser's lists begin anew.
+  void CatalogueChanged();
   /// The running load, for its window; none otherwise.
   [[nodiscard]] const CatalogueLoader* Load() const { return loader_.get(); }
 
@@ -115,6 +119,7 @@ class Console : public QObject {
   void JoinParts();
   [[nodiscard]] AutoPlay::Services ForAutoPlay();
   [[nodiscard]] Job<> LoadCatalogue();
+  [[nodiscard]] Job<> FillBrowser();
   void ShowDevice(const OutputStatus& status);
   void OnPanelConfirmed(const PanelQuestion& question);
   [[nodiscard]] SessionFacts FactsFor(Deck deck) const;
@@ -137,8 +142,10 @@ class Console : public QObject {
   StatusTick tick_;
   ScreenLock lock_;
   TrackFilter filter_;
+  LibraryBrowser browser_;
   std::unique_ptr<CatalogueLoader> loader_;
   Job<> load_;
+  Job<> refill_;
   bool pendingCatalogueLoad_ = true;
   bool catalogueLoaded_ = false;
   QString statusLine_;

@@ -126,13 +126,14 @@ int PlayQueue::AppendRow(QueueEntry entry, qint64 seconds) {
   return index;
 }
 
-Job<> PlayQueue::AddTracks(std::vector<Mref> tracks) {
+Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
   if (state_.GroupPlayOn || tracks.empty()) co_return;
   try {
     if (Count() > 0 && groupQueueFlag_) {
       Prompt question;
-      question.text =
-          name_ + QStringLiteral("Clear Group Playlist \r\nYou Cant Add Std Tracks To A Group Playlist ! ?");
+      const QString cannot = route == Route::Library ? QStringLiteral("Cant") : QStringLiteral("Can't");
+      question.text = name_ + QStringLiteral("Clear Group Playlist \r\nYou ") + cannot +
+                      QStringLiteral(" Add Std Tracks To A Group Playlist ! ?");
       question.buttons = Buttons::YesNo;
       question.icon = PromptIcon::Question;
       const Answer answer = co_await prompter_.Ask(question);
@@ -167,7 +168,7 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks) {
         known = revision_;
       }
       if (there[place]) {
-        const bool added = present.insert(ToInt(tracks[place])).second;
+        const bool added = present.insert(ToInt(tracks[place])).second || route == Route::Search;
         if (added) InsertRow(EntryOf(tracks[place]), Int(catalogue_.TrackDurations(tracks[place])));
         if (!added || !state_.AutoPlayOn) last = tracks[place];
       }

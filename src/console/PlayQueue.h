@@ -53,9 +53,11 @@ class PlayQueue : public QObject {
   /// The comment of the first row of this track; empty when there is none.
   [[nodiscard]] QString CommentOf(Mref track) const;
 
+  /// Where tracks come from. The library adds each track once only; a search adds what it is told to.
+  enum class Route { Library, Search };
   /// "Add To Queue": the tracks, in this order. Asks before it gives up a group playlist. A track whose file
-  /// is gone is skipped; one that stands in the queue already is only selected.
-  [[nodiscard]] Job<> AddTracks(std::vector<Mref> tracks);
+  /// is gone is skipped; one from the library that stands in the queue already is only selected.
+  [[nodiscard]] Job<> AddTracks(std::vector<Mref> tracks, Route route = Route::Library);
   /// Adds a row as it stands at the end, with its Tag; the base of every other way in. `seconds` is added to
   /// the total.
   int AppendRow(QueueEntry entry, qint64 seconds);

@@ -20,6 +20,7 @@ QString FoldedText(const QString& text) {
 Job<> TrackFilter::Build(EventLoop& loop) {
   std::string letters;
   std::vector<std::uint32_t> starts;
+  std::array<std::uint32_t, 256> counts{};
   const auto tracks = static_cast<std::size_t>(catalogue_.LastTrack());
   letters.reserve(catalogue_.TrackNames.Bytes() + tracks);
   starts.reserve(tracks);
@@ -35,43 +36,63 @@ Job<> TrackFilter::Build(EventLoop& loop) {
     } else {
       letters += FoldedText(catalogue_.TrackNames[ToMref(row)]).toStdString();
     }
+    for (std::size_t place = starts.back(); place < letters.size(); ++place)
+      ++counts[static_cast<unsigned char>(letters[place])];
     letters.push_back('\n');
     co_await turn.Yield();
   }
+  counts_ = counts;
   letters_ = std::move(letters);
   starts_ = std::move(starts);
 }
 
+const char* TrackFilter::FindWord(const Word& word, const char* from, const char* end) const {
+  const std::size_t size = word.text.size();
+  while (static_cast<std::size_t>(end - from) >= size) {
+    const std::size_t starts = static_cast<std::size_t>(end - from) - size + 1;
+    const void* const hit = std::memchr(from + word.rare, word.text[word.rare], starts);
+    if (hit == nullptr) return nullptr;
+    from = static_cast<const char*>(hit) - word.rare;
+    if (std::memcmp(from, word.text.data(), size) == 0) return from;
+    ++from;
+  }
+  return nullptr;
+}
+
 std::vector<Mref> TrackFilter::Find(const QString& words) const {
   std::vector<Mref> found;
-  const QStringList list = FoldedText(words).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-  std::vector<std::string> needles;
-  for (const QString& word : list) needles.push_back(word.toStdString());
-  if (needles.empty()) {
+  const auto count = [this](const Word& word) {
+    return counts_[static_cast<unsigned char>(word.text[word.rare])];
+  };
+  std::vector<Word> wanted;
+  for (const QString& text : FoldedText(words).split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+    Word word{text.toStdString(), 0};
+    for (std::size_t place = 1; place < word.text.size(); ++place) {
+      if (count({word.text, place}) < count(word)) word.rare = place;
+    }
+    wanted.push_back(std::move(word));
+  }
+  if (wanted.empty()) {
     for (std::size_t row = 1; row <= starts_.size(); ++row) found.push_back(ToMref(static_cast<qint64>(row)));
     return found;
   }
-  // The longest word is the rarest: it leads, the others are looked for in its lines only.
-  std::sort(needles.begin(), needles.end(),
-            [](const auto& left, const auto& right) { return left.size() > right.size(); });
+  // The word with the rarest letter leads, the others are looked for in its lines only.
+  std::sort(wanted.begin(), wanted.end(),
+            [count](const Word& one, const Word& other) { return count(one) < count(other); });
   const char* const begin = letters_.data();
   const char* const end = begin + letters_.size();
   const char* at = begin;
-  while (at < end) {
-    const void* const hit =
-        memmem(at, static_cast<std::size_t>(end - at), needles[0].data(), needles[0].size());
-    if (hit == nullptr) break;
-    const auto offset = static_cast<std::uint32_t>(static_cast<const char*>(hit) - begin);
-    const auto next = std::upper_bound(starts_.begin(), starts_.end(), offset);
-    const auto row = static_cast<std::size_t>(next - starts_.begin());
-    const std::size_t lineStart = starts_[row - 1];
-    const std::size_t lineEnd = next == starts_.end() ? letters_.size() : *next;
-    const std::string_view line(begin + lineStart, lineEnd - lineStart);
-    const bool all = std::all_of(needles.begin() + 1, needles.end(), [line](const std::string& needle) {
-      return line.find(needle) != std::string_view::npos;
+  std::size_t row = 0;
+  while ((at = FindWord(wanted[0], at, end)) != nullptr) {
+    const auto offset = static_cast<std::size_t>(at - begin);
+    while (row + 1 < starts_.size() && starts_[row + 1] <= offset) ++row;
+    const char* const lineStart = begin + starts_[row];
+    const char* const lineEnd = row + 1 < starts_.size() ? begin + starts_[row + 1] : end;
+    const bool all = std::all_of(wanted.begin() + 1, wanted.end(), [&](const Word& word) {
+      return FindWord(word, lineStart, lineEnd) != nullptr;
     });
-    if (all) found.push_back(ToMref(static_cast<qint64>(row)));
-    at = begin + lineEnd;
+    if (all) found.push_back(ToMref(static_cast<qint64>(row) + 1));
+    at = lineEnd;
   }
   return found;
 }

@@ -6,6 +6,7 @@
 
 #include <QString>
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -30,9 +31,17 @@ class TrackFilter {
   [[nodiscard]] std::vector<Mref> Find(const QString& words) const;
 
  private:
+  /// A word, and the place in it of the letter that is rarest in all names: that one is looked for.
+  struct Word {
+    std::string text;
+    std::size_t rare;
+  };
+  [[nodiscard]] const char* FindWord(const Word& word, const char* from, const char* end) const;
+
   const Catalogue& catalogue_;
   std::string letters_;  ///< the folded names, one a line
   std::vector<std::uint32_t> starts_;
+  std::array<std::uint32_t, 256> counts_{};  ///< of each byte in them
 };
 
 }  // namespace kelvo

@@ -24,7 +24,6 @@ class RunningChild {
  public:
   RunningChild(EventLoop& loop, const ChildCommand& command)
       : loop_(loop), process_(std::make_unique<QProcess>()) {
-    process_->setStandardInputFile(QProcess::nullDevice());
     if (!command.workingFolder.isEmpty()) process_->setWorkingDirectory(command.workingFolder);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const QString& line : command.environment) {
@@ -40,7 +39,14 @@ class RunningChild {
     QObject::connect(process_.get(), &QProcess::readyReadStandardError, process_.get(), wake);
     QObject::connect(process_.get(), &QProcess::finished, process_.get(), wake);
     QObject::connect(process_.get(), &QProcess::errorOccurred, process_.get(), wake);
-    process_->start(command.program, command.arguments, QIODevice::ReadOnly);
+    if (command.input.isEmpty()) {
+      process_->setStandardInputFile(QProcess::nullDevice());
+      process_->start(command.program, command.arguments, QIODevice::ReadOnly);
+    } else {
+      process_->start(command.program, command.arguments, QIODevice::ReadWrite);
+      process_->write(command.input);
+      process_->closeWriteChannel();
+    }
   }
   RunningChild(const RunningChild&) = delete;
   RunningChild& operator=(const RunningChild&) = delete;

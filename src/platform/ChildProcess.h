@@ -17,6 +17,7 @@ struct ChildCommand {
   QStringList arguments;
   QStringList environment;  ///< "NAME=value" lines that are set on top of ours
   QString workingFolder;
+  QByteArray input;  ///< its whole standard input
 };
 
 /// How a child ended. `started` false: it could not be run, `error` says why.
@@ -29,10 +30,10 @@ struct ChildResult {
   QString error;
 };
 
-/// Runs `command` with its input from nowhere and gives its output as it comes: `onOutput` gets each piece of
-/// standard output, `onError` of standard error (either may be empty). Cancelling the job stops the child:
-/// asked first, killed after two seconds. Nothing blocks; in simulated time the child is waited for on the
-/// spot. Callbacks that capture something are named before the `co_await` (see Job).
+/// Runs `command` and gives its output as it comes: `onOutput` gets each piece of standard output, `onError`
+/// of standard error (either may be empty). Cancelling the job stops the child: asked first, killed after two
+/// seconds. Nothing blocks; in simulated time the child is waited for on the spot. Callbacks that capture
+/// something are named before the `co_await` (see Job).
 [[nodiscard]] Job<ChildResult> RunChild(EventLoop& loop, ChildCommand command,
                                         std::function<void(const QByteArray&)> onOutput = {},
                                         std::function<void(const QByteArray&)> onError = {});

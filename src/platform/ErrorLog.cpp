@@ -1,6 +1,5 @@
 #include "platform/ErrorLog.h"
 
-#include "platform/EventLoop.h"
 #include "platform/Job.h"
 #include "platform/Prompter.h"
 
@@ -14,6 +13,12 @@ namespace kelvo {
 Q_LOGGING_CATEGORY(logErrors, "kelvo.errors")
 
 namespace {
+
+using namespace std::chrono_literals;
+
+/// After so long a line that was written is written again.
+constexpr Nanoseconds kSameLineAgain = 1h;
+constexpr qsizetype kLinesKnown = 500;
 
 ErrorLog*& Installed() {
   static ErrorLog* log = nullptr;
@@ -70,6 +75,23 @@ void ErrorLog::Handle(const std::exception_ptr& failure, const QString& tag) {
 }
 
 void ErrorLog::Note(const QString& text) {
+  const Nanoseconds now = loop_.Elapsed();
+  const auto old = [now](const Written& each) { return each.at + kSameLineAgain <= now; };
+  const auto known = written_.constFind(text);
+  if (known != written_.constEnd() && !old(*known)) {
+    ++written_[text].repeats;
+    return;
+  }
+  const int repeats = known == written_.constEnd() ? 0 : known->repeats;
+  if (written_.size() >= kLinesKnown) {
+    written_.removeIf([&old](const auto& each) { return old(each.value()); });
+    if (written_.size() >= kLinesKnown) written_.clear();
+  }
+  written_[text] = {now, 0};
+  Write(repeats == 0 ? text : text + QStringLiteral(" (and %1 times before)").arg(repeats));
+}
+
+void ErrorLog::Write(const QString& text) {
   const QString oneLine = QString(text).replace(QLatin1Char('\r'), QString()).replace(QLatin1Char('\n'), QLatin1Char(' '));
   const QByteArray entry =
       (loop_.Now().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")) + QLatin1Char('\t') + oneLine + QStringLiteral("\r\n"))

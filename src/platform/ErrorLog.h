@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/EventLoop.h"
+
+#include <QHash>
 #include <QString>
 
 #include <exception>
@@ -9,7 +12,6 @@
 
 namespace kelvo {
 
-class EventLoop;
 class Prompter;
 
 /// A failure with the facts that the error log writes.
@@ -41,16 +43,25 @@ class ErrorLog {
   ErrorLog& operator=(const ErrorLog&) = delete;
 
   void Handle(const std::exception_ptr& failure, const QString& tag);
-  /// Writes a line to the log without a message: for what was put right by itself.
+  /// Writes a line to the log without a message: for what was put right by itself. The same line within an hour
+  /// is only counted, so that what fails again and again all night does not fill the disk.
   void Note(const QString& text);
 
   /// "ERROR " number " in " tag, and what else is known of the failure.
   [[nodiscard]] static QString Compose(const std::exception_ptr& failure, const QString& tag);
 
  private:
+  void Write(const QString& text);
+
+  struct Written {
+    Nanoseconds at{0};
+    int repeats = 0;  ///< since then, not written
+  };
+
   EventLoop& loop_;
   Prompter& prompter_;
   QString filePath_;
+  QHash<QString, Written> written_;
 };
 
 /// Handles the exception being caught, or `failure`. `tag` tells the place in the logs (" conc4"). Without an

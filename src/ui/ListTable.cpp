@@ -90,7 +90,7 @@ void ListTable::paintEvent(QPaintEvent* event) {
   if (emptyText_.isEmpty() || (model() != nullptr && model()->rowCount() > 0)) return;
   QPainter painter(viewport());
   painter.setPen(Theme::Palette().muted);
-  const int margin = fontMetrics().height();
+  const int margin = std::min(fontMetrics().height(), viewport()->width() / 12);
   painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
                    Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
 }

@@ -60,7 +60,7 @@ class ConsoleOnScreen : public DeskTest {
 
 TEST_F(ConsoleOnScreen, TakesATrackFromTheListToADeckAndPlaysItToItsEnd) {
   OpenWindow();
-  EXPECT_EQ(Library().model()->rowCount(), 3);
+  EXPECT_EQ(Library().model()->rowCount(), 0);
   QTest::keyClicks(&Find<QLineEdit>(u"TrackFilter"_s), u"gam"_s);
   ASSERT_EQ(Library().model()->rowCount(), 1);
   EXPECT_EQ(Cell(Library(), 0), u"Gamma"_s);
@@ -88,6 +88,64 @@ TEST_F(ConsoleOnScreen, TakesATrackFromTheListToADeckAndPlaysItToItsEnd) {
   EXPECT_EQ(tally.TallyState(), DeckTally::State::Done);
   EXPECT_EQ(Find<ProgressStrip>(u"Progress1"_s).Colour(), QColor(255, 200, 0));
   EXPECT_EQ(Cell(QueueList(), 0, CommentColumn), u"Played- 9:01"_s);
+}
+
+TEST_F(ConsoleOnScreen, ChoosesInTheLibraryByMouseAndKeys) {
+  database_.tree.MakeFolder(Paths::FolderName(Paths::Categories) + u"/Rock"_s);
+  OpenWindow();
+  auto& genres = Find<ListTable>(u"Lstcatname"_s);
+  auto& artists = Find<ListTable>(u"Lstartname"_s);
+  EXPECT_TRUE(genres.selectionModel()->selectedRows().isEmpty());
+  DoubleClick(genres, 0);
+  loop_.RunFor(1s);
+  EXPECT_EQ(Library().model()->rowCount(), 3) << "a double click is one press";
+  EXPECT_EQ(Find<QLabel>(u"Lbn1_1"_s).text(), u"ROCK"_s);
+  EXPECT_EQ(Cell(artists, 0), u"THE BAND"_s);
+  EXPECT_EQ(artists.model()->index(0, 0).data(Qt::ForegroundRole).value<QColor>(), QColor(255, 255, 0));
+  EXPECT_FALSE(Find<QWidget>(u"Picture2"_s).isVisible()) << "a short listing shows no panel";
+
+  QTest::keyClick(&*window_, Qt::Key_A, Qt::AltModifier);
+  QTest::keyClick(&artists, Qt::Key_Down);
+  EXPECT_EQ(Find<QLabel>(u"Lbn2_1"_s).text(), QString()) << "arrows choose nothing";
+  QTest::keyClick(&artists, Qt::Key_Return);
+  loop_.RunFor(1s);
+  EXPECT_EQ(Find<QLabel>(u"Lbn2_1"_s).text(), u"THE BAND"_s);
+  QTest::keyClick(&artists, Qt::Key_Return);
+  EXPECT_EQ(Find<QLabel>(u"Lbn2_1"_s).text(), QString());
+
+  auto& all = Find<QPushButton>(u"Command30"_s);
+  QTest::keyClick(&Library(), Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(all.text(), u"Clear All"_s);
+  EXPECT_EQ(Library().selectionModel()->selectedRows().size(), 3);
+  Click(u"Command31"_s);
+  loop_.RunFor(50ms);
+  EXPECT_EQ(QueueList().model()->rowCount(), 3);
+  EXPECT_EQ(all.text(), u"Select All"_s);
+  EXPECT_TRUE(Library().selectionModel()->selectedRows().isEmpty());
+  QSignalSpy search(&*window_, &ConsoleWindow::SearchWanted);
+  QTest::keyClick(&*window_, Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(search.count(), 1);
+}
+
+TEST_F(ConsoleOnScreen, TellsOfATrackAtARightClickUntilEscapeOrTheNextClick) {
+  database_.tree.MakeFolder(Paths::FolderName(Paths::Categories) + u"/Pop"_s);
+  OpenWindow();
+  auto& box = Find<QLineEdit>(u"TrackFilter"_s);
+  QTest::keyClicks(&box, u"beta"_s);
+  auto& panel = Find<QWidget>(u"Picture9"_s);
+  const QPoint spot = Library().visualRect(Library().model()->index(0, 0)).center();
+  QTest::mouseClick(Library().viewport(), Qt::RightButton, {}, spot);
+  ASSERT_TRUE(panel.isVisible());
+  EXPECT_EQ(Find<QLabel>(u"Label25_0"_s).text(), u"Beta"_s);
+  EXPECT_EQ(Find<QLabel>(u"Label25_1"_s).text(), u"Starts: Soft"_s);
+  QTest::keyClick(&*window_, Qt::Key_Escape);
+  EXPECT_FALSE(panel.isVisible());
+  EXPECT_EQ(box.text(), u"beta"_s);
+  QTest::mouseClick(Library().viewport(), Qt::RightButton, {}, spot);
+  QTest::mouseClick(Library().viewport(), Qt::LeftButton, {}, spot);
+  EXPECT_FALSE(panel.isVisible());
+  QTest::keyClick(&box, Qt::Key_Escape);
+  EXPECT_EQ(box.text(), QString());
 }
 
 TEST_F(ConsoleOnScreen, AsksBeforeALiveDeckIsReplacedAndKeepsTheListsStillMeanwhile) {

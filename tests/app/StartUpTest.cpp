@@ -20,7 +20,8 @@ namespace {
 class StartUp : public ::testing::Test {
  protected:
   std::optional<Paths> Check() {
-    DatabaseCheck check(loop, prompter, settings, facts, tree.Path(QStringLiteral("program")));
+    const DatabaseCheck::Install install = [this](Paths paths) { return Install(std::move(paths)); };
+    DatabaseCheck check(loop, prompter, settings, facts, install);
     std::optional<Paths> result;
     bool ended = false;
     Job<> run = Await(check, &result, &ended);
@@ -46,8 +47,15 @@ class StartUp : public ::testing::Test {
   ScriptedPrompter prompter;
   SettingsStore settings{loop, tree.Path(QStringLiteral("settings.ini"))};
   ProgramFacts facts;
+  /// What the installer was called with, and what it gives.
+  std::vector<Paths> installs;
+  std::optional<Paths> installed;
 
  private:
+  Job<std::optional<Paths>> Install(Paths present) {
+    installs.push_back(present);
+    co_return installed;
+  }
   static Job<> Await(DatabaseCheck& check, std::optional<Paths>* result, bool* ended) {
     *result = co_await check.Run();
     *ended = true;
@@ -60,14 +68,12 @@ TEST_F(StartUp, WithAWholeDatabaseAsksNothing) {
   EXPECT_TRUE(prompter.asked.empty());
 }
 
-TEST_F(StartUp, WithoutPathsMakesATreeInTheProgramFolderAndKeepsItsPlace) {
-  const std::optional<Paths> paths = Check();
-  ASSERT_TRUE(paths);
-  EXPECT_EQ(Stored(), paths->ToSetting());
-  EXPECT_TRUE(tree.Exists(QStringLiteral("program/Kelvo2007_Music files")));
-  EXPECT_TRUE(tree.Exists(QStringLiteral("program/Kelvo2007_Categories/~ALL CATEGORIES")));
-  EXPECT_TRUE(tree.Exists(QStringLiteral("program/Kelvo2007_Artists/~ALL ARTISTS")));
-  EXPECT_TRUE(tree.Exists(QStringLiteral("program/Kelvo2007_Albums/~ALL ALBUMS")));
+TEST_F(StartUp, WithoutPathsRunsTheInstallerAndEndsWhenThatIsGivenUp) {
+  EXPECT_EQ(Check(), std::nullopt);
+  installed = Paths::Below(tree.Path());
+  EXPECT_EQ(Check(), installed);
+  EXPECT_THAT(installs, ElementsAre(Paths(), Paths()));
+  EXPECT_TRUE(prompter.asked.empty());
 }
 
 TEST_F(StartUp, RepairsAMissingFolderByANewPathAndChecksFromTheFirstAgain) {
@@ -104,21 +110,32 @@ TEST_F(StartUp, EndsOnlyWhenTheRepairIsCancelledTwice) {
   EXPECT_THAT(prompter.Told(), Contains(QStringLiteral("Cancel resetting Paths ?")));
 }
 
-TEST_F(StartUp, TooFewFieldsFailAtTheFirstEmptySlotAndInstallingAgainFillsThem) {
+TEST_F(StartUp, TooFewFieldsFailAtTheFirstEmptySlotAndTheInstallerGetsTheFoldersThatAreThere) {
   const Paths paths = MakeDatabase(QStringLiteral("music"));
   Store(paths.ToSetting().section(QLatin1Char(','), 0, 4));
+  QDir().rmdir(paths(Paths::Info));
   prompter.answers = {Answer::Yes};
-  const std::optional<Paths> filled = Check();
-  ASSERT_TRUE(filled);
-  EXPECT_EQ(prompter.asked[0].text, QStringLiteral("Cannot Find path  Run Install Again ?"));
-  EXPECT_EQ((*filled)(Paths::Categories), paths(Paths::Categories));
-  for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot)
-    EXPECT_TRUE(QFileInfo((*filled)(slot)).isDir()) << slot;
+  installed = paths;
+  EXPECT_EQ(Check(), installed);
+  EXPECT_EQ(prompter.asked[0].text, QStringLiteral("Cannot Find path ") + paths(Paths::Info) +
+                                        QStringLiteral(" Run Install Again ?"));
+  ASSERT_EQ(installs.size(), 1U);
+  EXPECT_EQ(installs[0](Paths::Categories), paths(Paths::Categories));
+  EXPECT_EQ(installs[0](Paths::Info), QString());
+  EXPECT_EQ(installs[0](Paths::Utility), QString());
 }
 
-TEST_F(StartUp, ATreeThatCannotBeMadeIsToldAndEndsTheStart) {
-  tree.Write(QStringLiteral("program"), "a file where the folder should be");
-  EXPECT_EQ(Check(), std::nullopt);
+TEST_F(StartUp, ARepairDoesNotTakeAPathThatTheSettingsCannotKeep) {
+  const Paths paths = MakeDatabase(QStringLiteral("music"));
+  QDir().rmdir(paths(Paths::Music));
+  const QString comma = tree.MakeFolder(QStringLiteral("rock, pop"));
+  const QString good = tree.MakeFolder(QStringLiteral("rock and pop"));
+  prompter.answers = {Answer::No, Answer::Ok};
+  prompter.texts = {comma, good};
+  const std::optional<Paths> repaired = Check();
+  ASSERT_TRUE(repaired);
+  EXPECT_EQ((*repaired)(Paths::Music), good);
+  EXPECT_EQ(Stored(), repaired->ToSetting());
 }
 
 class Splash : public StartUp {

@@ -1,5 +1,8 @@
 #include "app/windows/Program.h"
 
+#include "app/Installer.h"
+#include "app/windows/DeskWindows.h"
+#include "app/windows/InstallerWindow.h"
 #include "app/windows/SplashWindow.h"
 #include "audio/engine/NoDeviceBackend.h"
 #include "audio/engine/SdlBackend.h"
@@ -7,6 +10,8 @@
 #include "platform/SystemFacts.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QScreen>
 
 namespace kelvo {
@@ -17,6 +22,24 @@ std::unique_ptr<OutputBackend> MakeBackend() {
     return std::make_unique<NoDeviceBackend>(QStringList{QStringLiteral("Silent Device")});
   }
   return std::make_unique<SdlBackend>();
+}
+
+/// The program that makes the demo library: where it is installed, or in the build folder; empty when it is
+/// in neither.
+QString DemoGenerator() {
+  const QDir here(QCoreApplication::applicationDirPath());
+  for (const QString& place : {QStringLiteral(KELVO_LIBEXEC), QStringLiteral("../tools")}) {
+    const QString path = QDir::cleanPath(here.filePath(place + QStringLiteral("/demo_library")));
+    if (QFileInfo(path).isExecutable()) return path;
+  }
+  return {};
+}
+
+void ShowInTheMiddle(QWidget& window) {
+  QRect place(QPoint(), window.size().expandedTo(window.sizeHint()));
+  place.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
+  window.setGeometry(place);
+  window.show();
 }
 
 }  // namespace
@@ -30,14 +53,17 @@ Program::Program()
 
 Program::~Program() {
   // The windows look at the desk, the desk at everything else.
+  beside_.reset();
   window_.reset();
   console_.reset();
   splash_.reset();
   main_.Cancel();
+  installerWindow_.reset();
 }
 
 QWidget* Program::TopWindow() const {
   if (window_) return window_.get();
+  if (installerWindow_) return installerWindow_.get();
   return splash_.get();
 }
 
@@ -48,13 +74,25 @@ void Program::Start() {
 Job<> Program::Main() {
   // Whoever starts it gets control back first: an end before the event loop runs would be lost.
   co_await loop_.Yield();
-  databaseCheck_ = std::make_unique<DatabaseCheck>(loop_, prompter_, settings_, facts_, programFolder_);
+  const DatabaseCheck::Install install = [this](Paths present) { return RunInstaller(present); };
+  databaseCheck_ = std::make_unique<DatabaseCheck>(loop_, prompter_, settings_, facts_, install);
   const std::optional<Paths> paths = co_await databaseCheck_->Run();
   if (!paths) {
     End();
     co_return;
   }
   OpenSplash(*paths);
+}
+
+Job<std::optional<Paths>> Program::RunInstaller(Paths present) {
+  installer_ = std::make_unique<Installer>(
+      Installer::Services{loop_, prompter_, settings_, facts_, programFolder_, DemoGenerator()}, present);
+  installerWindow_ = std::make_unique<InstallerWindow>(loop_, *installer_);
+  ShowInTheMiddle(*installerWindow_);
+  const std::optional<Paths> paths = co_await installer_->Run();
+  installerWindow_.reset();
+  installer_.reset();
+  co_return paths;
 }
 
 void Program::OpenSplash(const Paths& paths) {
@@ -73,11 +111,7 @@ void Program::OpenSplash(const Paths& paths) {
   splash_ = std::make_unique<SplashWindow>(loop_, *checks_, facts_);
   connect(splash_.get(), &SplashWindow::Closed, this,
           [this] { loop_.Post([this] { main_ = AfterSplash(); }); });
-  const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
-  QRect place(QPoint(), splash_->sizeHint());
-  place.moveCenter(room.center());
-  splash_->setGeometry(place);
-  splash_->show();
+  ShowInTheMiddle(*splash_);
 }
 
 Job<> Program::AfterSplash() {
@@ -94,12 +128,21 @@ Job<> Program::AfterSplash() {
 }
 
 void Program::OpenConsole() {
-  console_ =
-      std::make_unique<Console>(Console::Services{loop_, prompter_, audio_, settings_, catalogue_, paths_,
-                                                  facts_.title, facts_.AboutLine(), programFolder_, facts_.Version(),
-                                                  {}, DocumentsFolder()});
+  console_ = std::make_unique<Console>(Console::Services{loop_,
+                                                         prompter_,
+                                                         audio_,
+                                                         settings_,
+                                                         catalogue_,
+                                                         paths_,
+                                                         facts_.title,
+                                                         facts_.AboutLine(),
+                                                         programFolder_,
+                                                         facts_.Version(),
+                                                         {},
+                                                         DocumentsFolder()});
   console_->OnMustEnd = [this] { End(); };
   window_ = std::make_unique<ConsoleWindow>(*console_);
+  beside_ = std::make_unique<DeskWindows>(*console_, *window_);
   connect(window_.get(), &ConsoleWindow::Closed, this, [this] { End(); });
   window_->show();
   window_->activateWindow();
@@ -108,6 +151,7 @@ void Program::OpenConsole() {
 }
 
 void Program::End() {
+  beside_.reset();
   Guarded(QStringLiteral(" ending"), [this] { settings_.Flush(); });
   loop_.FinishFiles();
   QCoreApplication::exit(0);

@@ -18,6 +18,9 @@
 namespace kelvo {
 
 class ConsoleWindow;
+class DeskWindows;
+class Installer;
+class InstallerWindow;
 class SplashWindow;
 
 /// The whole program: it owns what lives for the run and opens one step after the other: the database check,
@@ -33,6 +36,7 @@ class Program : public QObject {
 
  private:
   [[nodiscard]] Job<> Main();
+  [[nodiscard]] Job<std::optional<Paths>> RunInstaller(Paths present);
   [[nodiscard]] Job<> AfterSplash();
   void OpenSplash(const Paths& paths);
   void OpenConsole();
@@ -49,10 +53,13 @@ class Program : public QObject {
   Catalogue catalogue_;
   Paths paths_;
   std::unique_ptr<DatabaseCheck> databaseCheck_;
+  std::unique_ptr<Installer> installer_;
+  std::unique_ptr<InstallerWindow> installerWindow_;
   std::unique_ptr<SplashChecks> checks_;
   std::unique_ptr<SplashWindow> splash_;
   std::unique_ptr<Console> console_;
   std::unique_ptr<ConsoleWindow> window_;
+  std::unique_ptr<DeskWindows> beside_;
   Job<> main_;
 };
 

@@ -39,7 +39,7 @@ ConsoleWindow::ConsoleWindow(Console& console)
       pulse_(console.GetServices().loop),
       desk_(new QWidget(this)),
       columns_(new QSplitter(Qt::Horizontal, desk_)),
-      library_(new LibraryPanel(console.Tracks(), console.Filter(), console.Queue(), columns_)),
+      library_(new LibraryPanel(console.Browser(), console.Tracks(), console.GetServices().loop, columns_)),
       foot_(new QWidget(desk_)),
       notices_(new NoticeBar(desk_)),
       status_(new ElidedLabel(desk_)) {
@@ -55,6 +55,7 @@ ConsoleWindow::ConsoleWindow(Console& console)
   connect(&console_, &Console::LoadProgress, this, [this] {
     if (load_ != nullptr) load_->Show();
   });
+  connect(library_, &LibraryPanel::SearchWanted, this, &ConsoleWindow::SearchWanted);
   connect(&console_.Panel(), &ConfirmationPanel::Changed, this, [this] { ShowPanel(); });
   for (DeckPanel* deck : decks_) connect(&pulse_, &Pulse::Beat, deck, &DeckPanel::SetLit);
   ShowStatus();
@@ -130,6 +131,7 @@ void ConsoleWindow::EnableSections() {
   const bool open = console_.Load() == nullptr && !console_.Lock().Locked();
   const bool lists = !console_.Panel().Visible() && !console_.Fades().SectionsDisabled();
   columns_->setEnabled(open);
+  libraryMenu_->setEnabled(open);
   foot_->setEnabled(open);
   library_->setEnabled(open && lists);
   queue_->setEnabled(open && lists);
@@ -144,10 +146,22 @@ void ConsoleWindow::BuildMenu() {
   QMenu* view = menuBar()->addMenu(tr("&View"));
   QAction* filter = view->addAction(tr("&Filter tracks"), this, [this] { library_->BeginFilter(); });
   filter->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F));
-  QAction* library = view->addAction(tr("Go to &tracks"), this, [this] { library_->List().setFocus(); });
-  library->setShortcut(QKeySequence(Qt::ALT | Qt::Key_T));
-  QAction* queue = view->addAction(tr("Go to play &queue"), this, [this] { queue_->List().setFocus(); });
-  queue->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Q));
+  const auto goTo = [this, view](const QString& words, int key, ListTable& list) {
+    QAction* action = view->addAction(words, this, [&list] { list.setFocus(); });
+    action->setShortcut(QKeySequence(Qt::ALT | key));
+  };
+  goTo(tr("Go to &genres"), Qt::Key_G, library_->Names(Stage::Genre));
+  goTo(tr("Go to &artists"), Qt::Key_A, library_->Names(Stage::Artist));
+  goTo(tr("Go to al&bums"), Qt::Key_B, library_->Names(Stage::Album));
+  goTo(tr("Go to &tracks"), Qt::Key_T, library_->List());
+  goTo(tr("Go to play &queue"), Qt::Key_Q, queue_->List());
+  libraryMenu_ = menuBar()->addMenu(tr("&Library"));
+  libraryMenu_->addAction(tr("&Import Music..."), this, &ConsoleWindow::ImportWanted);
+  libraryMenu_->addAction(tr("&Transfer To Database..."), this, &ConsoleWindow::TransferWanted);
+  libraryMenu_->addAction(tr("&Utility Folder..."), this, &ConsoleWindow::UtilityWanted);
+  libraryMenu_->addAction(tr("Import &Jingles..."), this, &ConsoleWindow::JinglesWanted);
+  libraryMenu_->addSeparator();
+  libraryMenu_->addAction(tr("Track &Search..."), this, &ConsoleWindow::SearchWanted);
   QMenu* desk = menuBar()->addMenu(tr("&Desk"));
   QAction* lock = desk->addAction(ScalableIcon(Icon::Lock), tr("&Lock or unlock the screen"), this,
                                   [this] { console_.Lock().Lockscr(); });
@@ -155,9 +169,11 @@ void ConsoleWindow::BuildMenu() {
   lock->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
+    const bool asks = console_.Panel().Visible();
+    const bool fades = console_.Fades().GetCancelPanel().Visible() || console_.Fades().WalkActive();
     console_.Panel().Cancel();
-    if (console_.Fades().GetCancelPanel().Visible() || console_.Fades().WalkActive())
-      console_.Fades().Cancel();
+    if (fades) console_.Fades().Cancel();
+    if (!asks && !fades) library_->Escape();
   });
 }
 
@@ -208,7 +224,6 @@ void ConsoleWindow::ShowLoad() {
   if (load_ != nullptr) load_->deleteLater();
   load_ = nullptr;
   ApplyColours();
-  library_->Reload();
   library_->BeginFilter();
 }
 
@@ -259,6 +274,10 @@ void ConsoleWindow::closeEvent(QCloseEvent* event) {
 Job<> ConsoleWindow::AskToClose() {
   // Qt takes no further close while it is inside this one.
   co_await console_.GetServices().loop.Yield();
+  if (MayClose) {
+    const bool may = co_await MayClose();
+    if (!may) co_return;
+  }
   const bool yes = co_await console_.QueryClose(false);
   if (!yes) co_return;
   console_.SaveSettings(width(), height());

@@ -7,6 +7,8 @@
 
 #include <QMainWindow>
 
+#include <functional>
+
 class QLabel;
 class QSplitter;
 
@@ -30,9 +32,19 @@ class ConsoleWindow : public QMainWindow {
   /// are.
   void ApplyColours();
 
+  /// Asked before the desk itself is, when the operator closes it: false keeps it open.
+  std::function<Job<bool>()> MayClose;
+
  Q_SIGNALS:
   /// The operator is done: settings are written, the window is gone.
   void Closed();
+  /// "Search": the operator wants to look for tracks by their data.
+  void SearchWanted();
+  /// The other windows beside the desk.
+  void ImportWanted();
+  void TransferWanted();
+  void UtilityWanted();
+  void JinglesWanted();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -62,6 +74,7 @@ class ConsoleWindow : public QMainWindow {
   PerDeck<DeckPanel*> decks_;
   ConfirmationView* confirmation_;
   QAction* quit_ = nullptr;
+  QMenu* libraryMenu_ = nullptr;
   LoadPanel* load_ = nullptr;
   QWidget* foot_;
   NoticeBar* notices_;

@@ -53,10 +53,13 @@ DeskKeys::DeskKeys(Console& console, QWidget& window) : QObject(&window), consol
 bool DeskKeys::eventFilter(QObject* watched, QEvent* event) {
   const bool press = event->type() == QEvent::KeyPress;
   const bool release = event->type() == QEvent::KeyRelease;
-  if (event->type() == QEvent::WindowDeactivate && watched == &window_) LetGoOfAll();
   auto* widget = qobject_cast<QWidget*>(watched);
-  if ((!press && !release) || widget == nullptr || widget->window() != &window_) return false;
+  if (event->type() == QEvent::WindowDeactivate && widget != nullptr && widget->isWindow()) LetGoOfAll();
+  if ((!press && !release) || widget == nullptr) return false;
   const auto* key = static_cast<const QKeyEvent*>(event);
+  // The function keys work in every window beside the desk, unless a question stands.
+  const bool beside = !ButtonOf(key->key()).isEmpty() && !QApplication::activeModalWidget();
+  if (widget->window() != &window_ && !beside) return false;
   const Qt::KeyboardModifiers modifiers = key->modifiers() & ~Qt::KeypadModifier;
   if (modifiers != Qt::NoModifier && press) return false;
   const bool typing = TakesText(widget);

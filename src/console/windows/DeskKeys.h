@@ -12,8 +12,8 @@ class QWidget;
 namespace kelvo {
 
 /// The keys of the desk that work wherever the focus is in the console: F6 to F8 and F10 to F12 start
-/// transitions, 4 and 6 of the number pad walk the slider, the space bar is press-to-speak. A box that takes
-/// text keeps its own keys. Owned by the console window; GUI thread.
+/// transitions (also from the windows beside it), 4 and 6 of the number pad walk the slider, the space bar is
+/// press-to-speak. A box that takes text keeps its own keys. Owned by the console window; GUI thread.
 class DeskKeys : public QObject {
   Q_OBJECT
  public:

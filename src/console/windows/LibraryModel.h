@@ -1,6 +1,6 @@
 #pragma once
 
-#include "database/Catalogue.h"
+#include "console/LibraryBrowser.h"
 
 #include <QAbstractTableModel>
 
@@ -8,16 +8,13 @@
 
 namespace kelvo {
 
-/// The tracks that the library list shows, as rows over the catalogue. Nothing is copied but the row numbers.
-/// Owned by the library's panel; GUI thread.
+/// The rows of the track list over the catalogue. Nothing is copied but the row numbers. Columns are those of
+/// LibraryColumn. Owned by the library's panel; GUI thread.
 class LibraryModel : public QAbstractTableModel {
   Q_OBJECT
  public:
-  enum Column : int { Track, Time, Bpm, Hi, Date, Genre, ColumnCount };
+  LibraryModel(const LibraryBrowser& browser, const Catalogue& catalogue, QObject* parent = nullptr);
 
-  explicit LibraryModel(const Catalogue& catalogue, QObject* parent = nullptr);
-
-  void Show(std::vector<Mref> tracks);
   [[nodiscard]] Mref TrackAt(int row) const { return tracks_[static_cast<std::size_t>(row)]; }
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -27,8 +24,16 @@ class LibraryModel : public QAbstractTableModel {
   [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
   [[nodiscard]] QStringList mimeTypes() const override;
   [[nodiscard]] QMimeData* mimeData(const QModelIndexList& indexes) const override;
+  /// Finds the next track whose name begins with what is typed, without making a text of every row.
+  [[nodiscard]] QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
+                                      Qt::MatchFlags flags) const override;
 
  private:
+  void Reset();
+  void Append();
+  void Reorder();
+
+  const LibraryBrowser& browser_;
   const Catalogue& catalogue_;
   std::vector<Mref> tracks_;
 };

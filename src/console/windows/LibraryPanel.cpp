@@ -1,36 +1,114 @@
 #include "console/windows/LibraryPanel.h"
 
 #include "console/windows/LibraryModel.h"
-#include "database/Catalogue.h"
+#include "console/windows/ListingPanel.h"
+#include "console/windows/NameColumn.h"
+#include "console/windows/TrackInfoPanel.h"
 #include "ui/CommandButton.h"
+#include "ui/ElidedLabel.h"
 #include "ui/ListTable.h"
 #include "ui/ScalableIcon.h"
 #include "ui/Tabular.h"
 
+#include <QContextMenuEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
+#include <QSplitter>
 #include <QVBoxLayout>
 
 namespace kelvo {
 
-LibraryPanel::LibraryPanel(const Catalogue& catalogue, const TrackFilter& filter, PlayQueue& queue,
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A listing that is over sooner shows nothing but its tracks: the desk does not flicker.
+constexpr Nanoseconds kListingShows = 100ms;
+
+}  // namespace
+
+LibraryPanel::LibraryPanel(LibraryBrowser& browser, const Catalogue& catalogue, EventLoop& loop,
                            QWidget* parent)
-    : Panel(Group::Lists, QStringLiteral("TRACKS"), parent),
+    : Panel(Group::Lists, tr("LIBRARY"), parent),
+      browser_(browser),
       catalogue_(catalogue),
-      filter_(filter),
-      queue_(queue),
-      model_(new LibraryModel(catalogue, this)),
+      loop_(loop),
+      model_(new LibraryModel(browser, catalogue, this)),
+      summary_(new ElidedLabel(this)),
+      count_(new QLabel(this)),
       words_(new QLineEdit(this)),
-      list_(new ListTable(this)),
-      add_(new CommandButton(ScalableIcon(Icon::Add), QStringLiteral("Add To Queue"), this)),
-      selectAll_(new CommandButton(QStringLiteral("Select All"), this)) {
+      list_(new ListTable(this)) {
   setObjectName(QStringLiteral("Library"));
+  auto* parts = new QSplitter(Qt::Vertical, this);
+  parts->setChildrenCollapsible(false);
+  parts->addWidget(NamesPart());
+  parts->addWidget(TracksPart());
+  parts->setStretchFactor(0, 9);
+  parts->setStretchFactor(1, 11);
+  parts->setSizes({450, 550});
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(parts);
+  listing_ = new ListingPanel(browser, this);
+  info_ = new TrackInfoPanel(browser, this);
+  JoinParts();
+  ShowFacts();
+}
+
+QPushButton* LibraryPanel::AddCommand(const QString& name, const QString& text, const QString& tooltip,
+                                      const QKeySequence& key) {
+  auto* button = new CommandButton(text, this);
+  button->setObjectName(name);
+  button->setFocusPolicy(Qt::TabFocus);
+  button->setToolTip(tooltip + QStringLiteral("  (") + key.toString(QKeySequence::NativeText) +
+                     QLatin1Char(')'));
+  // A shortcut of its own: a button whose words change loses the one that it was given.
+  connect(new QShortcut(key, this), &QShortcut::activated, button, &QPushButton::click);
+  return button;
+}
+
+QWidget* LibraryPanel::NamesPart() {
+  auto* part = new QWidget(this);
+  auto* lists = new QHBoxLayout;
+  lists->setSpacing(4);
+  for (const Stage stage : kStages) {
+    auto*& column = names_[static_cast<std::size_t>(stage)];
+    column = new NameColumn(browser_, stage, part);
+    lists->addWidget(column, 1);
+  }
+  search_ = AddCommand(QStringLiteral("Command34"), QStringLiteral("Search"),
+                       tr("Looks for tracks by their data"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
+  allArtists_ = AddCommand(QStringLiteral("Command20"), QStringLiteral("All Artists"),
+                           tr("Shows all artists"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A));
+  allAlbums_ = AddCommand(QStringLiteral("Command25"), QStringLiteral("All Albums"), tr("Shows all albums"),
+                          QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_B));
+  auto* commands = new QHBoxLayout;
+  commands->setSpacing(4);
+  for (QPushButton* button : {search_, allArtists_, allAlbums_}) commands->addWidget(button, 1);
+  auto* layout = new QVBoxLayout(part);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(4);
+  layout->addLayout(lists, 1);
+  layout->addLayout(commands);
+  return part;
+}
+
+QWidget* LibraryPanel::TracksPart() {
+  auto* part = new QWidget(this);
+  auto* head = new QLabel(QStringLiteral("TRACKS"), part);
+  head->setFont(Theme::Font(0.88, QFont::Bold));
+  summary_->setObjectName(QStringLiteral("Label13"));
+  summary_->setAccessibleName(tr("What is listed"));
+  summary_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  count_->setObjectName(QStringLiteral("Label7"));
+  count_->setAccessibleName(tr("Tracks listed"));
   words_->setObjectName(QStringLiteral("TrackFilter"));
-  words_->setPlaceholderText(tr("Type to filter: any words of artist and title  (Ctrl+F)"));
   words_->setAccessibleName(tr("Filter the tracks"));
+  words_->setToolTip(tr("Any words of artist and title, in any order  (Ctrl+F)"));
   words_->setClearButtonEnabled(true);
   words_->addAction(ScalableIcon(Icon::Search), QLineEdit::LeadingPosition);
   words_->installEventFilter(this);
@@ -42,52 +120,97 @@ LibraryPanel::LibraryPanel(const Catalogue& catalogue, const TrackFilter& filter
   list_->setDragEnabled(true);
   list_->setDragDropMode(QAbstractItemView::DragOnly);
   list_->setItemDelegate(new TabularDelegate(this));
-  list_->SetColumns(LibraryModel::Track, 26,
-                    {{LibraryModel::Time, 8},
-                     {LibraryModel::Bpm, 7},
-                     {LibraryModel::Genre, 15},
-                     {LibraryModel::Date, 11},
-                     {LibraryModel::Hi, 6}});
+  list_->setMinimumHeight(fontMetrics().height() * 4);
+  list_->viewport()->installEventFilter(this);
+  list_->installEventFilter(this);
+  const auto number = [](LibraryColumn column) { return static_cast<int>(column); };
+  list_->setColumnHidden(number(LibraryColumn::Path), true);
+  list_->setColumnHidden(number(LibraryColumn::Mref), true);
+  QHeaderView* heads = list_->horizontalHeader();
+  heads->setSectionsClickable(true);
+  heads->moveSection(heads->visualIndex(number(LibraryColumn::Time)),
+                     heads->visualIndex(number(LibraryColumn::MainGenre)));
+  list_->SetColumns(number(LibraryColumn::Track), 26,
+                    {{number(LibraryColumn::Time), 8},
+                     {number(LibraryColumn::Bpm), 7},
+                     {number(LibraryColumn::MainGenre), 15},
+                     {number(LibraryColumn::Date), 11},
+                     {number(LibraryColumn::Hi), 6}});
 
+  add_ = new CommandButton(ScalableIcon(Icon::Add), QStringLiteral("Add To Queue"), part);
   add_->setObjectName(QStringLiteral("Command31"));
   add_->setToolTip(tr("Adds the selected tracks to the play queue  (Enter or double click)"));
+  add_->setFocusPolicy(Qt::TabFocus);
   Theme::SetRole(*add_, QStringLiteral("primary"));
-  selectAll_->setObjectName(QStringLiteral("Command30"));
-  for (QPushButton* button : {add_, selectAll_}) button->setFocusPolicy(Qt::TabFocus);
+  selectAll_ = AddCommand(QStringLiteral("Command30"), browser_.SelectAllCaption(),
+                          tr("Selects all tracks of the list, or none"), QKeySequence(Qt::CTRL | Qt::Key_A));
 
+  auto* title = new QHBoxLayout;
+  title->addWidget(head);
+  title->addWidget(summary_, 1);
+  title->addWidget(count_);
   auto* commands = new QHBoxLayout;
   commands->addWidget(add_, 1);
   commands->addWidget(selectAll_);
-  auto* layout = new QVBoxLayout(this);
+  auto* layout = new QVBoxLayout(part);
   layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(4);
+  layout->addLayout(title);
   layout->addWidget(words_);
   layout->addWidget(list_, 1);
   layout->addLayout(commands);
+  return part;
+}
 
-  connect(words_, &QLineEdit::textChanged, this, [this] { ShowMatches(); });
+void LibraryPanel::JoinParts() {
+  connect(search_, &QPushButton::clicked, this, &LibraryPanel::SearchWanted);
+  connect(allArtists_, &QPushButton::clicked, this, [this] { browser_.ShowAllArtists(); });
+  connect(allAlbums_, &QPushButton::clicked, this, [this] { browser_.ShowAllAlbums(); });
+  connect(add_, &QPushButton::clicked, this, [this] { AddSelected(); });
+  connect(selectAll_, &QPushButton::clicked, this, [this] { browser_.ToggleAll(); });
+  connect(words_, &QLineEdit::textChanged, this, [this](const QString& text) { browser_.SetWords(text); });
   connect(words_, &QLineEdit::returnPressed, this, [this] {
     if (model_->rowCount() == 0) return;
     list_->setFocus();
     list_->selectRow(0);
   });
-  connect(add_, &QPushButton::clicked, this, [this] { AddSelected(); });
   connect(list_, &ListTable::RowActivated, this, [this] { AddSelected(); });
-  connect(selectAll_, &QPushButton::clicked, this, [this] {
-    if (model_->rowCount() == 0) return;
-    const bool select = selectAll_->text() == QStringLiteral("Select All");
-    if (select) {
+  connect(list_, &QTableView::pressed, this,
+          [this](const QModelIndex& index) { browser_.ClickTrack(model_->TrackAt(index.row())); });
+  connect(list_->horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int section) {
+    const auto column = static_cast<LibraryColumn>(section);
+    list_->horizontalHeader()->setSortIndicatorShown(true);
+    list_->horizontalHeader()->setSortIndicator(
+        section, column == LibraryColumn::Date ? Qt::DescendingOrder : Qt::AscendingOrder);
+    browser_.SortBy(column);
+  });
+  connect(&browser_, &LibraryBrowser::RowsReset, this, [this] {
+    list_->scrollToTop();
+    ShowFacts();
+  });
+  connect(&browser_, &LibraryBrowser::RowsAdded, this, [this] { ShowFacts(); });
+  connect(&browser_, &LibraryBrowser::ChoiceChanged, this, [this] { ShowFacts(); });
+  connect(&browser_, &LibraryBrowser::SelectRows, this, [this](bool all) {
+    if (all) {
       list_->selectAll();
     } else {
       list_->clearSelection();
     }
-    selectAll_->setText(select ? QStringLiteral("Clear All") : QStringLiteral("Select All"));
+    ShowFacts();
   });
-  Reload();
+  connect(&browser_, &LibraryBrowser::ListingChanged, this, [this] {
+    listingLasts_ = browser_.Listing() ? loop_.After(kListingShows, [this] { ShowListing(); }) : Timer();
+    if (!browser_.Listing()) ShowListing();
+  });
+  connect(&browser_, &LibraryBrowser::InfoChanged, this, [this] {
+    const bool hadKeys = info_->isAncestorOf(focusWidget());
+    info_->ShowAt(infoSpot_);
+    if (hadKeys && !browser_.Info()) list_->setFocus();
+  });
 }
 
-void LibraryPanel::Reload() {
-  words_->clear();
-  ShowMatches();
+ListTable& LibraryPanel::Names(Stage stage) {
+  return names_[static_cast<std::size_t>(stage)]->List();
 }
 
 void LibraryPanel::BeginFilter() {
@@ -95,37 +218,91 @@ void LibraryPanel::BeginFilter() {
   words_->selectAll();
 }
 
-void LibraryPanel::ShowMatches() {
-  model_->Show(filter_.Find(words_->text()));
-  list_->scrollToTop();
-  selectAll_->setText(QStringLiteral("Select All"));
-  const int shown = model_->rowCount();
-  const int all = catalogue_.LastTrack();
-  const bool narrowed = !words_->text().trimmed().isEmpty();
-  SetNote(narrowed ? tr("%1 of %2").arg(shown).arg(all) : QString::number(all));
-  list_->SetEmptyText(narrowed ? tr("No track has all these words.")
-                               : QStringLiteral("Please Add Some Music To the Data Base"));
-  add_->setEnabled(shown > 0);
-  selectAll_->setEnabled(shown > 0);
+void LibraryPanel::Escape() {
+  if (browser_.Info()) {
+    browser_.CloseInfo();
+  } else if (browser_.Listing()) {
+    browser_.StopListing();
+  } else {
+    words_->clear();
+  }
+}
+
+void LibraryPanel::ShowFacts() {
+  const int shown = static_cast<int>(browser_.Rows().size());
+  const bool everywhere = browser_.WordsLookEverywhere();
+  if (browser_.Narrowed()) {
+    const int of = everywhere ? catalogue_.LastTrack() : browser_.ListedCount();
+    count_->setText(tr("%1 of %2").arg(shown).arg(of));
+    list_->SetEmptyText(everywhere ? tr("No track has all these words.")
+                                   : tr("No track of this list has all these words."));
+  } else {
+    count_->setText(QString::number(shown));
+    if (catalogue_.LastTrack() == 0) {
+      list_->SetEmptyText(QStringLiteral("Please Add Some Music To the Data Base"));
+    } else if (everywhere) {
+      list_->SetEmptyText(tr("Choose a genre, an artist or an album above,\nor type words to look through "
+                             "all %1 tracks.")
+                              .arg(catalogue_.LastTrack()));
+    } else {
+      list_->SetEmptyText(tr("No track fits the choice.\nPress a chosen name again to release it."));
+    }
+  }
+  words_->setPlaceholderText(everywhere ? tr("Type to search all tracks  (Ctrl+F)")
+                                        : tr("Type to filter this list  (Ctrl+F)"));
+  summary_->setText(browser_.Summary(summary_->width() / std::max(fontMetrics().averageCharWidth(), 1)));
+  selectAll_->setText(browser_.SelectAllCaption());
+}
+
+void LibraryPanel::ShowListing() {
+  const bool listing = browser_.Listing();
+  for (QPushButton* button : {search_, allArtists_, allAlbums_, add_, selectAll_})
+    button->setEnabled(!listing);
+  listing_->setVisible(listing);
+  if (listing) listing_->ShowChoices();
 }
 
 void LibraryPanel::AddSelected() {
-  std::vector<Mref> tracks;
-  QModelIndexList rows = list_->selectionModel()->selectedRows();
+  std::vector<int> rows;
+  for (const QItemSelectionRange& range : list_->selectionModel()->selection()) {
+    for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
+  }
   std::sort(rows.begin(), rows.end());
-  for (const QModelIndex& row : rows) tracks.push_back(model_->TrackAt(row.row()));
-  jobs_.Add(queue_.AddTracks(std::move(tracks)));
-  list_->clearSelection();
-  selectAll_->setText(QStringLiteral("Select All"));
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+  std::vector<Mref> tracks;
+  for (const int row : rows) tracks.push_back(model_->TrackAt(row));
+  browser_.AddToQueue(std::move(tracks));
+}
+
+void LibraryPanel::OpenInfo(const QPoint& spot) {
+  const QModelIndex current = list_->currentIndex();
+  if (!list_->selectionModel()->isSelected(current)) return;
+  infoSpot_ = mapFromGlobal(spot);
+  browser_.OpenInfo(model_->TrackAt(current.row()));
+}
+
+void LibraryPanel::resizeEvent(QResizeEvent* event) {
+  Panel::resizeEvent(event);
+  ShowFacts();
 }
 
 bool LibraryPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == list_->viewport()) {
+    if (event->type() == QEvent::MouseButtonPress) browser_.CloseInfo();
+    if (event->type() == QEvent::MouseButtonRelease) {
+      const auto* mouse = static_cast<const QMouseEvent*>(event);
+      if (mouse->button() == Qt::RightButton) OpenInfo(mouse->globalPosition().toPoint());
+    }
+  }
+  if (watched == list_ && event->type() == QEvent::ContextMenu) {
+    const QRect row = list_->visualRect(list_->currentIndex());
+    if (static_cast<const QContextMenuEvent*>(event)->reason() != QContextMenuEvent::Keyboard) return true;
+    OpenInfo(list_->viewport()->mapToGlobal(row.bottomLeft()));
+    if (browser_.Info()) info_->TakeKeys();
+    return true;
+  }
   if (watched == words_ && event->type() == QEvent::KeyPress) {
     const auto* key = static_cast<QKeyEvent*>(event);
-    if (key->key() == Qt::Key_Escape) {
-      words_->clear();
-      return true;
-    }
     if (key->key() == Qt::Key_Down && model_->rowCount() > 0) {
       list_->setFocus();
       list_->selectRow(std::max(0, list_->currentIndex().row()));

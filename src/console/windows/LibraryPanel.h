@@ -1,48 +1,75 @@
 #pragma once
 
-#include "console/PlayQueue.h"
-#include "console/TrackFilter.h"
+#include "console/LibraryBrowser.h"
 #include "ui/Panel.h"
 
+#include <array>
+
+class QLabel;
 class QLineEdit;
 class QPushButton;
+class QSplitter;
 
 namespace kelvo {
 
-class Catalogue;
 class LibraryModel;
 class ListTable;
+class ListingPanel;
+class NameColumn;
+class TrackInfoPanel;
 
-/// "TRACKS": the whole catalogue as one list, a box that narrows it as one types, and the way into the queue.
-/// Owned by the console window; GUI thread.
+/// "LIBRARY": the three lists of names, the tracks that they choose, a box that narrows them as one types,
+/// and the way into the queue. Owned by the console window; GUI thread.
 class LibraryPanel : public Panel {
   Q_OBJECT
  public:
-  LibraryPanel(const Catalogue& catalogue, const TrackFilter& filter, PlayQueue& queue,
+  LibraryPanel(LibraryBrowser& browser, const Catalogue& catalogue, EventLoop& loop,
                QWidget* parent = nullptr);
 
-  /// The catalogue was loaded anew.
-  void Reload();
+  /// The list of tracks.
   [[nodiscard]] ListTable& List() { return *list_; }
+  [[nodiscard]] ListTable& Names(Stage stage);
   /// The filter box takes the keyboard.
   void BeginFilter();
+  /// Closes the track's details, stops a listing or empties the filter box, the first of these that there is.
+  void Escape();
+
+ Q_SIGNALS:
+  void SearchWanted();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
+  QPushButton* AddCommand(const QString& name, const QString& text, const QString& tooltip,
+                          const QKeySequence& key);
+  [[nodiscard]] QWidget* NamesPart();
+  [[nodiscard]] QWidget* TracksPart();
+  void JoinParts();
+  void ShowFacts();
+  void ShowListing();
   void AddSelected();
-  void ShowMatches();
+  void OpenInfo(const QPoint& spot);
 
+  LibraryBrowser& browser_;
   const Catalogue& catalogue_;
-  const TrackFilter& filter_;
-  PlayQueue& queue_;
+  EventLoop& loop_;
   LibraryModel* model_;
+  std::array<NameColumn*, kStages.size()> names_;
+  QLabel* summary_;
+  QLabel* count_;
   QLineEdit* words_;
   ListTable* list_;
+  QPushButton* search_;
+  QPushButton* allArtists_;
+  QPushButton* allAlbums_;
   QPushButton* add_;
   QPushButton* selectAll_;
-  JobList jobs_;
+  ListingPanel* listing_;
+  TrackInfoPanel* info_;
+  QPoint infoSpot_;
+  Timer listingLasts_;
 };
 
 }  // namespace kelvo

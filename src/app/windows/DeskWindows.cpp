@@ -1,0 +1,117 @@
+#include "app/windows/DeskWindows.h"
+
+#include "console/Console.h"
+#include "console/windows/ConsoleWindow.h"
+#include "database/windows/JingleImportWindow.h"
+#include "database/windows/ScanWindow.h"
+#include "database/windows/TransferWindow.h"
+#include "database/windows/UtilityWindow.h"
+#include "datamanager/windows/SearchWindow.h"
+
+namespace kelvo {
+namespace {
+
+void BringUp(QWidget& window) {
+  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+  window.show();
+  window.raise();
+  window.activateWindow();
+}
+
+}  // namespace
+
+DeskWindows::DeskWindows(Console& console, ConsoleWindow& window) : console_(console), window_(window) {
+  connect(&window_, &ConsoleWindow::ImportWanted, this, &DeskWindows::OpenImport);
+  connect(&window_, &ConsoleWindow::TransferWanted, this, &DeskWindows::OpenTransfer);
+  connect(&window_, &ConsoleWindow::UtilityWanted, this, &DeskWindows::OpenUtility);
+  connect(&window_, &ConsoleWindow::JinglesWanted, this, &DeskWindows::OpenJingles);
+  connect(&window_, &ConsoleWindow::SearchWanted, this, &DeskWindows::OpenSearch);
+  connect(&console_.Lock(), &ScreenLock::Changed, this, &DeskWindows::ShowLock);
+  window_.MayClose = [this] { return MayClose(); };
+}
+
+DeskWindows::~DeskWindows() {
+  window_.MayClose = nullptr;
+  // Closed, not only dropped: a window writes its place when it goes off the screen.
+  for (QWidget* each : Windows()) each->close();
+}
+
+std::vector<QWidget*> DeskWindows::Windows() const {
+  std::vector<QWidget*> windows{import_.get(), transfer_.get(), utility_.get(), jingles_.get(),
+                                search_.get()};
+  std::erase(windows, nullptr);
+  return windows;
+}
+
+void DeskWindows::ShowLock() {
+  for (QWidget* each : Windows()) each->setEnabled(!console_.Lock().Locked());
+}
+
+bool DeskWindows::Busy() const {
+  return (import_ && import_->Work().Busy()) || (transfer_ && transfer_->Work().Running()) ||
+         (jingles_ && jingles_->Work().Busy());
+}
+
+Job<bool> DeskWindows::MayClose() {
+  if (!Busy()) co_return true;
+  Prompt question;
+  question.text = tr("Music Is Still Being Imported Or Transferred !\r\nStop That And Quit ?");
+  question.buttons = Buttons::YesNo;
+  question.icon = PromptIcon::Exclamation;
+  const Answer answer = co_await console_.GetServices().prompter.Ask(question);
+  co_return answer == Answer::Yes;
+}
+
+void DeskWindows::OpenImport() {
+  if (!import_) {
+    const Console::Services& desk = console_.GetServices();
+    import_ = std::make_unique<ScanWindow>(ScanWindow::Services{desk.loop, desk.prompter, desk.settings,
+                                                                desk.catalogue, desk.paths, desk.title});
+  }
+  BringUp(*import_);
+}
+
+void DeskWindows::OpenTransfer() {
+  if (!transfer_) {
+    const Console::Services& desk = console_.GetServices();
+    transfer_ = std::make_unique<TransferWindow>(
+        TransferWindow::Services{desk.loop, desk.prompter, desk.settings, desk.audio, desk.catalogue,
+                                 desk.paths, console_.Settings().defaults, desk.title});
+    transfer_->Work().OnTracksAdded = [this] { console_.CatalogueChanged(); };
+  }
+  BringUp(*transfer_);
+}
+
+void DeskWindows::OpenUtility() {
+  if (!utility_) {
+    const Console::Services& desk = console_.GetServices();
+    utility_ = std::make_unique<UtilityWindow>(
+        UtilityFolder::Services{desk.loop, desk.settings, desk.audio, desk.paths, desk.title});
+  }
+  BringUp(*utility_);
+}
+
+void DeskWindows::OpenJingles() {
+  if (!jingles_) {
+    const Console::Services& desk = console_.GetServices();
+    jingles_ = std::make_unique<JingleImportWindow>(JingleImportWindow::Services{
+        desk.loop, desk.prompter, desk.settings, desk.catalogue, desk.paths, desk.title});
+  }
+  BringUp(*jingles_);
+}
+
+void DeskWindows::OpenSearch() {
+  if (!search_) {
+    const Console::Services& desk = console_.GetServices();
+    search_ = std::make_unique<SearchWindow>(
+        SearchWindow::Services{desk.loop, desk.prompter, desk.settings, desk.catalogue, desk.title},
+        &window_);
+    search_->OnAdd = [this](std::vector<Mref> tracks) {
+      jobs_.Add(console_.Queue().AddTracks(std::move(tracks), PlayQueue::Route::Search));
+    };
+  }
+  BringUp(*search_);
+  search_->BeginTyping();
+}
+
+}  // namespace kelvo

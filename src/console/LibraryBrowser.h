@@ -1,0 +1,191 @@
+#pragma once
+
+#include "console/ConsoleState.h"
+#include "console/NameIndex.h"
+#include "console/PlayQueue.h"
+#include "console/TrackFilter.h"
+#include "console/TrackOrder.h"
+#include "database/Catalogue.h"
+#include "platform/EventLoop.h"
+#include "platform/Job.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <array>
+#include <optional>
+#include <vector>
+
+namespace kelvo {
+
+/// The three lists of names; each narrows the next.
+enum class Stage { Genre, Artist, Album };
+inline constexpr std::array kStages{Stage::Genre, Stage::Artist, Stage::Album};
+
+/// What the panel beside a track tells of it.
+struct TrackDetails {
+  QString title;
+  QStringList genres;
+  QString starts;
+  QString ends;
+};
+
+/// The way into the catalogue: choose a genre, an artist, an album, and the track list holds what fits all
+/// three; type words, and it shows what has them too. A listing walks through the whole catalogue in turns of
+/// the loop and can be stopped; what it found stays. Owned by the Console; logic thread.
+class LibraryBrowser : public QObject {
+  Q_OBJECT
+
+ public:
+  LibraryBrowser(EventLoop& loop, const Catalogue& catalogue, const TrackFilter& filter, PlayQueue& queue,
+                 const ConsoleState& state);
+
+  /// The catalogue was loaded or changed: all lists begin anew, with the genres.
+  void FillLists();
+
+  // ---- the lists of names: rows from 0, -1 is none
+  [[nodiscard]] int Count(Stage stage) const { return static_cast<int>(At(stage).names.size()); }
+  /// An entry, in upper case.
+  [[nodiscard]] QString Name(Stage stage, int row) const { return UpperName(At(stage).names[row]); }
+  [[nodiscard]] int Selected(Stage stage) const { return At(stage).selected; }
+  /// The row that was chosen by a press and not released since. Another row may be selected by a click on a
+  /// track.
+  [[nodiscard]] int Tag(Stage stage) const { return At(stage).Tag; }
+  /// The name chosen, for the label of the list.
+  [[nodiscard]] const QString& Chosen(Stage stage) const { return At(stage).chosen; }
+  /// Yellow: the list holds some of its names. Green: all.
+  [[nodiscard]] bool Yellow(Stage stage) const { return At(stage).yellow; }
+  /// `ArtistsFiltered`, `AlbumsFiltered`.
+  [[nodiscard]] bool Filtered(Stage stage) const { return At(stage).filtered; }
+  [[nodiscard]] bool FilterWordsShown(Stage stage) const { return At(stage).filtered && At(stage).wordsLit; }
+  /// A beat of the clock: the words above a filtered list come and go.
+  void BlinkFilterWords();
+
+  /// A press on an entry chooses it, or releases it when it was chosen. A running listing is stopped first.
+  void PressName(Stage stage, int row);
+  void ShowAllArtists();
+  void ShowAllAlbums();
+  /// The row to jump to for a letter: the first entry that begins with it, else with the nearest lower
+  /// character, down to "1"; -1 when there is none.
+  [[nodiscard]] int LetterRow(Stage stage, QChar letter) const;
+  /// The first entry at or behind `from`, going round, that begins with these letters in any case; else -1.
+  [[nodiscard]] int RowStarting(Stage stage, const QString& letters, int from) const;
+  /// The top row with which a list that shows `rows` rows has its selected one in sight; none: it stays.
+  [[nodiscard]] static std::optional<int> CentredTopRow(int selected, int rows);
+
+  // ---- the track list
+  /// The tracks listed, in the order in which they were; each once.
+  [[nodiscard]] const std::vector<Mref>& ListedRefs() const { return listedRefs_; }
+  [[nodiscard]] int ListedCount() const { return static_cast<int>(listedRefs_.size()); }
+  /// The tracks shown: those listed, sorted, narrowed by the words. While nothing is chosen the words look
+  /// through the whole catalogue.
+  [[nodiscard]] const std::vector<Mref>& Rows() const { return rows_; }
+  [[nodiscard]] bool Narrowed() const { return narrowed_; }
+  [[nodiscard]] bool WordsLookEverywhere() const;
+  void SetWords(const QString& words);
+  /// The chosen names, each cut to a third of `letters`, as they were when the listing began.
+  [[nodiscard]] QString Summary(int letters) const;
+
+  [[nodiscard]] bool Listing() const { return listing_; }
+  /// "Stop Listing": what was listed stays.
+  void StopListing() { listingStopRequested_ = true; }
+
+  /// A click on a track selects its artist, and lists nothing.
+  void ClickTrack(Mref track);
+  void SortBy(LibraryColumn column);
+  [[nodiscard]] std::optional<LibraryColumn> SortColumn() const { return sortColumn_; }
+  /// "Select All" and "Clear All" in turn; nothing while the list is empty.
+  void ToggleAll();
+  [[nodiscard]] QString SelectAllCaption() const;
+  /// "Add To Queue": the selected tracks, in the order shown.
+  void AddToQueue(std::vector<Mref> tracks);
+
+  // ---- the panel of a track's details
+  void OpenInfo(Mref track);
+  void CloseInfo();
+  [[nodiscard]] const std::optional<TrackDetails>& Info() const { return info_; }
+  /// A double click on a genre of the panel presses it in the list of genres.
+  void ChooseGenreOfInfo(int row);
+
+ Q_SIGNALS:
+  void NamesReset(kelvo::Stage stage);
+  void NamesAdded(kelvo::Stage stage);
+  /// What is selected, chosen, or blinks.
+  void ChoiceChanged();
+  /// Lists with a selection should bring it into sight, see CentredTopRow.
+  void CentreSelections();
+  /// Rows is new.
+  void RowsReset();
+  /// Rows became longer.
+  void RowsAdded();
+  /// Rows holds the same tracks in another order.
+  void RowsSorted();
+  /// All rows are to be selected, or none.
+  void SelectRows(bool all);
+  /// A listing began or ended.
+  void ListingChanged();
+  void InfoChanged();
+
+ private:
+  struct NameList {
+    explicit NameList(const PooledTextColumn& lines) : column(lines), index(lines) {}
+    const PooledTextColumn& column;
+    NameIndex index;
+    QStringList names;  ///< as the catalogue writes them
+    int selected = -1;
+    int Tag = -1;
+    QString chosen;
+    bool yellow = false;
+    bool filtered = false;
+    bool wordsLit = false;
+  };
+  [[nodiscard]] NameList& At(Stage stage) { return lists_[static_cast<std::size_t>(stage)]; }
+  [[nodiscard]] const NameList& At(Stage stage) const { return lists_[static_cast<std::size_t>(stage)]; }
+
+  /// Ahead of the first choice, which would do it otherwise.
+  [[nodiscard]] Job<> IndexNames();
+  void FilterByGenre();
+  void FilterByArtist();
+  void ListTracksByChoice();
+  void Release(Stage stage);
+  void ClearNames(Stage stage);
+  void ShowAll(Stage stage, const QStringList& names);
+  void RecomputeFiltered();
+
+  void StartListing(std::optional<Stage> fills);
+  [[nodiscard]] Job<> RunListing(std::optional<Stage> fills);
+  [[nodiscard]] Job<> WalkCatalogue(std::optional<Stage> fills);
+  void BeginListing(bool enabled);
+  void EndListingAtOnce();
+  void AddToTrackList(Mref track);
+  void Publish(std::optional<Stage> fills);
+  void RefreshRows();
+  [[nodiscard]] std::vector<Mref> ShownRows();
+  [[nodiscard]] Job<> RunSort(LibraryColumn column);
+  [[nodiscard]] Job<> RunAdd(std::vector<Mref> tracks);
+
+  EventLoop& loop_;
+  const Catalogue& catalogue_;
+  const TrackFilter& filter_;
+  PlayQueue& queue_;
+  const ConsoleState& state_;
+  std::array<NameList, kStages.size()> lists_;
+  TrackOrder order_;
+  std::optional<LibraryColumn> sortColumn_;
+  std::vector<Mref> listedRefs_;
+  std::vector<bool> isListed_;  ///< by row number
+  std::vector<Mref> rows_;
+  QString words_;
+  bool narrowed_ = false;
+  QStringList summary_;
+  bool listing_ = false;
+  bool listingStopRequested_ = false;
+  bool allSelected_ = false;
+  std::optional<TrackDetails> info_;
+  Job<> indexing_;
+  Job<> walk_;
+  Job<> sort_;
+  JobList adding_;
+};
+
+}  // namespace kelvo

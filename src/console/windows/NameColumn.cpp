@@ -1,0 +1,220 @@
+#include "console/windows/NameColumn.h"
+
+#include "ui/ElidedLabel.h"
+#include "ui/ListTable.h"
+#include "ui/Tabular.h"
+#include "ui/Theme.h"
+
+#include <QAbstractTableModel>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <functional>
+
+namespace kelvo {
+namespace {
+
+const QColor kYellow(255, 255, 0);
+const QColor kGreen(0, 255, 0);
+
+struct StageWords {
+  QString list;
+  QString label;
+  QString head;
+  QString accessible;
+  QString empty;
+};
+
+StageWords WordsOf(Stage stage) {
+  switch (stage) {
+    case Stage::Genre:
+      return {QStringLiteral("Lstcatname"), QStringLiteral("Lbn1_1"), QStringLiteral("GENRE"),
+              NameColumn::tr("Genres"), NameColumn::tr("No genres yet")};
+    case Stage::Artist:
+      return {QStringLiteral("Lstartname"), QStringLiteral("Lbn2_1"), QStringLiteral("ARTISTS"),
+              NameColumn::tr("Artists"), NameColumn::tr("Choose a genre")};
+    case Stage::Album:
+      return {QStringLiteral("Lstalbname"), QStringLiteral("Lbn3_1"), QStringLiteral("ALBUMS"),
+              NameColumn::tr("Albums"), NameColumn::tr("Choose an artist")};
+  }
+  return {};
+}
+
+class NameModel : public QAbstractTableModel {
+ public:
+  NameModel(const LibraryBrowser& browser, Stage stage, QObject* parent)
+      : QAbstractTableModel(parent), browser_(browser), stage_(stage), rows_(browser.Count(stage)) {
+    connect(&browser, &LibraryBrowser::NamesReset, this, [this](Stage changed) {
+      if (changed != stage_) return;
+      beginResetModel();
+      rows_ = browser_.Count(stage_);
+      endResetModel();
+    });
+    connect(&browser, &LibraryBrowser::NamesAdded, this, [this](Stage changed) {
+      if (changed != stage_ || browser_.Count(stage_) <= rows_) return;
+      beginInsertRows({}, rows_, browser_.Count(stage_) - 1);
+      rows_ = browser_.Count(stage_);
+      endInsertRows();
+    });
+  }
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent) const override {
+    return parent.isValid() ? 0 : rows_;
+  }
+  [[nodiscard]] int columnCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : 1; }
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
+    if (role == Qt::ForegroundRole) return browser_.Yellow(stage_) ? kYellow : kGreen;
+    if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
+    return browser_.Name(stage_, index.row());
+  }
+  [[nodiscard]] QVariant headerData(int, Qt::Orientation orientation, int role) const override {
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+    return WordsOf(stage_).head;
+  }
+  [[nodiscard]] QModelIndexList match(const QModelIndex& start, int, const QVariant& value, int,
+                                      Qt::MatchFlags) const override {
+    const int row = browser_.RowStarting(stage_, value.toString(), std::max(start.row(), 0));
+    return row < 0 ? QModelIndexList() : QModelIndexList{index(row, 0)};
+  }
+
+ private:
+  const LibraryBrowser& browser_;
+  Stage stage_;
+  int rows_;
+};
+
+/// Frames the row where the keyboard stands: it is not always the one that is selected.
+class CursorDelegate : public TabularDelegate {
+ public:
+  using TabularDelegate::TabularDelegate;
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    TabularDelegate::paint(painter, option, index);
+    if (!option.state.testFlag(QStyle::State_HasFocus)) return;
+    painter->setPen(Theme::Palette().accent);
+    painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
+  }
+};
+
+/// Moves a cursor only; what is selected is the browser's to say.
+class NameTable : public ListTable {
+ public:
+  using ListTable::ListTable;
+  std::function<void(int row)> OnPress;
+
+ protected:
+  [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex&,
+                                                                     const QEvent*) const override {
+    return QItemSelectionModel::NoUpdate;
+  }
+  void mousePressEvent(QMouseEvent* event) override {
+    ListTable::mousePressEvent(event);
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && index.isValid()) OnPress(index.row());
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!enter || event->modifiers().testAnyFlags(Qt::ControlModifier | Qt::AltModifier)) {
+      ListTable::keyPressEvent(event);
+    } else if (currentIndex().isValid()) {
+      OnPress(currentIndex().row());
+    }
+  }
+};
+
+}  // namespace
+
+NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
+    : QWidget(parent),
+      browser_(browser),
+      stage_(stage),
+      list_(nullptr),
+      words_(new ElidedLabel(QStringLiteral("FILTERED LIST"), this)),
+      letters_(new QComboBox(this)),
+      chosen_(new ElidedLabel(this)) {
+  const StageWords words = WordsOf(stage);
+  auto* table = new NameTable(this);
+  table->OnPress = [this](int row) { browser_.PressName(stage_, row); };
+  list_ = table;
+  list_->setObjectName(words.list);
+  list_->setAccessibleName(words.accessible);
+  list_->setModel(new NameModel(browser, stage, this));
+  list_->setItemDelegate(new CursorDelegate(this));
+  list_->setSelectionMode(QAbstractItemView::SingleSelection);
+  list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  list_->horizontalHeader()->setSectionsClickable(false);
+  list_->SetColumns(0, 1, {});
+  list_->SetEmptyText(words.empty);
+  list_->setMinimumHeight(fontMetrics().height() * 4);
+
+  words_->setWordWrap(true);
+  words_->setFont(Theme::Font(0.72, QFont::Bold));
+  words_->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  QPalette amber = words_->palette();
+  amber.setColor(QPalette::WindowText, Theme::Palette().amber);
+  words_->setPalette(amber);
+  QSizePolicy keeps(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  keeps.setRetainSizeWhenHidden(true);
+  words_->setSizePolicy(keeps);
+  letters_->setObjectName(QStringLiteral("Combo1_%1").arg(static_cast<int>(stage)));
+  letters_->addItems(QStringLiteral("A,B,C,D,E,F,G,H,I,J,K,L,M,N,O,P,Q,R,S,T,U,V,W,X,Y,Z,0,1,2,3,4,5,6,7,8,9")
+                         .split(QLatin1Char(',')));
+  letters_->setToolTip(tr("Jumps to a letter; typing letters in the list does too"));
+  letters_->setAccessibleName(tr("%1: jump to a letter").arg(words.accessible));
+  letters_->setFocusPolicy(Qt::TabFocus);
+  letters_->setMaxVisibleItems(18);
+  chosen_->setObjectName(words.label);
+  chosen_->setFont(Theme::Font(0.9, QFont::DemiBold));
+  chosen_->setAccessibleName(tr("%1: chosen").arg(words.accessible));
+
+  auto* head = new QHBoxLayout;
+  head->setSpacing(4);
+  head->addWidget(words_, 1);
+  head->addWidget(letters_);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(3);
+  layout->addLayout(head);
+  layout->addWidget(list_, 1);
+  layout->addWidget(chosen_);
+
+  connect(letters_, &QComboBox::activated, this, [this] { Jump(); });
+  connect(&browser, &LibraryBrowser::ChoiceChanged, this, [this] { ShowChoice(); });
+  connect(&browser, &LibraryBrowser::CentreSelections, this, [this] { Centre(); });
+  ShowChoice();
+}
+
+void NameColumn::ShowChoice() {
+  const QModelIndex selected = list_->model()->index(browser_.Selected(stage_), 0);
+  const QModelIndexList shown = list_->selectionModel()->selectedIndexes();
+  if (!selected.isValid()) {
+    list_->clearSelection();
+  } else if (!shown.contains(selected)) {
+    list_->selectionModel()->setCurrentIndex(selected, QItemSelectionModel::ClearAndSelect);
+  }
+  chosen_->setText(browser_.Chosen(stage_));
+  chosen_->setToolTip(browser_.Chosen(stage_));
+  words_->setVisible(browser_.FilterWordsShown(stage_));
+}
+
+void NameColumn::Centre() {
+  const int rows = list_->viewport()->height() / (list_->fontMetrics().height() + 4);
+  if (browser_.Selected(stage_) < 0) return;
+  if (const auto top = LibraryBrowser::CentredTopRow(browser_.Selected(stage_), rows))
+    list_->scrollTo(list_->model()->index(*top, 0), QAbstractItemView::PositionAtTop);
+}
+
+void NameColumn::Jump() {
+  const int row = browser_.LetterRow(stage_, letters_->currentText().front());
+  if (row >= 0) {
+    const QModelIndex index = list_->model()->index(row, 0);
+    list_->setCurrentIndex(index);
+    list_->scrollTo(index, QAbstractItemView::PositionAtTop);
+  }
+  letters_->update();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "console/LibraryBrowser.h"
+
+#include <QWidget>
+
+class QComboBox;
+class QLabel;
+
+namespace kelvo {
+
+class ListTable;
+
+/// One of the browser's lists of names, with the letters to jump to, the words that blink over a filtered
+/// list, and the name chosen. A press or Return chooses and releases; arrows and letters only move the
+/// cursor. Owned by the library's panel; GUI thread.
+class NameColumn : public QWidget {
+  Q_OBJECT
+ public:
+  NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent = nullptr);
+
+  [[nodiscard]] ListTable& List() { return *list_; }
+
+ private:
+  void ShowChoice();
+  void Centre();
+  void Jump();
+
+  LibraryBrowser& browser_;
+  Stage stage_;
+  ListTable* list_;
+  QLabel* words_;
+  QComboBox* letters_;
+  QLabel* chosen_;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,288 @@
+#include "database/JingleImport.h"
+
+#include "database/FolderListing.h"
+#include "database/TrackNames.h"
+#include "platform/ErrorLog.h"
+#include "platform/Words.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+namespace kelvo {
+namespace {
+
+using namespace std::chrono_literals;
+
+const QString kNewLine = QStringLiteral("\r\n");
+
+/// Whether the file belongs to the operating system.
+bool IsSystemFile(const QString& path) {
+  static constexpr std::array kFolders = {"/usr/", "/etc/", "/bin/", "/lib/", "/boot/", "/sbin/", "/opt/"};
+  return std::any_of(kFolders.begin(), kFolders.end(),
+                     [&path](const char* folder) { return path.startsWith(QLatin1StringView(folder)); });
+}
+
+bool IsLackOfRoom(const Failure& failure) {
+  return failure.Number() == ENOSPC || failure.Number() == EDQUOT;
+}
+
+}  // namespace
+
+QString JingleRow::SizeText() const {
+  return QString::number(static_cast<double>(size) / 1048576, 'f', 4);
+}
+
+JingleImport::JingleImport(Services services)
+    : services_(std::move(services)),
+      drives_(services_.loop, services_.prompter, services_.title),
+      search_(services_.loop) {
+  connect(&search_, &MediaSearch::Found, this, &JingleImport::Append);
+  connect(&search_, &MediaSearch::Progress, this, &JingleImport::Changed);
+  connect(&search_, &MediaSearch::Finished, this, [this] {
+    QString words = tr("%1 files found").arg(Count());
+    if (search_.PassedOver() > 0) {
+      words += tr(", %1 folders or names could not be read (see the log)").arg(search_.PassedOver());
+    }
+    End(words);
+  });
+}
+
+JingleImport::~JingleImport() {
+  Stop();
+}
+
+void JingleImport::Search(const QString& folder) {
+  if (Busy() || folder.isEmpty()) return;
+  if (!rows_.empty()) {
+    Q_EMIT RowsAboutToBeRemoved(0, Count() - 1);
+    rows_.clear();
+    Q_EMIT RowsRemoved();
+  }
+  search_.Start({folder}, MediaWalk::Tags::Leave);
+}
+
+void JingleImport::Append(const std::vector<FoundFile>& files) {
+  Q_EMIT RowsAboutToBeAdded(Count(), Count() + static_cast<int>(files.size()) - 1);
+  for (const FoundFile& file : files) {
+    rows_.push_back({QFileInfo(file.path).fileName(), file.size, file.path});
+  }
+  Q_EMIT RowsAdded();
+}
+
+void JingleImport::Stop() {
+  search_.Stop();
+  stop_ = true;
+  if (copy_) copy_->stop = true;
+}
+
+QString JingleImport::Words() const {
+  if (!Searching()) return words_;
+  return QStringLiteral("Searching ") + search_.Folder() + QStringLiteral(" (") + Format0(search_.Percent()) +
+         QStringLiteral(" %)");
+}
+
+double JingleImport::Percent() const {
+  if (Searching()) return search_.Percent();
+  return working_ && steps_ > 0 ? 100.0 * static_cast<double>(step_) / static_cast<double>(steps_) : 0;
+}
+
+void JingleImport::Begin(std::size_t steps) {
+  working_ = true;
+  stop_ = false;
+  words_.clear();
+  step_ = 0;
+  steps_ = steps;
+  Q_EMIT Changed();
+}
+
+void JingleImport::End(const QString& words) {
+  working_ = false;
+  words_ = words;
+  Q_EMIT Changed();
+}
+
+std::vector<JingleRow> JingleImport::Picked(const std::vector<int>& rows) const {
+  std::vector<JingleRow> picked;
+  for (const int row : rows) picked.push_back(Row(row));
+  return picked;
+}
+
+void JingleImport::Import(const std::vector<int>& rows) {
+  if (Busy() || rows.empty()) return;
+  Begin(rows.size());
+  work_ = RunImport(Picked(rows));
+}
+
+Job<> JingleImport::RunImport(std::vector<JingleRow> picked) {
+  Tally tally;
+  try {
+    const auto read = [folder = services_.paths(Paths::Jingles)] {
+      auto standing = std::make_shared<QSet<QString>>();
+      for (const QString& name : ListFolder(folder, EntryKind::Files).names) standing->insert(name.toUpper());
+      return standing;
+    };
+    const auto standing = co_await services_.loop.Offload(EventLoop::Lane::Import, read);
+    for (step_ = 0; step_ < steps_ && !stop_ && !tally.noRoom; ++step_) {
+      co_await ImportOne(picked[step_], standing, tally);
+    }
+  } catch (...) {
+    basHandleError(QStringLiteral(" jingle import"));
+  }
+  Prompt closing;
+  closing.icon = PromptIcon::Exclamation;
+  if (tally.noRoom) {
+    closing.text = QStringLiteral("Insufficient Disc space !");
+    services_.prompter.Tell(closing);
+  }
+  closing.text = Summary(tally);
+  closing.icon = PromptIcon::Information;
+  services_.prompter.Tell(closing);
+  End(tr("%1 Files Were Imported Successfully !").arg(tally.imported));
+  if (OnJinglesChanged) OnJinglesChanged();
+}
+
+Job<> JingleImport::ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> standing, Tally& tally) {
+  const QString folder = services_.paths(Paths::Jingles);
+  words_ = QStringLiteral("Importing ") + row.name;
+  Q_EMIT Changed();
+  const auto look = [path = row.path] { return CheckMediaFile(path); };
+  const bool fit = co_await services_.loop.Offload(EventLoop::Lane::Import, look);
+  if (!fit) {
+    ++tally.tooSmall;
+    co_return;
+  }
+  if (standing->contains(row.name.toUpper())) {
+    ++tally.existed;
+    co_return;
+  }
+  CopyOrder order;
+  order.from = row.path;
+  order.to = folder + QLatin1Char('/') + row.name;
+  const auto measure = [hasRoom = HasRoom, folder, path = row.path] {
+    return hasRoom(folder, QFileInfo(path).size());
+  };
+  tally.noRoom = !co_await services_.loop.Offload(EventLoop::Lane::Import, measure);
+  if (tally.noRoom || stop_) co_return;
+  try {
+    copy_ = std::make_shared<CopyControl>();
+    const CopyResult result = co_await CopyFileLater(services_.loop, order, copy_);
+    if (result == CopyResult::Existed) ++tally.existed;
+    if (result == CopyResult::Copied) {
+      ++tally.imported;
+      standing->insert(row.name.toUpper());
+      services_.catalogue.SoundBiteNames.append(BaseName(row.name));
+      services_.catalogue.SoundBitePaths.append(order.to);
+    }
+  } catch (const Failure& failure) {
+    tally.noRoom = IsLackOfRoom(failure);
+    if (!tally.noRoom) ++tally.failed;
+    NoteInLog(ErrorLog::Compose(std::current_exception(), QStringLiteral(" jingle import")));
+  }
+  copy_ = nullptr;
+}
+
+QString JingleImport::Summary(const Tally& tally) {
+  QStringList lines{QString::number(tally.imported) + QStringLiteral(" Files Were Imported Successfully !")};
+  const auto count = [&lines](int number, const QString& words) {
+    if (number > 0) lines.append(QString::number(number) + words);
+  };
+  count(tally.existed, QStringLiteral(" File/s Already Existed And were not Imported!"));
+  count(tally.tooSmall, QStringLiteral(" File/s Were Too Small(less than 10kbytes )And were Not Imported!"));
+  count(tally.failed, QStringLiteral(" File/s Could Not Be Copied (See The Error Log)"));
+  return lines.join(kNewLine);
+}
+
+void JingleImport::Delete(const std::vector<int>& rows) {
+  if (Busy() || rows.empty()) return;
+  Begin(rows.size());
+  work_ = RunDelete(Picked(rows));
+}
+
+Job<bool> JingleImport::AskBeforeDeletions() {
+  Prompt warning;
+  warning.text =
+      QStringLiteral("File deletions may cause programs which rely on the files to mal function !") +
+      kNewLine + QStringLiteral("Continue Only if you know that deletion will not effect such programs !") +
+      kNewLine +
+      QStringLiteral(
+          "Select OK to PERMANENTLY Delete (Not Sent To the Recycle Bin !) Selected Files From Hard drive ?");
+  warning.buttons = Buttons::OkCancel;
+  warning.icon = PromptIcon::Exclamation;
+  co_return co_await services_.prompter.Ask(warning) == Answer::Ok;
+}
+
+Job<> JingleImport::RunDelete(std::vector<JingleRow> picked) {
+  bool goOn = co_await AskBeforeDeletions();
+  for (step_ = 0; goOn && step_ < steps_ && !stop_; ++step_) {
+    try {
+      goOn = co_await DeleteOne(picked[step_]);
+    } catch (...) {
+      basHandleError(QStringLiteral(" jingle delete"));
+    }
+  }
+  End({});
+}
+
+Job<bool> JingleImport::DeleteOne(JingleRow row) {
+  // Either may lie in the system: the name that was found, and what a link of that name leads to.
+  const auto look = [path = row.path] {
+    const QFileInfo file(path);
+    const QString folder = QFileInfo(file.path()).canonicalFilePath();
+    return QStringList{folder + QLatin1Char('/') + file.fileName(), file.canonicalFilePath()};
+  };
+  const QStringList places = co_await services_.loop.Offload(EventLoop::Lane::Import, look);
+  if (std::any_of(places.begin(), places.end(), IsSystemFile)) {
+    Prompt refusal;
+    refusal.text = row.name + QStringLiteral(" Is A System Media File !");
+    refusal.icon = PromptIcon::Critical;
+    co_await services_.prompter.Ask(refusal);
+    co_return true;
+  }
+  Prompt question;
+  question.text = QStringLiteral("Are You Sure You Want To Delete this File ?");
+  question.title = row.name;
+  question.buttons = Buttons::YesNoCancel;
+  question.icon = PromptIcon::Question;
+  const Answer answer = co_await services_.prompter.Ask(question);
+  if (answer != Answer::Yes) co_return answer == Answer::No;
+  const auto remove = [path = row.path] {
+    QFile file(path);
+    const bool gone = file.remove() || !file.exists();
+    return gone ? QString() : file.errorString();
+  };
+  const QString trouble = co_await services_.loop.Offload(EventLoop::Lane::Import, remove);
+  if (!trouble.isEmpty()) {
+    throw Failure(QStringLiteral("Cannot delete %1 : %2").arg(row.path, trouble), 0, row.path);
+  }
+  RemoveRow(row.path);
+  ForgetJingle(places.front());
+  co_return true;
+}
+
+void JingleImport::RemoveRow(const QString& path) {
+  const auto found =
+      std::find_if(rows_.begin(), rows_.end(), [&path](const JingleRow& each) { return each.path == path; });
+  if (found == rows_.end()) return;
+  const int row = static_cast<int>(found - rows_.begin());
+  Q_EMIT RowsAboutToBeRemoved(row, row);
+  rows_.erase(found);
+  Q_EMIT RowsRemoved();
+}
+
+void JingleImport::ForgetJingle(const QString& path) {
+  Catalogue& catalogue = services_.catalogue;
+  const QString folder = QFileInfo(services_.paths(Paths::Jingles)).canonicalFilePath();
+  if (QFileInfo(path).path() != folder) return;
+  const qsizetype place = catalogue.SoundBitePaths.indexOf(services_.paths(Paths::Jingles) +
+                                                           QLatin1Char('/') + QFileInfo(path).fileName());
+  if (place < 0) return;
+  catalogue.SoundBitePaths.removeAt(place);
+  catalogue.SoundBiteNames.removeAt(place);
+  if (OnJinglesChanged) OnJinglesChanged();
+}
+
+}  // namespace kelvo

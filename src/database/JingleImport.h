@@ -1,0 +1,114 @@
+#pragma once
+
+#include "database/Catalogue.h"
+#include "database/DriveList.h"
+#include "database/MediaSearch.h"
+#include "database/Paths.h"
+#include "platform/EventLoop.h"
+#include "platform/FileCopy.h"
+#include "platform/Job.h"
+#include "platform/Prompter.h"
+
+#include <QObject>
+#include <QSet>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace kelvo {
+
+struct JingleRow {
+  QString name;
+  std::int64_t size = 0;  ///< bytes
+  QString path;
+
+  /// In megabytes, "0.0000".
+  [[nodiscard]] QString SizeText() const;
+};
+
+/// Looks for short sound files on a drive and copies them into the jingle folder, which is the whole of their
+/// data; deletes found files on demand. Rows count from 0. Owned by its window; logic thread. One search,
+/// import or deletion at a time.
+class JingleImport : public QObject {
+  Q_OBJECT
+ public:
+  struct Services {
+    EventLoop& loop;
+    Prompter& prompter;
+    Catalogue& catalogue;
+    Paths paths;
+    QString title;  ///< the program's
+  };
+  explicit JingleImport(Services services);
+  ~JingleImport() override;
+
+  [[nodiscard]] DriveList& Drives() { return drives_; }
+  [[nodiscard]] int Count() const { return static_cast<int>(rows_.size()); }
+  [[nodiscard]] const JingleRow& Row(int row) const { return rows_[static_cast<std::size_t>(row)]; }
+
+  /// Lists what is found in the folder and below it, in place of the rows that were there.
+  void Search(const QString& folder);
+  /// Copies the rows into the jingle folder, in this order.
+  void Import(const std::vector<int>& rows);
+  /// `Command5`: deletes the files of the rows from their drive, after its questions.
+  void Delete(const std::vector<int>& rows);
+  void Stop();
+
+  [[nodiscard]] bool Searching() const { return search_.Running(); }
+  [[nodiscard]] bool Busy() const { return Searching() || working_; }
+  /// What it does or has done, in words, and how much of it in per cent.
+  [[nodiscard]] QString Words() const;
+  [[nodiscard]] double Percent() const;
+
+  /// Whether a file of so many bytes fits into the folder. Called off the logic's thread.
+  std::function<bool(const QString& folder, std::int64_t bytes)> HasRoom = HasRoomFor;
+  /// The jingle folder or the catalogue's jingles are not what the console's bank has loaded.
+  std::function<void()> OnJinglesChanged;
+
+ Q_SIGNALS:
+  void Changed();
+  void RowsAboutToBeAdded(int first, int last);
+  void RowsAdded();
+  void RowsAboutToBeRemoved(int first, int last);
+  void RowsRemoved();
+
+ private:
+  struct Tally {
+    int imported = 0;
+    int existed = 0;
+    int tooSmall = 0;
+    int failed = 0;
+    bool noRoom = false;
+  };
+  /// What a look at a row's file comes to.
+  enum class Verdict { Fit, TooSmall, NoRoom };
+
+  [[nodiscard]] Job<> RunImport(std::vector<JingleRow> picked);
+  [[nodiscard]] Job<> ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> standing, Tally& tally);
+  [[nodiscard]] Job<> RunDelete(std::vector<JingleRow> picked);
+  [[nodiscard]] Job<bool> AskBeforeDeletions();
+  /// False when the operator wants no more of it.
+  [[nodiscard]] Job<bool> DeleteOne(JingleRow row);
+  void Append(const std::vector<FoundFile>& files);
+  void RemoveRow(const QString& path);
+  void ForgetJingle(const QString& path);
+  void Begin(std::size_t steps);
+  void End(const QString& words);
+  [[nodiscard]] std::vector<JingleRow> Picked(const std::vector<int>& rows) const;
+  [[nodiscard]] static QString Summary(const Tally& tally);
+
+  Services services_;
+  DriveList drives_;
+  MediaSearch search_;
+  std::vector<JingleRow> rows_;
+  bool working_ = false;
+  bool stop_ = false;
+  QString words_;
+  std::size_t step_ = 0;
+  std::size_t steps_ = 0;
+  std::shared_ptr<CopyControl> copy_;
+  Job<> work_;
+};
+
+}  // namespace kelvo

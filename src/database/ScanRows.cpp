@@ -1,0 +1,187 @@
+#include "database/ScanRows.h"
+
+#include "database/TrackNames.h"
+#include "platform/EventLoop.h"
+#include "platform/Prompter.h"
+#include "platform/Words.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <numeric>
+
+namespace kelvo {
+
+void ScanRows::Append(const std::vector<FoundFile>& files) {
+  std::vector<ScanRow> fresh;
+  const QString date = loop_.Now().toString(QStringLiteral("yyyy")) + QStringLiteral("-xxx");
+  for (const FoundFile& file : files) {
+    if (paths_.contains(file.path)) continue;
+    paths_.insert(file.path);
+    const QFileInfo place(file.path);
+    ScanRow row;
+    row.columns = {BaseName(place.fileName()),
+                   CleanFileName(file.artist),
+                   date,
+                   QString(),
+                   QFileInfo(place.path()).fileName(),
+                   file.path};
+    fresh.push_back(std::move(row));
+  }
+  if (fresh.empty()) return;
+  Q_EMIT RowsAboutToBeAdded(Count(), Count() + static_cast<int>(fresh.size()) - 1);
+  std::move(fresh.begin(), fresh.end(), std::back_inserter(rows_));
+  Q_EMIT RowsAdded();
+}
+
+void ScanRows::Clear() {
+  orders_.clear();
+  if (rows_.empty()) return;
+  Q_EMIT RowsAboutToBeRemoved(0, Count() - 1);
+  // To free 100,000 rows takes longer than a turn.
+  auto gone = std::make_shared<std::pair<std::vector<ScanRow>, QSet<QString>>>();
+  gone->first.swap(rows_);
+  gone->second.swap(paths_);
+  loop_.RunOffThread(
+      EventLoop::Lane::Import, [gone = std::move(gone)]() mutable { gone.reset(); }, [] {});
+  Q_EMIT RowsRemoved();
+}
+
+void ScanRows::Remove(std::vector<int> rows) {
+  // What was ordered counts by the places of now.
+  WorkOff([] { return false; });
+  std::sort(rows.begin(), rows.end());
+  while (!rows.empty()) {
+    // Runs of neighbours, from the end.
+    const int last = rows.back();
+    int first = last;
+    rows.pop_back();
+    while (!rows.empty() && rows.back() == first - 1) {
+      first = rows.back();
+      rows.pop_back();
+    }
+    Q_EMIT RowsAboutToBeRemoved(first, last);
+    for (int row = first; row <= last; ++row) paths_.remove(Row(row).Text(ScanPathColumn));
+    rows_.erase(rows_.begin() + first, rows_.begin() + last + 1);
+    Q_EMIT RowsRemoved();
+  }
+}
+
+void ScanRows::SetMark(int row, ScanMark mark) {
+  if (row >= Count() || Row(row).mark == mark) return;
+  rows_[static_cast<std::size_t>(row)].mark = mark;
+  Q_EMIT RowsChanged(row, row);
+}
+
+void ScanRows::Put(ScanRow& row, ScanColumn column, const QString& text) {
+  QString& cell = row.columns[static_cast<std::size_t>(column)];
+  if (cell == text) return;
+  cell = text;
+  if (column != ScanCommentsColumn) row.mark = ScanMark::None;
+}
+
+bool ScanRows::Accepts(ScanColumn column, const QString& text) {
+  if (!Editable(column)) return false;
+  if (column == ScanDateColumn) return CheckDate(prompter_, text);
+  return column != ScanTitleColumn || !text.trimmed().isEmpty();
+}
+
+bool ScanRows::SetText(int row, ScanColumn column, const QString& text) {
+  if (row >= Count() || !Accepts(column, text)) return false;
+  const bool isName = column == ScanTitleColumn || column == ScanArtistColumn;
+  Put(rows_[static_cast<std::size_t>(row)], column, isName ? CleanFileName(text) : text);
+  Q_EMIT RowsChanged(row, row);
+  return true;
+}
+
+void ScanRows::Give(std::vector<int> rows, Change change) {
+  if (rows.empty()) return;
+  orders_.push_back({std::move(rows), std::move(change)});
+  if (!working_.Running()) working_ = Work();
+}
+
+Job<> ScanRows::Work() {
+  while (!orders_.empty()) {
+    const Nanoseconds turnStart = loop_.TurnClock();
+    WorkOff([this, turnStart] { return loop_.TurnIsOver(turnStart); });
+    co_await loop_.Yield();
+  }
+}
+
+void ScanRows::WorkOff(const std::function<bool()>& pause) {
+  int first = Count();
+  int last = -1;
+  bool paused = false;
+  while (!orders_.empty() && !paused) {
+    Order& order = orders_.front();
+    const int row = order.rows[order.next];
+    order.change(rows_[static_cast<std::size_t>(row)]);
+    first = std::min(first, row);
+    last = std::max(last, row);
+    if (++order.next == order.rows.size()) orders_.pop_front();
+    paused = pause();
+  }
+  if (first <= last) Q_EMIT RowsChanged(first, last);
+}
+
+void ScanRows::Insert(const std::vector<int>& rows, ScanColumn column, const QString& text) {
+  if (rows.empty() || !Accepts(column, text)) return;
+  const bool isName = column == ScanTitleColumn || column == ScanArtistColumn;
+  const QString clean = isName ? CleanFileName(text) : text;
+  Give(rows, [column, clean](ScanRow& row) { Put(row, column, clean); });
+}
+
+void ScanRows::ReplaceArtist(const QString& existing, const QString& with) {
+  const QString old = existing.trimmed();
+  const QString fresh = CleanFileName(with);
+  if (old.isEmpty() || fresh.isEmpty()) return;
+  std::vector<int> all(rows_.size());
+  std::iota(all.begin(), all.end(), 0);
+  Give(std::move(all), [old, fresh](ScanRow& row) {
+    if (row.Text(ScanArtistColumn).compare(old, Qt::CaseInsensitive) == 0) Put(row, ScanArtistColumn, fresh);
+  });
+}
+
+void ScanRows::ExtractArtists(const std::vector<int>& rows) {
+  Give(rows, [separator = separator_](ScanRow& row) {
+    const QString title = row.Text(ScanTitleColumn);
+    const qsizetype place = title.indexOf(separator);
+    if (place < 0) return;
+    const QString artist = title.left(place).trimmed();
+    const QString rest = title.mid(place + separator.size()).trimmed();
+    if (artist.isEmpty() || rest.isEmpty()) return;
+    Put(row, ScanArtistColumn, CleanFileName(artist));
+    Put(row, ScanTitleColumn, rest);
+  });
+}
+
+void ScanRows::TakeArtistsFromFolders(const std::vector<int>& rows) {
+  Give(rows, [](ScanRow& row) {
+    const QString artist = CleanFileName(row.Text(ScanFolderColumn));
+    if (!artist.isEmpty()) Put(row, ScanArtistColumn, artist);
+  });
+}
+
+void ScanRows::PutArtistsInFront(const std::vector<int>& rows) {
+  Give(rows, [separator = separator_](ScanRow& row) {
+    const QString artist = row.Text(ScanArtistColumn);
+    const QString title = row.Text(ScanTitleColumn);
+    if (artist.isEmpty() || title.startsWith(artist, Qt::CaseInsensitive)) return;
+    Put(row, ScanTitleColumn, artist + QLatin1Char(' ') + separator + QLatin1Char(' ') + title);
+  });
+}
+
+void ScanRows::ChangeSeparator() {
+  if (!asking_.Running()) asking_ = AskSeparator();
+}
+
+Job<> ScanRows::AskSeparator() {
+  const QString typed = co_await prompter_.AskText(QStringLiteral("Change The Extraction Separator"),
+                                                   QStringLiteral("Please Enter New Separator"), separator_);
+  if (typed.isEmpty()) co_return;
+  // The blanks around it are the naming's own; only a separator that is nothing else keeps them.
+  separator_ = typed.trimmed().isEmpty() ? typed : typed.trimmed();
+  Q_EMIT SeparatorChanged();
+}
+
+}  // namespace kelvo

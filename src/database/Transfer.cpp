@@ -1,0 +1,350 @@
+#include "database/Transfer.h"
+
+#include "database/TrackNames.h"
+#include "database/UtilityListing.h"
+#include "platform/ErrorLog.h"
+#include "platform/Words.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <utility>
+
+namespace kelvo {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kWatch = 100ms;
+/// Rows read in one go: each costs a look into a file, so a few keep the list coming.
+constexpr qsizetype kFilesAtOnce = 16;
+const QString kLineBreak = QStringLiteral("\r\n");
+
+void RemoveFile(const QString& path) {
+  QFile file(path);
+  if (file.remove() || !file.exists()) return;
+  throw Failure(QStringLiteral("Cannot delete %1 : %2").arg(path, file.errorString()), 0, path);
+}
+
+QString Megabytes(qint64 bytes) {
+  return QString::number(static_cast<double>(bytes) / (1024.0 * 1024.0), 'f', 4);
+}
+
+Prompt DuplicationQuestion(const QString& fileName) {
+  return {QStringLiteral("The File ") + fileName + QStringLiteral(" Already Exists On The Data Base ! ") +
+              kLineBreak + QStringLiteral("Do You Wish To Replace the Existing Track ") + kLineBreak +
+              QStringLiteral("Click CANCEL To Cancel The Move and Proceed to the Next Track In the List "
+                             "(If Any)"),
+          QStringLiteral("File Duplication"), Buttons::YesNoCancel, PromptIcon::Question};
+}
+
+}  // namespace
+
+Transfer::Transfer(Services services) : services_(std::move(services)), rows_(services_.catalogue) {}
+
+Transfer::~Transfer() {
+  if (copy_) copy_->stop = true;
+}
+
+void Transfer::List() {
+  if (running_) return;
+  listing_ = true;
+  list_ = RunList();
+  Q_EMIT Changed();
+}
+
+Job<> Transfer::RunList() {
+  rows_.Clear();
+  progress_ = {};
+  try {
+    const auto list = [paths = services_.paths] { return ListUtilityFolder(paths); };
+    const UtilityListing waiting = co_await services_.loop.Offload(EventLoop::Lane::Import, list);
+    for (const QString& line : waiting.passedOver) NoteInLog(line);
+    for (qsizetype start = 0; start < waiting.files.size(); start += kFilesAtOnce) {
+      const auto read = [some = waiting.files.mid(start, kFilesAtOnce)] {
+        std::vector<TransferRow> rows;
+        std::transform(some.begin(), some.end(), std::back_inserter(rows), ReadTransferRow);
+        return rows;
+      };
+      rows_.Append(co_await services_.loop.Offload(EventLoop::Lane::Import, read));
+    }
+    services_.catalogue.UtilityCount = rows_.rowCount();
+  } catch (...) {
+    basHandleError(QStringLiteral(" FrmTransfer list"));
+  }
+  listing_ = false;
+  Q_EMIT Changed();
+}
+
+void Transfer::Move(const std::vector<int>& ids) {
+  if (running_ || ids.empty() || !DatesAreGood(ids)) return;
+  SetRunning(true);
+  work_ = RunMove(InListOrder(ids));
+}
+
+void Transfer::Delete(const std::vector<int>& ids) {
+  if (running_ || ids.empty()) return;
+  SetRunning(true);
+  work_ = RunDelete(InListOrder(ids));
+}
+
+void Transfer::Stop() {
+  stop_ = true;
+  if (copy_) copy_->stop = true;
+  list_.Cancel();
+  listing_ = false;
+  Q_EMIT Changed();
+}
+
+void Transfer::SetRunning(bool running) {
+  running_ = running;
+  stop_ = false;
+  rows_.SetLocked(running);
+  Q_EMIT Changed();
+}
+
+std::vector<int> Transfer::InListOrder(const std::vector<int>& ids) const {
+  std::vector<int> ordered;
+  for (const TransferRow& row : rows_.All()) {
+    if (std::find(ids.begin(), ids.end(), row.id) != ids.end()) ordered.push_back(row.id);
+  }
+  return ordered;
+}
+
+bool Transfer::DatesAreGood(const std::vector<int>& ids) {
+  return std::all_of(ids.begin(), ids.end(), [this](int id) {
+    const TransferRow* const row = rows_.Find(id);
+    return row == nullptr || CheckDate(services_.prompter, row->date);
+  });
+}
+
+void Transfer::Gone(int id) {
+  rows_.Remove(id);
+  services_.catalogue.UtilityCount = std::max(0, services_.catalogue.UtilityCount - 1);
+}
+
+void Transfer::ShowProgress() {
+  if (copy_) {
+    progress_.done = copy_->done;
+    progress_.total = copy_->total;
+  }
+  Q_EMIT Changed();
+}
+
+Job<> Transfer::RunMove(std::vector<int> ids) {
+  Prompt sure;
+  sure.text = QStringLiteral("Move %1 Files To Data Base ?").arg(ids.size());
+  sure.buttons = Buttons::YesNo;
+  sure.icon = PromptIcon::Question;
+  changed_ = false;
+  try {
+    if (co_await services_.prompter.Ask(sure) == Answer::Yes) co_await MoveAll(ids);
+  } catch (...) {
+    basHandleError(QStringLiteral(" FrmTransfer"));
+  }
+  watch_.Stop();
+  SetRunning(false);
+  if (changed_ && OnTracksAdded) OnTracksAdded();
+}
+
+Job<> Transfer::MoveAll(const std::vector<int>& ids) {
+  const auto read = [paths = services_.paths] {
+    return std::make_shared<DatabaseNames>(DatabaseNames::Read(paths));
+  };
+  names_ = co_await services_.loop.Offload(EventLoop::Lane::Import, read);
+  progress_ = {};
+  progress_.files = static_cast<int>(ids.size());
+  int moved = 0;
+  for (const int id : ids) {
+    const TransferRow* const found = rows_.Find(id);
+    if (stop_) break;
+    ++progress_.file;
+    if (found == nullptr) continue;
+    Outcome outcome = Outcome::Stays;
+    QString step;
+    try {
+      Job<Outcome> one = MoveOne(*found, &step);
+      outcome = co_await std::move(one);
+    } catch (...) {
+      basHandleError(step);
+    }
+    copy_.reset();
+    if (outcome == Outcome::Moved) {
+      ++moved;
+    } else {
+      rows_.SetTaken(id, false);
+    }
+    if (outcome == Outcome::NoRoom) break;
+  }
+  progress_.words = QStringLiteral("%1 Of %2 Files Moved").arg(moved).arg(progress_.files);
+  progress_.megabytes.clear();
+  // The names of a large database take their time to be freed.
+  const auto forget = [names = std::exchange(names_, nullptr)] { *names = DatabaseNames(); };
+  co_await services_.loop.Offload(EventLoop::Lane::Import, forget);
+}
+
+Job<Transfer::Outcome> Transfer::MoveOne(TransferRow row, QString* step) {
+  const auto at = [step](const char* name) {
+    *step = QStringLiteral(" FrmTransfer ") + QLatin1StringView(name);
+  };
+  at("open");
+  if (!co_await Exists(row.path)) {
+    NoteInLog(QStringLiteral("A file of the transfer list is gone: %1").arg(row.path));
+    Gone(row.id);
+    co_return Outcome::Stays;
+  }
+  const double duration = co_await LookAt(row);
+
+  at("folders");
+  Catalogue& catalogue = services_.catalogue;
+  row.artist = co_await EnsureReference(Paths::Artists, row.artist, &catalogue.ArtistList);
+  row.album = co_await EnsureReference(Paths::Albums, row.album, &catalogue.AlbumList);
+  row.category = co_await EnsureReference(Paths::Categories, row.category, &catalogue.GenreList);
+
+  at("room");
+  const QString music = services_.paths(Paths::Music);
+  const auto ask = [hasRoom = HasRoom, music, bytes = row.bytes] { return hasRoom(music, bytes); };
+  if (!co_await services_.loop.Offload(EventLoop::Lane::Import, ask)) {
+    Prompt full;
+    full.text = QStringLiteral("Cannot Continue...Free Disc Space Is Seriously low!");
+    full.icon = PromptIcon::Exclamation;
+    co_await services_.prompter.Ask(full);
+    co_return Outcome::NoRoom;
+  }
+
+  at("copy");
+  const QString fileName = co_await CopyMusic(row);
+  if (fileName.isEmpty()) co_return Outcome::Stays;
+
+  at("info");
+  rows_.SetTaken(row.id, true);
+  const QString today = services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy"));
+  const TextFile fresh = NewTrackInfo(row, duration, services_.defaults, today);
+  const TextFile info = co_await WriteInfo(BaseName(fileName), fresh);
+  const QString path = music + QLatin1Char('/') + fileName;
+  StoreRow(catalogue, RowFrom(info, fileName, duration), path);
+  changed_ = true;
+
+  at("delete");
+  const auto remove = [from = row.path, to = path] {
+    if (QFileInfo(from).canonicalFilePath() == QFileInfo(to).canonicalFilePath()) {
+      throw Failure(QStringLiteral("%1 is itself the file of the database").arg(from), 0, from);
+    }
+    RemoveFile(from);
+  };
+  co_await services_.loop.Offload(EventLoop::Lane::Files, remove);
+  Gone(row.id);
+  co_return Outcome::Moved;
+}
+
+Job<bool> Transfer::Exists(QString path) {
+  const auto look = [path] { return QFileInfo::exists(path); };
+  co_return co_await services_.loop.Offload(EventLoop::Lane::Import, look);
+}
+
+Job<double> Transfer::LookAt(const TransferRow& row) {
+  const auto look = [path = row.path] { return CheckMediaFile(path); };
+  const bool isMedia = co_await services_.loop.Offload(EventLoop::Lane::Import, look);
+  if (!isMedia) {
+    throw Failure(
+        QStringLiteral("%1 is no music that can be played, it stays in the list").arg(row.trackName), 0,
+        row.path);
+  }
+  try {
+    co_return co_await services_.audio.DurationOf(row.path);
+  } catch (const std::exception& unreadable) {
+    throw Failure(QStringLiteral("%1 cannot be opened, it stays in the list: %2")
+                      .arg(row.trackName, QString::fromUtf8(unreadable.what())),
+                  0, row.path);
+  }
+}
+
+Job<QString> Transfer::EnsureReference(Paths::Slot slot, QString name, QStringList* list) {
+  if (name.isEmpty()) co_return name;
+  // One artist, however it is spelled: a second folder would be a second artist.
+  const QString known = names_->Find(slot, name);
+  if (!known.isEmpty()) co_return known;
+  const auto make = [folder = services_.paths(slot) + QLatin1Char('/') + name] {
+    if (!QDir().mkdir(folder) && !QFileInfo(folder).isDir()) {
+      throw Failure(QStringLiteral("Cannot make the folder %1").arg(folder), 0, folder);
+    }
+  };
+  co_await services_.loop.Offload(EventLoop::Lane::Files, make);
+  names_->Add(slot, name);
+  AddInOrder(*list, name);
+  changed_ = true;
+  co_return name;
+}
+
+Job<QString> Transfer::CopyMusic(const TransferRow& row) {
+  QString fileName = MusicFileName(row.trackName);
+  for (;;) {
+    CopyOrder order;
+    if (const QString standing = names_->Find(Paths::Music, fileName); !standing.isEmpty()) {
+      const Prompt question = DuplicationQuestion(fileName);
+      const Answer answer = co_await services_.prompter.Ask(question);
+      if (answer != Answer::Yes && answer != Answer::No) co_return QString();
+      order.replace = answer == Answer::Yes;
+      fileName = order.replace ? standing : names_->FirstFree(fileName);
+    }
+    progress_.words = QStringLiteral("Moving ") + fileName + QStringLiteral(" Into Database !");
+    progress_.megabytes = Megabytes(row.bytes);
+    order.from = row.path;
+    order.to = services_.paths(Paths::Music) + QLatin1Char('/') + fileName;
+    copy_ = std::make_shared<CopyControl>();
+    copy_->stop = stop_;
+    watch_ = services_.loop.Every(kWatch, [this] { ShowProgress(); });
+    ShowProgress();
+    const CopyResult result = co_await CopyFileLater(services_.loop, order, copy_);
+    ShowProgress();
+    if (result == CopyResult::Stopped) co_return QString();
+    names_->Add(Paths::Music, fileName);
+    if (result == CopyResult::Copied) co_return fileName;
+    // The file has come there since the run began: ask about it.
+  }
+}
+
+Job<TextFile> Transfer::WriteInfo(QString baseName, TextFile fresh) {
+  const QString name = baseName + QStringLiteral(".kif");
+  const QString standing = names_->Find(Paths::Info, name);
+  const QString file = standing.isEmpty() ? name : standing;
+  const QString today = services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy"));
+  const auto write = [path = services_.paths(Paths::Info) + QLatin1Char('/') + file, fresh, baseName,
+                      defaults = services_.defaults, today] {
+    TextFile info = fresh;
+    if (QFileInfo::exists(path)) {
+      info = ReplacedTrackInfo(TextFile::Read(path), fresh, baseName, defaults, today);
+    }
+    info.Write(path);
+    return info;
+  };
+  TextFile info = co_await services_.loop.Offload(EventLoop::Lane::Files, write);
+  names_->Add(Paths::Info, file);
+  co_return info;
+}
+
+Job<> Transfer::RunDelete(std::vector<int> ids) {
+  Prompt sure;
+  sure.text = QStringLiteral("This Action Will Delete All Selected Files in The List !") + kLineBreak +
+              QStringLiteral("Continue With Delete ?");
+  sure.buttons = Buttons::YesNo;
+  sure.icon = PromptIcon::Exclamation;
+  if (co_await services_.prompter.Ask(sure) != Answer::Yes) ids.clear();
+  for (const int id : ids) {
+    const TransferRow* const row = rows_.Find(id);
+    if (stop_) break;
+    if (row == nullptr) continue;
+    try {
+      const auto remove = [path = row->path] { RemoveFile(path); };
+      co_await services_.loop.Offload(EventLoop::Lane::Files, remove);
+      Gone(id);
+    } catch (...) {
+      basHandleError(QStringLiteral(" FrmTransfer CmdDelete"));
+    }
+  }
+  SetRunning(false);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "audio/AudioSystem.h"
+#include "database/Catalogue.h"
+#include "database/Paths.h"
+#include "database/TrackInfo.h"
+#include "database/TransferRows.h"
+#include "database/TransferSteps.h"
+#include "platform/EventLoop.h"
+#include "platform/FileCopy.h"
+#include "platform/Job.h"
+#include "platform/Prompter.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace kelvo {
+
+/// How far a run is.
+struct TransferProgress {
+  QString words;
+  QString megabytes;  ///< of the file under way
+  int file = 0;       ///< the file under way, from 1
+  int files = 0;
+  qint64 done = 0;  ///< bytes of this file
+  qint64 total = 0;
+};
+
+/// Moves the files that wait in the utility folder into the database. Each goes in steps that can end
+/// anywhere: the music file is copied whole, the track info file is written, the catalogue takes the track,
+/// the waiting file is deleted. Until then it waits, so that a step which failed is made good by running
+/// again. Owned by the window; logic thread. One listing, run or deletion at a time.
+class Transfer : public QObject {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    EventLoop& loop;
+    Prompter& prompter;
+    AudioSystem& audio;
+    Catalogue& catalogue;
+    Paths paths;
+    TrackDefaults defaults;
+  };
+
+  explicit Transfer(Services services);
+  ~Transfer() override;
+
+  [[nodiscard]] TransferRows& Rows() { return rows_; }
+  [[nodiscard]] const TransferRows& Rows() const { return rows_; }
+
+  /// Lists the waiting files anew; rows come as they are read. Does nothing while a run goes on.
+  void List();
+  /// Moves the rows with these ids into the database, in the order of the list.
+  void Move(const std::vector<int>& ids);
+  /// Deletes the files of these rows.
+  void Delete(const std::vector<int>& ids);
+  /// Ends the run: a file that is being copied stays where it was.
+  void Stop();
+
+  [[nodiscard]] bool Listing() const { return listing_; }
+  /// A run or a deletion goes on.
+  [[nodiscard]] bool Running() const { return running_; }
+  [[nodiscard]] const TransferProgress& Progress() const { return progress_; }
+
+  /// Whether a file of so many bytes fits into the folder. Called off the logic's thread.
+  std::function<bool(const QString& folder, qint64 bytes)> HasRoom = HasRoomFor;
+  /// Tracks came into the catalogue, or were replaced.
+  std::function<void()> OnTracksAdded;
+
+ Q_SIGNALS:
+  /// Progress, Listing or Running changed.
+  void Changed();
+
+ private:
+  enum class Outcome { Moved, Stays, NoRoom };
+  [[nodiscard]] Job<> RunList();
+  [[nodiscard]] Job<> RunMove(std::vector<int> ids);
+  [[nodiscard]] Job<> MoveAll(const std::vector<int>& ids);
+  [[nodiscard]] Job<> RunDelete(std::vector<int> ids);
+  /// `step` names the step that it is at, as the tag of a failure.
+  [[nodiscard]] Job<Outcome> MoveOne(TransferRow row, QString* step);
+  /// Seconds of sound; throws Failure when the file is no music.
+  [[nodiscard]] Job<double> LookAt(const TransferRow& row);
+  /// Makes the folder of a name that is not there yet; the name as the database spells it.
+  [[nodiscard]] Job<QString> EnsureReference(Paths::Slot slot, QString name, QStringList* list);
+  /// The name under which the music file stands in the database; empty when the operator left it out.
+  [[nodiscard]] Job<QString> CopyMusic(const TransferRow& row);
+  [[nodiscard]] Job<TextFile> WriteInfo(QString baseName, TextFile fresh);
+  [[nodiscard]] Job<bool> Exists(QString path);
+  [[nodiscard]] bool DatesAreGood(const std::vector<int>& ids);
+  [[nodiscard]] std::vector<int> InListOrder(const std::vector<int>& ids) const;
+  void Gone(int id);
+  void SetRunning(bool running);
+  void ShowProgress();
+
+  Services services_;
+  TransferRows rows_;
+  TransferProgress progress_;
+  std::shared_ptr<DatabaseNames> names_;
+  std::shared_ptr<CopyControl> copy_;
+  bool listing_ = false;
+  bool running_ = false;
+  bool stop_ = false;
+  bool changed_ = false;  ///< the catalogue has something new for those who show it
+  Timer watch_;
+  Job<> list_;
+  Job<> work_;
+};
+
+}  // namespace kelvo

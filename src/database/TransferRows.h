@@ -1,0 +1,82 @@
+#pragma once
+
+#include "database/Catalogue.h"
+#include "database/StagedName.h"
+#include "database/TrackTags.h"
+
+#include <QAbstractTableModel>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace kelvo {
+
+/// A file on its way from the utility folder into the database. Empty texts are shown as "Unknown".
+struct TransferRow {
+  int id = 0;  ///< its own for ever; rows move up as others go
+  QString path;
+  qint64 bytes = 0;
+  QString trackName;  ///< with extension
+  QString artist;
+  QString album;
+  QString category;
+  QString date = QStringLiteral("0000-xxx");
+  bool taken = false;  ///< its music file stands in the database, the rest is under way
+};
+
+/// A name as it can be a reference of a track and a folder: clean, not hidden, not reserved, not too long;
+/// empty for "Unknown" and for what begins with "~".
+[[nodiscard]] QString ReferenceName(const QString& text);
+
+/// The row of a waiting file. A tag's artist and numbered genre go before what the path says; its album and
+/// year only fill what is missing.
+[[nodiscard]] TransferRow RowOf(const QString& path, qint64 bytes, const TrackTags& tags);
+/// The same with the file's size and tags looked up. Blocks; any thread.
+[[nodiscard]] TransferRow ReadTransferRow(const QString& path);
+
+/// The rows of the transfer list, as a table. Artist, album, category and date can be edited, except while a
+/// run goes on. Owned by the Transfer; logic thread.
+class TransferRows : public QAbstractTableModel {
+  Q_OBJECT
+ public:
+  enum Column : int { Track, Size, Artist, Album, Category, Date, ColumnCount };
+
+  explicit TransferRows(const Catalogue& catalogue) : catalogue_(catalogue) {}
+
+  [[nodiscard]] const std::vector<TransferRow>& All() const { return rows_; }
+  [[nodiscard]] int IdAt(int row) const { return rows_[static_cast<std::size_t>(row)].id; }
+  /// The row of this id; none when it has gone.
+  [[nodiscard]] const TransferRow* Find(int id) const;
+  void Clear();
+  void Append(std::vector<TransferRow> rows);
+  void Remove(int id);
+  void SetTaken(int id, bool taken);
+  void SetLocked(bool locked) { locked_ = locked; }
+
+  /// Names to choose from for a cell of the column, and the words for making that list; empty for other
+  /// columns.
+  struct Choice {
+    QString words;
+    QStringList names;
+  };
+  [[nodiscard]] Choice ChoiceOf(int column) const;
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+  [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+ private:
+  [[nodiscard]] int IndexOf(int id) const;
+  [[nodiscard]] static QString Text(const TransferRow& row, int column);
+
+  const Catalogue& catalogue_;
+  std::vector<TransferRow> rows_;
+  int lastId_ = 0;
+  bool locked_ = false;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "database/Catalogue.h"
+#include "database/Paths.h"
+#include "database/TrackInfo.h"
+#include "database/TransferRows.h"
+#include "platform/TextFile.h"
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+
+#include <array>
+
+namespace kelvo {
+
+/// The names that stand in the folders of the database, so that a run over many files looks at each folder
+/// once. Names that differ in case only count as one. A value.
+class DatabaseNames {
+ public:
+  /// Throws Failure. Blocks; any thread.
+  [[nodiscard]] static DatabaseNames Read(const Paths& paths);
+
+  /// The name as it is spelled on disk; empty when there is none.
+  [[nodiscard]] QString Find(Paths::Slot slot, const QString& name) const {
+    return names_[slot].value(name.toUpper());
+  }
+  void Add(Paths::Slot slot, const QString& name);
+  /// The music file name with the first running number before its extension that no track has.
+  [[nodiscard]] QString FirstFree(const QString& fileName) const;
+
+ private:
+  std::array<QHash<QString, QString>, Paths::kLast + 1> names_;  ///< by their upper-cased form
+  QSet<QString> musicBases_;                                     ///< upper case
+};
+
+/// The name that a waiting file gets in the music folder: in proper case, with nothing that hides it, breaks
+/// a line or is too long.
+[[nodiscard]] QString MusicFileName(const QString& trackName);
+
+/// What a track info file made from the row says.
+[[nodiscard]] TextFile NewTrackInfo(const TransferRow& row, double durationSeconds,
+                                    const TrackDefaults& defaults, const QString& today);
+/// What a track info file says after its music file was replaced: the old text, its gain unknown again. Lines
+/// that it lacks, and the references of a file that nobody has edited since the system made it, are those of
+/// `fresh`.
+[[nodiscard]] TextFile ReplacedTrackInfo(TextFile old, const TextFile& fresh, const QString& baseName,
+                                         const TrackDefaults& defaults, const QString& today);
+
+/// The catalogue's row of a track with such an info file.
+[[nodiscard]] CatalogueRow RowFrom(const TextFile& info, const QString& fileName, double durationSeconds);
+/// Puts the row into the catalogue: in the place of the row of the same file, or behind the last.
+void StoreRow(Catalogue& catalogue, const CatalogueRow& row, const QString& path);
+/// Adds a name to a list of the catalogue, in the list's order.
+void AddInOrder(QStringList& list, const QString& name);
+
+}  // namespace kelvo

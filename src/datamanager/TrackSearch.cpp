@@ -1,0 +1,217 @@
+#include "datamanager/TrackSearch.h"
+
+#include "platform/ErrorLog.h"
+#include "platform/Words.h"
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace kelvo {
+namespace {
+
+constexpr int kRowsALook = 32;
+
+bool IsAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 128; });
+}
+
+/// Appends `utf8` in upper case. Nearly all names are plain letters, which need no detour.
+void AppendUpper(std::string_view utf8, std::string* to) {
+  if (!IsAscii(utf8)) {
+    const auto size = static_cast<qsizetype>(utf8.size());
+    to->append(QString::fromUtf8(utf8.data(), size).toUpper().toStdString());
+    return;
+  }
+  std::transform(utf8.begin(), utf8.end(), std::back_inserter(*to),
+                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+}
+
+/// The two halves of "Artist - Title", blanks as they stand; without "-" all is the title.
+struct NameHalves {
+  std::string_view artist;
+  std::string_view title;
+
+  explicit NameHalves(std::string_view name) {
+    const std::size_t dash = name.find('-');
+    title = dash == std::string_view::npos ? name : name.substr(dash + 1);
+    if (dash != std::string_view::npos) artist = name.substr(0, dash);
+  }
+};
+
+/// A yes-no question about a pooled column, asked once for each text in it and not for each track.
+class LineTest {
+ public:
+  using Question = std::function<bool(const QString&)>;
+  LineTest(const PooledTextColumn& column, Question question)
+      : column_(column), question_(std::move(question)) {}
+
+  bool operator()(Mref track) {
+    const std::size_t id = column_.Id(track);
+    if (id >= known_.size()) known_.resize(column_.Distinct(), Known::Nothing);
+    if (known_[id] == Known::Nothing) known_[id] = question_(column_[track]) ? Known::Yes : Known::No;
+    return known_[id] == Known::Yes;
+  }
+
+ private:
+  enum class Known : char { Nothing, Yes, No };
+  const PooledTextColumn& column_;
+  Question question_;
+  std::vector<Known> known_;
+};
+
+/// One search's test of a track.
+class Matcher {
+ public:
+  Matcher(const Catalogue& catalogue, const SearchQuestion& question)
+      : names_(catalogue.TrackNames),
+        field_(question.field),
+        text_(TextOf(question)),
+        line_(LineOf(catalogue, question.field),
+              [this](const QString& line) { return LineMatches(line.toUpper().toStdString()); }) {
+    Ask(catalogue.TrackDates, question.date);
+    Ask(catalogue.TrackBpm, question.bpm);
+    Ask(catalogue.TrackHi, question.hiPos);
+  }
+  Matcher(const Matcher&) = delete;
+  Matcher& operator=(const Matcher&) = delete;
+
+  bool operator()(Mref track) {
+    return (text_.empty() || FieldMatches(track)) &&
+           std::all_of(wholes_.begin(), wholes_.end(), [track](LineTest& test) { return test(track); });
+  }
+
+ private:
+  using Field = SearchQuestion::Field;
+
+  static std::string TextOf(const SearchQuestion& question) {
+    const QString text = question.text.trimmed().toUpper();
+    if (text.isEmpty() || !question.wholeString) return text.toStdString();
+    return ' ' + text.toStdString() + ' ';
+  }
+  static const PooledTextColumn& LineOf(const Catalogue& catalogue, Field field) {
+    if (field == Field::Album) return catalogue.TrackAlbums;
+    return field == Field::Genre ? catalogue.TrackGenres : catalogue.TrackArtists;
+  }
+
+  void Ask(const PooledTextColumn& column, const QString& wanted) {
+    const QString whole = wanted.trimmed().toUpper();
+    if (whole.isEmpty()) return;
+    wholes_.emplace_back(column, [whole](const QString& text) { return text.toUpper() == whole; });
+  }
+
+  bool FieldMatches(Mref track) {
+    if (field_ == Field::Album || field_ == Field::Genre) return line_(track);
+    const NameHalves halves(names_.Utf8(track));
+    if (field_ == Field::Title) return NameMatches(halves.title);
+    return NameMatches(halves.artist) || line_(track);
+  }
+  bool NameMatches(std::string_view half) {
+    upper_.assign(1, ' ');
+    AppendUpper(half, &upper_);
+    upper_.push_back(' ');
+    return upper_.find(text_) != std::string::npos;
+  }
+  /// Only names of artists are looked at with a blank on each side; albums and genres as they stand.
+  [[nodiscard]] bool LineMatches(const std::string& upper) const {
+    const std::string line = field_ == Field::Artist && !upper.empty() ? ' ' + upper + ' ' : upper;
+    return line.find(text_) != std::string::npos;
+  }
+
+  const PackedTextColumn& names_;
+  Field field_;
+  std::string text_;
+  LineTest line_;
+  std::vector<LineTest> wholes_;
+  std::string upper_;
+};
+
+}  // namespace
+
+TrackSearch::TrackSearch(EventLoop& loop, Prompter& prompter, const Catalogue& catalogue)
+    : loop_(loop), prompter_(prompter), catalogue_(catalogue) {}
+
+QString TrackSearch::Caption() const {
+  return running_ ? QStringLiteral("CANCEL") : QStringLiteral("SEARCH");
+}
+
+void TrackSearch::Search(const SearchQuestion& question) {
+  if (running_) {
+    stop_ = true;
+    return;
+  }
+  if ((question.text + question.date + question.hiPos + question.bpm).isEmpty()) return;
+  run_ = Run(question);
+}
+
+Job<> TrackSearch::Run(SearchQuestion question) {
+  results_.clear();
+  told_ = 0;
+  titleFirst_ = question.titleFirst;
+  resultWords_.clear();
+  stateWords_.clear();
+  stop_ = false;
+  running_ = true;
+  Q_EMIT ResultsCleared();
+  Q_EMIT Changed();
+  const Nanoseconds start = loop_.Elapsed();
+  try {
+    const bool whole = co_await Look(question);
+    TellAdded();
+    if (whole) {
+      const double seconds = std::chrono::duration<double>(loop_.Elapsed() - start).count();
+      stateWords_ = QStringLiteral("Done");
+      resultWords_ = QStringLiteral("Search Results = ") + QString::number(results_.size()) +
+                     QStringLiteral(" in ") + Format0Point0(seconds) + QStringLiteral(" Seconds");
+    } else {
+      Prompt message;
+      message.text = QStringLiteral("Search Interupted By User !");
+      message.icon = PromptIcon::Information;
+      prompter_.Tell(message);
+    }
+  } catch (...) {
+    basHandleError(QStringLiteral(" srch"));
+  }
+  running_ = false;
+  Q_EMIT Changed();
+}
+
+/// False when the operator stopped it.
+Job<bool> TrackSearch::Look(const SearchQuestion& question) {
+  Matcher matches(catalogue_, question);
+  Nanoseconds turnStart = loop_.TurnClock();
+  for (int row = 1; row <= catalogue_.LastTrack(); ++row) {
+    if (matches(ToMref(row))) results_.push_back(ToMref(row));
+    // A look at the clock costs as much as a track.
+    if (row % kRowsALook != 0 || !loop_.TurnIsOver(turnStart)) continue;
+    TellAdded();
+    co_await loop_.Yield();
+    if (stop_) co_return false;
+    turnStart = loop_.TurnClock();
+  }
+  co_return true;
+}
+
+void TrackSearch::TellAdded() {
+  if (told_ == results_.size()) return;
+  const auto first = static_cast<int>(told_);
+  told_ = results_.size();
+  Q_EMIT ResultsAdded(first);
+}
+
+QString TrackSearch::ShownName(Mref track) const {
+  if (!titleFirst_) return catalogue_.TrackNames[track];
+  const NameHalves halves(catalogue_.TrackNames.Utf8(track));
+  const auto text = [](std::string_view half) {
+    return QString::fromUtf8(half.data(), static_cast<qsizetype>(half.size())).trimmed();
+  };
+  return text(halves.title) + QStringLiteral(" - ") + text(halves.artist);
+}
+
+QString FirstReference(const QString& line, const QString& baseItem) {
+  return line.mid(baseItem.size() + 1).section(QLatin1Char(','), 0, 0);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <vector>
+
+namespace kelvo {
+
+/// A file system that a person would call a drive.
+struct MountedVolume {
+  enum class Kind { Removable, Fixed, Network };
+  Kind kind = Kind::Fixed;
+  QString path;  ///< where it is mounted
+};
+
+/// The drives of this system, in the order of their paths. Asks no drive anything: one that does not answer
+/// holds nobody up. Reads the system's files; any thread.
+[[nodiscard]] std::vector<MountedVolume> ListVolumes();
+
+/// The drives of a mount table. `isRemovable` knows the devices ("/dev/sdb1").
+[[nodiscard]] std::vector<MountedVolume> VolumesOf(
+    const QByteArray& mountTable, const std::function<bool(const QString& device)>& isRemovable);
+
+/// The folders that a search through `root` leaves out: what the system makes up (/proc), and, when `root` is
+/// a drive itself, the other drives that are mounted in it. Any thread.
+[[nodiscard]] QStringList FoldersOfOtherMounts(const QString& root);
+[[nodiscard]] QStringList OtherMountsOf(const QByteArray& mountTable, const QString& root);
+
+}  // namespace kelvo

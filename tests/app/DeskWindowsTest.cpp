@@ -1,0 +1,152 @@
+#include "app/windows/DeskWindows.h"
+#include "console/DeskFixture.h"
+#include "console/windows/ConsoleWindow.h"
+#include "database/windows/JingleImportWindow.h"
+#include "database/windows/TransferWindow.h"
+#include "datamanager/windows/SearchWindow.h"
+#include "ui/ListTable.h"
+#include "ui/Theme.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace kelvo;
+using namespace kelvo::testing;
+
+namespace {
+
+class BesideTheDesk : public DeskTest {
+ protected:
+  void SetUp() override {
+    Theme::Apply(*qApp);
+    AddThreeTracks();
+    Make();
+    window_.emplace(*desk_);
+    beside_.emplace(*desk_, *window_);
+    window_->show();
+    window_->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&*window_));
+    ASSERT_TRUE(loop_.RunUntil([this] { return desk_->CatalogueLoaded(); }));
+  }
+  template <typename Window>
+  static Window* Opened() {
+    Window* found = nullptr;
+    for (QWidget* each : QApplication::topLevelWidgets()) {
+      if (auto* window = qobject_cast<Window*>(each)) found = window;
+    }
+    return found;
+  }
+  SearchWindow* Search() { return window_->findChild<SearchWindow*>(); }
+  /// Searches for a title and adds all that is found.
+  void AddFound(const QString& title) {
+    Q_EMIT window_->SearchWanted();
+    ASSERT_NE(Search(), nullptr);
+    auto* text = Search()->findChild<QLineEdit*>(u"Text1"_s);
+    text->setText(title);
+    QTest::keyClick(text, Qt::Key_Return);
+    QTest::mouseClick(Search()->findChild<QPushButton*>(u"Command4"_s), Qt::LeftButton);
+    QTest::mouseClick(Search()->findChild<QPushButton*>(u"CmdAdd"_s), Qt::LeftButton);
+    loop_.RunFor(50ms);
+  }
+
+  std::optional<ConsoleWindow> window_;
+  std::optional<DeskWindows> beside_;
+};
+
+TEST_F(BesideTheDesk, WhatTheSearchFindsGoesIntoTheQueueAsOftenAsItIsAdded) {
+  AddFound(u"a"_s);
+  EXPECT_EQ(Queue().Count(), 3);
+  EXPECT_EQ(Queue().Row(1).Text(CommentColumn), u"Play Me"_s);
+  SearchWindow* const first = Search();
+  AddFound(u"alpha"_s);
+  EXPECT_EQ(Search(), first) << "the window is kept and raised";
+  EXPECT_EQ(Column(TrackColumn), (QStringList{u"Alpha"_s, u"Beta"_s, u"Gamma"_s, u"Alpha"_s}));
+  EXPECT_EQ(Queue().QueueTotalSeconds(), 60 + 60 + 90 + 60);
+}
+
+TEST_F(BesideTheDesk, TheSearchAsksBeforeItGivesUpAGroupPlaylist) {
+  AddFound(u"alpha"_s);
+  Queue().SetName(u"Wedding"_s);
+  Queue().SetGroup({u"line"_s});
+  prompter_.answers = {Answer::No, Answer::Yes};
+  AddFound(u"beta"_s);
+  EXPECT_EQ(Column(TrackColumn), QStringList{u"Alpha"_s});
+  EXPECT_EQ(prompter_.Told().last(),
+            u"WeddingClear Group Playlist \r\nYou Can't Add Std Tracks To A Group Playlist ! ?"_s);
+  AddFound(u"beta"_s);
+  EXPECT_EQ(Column(TrackColumn), QStringList{u"Beta"_s});
+  EXPECT_EQ(Queue().Name(), u"(No Name)"_s);
+}
+
+TEST_F(BesideTheDesk, ALockedScreenTakesNoHandInAnyWindow) {
+  Q_EMIT window_->SearchWanted();
+  prompter_.texts = {u"code"_s, u"code"_s};
+  desk_->Lock().Lockscr();
+  loop_.RunFor(10ms);
+  EXPECT_FALSE(Search()->isEnabled());
+  desk_->Lock().Lockscr();
+  loop_.RunFor(10ms);
+  EXPECT_TRUE(Search()->isEnabled());
+}
+
+TEST_F(BesideTheDesk, MusicThatIsTransferredIsFoundOnTheDeskAtOnce) {
+  database_.Add(Paths::Utility, u"Delta/Delta - Song#2001-Mar#Album#.mp3"_s);
+  audio_.SetDuration(database_.tree.Path(u"Kelvo2007_Utility/Delta/Delta - Song#2001-Mar#Album#.mp3"_s), 77);
+  Q_EMIT window_->TransferWanted();
+  auto* window = Opened<TransferWindow>();
+  ASSERT_NE(window, nullptr);
+  auto* list = window->findChild<ListTable*>();
+  ASSERT_TRUE(loop_.RunUntil([&] { return list->model()->rowCount() == 1; }));
+  loop_.RunFor(100ms);
+  list->selectAll();
+  prompter_.answers = {Answer::Yes, Answer::Yes, Answer::Yes, Answer::Yes};
+  QTest::mouseClick(window->findChild<QPushButton*>(u"CmdMove"_s), Qt::LeftButton);
+  ASSERT_TRUE(loop_.RunUntil([this] { return catalogue_.LastTrack() == 4; }));
+  loop_.RunFor(1s);
+  EXPECT_EQ(catalogue_.TrackNames[ToMref(4)], u"Delta - Song"_s);
+  AddFound(u"song"_s);
+  EXPECT_EQ(Column(TrackColumn), QStringList{u"Delta - Song"_s});
+}
+
+TEST_F(BesideTheDesk, TheFunctionKeysOfTheDeskWorkInEveryWindow) {
+  EnqueueAll();
+  Load(Deck::One, 1);
+  Load(Deck::Two, 2);
+  Q_EMIT window_->SearchWanted();
+  QTest::keyClick(Search()->findChild<QLineEdit*>(u"Text1"_s), Qt::Key_F7);
+  loop_.RunFor(10s);
+  EXPECT_EQ(Record(Deck::One).State, DeckState::Playing);
+  EXPECT_EQ(desk_->Fades().CrossPan(), -200);
+}
+
+TEST_F(BesideTheDesk, AsksBeforeAnImportThatRunsIsStoppedByTheEnd) {
+  Q_EMIT window_->JinglesWanted();
+  prompter_.answers = {Answer::No};
+  window_->close();
+  Opened<JingleImportWindow>()->Work().Search(database_.tree.Path());
+  loop_.RunFor(1s);
+  EXPECT_EQ(prompter_.Told(), QStringList{u"Music Is Still Being Imported Or Transferred !\r\n"
+                                          "Stop That And Quit ?"_s});
+  EXPECT_TRUE(window_->isVisible());
+
+  // Now that it is over, only the desk itself asks.
+  prompter_.answers = {Answer::Yes};
+  window_->close();
+  loop_.RunFor(1s);
+  EXPECT_EQ(prompter_.Told().last(), u"Quit Kelvo ? "_s);
+  EXPECT_FALSE(window_->isVisible());
+}
+
+TEST_F(BesideTheDesk, ClosesItsWindowsWithTheDeskAndKeepsTheirPlace) {
+  Q_EMIT window_->SearchWanted();
+  Search()->move(200, 90);
+  beside_.reset();
+  EXPECT_EQ(Search(), nullptr);
+  EXPECT_EQ(settings_.GetSetting(u"Kelvo"_s, u"Startup"_s, u"SearchPosx"_s), u"200"_s);
+}
+
+}  // namespace
