@@ -178,9 +178,9 @@ void Run(int tracks) {
   PlayQueue queue(loop, nobody, catalogue, state);
   LibraryBrowser browser(loop, catalogue, filter, queue, state);
   TrackSearch search(loop, nobody, catalogue);
-  Job<> building = filter.Build(loop);
-  while (building.Running()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  browser.FillLists();
+  for (const Job<>& job : {filter.Build(loop), browser.FillLists()}) {
+    while (job.Running()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  }
 
   Figures best = Round(loop, browser, search);
   for (int round = 1; round < kRounds; ++round) best = Best(best, Round(loop, browser, search));

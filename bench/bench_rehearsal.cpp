@@ -15,7 +15,8 @@
 #include <vector>
 
 /// Rehearses an evening of automatic play over a real library in simulated time, with the real decoders, and
-/// tells when each track goes on air. With the starts of a real run beside it, it tells how far they lie apart.
+/// tells when each track goes on air. With the starts of a real run beside it, it tells how far they lie
+/// apart.
 namespace kelvo {
 namespace {
 
@@ -64,7 +65,14 @@ std::vector<Start> Rehearse(const QString& folder, const QString& settingsFile, 
   SettingsStore settings(loop, settingsCopy);
   AudioEngine audio(loop, std::make_unique<SimulatedBackend>(loop));
   Catalogue catalogue;
-  Console desk({loop, nobody, audio, settings, catalogue, Paths::Below(folder), QStringLiteral("Kelvo 2007"), {},
+  Console desk({loop,
+                nobody,
+                audio,
+                settings,
+                catalogue,
+                Paths::Below(folder),
+                QStringLiteral("Kelvo 2007"),
+                {},
                 folder});
   std::vector<Start> starts;
   desk.Activate();
@@ -79,13 +87,15 @@ std::vector<Start> Rehearse(const QString& folder, const QString& settingsFile, 
     for (const Deck deck : kDecks) {
       const bool plays = desk.Decks().Player(deck).State() == PlayState::Playing;
       if (plays && !playing[deck]) {
-        starts.push_back({std::chrono::duration<double>(loop.Elapsed()).count(), desk.Decks().Record(deck).Title});
+        starts.push_back(
+            {std::chrono::duration<double>(loop.Elapsed()).count(), desk.Decks().Record(deck).Title});
       }
       playing[deck] = plays;
     }
   });
   desk.Automatic().ToggleAutoPlay();
-  loop.RunFor(std::chrono::duration_cast<Nanoseconds>(std::chrono::duration<double, std::ratio<3600>>(hours)));
+  loop.RunFor(
+      std::chrono::duration_cast<Nanoseconds>(std::chrono::duration<double, std::ratio<3600>>(hours)));
   return starts;
 }
 

@@ -7,6 +7,15 @@
 #include <QFileInfo>
 
 namespace kelvo {
+namespace {
+
+const QString kTotalTracks = QStringLiteral("Total Tracks :");
+
+QString TotalTracks(const Catalogue& catalogue) {
+  return kTotalTracks + QString::number(catalogue.LastTrack());
+}
+
+}  // namespace
 
 Console::Console(Services services)
     : services_(std::move(services)),
@@ -175,17 +184,18 @@ Job<> Console::LoadCatalogue() {
   pendingCatalogueLoad_ = false;
   loader_.reset();
   tick_.Start();
-  SetStatusLine(QStringLiteral("Total Tracks :") + QString::number(services_.catalogue.LastTrack()));
+  SetStatusLine(TotalTracks(services_.catalogue));
   Q_EMIT LoadChanged();
 }
 
 void Console::CatalogueChanged() {
+  if (statusLine_.startsWith(kTotalTracks)) SetStatusLine(TotalTracks(services_.catalogue));
   refill_ = FillBrowser();
 }
 
 Job<> Console::FillBrowser() {
   co_await filter_.Build(services_.loop);
-  browser_.FillLists();
+  co_await browser_.FillLists();
 }
 
 Job<bool> Console::QueryClose(bool bySystem) {

@@ -29,14 +29,10 @@ LibraryBrowser::LibraryBrowser(EventLoop& loop, const Catalogue& catalogue, cons
              NameList(catalogue.TrackAlbums)},
       order_(catalogue) {}
 
-// ---- the lists of names
-// --------------------------------------------------------------------------------------
-
-void LibraryBrowser::FillLists() {
+Job<> LibraryBrowser::FillLists() {
   EndListingAtOnce();
   CloseInfo();
   for (NameList& list : lists_) list.index.Clear();
-  indexing_ = IndexNames();
   for (const Stage stage : kStages) {
     ClearNames(stage);
     At(stage).filtered = false;
@@ -47,12 +43,11 @@ void LibraryBrowser::FillLists() {
   ShowAll(Stage::Genre, catalogue_.GenreList);
   sort_.Cancel();
   order_.Reset();
+  FindWords();
   RefreshRows();
-  if (sortColumn_) SortBy(*sortColumn_);
-}
-
-Job<> LibraryBrowser::IndexNames() {
+  // Ahead of the first choice, which would have to do it otherwise.
   for (NameList& list : lists_) co_await list.index.Extend(loop_);
+  if (sortColumn_) SortBy(*sortColumn_);
 }
 
 void LibraryBrowser::ClearNames(Stage stage) {
@@ -142,9 +137,6 @@ std::optional<int> LibraryBrowser::CentredTopRow(int selected, int rows) {
   return selected - rows / 2;
 }
 
-// ---- choosing
-// ------------------------------------------------------------------------------------------------
-
 void LibraryBrowser::PressName(Stage stage, int row) {
   EndListingAtOnce();
   CloseInfo();
@@ -194,9 +186,6 @@ void LibraryBrowser::ListTracksByChoice() {
   const bool any = std::any_of(kStages.begin(), kStages.end(), [this](Stage s) { return Selected(s) >= 0; });
   if (any) StartListing(std::nullopt);
 }
-
-// ---- listing
-// -------------------------------------------------------------------------------------------------
 
 void LibraryBrowser::BeginListing(bool enabled) {
   if (listing_ == !enabled) return;
@@ -298,9 +287,6 @@ void LibraryBrowser::Publish(std::optional<Stage> fills) {
   Q_EMIT RowsAdded();
 }
 
-// ---- the rows shown
-// ------------------------------------------------------------------------------------------
-
 bool LibraryBrowser::WordsLookEverywhere() const {
   return std::all_of(kStages.begin(), kStages.end(), [this](Stage stage) { return Tag(stage) < 0; });
 }
@@ -311,11 +297,16 @@ void LibraryBrowser::SetWords(const QString& words) {
   const bool narrowed = !words.trimmed().isEmpty();
   if (!narrowed && !narrowed_) return;
   narrowed_ = narrowed;
+  FindWords();
   RefreshRows();
 }
 
+void LibraryBrowser::FindWords() {
+  found_ = narrowed_ ? filter_.Find(words_) : std::vector<Mref>();
+}
+
 std::vector<Mref> LibraryBrowser::ShownRows() {
-  std::vector<Mref> shown = narrowed_ ? filter_.Find(words_) : listedRefs_;
+  std::vector<Mref> shown = narrowed_ ? found_ : listedRefs_;
   if (narrowed_ && !WordsLookEverywhere()) {
     std::erase_if(shown, [this](Mref track) {
       const auto row = static_cast<std::size_t>(track);
@@ -396,9 +387,6 @@ Job<> LibraryBrowser::RunAdd(std::vector<Mref> tracks) {
   allSelected_ = false;
   Q_EMIT SelectRows(false);
 }
-
-// ---- the panel of a track's details
-// --------------------------------------------------------------------------
 
 void LibraryBrowser::OpenInfo(Mref track) {
   if (!catalogue_.IsTrack(track)) return;

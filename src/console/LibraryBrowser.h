@@ -40,10 +40,11 @@ class LibraryBrowser : public QObject {
   LibraryBrowser(EventLoop& loop, const Catalogue& catalogue, const TrackFilter& filter, PlayQueue& queue,
                  const ConsoleState& state);
 
-  /// The catalogue was loaded or changed: all lists begin anew, with the genres.
-  void FillLists();
+  /// The catalogue was loaded or changed: all lists begin anew at once, with the genres. The job makes the
+  /// first choice quick.
+  [[nodiscard]] Job<> FillLists();
 
-  // ---- the lists of names: rows from 0, -1 is none
+  // The lists of names: rows from 0, -1 is none.
   [[nodiscard]] int Count(Stage stage) const { return static_cast<int>(At(stage).names.size()); }
   /// An entry, in upper case.
   [[nodiscard]] QString Name(Stage stage, int row) const { return UpperName(At(stage).names[row]); }
@@ -73,7 +74,7 @@ class LibraryBrowser : public QObject {
   /// The top row with which a list that shows `rows` rows has its selected one in sight; none: it stays.
   [[nodiscard]] static std::optional<int> CentredTopRow(int selected, int rows);
 
-  // ---- the track list
+  // The track list.
   /// The tracks listed, in the order in which they were; each once.
   [[nodiscard]] const std::vector<Mref>& ListedRefs() const { return listedRefs_; }
   [[nodiscard]] int ListedCount() const { return static_cast<int>(listedRefs_.size()); }
@@ -100,7 +101,7 @@ class LibraryBrowser : public QObject {
   /// "Add To Queue": the selected tracks, in the order shown.
   void AddToQueue(std::vector<Mref> tracks);
 
-  // ---- the panel of a track's details
+  // The panel of a track's details.
   void OpenInfo(Mref track);
   void CloseInfo();
   [[nodiscard]] const std::optional<TrackDetails>& Info() const { return info_; }
@@ -142,8 +143,6 @@ class LibraryBrowser : public QObject {
   [[nodiscard]] NameList& At(Stage stage) { return lists_[static_cast<std::size_t>(stage)]; }
   [[nodiscard]] const NameList& At(Stage stage) const { return lists_[static_cast<std::size_t>(stage)]; }
 
-  /// Ahead of the first choice, which would do it otherwise.
-  [[nodiscard]] Job<> IndexNames();
   void FilterByGenre();
   void FilterByArtist();
   void ListTracksByChoice();
@@ -159,6 +158,7 @@ class LibraryBrowser : public QObject {
   void EndListingAtOnce();
   void AddToTrackList(Mref track);
   void Publish(std::optional<Stage> fills);
+  void FindWords();
   void RefreshRows();
   [[nodiscard]] std::vector<Mref> ShownRows();
   [[nodiscard]] Job<> RunSort(LibraryColumn column);
@@ -177,12 +177,12 @@ class LibraryBrowser : public QObject {
   std::vector<Mref> rows_;
   QString words_;
   bool narrowed_ = false;
+  std::vector<Mref> found_;  ///< all tracks that have the words
   QStringList summary_;
   bool listing_ = false;
   bool listingStopRequested_ = false;
   bool allSelected_ = false;
   std::optional<TrackDetails> info_;
-  Job<> indexing_;
   Job<> walk_;
   Job<> sort_;
   JobList adding_;

@@ -6,33 +6,52 @@
 
 #include <algorithm>
 #include <memory>
+#include <string>
+#include <string_view>
 
 namespace kelvo {
 namespace {
 
 struct SortKey {
-  double number = 0;
-  QString text;
-  Mref track = Mref::None;
+  double number;
+  std::size_t start;  ///< of its text in the letters of all
+  std::size_t size;
+  Mref track;
+};
 
-  bool operator<(const SortKey& other) const {
-    return number != other.number ? number < other.number : text < other.text;
+/// What tracks are compared by. The texts lie in one piece: to free 100,000 of them would hold up the loop.
+struct SortKeys {
+  std::vector<SortKey> keys;
+  std::u16string letters;
+
+  void Add(double number, const QString& text, Mref track) {
+    keys.push_back({number, letters.size(), static_cast<std::size_t>(text.size()), track});
+    letters.append(reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size()));
+  }
+  [[nodiscard]] bool Less(const SortKey& one, const SortKey& other) const {
+    if (one.number != other.number) return one.number < other.number;
+    const std::u16string_view all(letters);
+    return all.substr(one.start, one.size) < all.substr(other.start, other.size);
   }
 };
 
-SortKey KeyOf(const Catalogue& catalogue, Mref track, LibraryColumn column) {
+void AddKey(SortKeys& keys, const Catalogue& catalogue, Mref track, LibraryColumn column) {
   switch (column) {
     case LibraryColumn::Track:
-      return {0, UpperName(catalogue.TrackNames[track]), track};
+      keys.Add(0, UpperName(catalogue.TrackNames[track]), track);
+      break;
     case LibraryColumn::Hi:
     case LibraryColumn::Bpm:
-      return {Val(LibraryText(catalogue, track, column)), {}, track};
+      keys.Add(Val(LibraryText(catalogue, track, column)), {}, track);
+      break;
     case LibraryColumn::Mref:
-      return {static_cast<double>(ToInt(track)), {}, track};
+      keys.Add(static_cast<double>(ToInt(track)), {}, track);
+      break;
     case LibraryColumn::Time:
-      return {static_cast<double>(Int(catalogue.TrackDurations(track))), {}, track};
+      keys.Add(static_cast<double>(Int(catalogue.TrackDurations(track))), {}, track);
+      break;
     default:
-      return {0, UpperName(LibraryText(catalogue, track, column)), track};
+      keys.Add(0, UpperName(LibraryText(catalogue, track, column)), track);
   }
 }
 
@@ -61,22 +80,24 @@ QString LibraryText(const Catalogue& catalogue, Mref track, LibraryColumn column
 }
 
 Job<> TrackOrder::Sort(EventLoop& loop, LibraryColumn column) {
-  const std::vector<Mref> before = Tracks();
-  const auto keys = std::make_shared<std::vector<SortKey>>();
-  keys->reserve(before.size());
+  constexpr std::size_t kLettersOfAName = 40;
   Turn turn(loop);
+  const std::vector<Mref> before = Tracks();
+  const auto all = std::make_shared<SortKeys>();
+  all->keys.reserve(before.size());
+  all->letters.reserve(before.size() * kLettersOfAName);
   for (const Mref track : before) {
-    keys->push_back(KeyOf(catalogue_, track, column));
+    AddKey(*all, catalogue_, track, column);
     co_await turn.Yield();
   }
-  const auto sort = [keys, latestFirst = column == LibraryColumn::Date] {
-    std::stable_sort(keys->begin(), keys->end(), [latestFirst](const SortKey& one, const SortKey& other) {
-      return latestFirst ? other < one : one < other;
-    });
+  const auto sort = [all, latestFirst = column == LibraryColumn::Date] {
+    const auto less = [&](const SortKey& one, const SortKey& other) {
+      return latestFirst ? all->Less(other, one) : all->Less(one, other);
+    };
+    std::stable_sort(all->keys.begin(), all->keys.end(), less);
     std::vector<Mref> order;
-    order.reserve(keys->size());
-    for (const SortKey& key : *keys) order.push_back(key.track);
-    *keys = {};
+    order.reserve(all->keys.size());
+    for (const SortKey& key : all->keys) order.push_back(key.track);
     return order;
   };
   order_ = co_await loop.Offload(EventLoop::Lane::Media, sort);

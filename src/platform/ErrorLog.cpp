@@ -28,12 +28,16 @@ ErrorLog*& Installed() {
 }  // namespace
 
 Failure::Failure(const QString& description, int number, QString source, int line)
-    : std::runtime_error(description.toStdString()), number_(number), source_(std::move(source)), line_(line) {}
+    : std::runtime_error(description.toStdString()),
+      number_(number),
+      source_(std::move(source)),
+      line_(line) {}
 
 ErrorLog::ErrorLog(EventLoop& loop, Prompter& prompter, QString filePath)
     : loop_(loop), prompter_(prompter), filePath_(std::move(filePath)) {
   Installed() = this;
-  SetJobFailureHandler([](const std::exception_ptr& failure) { basHandleError(QStringLiteral(" job"), failure); });
+  SetJobFailureHandler(
+      [](const std::exception_ptr& failure) { basHandleError(QStringLiteral(" job"), failure); });
 }
 
 ErrorLog::~ErrorLog() {
@@ -92,16 +96,18 @@ void ErrorLog::Note(const QString& text) {
 }
 
 void ErrorLog::Write(const QString& text) {
-  const QString oneLine = QString(text).replace(QLatin1Char('\r'), QString()).replace(QLatin1Char('\n'), QLatin1Char(' '));
-  const QByteArray entry =
-      (loop_.Now().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")) + QLatin1Char('\t') + oneLine + QStringLiteral("\r\n"))
-          .toUtf8();
+  const QString oneLine =
+      QString(text).replace(QLatin1Char('\r'), QString()).replace(QLatin1Char('\n'), QLatin1Char(' '));
+  const QByteArray entry = (loop_.Now().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")) + QLatin1Char('\t') +
+                            oneLine + QStringLiteral("\r\n"))
+                               .toUtf8();
   loop_.RunOffThread(
       EventLoop::Lane::Files,
       [path = filePath_, entry] {
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(entry) != entry.size()) {
-          qCWarning(logErrors).noquote() << "cannot write" << path << "-" << file.errorString() << "-" << entry.trimmed();
+          qCWarning(logErrors).noquote()
+              << "cannot write" << path << "-" << file.errorString() << "-" << entry.trimmed();
         }
       },
       [] {});
@@ -115,7 +121,9 @@ void basHandleError(const QString& tag, const std::exception_ptr& failure) {
   }
 }
 
-void basHandleError(const QString& tag) { basHandleError(tag, std::current_exception()); }
+void basHandleError(const QString& tag) {
+  basHandleError(tag, std::current_exception());
+}
 
 void NoteInLog(const QString& text) {
   if (Installed() != nullptr) {

@@ -43,8 +43,8 @@ class ErrorLog {
   ErrorLog& operator=(const ErrorLog&) = delete;
 
   void Handle(const std::exception_ptr& failure, const QString& tag);
-  /// Writes a line to the log without a message: for what was put right by itself. The same line within an hour
-  /// is only counted, so that what fails again and again all night does not fill the disk.
+  /// Writes a line to the log without a message: for what was put right by itself. The same line within an
+  /// hour is only counted, so that what fails again and again all night does not fill the disk.
   void Note(const QString& text);
 
   /// "ERROR " number " in " tag, and what else is known of the failure.

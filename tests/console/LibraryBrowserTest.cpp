@@ -54,8 +54,7 @@ class Browsing : public ::testing::Test {
   }
   void Fill() {
     Settle(filter_.Build(loop_));
-    browser_.FillLists();
-    loop_.RunFor(1s);
+    Settle(browser_.FillLists());
   }
   void Settle(Job<> job = {}) {
     EXPECT_TRUE(loop_.RunUntil([&] { return !job.Running() && !browser_.Listing(); }));

@@ -8,10 +8,23 @@
 #include "database/windows/UtilityWindow.h"
 #include "datamanager/windows/SearchWindow.h"
 
+#include <QWindow>
+
+#include <algorithm>
+
 namespace kelvo {
 namespace {
 
-void BringUp(QWidget& window) {
+/// In front of the console, which must not cover what the operator works in; in its middle, unless the window
+/// has a place of its own.
+void BringUp(QWidget& window, const QWidget& console) {
+  if (!window.testAttribute(Qt::WA_Moved)) {
+    QRect place(QPoint(), window.size().expandedTo(window.minimumSizeHint()));
+    place.moveCenter(console.geometry().center());
+    window.move(place.topLeft());
+  }
+  window.winId();
+  window.windowHandle()->setTransientParent(console.windowHandle());
   window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
   window.show();
   window.raise();
@@ -43,6 +56,11 @@ std::vector<QWidget*> DeskWindows::Windows() const {
   return windows;
 }
 
+bool DeskWindows::Owns(const QWidget* window) const {
+  const std::vector<QWidget*> all = Windows();
+  return window != nullptr && std::find(all.begin(), all.end(), window) != all.end();
+}
+
 void DeskWindows::ShowLock() {
   for (QWidget* each : Windows()) each->setEnabled(!console_.Lock().Locked());
 }
@@ -68,7 +86,7 @@ void DeskWindows::OpenImport() {
     import_ = std::make_unique<ScanWindow>(ScanWindow::Services{desk.loop, desk.prompter, desk.settings,
                                                                 desk.catalogue, desk.paths, desk.title});
   }
-  BringUp(*import_);
+  BringUp(*import_, window_);
 }
 
 void DeskWindows::OpenTransfer() {
@@ -79,7 +97,7 @@ void DeskWindows::OpenTransfer() {
                                  desk.paths, console_.Settings().defaults, desk.title});
     transfer_->Work().OnTracksAdded = [this] { console_.CatalogueChanged(); };
   }
-  BringUp(*transfer_);
+  BringUp(*transfer_, window_);
 }
 
 void DeskWindows::OpenUtility() {
@@ -88,7 +106,7 @@ void DeskWindows::OpenUtility() {
     utility_ = std::make_unique<UtilityWindow>(
         UtilityFolder::Services{desk.loop, desk.settings, desk.audio, desk.paths, desk.title});
   }
-  BringUp(*utility_);
+  BringUp(*utility_, window_);
 }
 
 void DeskWindows::OpenJingles() {
@@ -97,7 +115,7 @@ void DeskWindows::OpenJingles() {
     jingles_ = std::make_unique<JingleImportWindow>(JingleImportWindow::Services{
         desk.loop, desk.prompter, desk.settings, desk.catalogue, desk.paths, desk.title});
   }
-  BringUp(*jingles_);
+  BringUp(*jingles_, window_);
 }
 
 void DeskWindows::OpenSearch() {
@@ -110,7 +128,7 @@ void DeskWindows::OpenSearch() {
       jobs_.Add(console_.Queue().AddTracks(std::move(tracks), PlayQueue::Route::Search));
     };
   }
-  BringUp(*search_);
+  BringUp(*search_, window_);
   search_->BeginTyping();
 }
 

@@ -30,6 +30,9 @@ class DeskWindows : public QObject {
   /// Closes them. What still runs in one is stopped: a file that is being copied stays where it was.
   ~DeskWindows() override;
 
+  /// Whether `window` is one of them.
+  [[nodiscard]] bool Owns(const QWidget* window) const;
+
  private:
   void OpenImport();
   void OpenTransfer();

@@ -17,10 +17,15 @@ namespace kelvo {
 class SdlBackend : public OutputBackend {
  public:
   /// `bufferFrames`: what a device asks for at a time; a power of two. Smaller is quicker and gaps
-  /// sooner: on a machine whose processors are all busy, 1024 does, 2048 does not.
+  /// sooner: on a machine whose processors are all busy, 1024 does.
   explicit SdlBackend(int bufferFrames = 2048);
   /// Closes what is open, and waits for that.
   ~SdlBackend() override;
+
+  /// Has a sound server keep 120 ms of what was delivered in reserve, unless the environment asks for another
+  /// reserve: so that a server or a machine that falls behind for a moment is not heard. Changes the
+  /// environment: called once, before there is a second thread.
+  static void AskForReserve();
 
   [[nodiscard]] QStringList Names() const override;
   [[nodiscard]] bool HasLooked() const override { return looked_.load(std::memory_order_acquire); }
@@ -46,7 +51,7 @@ class SdlBackend : public OutputBackend {
 
   // The device thread alone:
   bool initialised_ = false;
-  bool opened_ = false;  ///< since the last turn
+  bool opened_ = false;                                      ///< since the last turn
   std::map<unsigned, std::shared_ptr<DeviceLink>> devices_;  ///< by SDL's id of the open device
 
   std::jthread thread_;

@@ -146,15 +146,14 @@ void ConsoleWindow::BuildMenu() {
   QMenu* view = menuBar()->addMenu(tr("&View"));
   QAction* filter = view->addAction(tr("&Filter tracks"), this, [this] { library_->BeginFilter(); });
   filter->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F));
-  const auto goTo = [this, view](const QString& words, int key, ListTable& list) {
-    QAction* action = view->addAction(words, this, [&list] { list.setFocus(); });
-    action->setShortcut(QKeySequence(Qt::ALT | key));
+  const auto add = [this, view](const QString& words, Qt::Key key, auto goThere) {
+    view->addAction(words, this, goThere)->setShortcut(QKeySequence(Qt::ALT | key));
   };
-  goTo(tr("Go to &genres"), Qt::Key_G, library_->Names(Stage::Genre));
-  goTo(tr("Go to &artists"), Qt::Key_A, library_->Names(Stage::Artist));
-  goTo(tr("Go to al&bums"), Qt::Key_B, library_->Names(Stage::Album));
-  goTo(tr("Go to &tracks"), Qt::Key_T, library_->List());
-  goTo(tr("Go to play &queue"), Qt::Key_Q, queue_->List());
+  add(tr("Go to &genres"), Qt::Key_G, [this] { library_->Names(Stage::Genre).setFocus(); });
+  add(tr("Go to &artists"), Qt::Key_A, [this] { library_->Names(Stage::Artist).setFocus(); });
+  add(tr("Go to al&bums"), Qt::Key_B, [this] { library_->Names(Stage::Album).setFocus(); });
+  add(tr("Go to &tracks"), Qt::Key_T, [this] { library_->GoToTracks(); });
+  add(tr("Go to play &queue"), Qt::Key_Q, [this] { queue_->List().setFocus(); });
   libraryMenu_ = menuBar()->addMenu(tr("&Library"));
   libraryMenu_->addAction(tr("&Import Music..."), this, &ConsoleWindow::ImportWanted);
   libraryMenu_->addAction(tr("&Transfer To Database..."), this, &ConsoleWindow::TransferWanted);

@@ -128,6 +128,9 @@ QWidget* LibraryPanel::TracksPart() {
   list_->setColumnHidden(number(LibraryColumn::Mref), true);
   QHeaderView* heads = list_->horizontalHeader();
   heads->setSectionsClickable(true);
+  // To paint a head Qt asks whether every row of its column is selected: with all of 100,000 that takes its
+  // time.
+  heads->setSelectionModel(new QItemSelectionModel(model_, heads));
   heads->moveSection(heads->visualIndex(number(LibraryColumn::Time)),
                      heads->visualIndex(number(LibraryColumn::MainGenre)));
   list_->SetColumns(number(LibraryColumn::Track), 26,
@@ -169,11 +172,7 @@ void LibraryPanel::JoinParts() {
   connect(add_, &QPushButton::clicked, this, [this] { AddSelected(); });
   connect(selectAll_, &QPushButton::clicked, this, [this] { browser_.ToggleAll(); });
   connect(words_, &QLineEdit::textChanged, this, [this](const QString& text) { browser_.SetWords(text); });
-  connect(words_, &QLineEdit::returnPressed, this, [this] {
-    if (model_->rowCount() == 0) return;
-    list_->setFocus();
-    list_->selectRow(0);
-  });
+  connect(words_, &QLineEdit::returnPressed, this, [this] { GoToTracks(); });
   connect(list_, &ListTable::RowActivated, this, [this] { AddSelected(); });
   connect(list_, &QTableView::pressed, this,
           [this](const QModelIndex& index) { browser_.ClickTrack(model_->TrackAt(index.row())); });
@@ -218,6 +217,12 @@ void LibraryPanel::BeginFilter() {
   words_->selectAll();
 }
 
+void LibraryPanel::GoToTracks() {
+  list_->setFocus();
+  if (model_->rowCount() > 0 && !list_->selectionModel()->hasSelection())
+    list_->selectRow(std::max(0, list_->currentIndex().row()));
+}
+
 void LibraryPanel::Escape() {
   if (browser_.Info()) {
     browser_.CloseInfo();
@@ -241,8 +246,8 @@ void LibraryPanel::ShowFacts() {
     if (catalogue_.LastTrack() == 0) {
       list_->SetEmptyText(QStringLiteral("Please Add Some Music To the Data Base"));
     } else if (everywhere) {
-      list_->SetEmptyText(tr("Choose a genre, an artist or an album above,\nor type words to look through "
-                             "all %1 tracks.")
+      list_->SetEmptyText(tr("Choose a genre, an artist or an album above, "
+                             "or type words to look through all %1 tracks.")
                               .arg(catalogue_.LastTrack()));
     } else {
       list_->SetEmptyText(tr("No track fits the choice.\nPress a chosen name again to release it."));
@@ -303,9 +308,8 @@ bool LibraryPanel::eventFilter(QObject* watched, QEvent* event) {
   }
   if (watched == words_ && event->type() == QEvent::KeyPress) {
     const auto* key = static_cast<QKeyEvent*>(event);
-    if (key->key() == Qt::Key_Down && model_->rowCount() > 0) {
-      list_->setFocus();
-      list_->selectRow(std::max(0, list_->currentIndex().row()));
+    if (key->key() == Qt::Key_Down) {
+      GoToTracks();
       return true;
     }
   }

@@ -26,11 +26,11 @@ class LibraryPanel : public Panel {
   LibraryPanel(LibraryBrowser& browser, const Catalogue& catalogue, EventLoop& loop,
                QWidget* parent = nullptr);
 
-  /// The list of tracks.
-  [[nodiscard]] ListTable& List() { return *list_; }
   [[nodiscard]] ListTable& Names(Stage stage);
   /// The filter box takes the keyboard.
   void BeginFilter();
+  /// The list of tracks does, with a row selected.
+  void GoToTracks();
   /// Closes the track's details, stops a listing or empties the filter box, the first of these that there is.
   void Escape();
 

@@ -151,7 +151,6 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
   list_->setMinimumHeight(fontMetrics().height() * 4);
 
   words_->setWordWrap(true);
-  words_->setFont(Theme::Font(0.72, QFont::Bold));
   words_->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   QPalette amber = words_->palette();
   amber.setColor(QPalette::WindowText, Theme::Palette().amber);
@@ -166,6 +165,8 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
   letters_->setAccessibleName(tr("%1: jump to a letter").arg(words.accessible));
   letters_->setFocusPolicy(Qt::TabFocus);
   letters_->setMaxVisibleItems(18);
+  Theme::SetRole(*letters_, QStringLiteral("letters"));
+  letters_->setFixedWidth(fontMetrics().horizontalAdvance(QLatin1Char('W')) + fontMetrics().height() * 5 / 4);
   chosen_->setObjectName(words.label);
   chosen_->setFont(Theme::Font(0.9, QFont::DemiBold));
   chosen_->setAccessibleName(tr("%1: chosen").arg(words.accessible));
@@ -185,6 +186,15 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
   connect(&browser, &LibraryBrowser::ChoiceChanged, this, [this] { ShowChoice(); });
   connect(&browser, &LibraryBrowser::CentreSelections, this, [this] { Centre(); });
   ShowChoice();
+}
+
+void NameColumn::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  // In a narrow column the words stand in two small lines beside the letters.
+  const QFont roomy = Theme::Font(0.8, QFont::Bold);
+  const int room = width() - letters_->width() - 4;
+  const bool oneLine = QFontMetrics(roomy).horizontalAdvance(words_->text()) <= room;
+  words_->setFont(oneLine ? roomy : Theme::Font(0.64, QFont::Bold));
 }
 
 void NameColumn::ShowChoice() {

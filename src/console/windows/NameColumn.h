@@ -21,6 +21,9 @@ class NameColumn : public QWidget {
 
   [[nodiscard]] ListTable& List() { return *list_; }
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   void ShowChoice();
   void Centre();
