@@ -33,7 +33,6 @@ AudioEngine::AudioEngine(EventLoop& loop, std::unique_ptr<OutputBackend> backend
 AudioEngine::~AudioEngine() {
   tick_.Stop();
   soon_.Stop();
-  qCInfo(logEngine) << "underruns:" << Underruns();
   // First, for it ends every callback: behind it nobody renders what is freed here.
   backend_.reset();
 }
@@ -107,6 +106,10 @@ void AudioEngine::Retire(EnginePlayer& player, std::shared_ptr<Output> output,
 
 void AudioEngine::Tick() {
   for (const auto& output : outputs_) output->Tick();
+  if (const std::uint64_t now = Underruns(); now != toldUnderruns_) {
+    qCInfo(logEngine) << "underruns:" << now;
+    toldUnderruns_ = now;
+  }
   FreeRetired();
   yard_.Sweep();
   const OutputStatus status = outputs_.front()->Status();

@@ -67,6 +67,7 @@ class AudioEngine : public AudioSystem {
   std::vector<FeederThread> feeders_;
   std::vector<Retired> retired_;
   OutputStatus defaultStatus_;
+  std::uint64_t toldUnderruns_ = 0;
   Timer tick_;
   Timer soon_;
 };

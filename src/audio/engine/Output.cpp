@@ -10,8 +10,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr Nanoseconds kSilentAfter = 100ms;
-constexpr Nanoseconds kLostAfter = 300ms;
+/// Twice what a sound server keeps in reserve: a stall that nobody hears is none.
+constexpr Nanoseconds kSilentAfter = 250ms;
+constexpr Nanoseconds kLostAfter = 500ms;
 constexpr Nanoseconds kTryEvery = 1s;
 constexpr std::size_t kClockFrames = 1024;
 
