@@ -148,7 +148,11 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
       Q_EMIT SelectionChanged();
     }
     QStringList paths;
-    for (const Mref track : tracks) paths.append(catalogue_.TrackPaths(track));
+    Turn turn(loop_);
+    for (const Mref track : tracks) {
+      paths.append(catalogue_.TrackPaths(track));
+      co_await turn.Yield();
+    }
     const auto look = [paths] {
       std::vector<bool> found;
       for (const QString& path : paths) found.push_back(QFileInfo::exists(path));

@@ -171,8 +171,10 @@ void InfoReader::ReadOne(const QString& musicFile, InfoBatch& batch) {
   }
   record.status = ReadText(handle, batch, record);
   struct stat facts {};
-  const bool odd = record.status == InfoBatch::Status::TooShort && fstat(handle, &facts) == 0 && !S_ISREG(facts.st_mode);
-  if (odd) record.status = InfoBatch::Status::Unreadable;  // a pipe or a folder that bears the name of an info file
+  const bool odd =
+      record.status == InfoBatch::Status::TooShort && fstat(handle, &facts) == 0 && !S_ISREG(facts.st_mode);
+  if (odd)
+    record.status = InfoBatch::Status::Unreadable;  // a pipe or a folder that bears the name of an info file
   close(handle);
 }
 

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <utility>
 
 namespace kelvo {
 namespace {
@@ -22,6 +23,8 @@ const QString kNewLine = QStringLiteral("\r\n");
 /// Whether the file belongs to the operating system.
 bool IsSystemFile(const QString& path) {
   static constexpr std::array kFolders = {"/usr/", "/etc/", "/bin/", "/lib/", "/boot/", "/sbin/", "/opt/"};
+  // Another system's disk may be mounted anywhere.
+  if (path.contains(QStringLiteral("/WINDOWS/"), Qt::CaseInsensitive)) return true;
   return std::any_of(kFolders.begin(), kFolders.end(),
                      [&path](const char* folder) { return path.startsWith(QLatin1StringView(folder)); });
 }
@@ -229,12 +232,14 @@ Job<> JingleImport::RunDelete(std::vector<JingleRow> picked) {
 
 Job<bool> JingleImport::DeleteOne(JingleRow row) {
   // Either may lie in the system: the name that was found, and what a link of that name leads to.
-  const auto look = [path = row.path] {
+  const auto look = [path = row.path, jingles = services_.paths(Paths::Jingles)] {
     const QFileInfo file(path);
     const QString folder = QFileInfo(file.path()).canonicalFilePath();
-    return QStringList{folder + QLatin1Char('/') + file.fileName(), file.canonicalFilePath()};
+    const bool isJingle = folder == QFileInfo(jingles).canonicalFilePath();
+    return std::pair(QStringList{folder + QLatin1Char('/') + file.fileName(), file.canonicalFilePath()},
+                     isJingle);
   };
-  const QStringList places = co_await services_.loop.Offload(EventLoop::Lane::Import, look);
+  const auto [places, isJingle] = co_await services_.loop.Offload(EventLoop::Lane::Import, look);
   if (std::any_of(places.begin(), places.end(), IsSystemFile)) {
     Prompt refusal;
     refusal.text = row.name + QStringLiteral(" Is A System Media File !");
@@ -259,7 +264,7 @@ Job<bool> JingleImport::DeleteOne(JingleRow row) {
     throw Failure(QStringLiteral("Cannot delete %1 : %2").arg(row.path, trouble), 0, row.path);
   }
   RemoveRow(row.path);
-  ForgetJingle(places.front());
+  if (isJingle) ForgetJingle(QFileInfo(row.path).fileName());
   co_return true;
 }
 
@@ -273,12 +278,10 @@ void JingleImport::RemoveRow(const QString& path) {
   Q_EMIT RowsRemoved();
 }
 
-void JingleImport::ForgetJingle(const QString& path) {
+void JingleImport::ForgetJingle(const QString& fileName) {
   Catalogue& catalogue = services_.catalogue;
-  const QString folder = QFileInfo(services_.paths(Paths::Jingles)).canonicalFilePath();
-  if (QFileInfo(path).path() != folder) return;
-  const qsizetype place = catalogue.SoundBitePaths.indexOf(services_.paths(Paths::Jingles) +
-                                                           QLatin1Char('/') + QFileInfo(path).fileName());
+  const qsizetype place =
+      catalogue.SoundBitePaths.indexOf(services_.paths(Paths::Jingles) + QLatin1Char('/') + fileName);
   if (place < 0) return;
   catalogue.SoundBitePaths.removeAt(place);
   catalogue.SoundBiteNames.removeAt(place);

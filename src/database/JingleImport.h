@@ -92,7 +92,7 @@ class JingleImport : public QObject {
   [[nodiscard]] Job<bool> DeleteOne(JingleRow row);
   void Append(const std::vector<FoundFile>& files);
   void RemoveRow(const QString& path);
-  void ForgetJingle(const QString& path);
+  void ForgetJingle(const QString& fileName);
   void Begin(std::size_t steps);
   void End(const QString& words);
   [[nodiscard]] std::vector<JingleRow> Picked(const std::vector<int>& rows) const;

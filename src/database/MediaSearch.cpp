@@ -29,22 +29,26 @@ constexpr Nanoseconds kLongPiece = 200ms;
 /// A drive that gives nothing but errors must not fill the log.
 constexpr int kMostNotes = 200;
 
-bool IsMedia(const QString& name) {
-  const QString extension = UpperExtension(name);
-  return extension == QLatin1StringView("MP3") || extension == QLatin1StringView("WAV");
-}
-
 QString Below(const QString& folder, const QString& name) {
   return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
 }
 
 }  // namespace
 
+bool IsMediaName(const QString& name) {
+  const QString extension = UpperExtension(name);
+  return extension == QLatin1StringView("MP3") || extension == QLatin1StringView("WAV");
+}
+
 MediaWalk::MediaWalk(const QStringList& roots, Tags tags) : tags_(tags), roots_(roots) {}
 
 void MediaWalk::Begin() {
   const double each = 1.0 / static_cast<double>(roots_.size());
   for (auto root = roots_.rbegin(); root != roots_.rend(); ++root) {
+    if (IsMediaName(*root) && QFileInfo(*root).isFile()) {
+      alone_.push_back(*root);
+      continue;
+    }
     folders_.push_back({*root, each});
     for (const QString& other : FoldersOfOtherMounts(*root)) leftOut_.insert(other);
   }
@@ -68,7 +72,7 @@ void MediaWalk::Enter(Piece& piece) {
   for (const QString& name : files.unusable + below.unusable) {
     piece.notes.append(QStringLiteral("A name in %1 is no text: %2").arg(folder_, name));
   }
-  std::copy_if(files.names.rbegin(), files.names.rend(), std::back_inserter(files_), IsMedia);
+  std::copy_if(files.names.rbegin(), files.names.rend(), std::back_inserter(files_), IsMediaName);
   const double each = next.share / static_cast<double>(below.names.size() + 1);
   filesShare_ = each;
   for (auto name = below.names.rbegin(); name != below.names.rend(); ++name) {
@@ -76,11 +80,11 @@ void MediaWalk::Enter(Piece& piece) {
   }
 }
 
-void MediaWalk::TakeFile(Piece& piece) {
+void MediaWalk::TakeFile(const QString& path, Tags tags, Piece& piece) {
   FoundFile file;
-  file.path = Below(folder_, files_.takeLast());
+  file.path = path;
   file.size = QFileInfo(file.path).size();
-  if (tags_ == Tags::Read) file.artist = ReadTrackTags(file.path).artist;
+  if (tags == Tags::Read) file.artist = ReadTrackTags(file.path).artist;
   piece.files.push_back(std::move(file));
 }
 
@@ -88,8 +92,12 @@ MediaWalk::Piece MediaWalk::Next(int steps, const std::atomic<bool>& stop) {
   Piece piece;
   if (!roots_.isEmpty()) Begin();
   for (int step = 0; step < steps && !stop; ++step) {
+    if (!alone_.isEmpty()) {
+      TakeFile(alone_.takeLast(), tags_, piece);
+      continue;
+    }
     if (!files_.isEmpty()) {
-      TakeFile(piece);
+      TakeFile(Below(folder_, files_.takeLast()), tags_, piece);
       continue;
     }
     share_ += std::exchange(filesShare_, 0);

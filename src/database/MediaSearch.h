@@ -25,6 +25,9 @@ struct FoundFile {
   QString artist;         ///< of its tags, if the search was to read them
 };
 
+/// Whether the name is that of an MP3 or WAV file, by its extension.
+[[nodiscard]] bool IsMediaName(const QString& name);
+
 /// The walk of a search through folders and all below them, a piece at a time. Made by the logic, used by one
 /// other thread at a time. Names come in the order of their upper-cased forms, the files of a folder before
 /// its folders; hidden ones (leading dot) are left out. A folder is entered once, whatever links lead to it.
@@ -51,12 +54,13 @@ class MediaWalk {
   };
   void Begin();
   void Enter(Piece& piece);
-  void TakeFile(Piece& piece);
+  static void TakeFile(const QString& path, Tags tags, Piece& piece);
   [[nodiscard]] bool IsNew(const QString& folder);
 
   Tags tags_;
   std::vector<Folder> folders_;  ///< the next last
   QString folder_;
+  QStringList alone_;  ///< roots that are files themselves
   QStringList files_;  ///< what is left of `folder_`, the next last
   double filesShare_ = 0;
   double share_ = 0;

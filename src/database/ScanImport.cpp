@@ -149,6 +149,8 @@ Job<> ScanImport::AskToDelete() {
 
 void ScanImport::Import(const std::vector<int>& rows) {
   if (Busy() || rows.empty()) return;
+  // What was just ordered for the names counts.
+  rows_.FinishOrders();
   importing_ = true;
   stop_ = false;
   words_.clear();
@@ -190,6 +192,7 @@ Job<> ScanImport::RunImport(std::vector<int> rows) {
   try {
     if (co_await AskForNames(rows)) {
       asked = true;
+      Q_EMIT Began();
       tally.deletes = co_await AskForDeletion();
       const auto read = [paths = services_.paths] {
         return std::make_shared<StandingNames>(StandingNames::Read(paths));
@@ -255,9 +258,10 @@ Job<> ScanImport::CopyFileOf(int row, StagedName name, std::shared_ptr<StandingN
   order.from = rows_.Row(row).Text(ScanPathColumn);
   order.to = StagedPath(services_.paths(Paths::Utility), name);
   const auto prepare = [order, hasRoom = HasRoom, utility = services_.paths(Paths::Utility)] {
+    if (!hasRoom(utility, QFileInfo(order.from).size())) return false;
     const QString folder = QFileInfo(order.to).path();
     if (!QDir().mkpath(folder)) throw Failure(QStringLiteral("Cannot make the folder ") + folder, 0, folder);
-    return hasRoom(utility, QFileInfo(order.from).size());
+    return true;
   };
   tally.noRoom = !co_await services_.loop.Offload(EventLoop::Lane::Import, prepare);
   if (tally.noRoom || stop_) co_return;

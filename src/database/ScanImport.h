@@ -67,6 +67,8 @@ class ScanImport : public QObject {
  Q_SIGNALS:
   /// Words, Percent, Busy or DeletesSources changed.
   void Changed();
+  /// The operator stands by the names: the import takes its rows.
+  void Began();
 
  private:
   /// What an import comes to, for its closing words.

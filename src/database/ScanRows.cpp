@@ -49,7 +49,7 @@ void ScanRows::Clear() {
 
 void ScanRows::Remove(std::vector<int> rows) {
   // What was ordered counts by the places of now.
-  WorkOff([] { return false; });
+  FinishOrders();
   std::sort(rows.begin(), rows.end());
   while (!rows.empty()) {
     // Runs of neighbours, from the end.
@@ -163,7 +163,9 @@ void ScanRows::TakeArtistsFromFolders(const std::vector<int>& rows) {
 }
 
 void ScanRows::PutArtistsInFront(const std::vector<int>& rows) {
-  Give(rows, [separator = separator_](ScanRow& row) {
+  // The blanks around it are the name's own; only a separator that is nothing else keeps them.
+  const QString bare = separator_.trimmed().isEmpty() ? separator_ : separator_.trimmed();
+  Give(rows, [separator = bare](ScanRow& row) {
     const QString artist = row.Text(ScanArtistColumn);
     const QString title = row.Text(ScanTitleColumn);
     if (artist.isEmpty() || title.startsWith(artist, Qt::CaseInsensitive)) return;
@@ -179,8 +181,7 @@ Job<> ScanRows::AskSeparator() {
   const QString typed = co_await prompter_.AskText(QStringLiteral("Change The Extraction Separator"),
                                                    QStringLiteral("Please Enter New Separator"), separator_);
   if (typed.isEmpty()) co_return;
-  // The blanks around it are the naming's own; only a separator that is nothing else keeps them.
-  separator_ = typed.trimmed().isEmpty() ? typed : typed.trimmed();
+  separator_ = typed;
   Q_EMIT SeparatorChanged();
 }
 

@@ -73,6 +73,11 @@ class ScanRows : public QObject {
   /// Puts the artist and the separator before each title that doesn't begin with the artist.
   void PutArtistsInFront(const std::vector<int>& rows);
 
+  /// Carries out at once what is still under way of the orders above.
+  void FinishOrders() {
+    WorkOff([] { return false; });
+  }
+
   [[nodiscard]] const QString& Separator() const { return separator_; }
   /// Asks for another.
   void ChangeSeparator();

@@ -1,6 +1,7 @@
 #include "database/StandingNames.h"
 
 #include "database/FolderListing.h"
+#include "platform/ErrorLog.h"
 
 namespace kelvo {
 namespace {
@@ -20,8 +21,13 @@ StandingNames StandingNames::Read(const Paths& paths) {
   for (const QString& artist : ListFolder(utility, EntryKind::Folders).names) {
     standing.artists_.insert(artist.toUpper(), artist);
     const QString folder = QLatin1Char('/') + artist + QLatin1Char('/');
-    for (const QString& name : ListFolder(utility + QLatin1Char('/') + artist, EntryKind::Files).names) {
-      standing.staged_.insert((folder + name).toUpper());
+    // A folder that can't be read takes no file either: that is found out when one is to go there.
+    try {
+      for (const QString& name : ListFolder(utility + QLatin1Char('/') + artist, EntryKind::Files).names) {
+        standing.staged_.insert((folder + name).toUpper());
+      }
+    } catch (const Failure&) {
+      continue;
     }
   }
   return standing;

@@ -1,5 +1,6 @@
 #include "database/Transfer.h"
 
+#include "database/MediaSearch.h"
 #include "database/TrackNames.h"
 #include "database/UtilityListing.h"
 #include "platform/ErrorLog.h"
@@ -8,6 +9,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
+#include <QSet>
 
 #include <algorithm>
 #include <utility>
@@ -56,6 +59,9 @@ void Transfer::List() {
 }
 
 Job<> Transfer::RunList() {
+  // What was typed into a row that still waits is not typed twice.
+  QHash<QString, TransferRow> typed;
+  for (const TransferRow& row : rows_.All()) typed.insert(row.path, row);
   rows_.Clear();
   progress_ = {};
   try {
@@ -68,7 +74,16 @@ Job<> Transfer::RunList() {
         std::transform(some.begin(), some.end(), std::back_inserter(rows), ReadTransferRow);
         return rows;
       };
-      rows_.Append(co_await services_.loop.Offload(EventLoop::Lane::Import, read));
+      std::vector<TransferRow> rows = co_await services_.loop.Offload(EventLoop::Lane::Import, read);
+      for (TransferRow& row : rows) {
+        const auto before = typed.constFind(row.path);
+        if (before == typed.constEnd() || before->bytes != row.bytes) continue;
+        row.artist = before->artist;
+        row.album = before->album;
+        row.category = before->category;
+        row.date = before->date;
+      }
+      rows_.Append(std::move(rows));
     }
     services_.catalogue.UtilityCount = rows_.rowCount();
   } catch (...) {
@@ -106,9 +121,10 @@ void Transfer::SetRunning(bool running) {
 }
 
 std::vector<int> Transfer::InListOrder(const std::vector<int>& ids) const {
+  const QSet<int> wanted(ids.begin(), ids.end());
   std::vector<int> ordered;
   for (const TransferRow& row : rows_.All()) {
-    if (std::find(ids.begin(), ids.end(), row.id) != ids.end()) ordered.push_back(row.id);
+    if (wanted.contains(row.id)) ordered.push_back(row.id);
   }
   return ordered;
 }
@@ -245,9 +261,7 @@ Job<bool> Transfer::Exists(QString path) {
 }
 
 Job<double> Transfer::LookAt(const TransferRow& row) {
-  const auto look = [path = row.path] { return CheckMediaFile(path); };
-  const bool isMedia = co_await services_.loop.Offload(EventLoop::Lane::Import, look);
-  if (!isMedia) {
+  if (!IsMediaName(row.path)) {
     throw Failure(
         QStringLiteral("%1 is no music that can be played, it stays in the list").arg(row.trackName), 0,
         row.path);

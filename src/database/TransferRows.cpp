@@ -21,10 +21,18 @@ bool IsReference(int column) {
   return column == TransferRows::Artist || column == TransferRows::Album || column == TransferRows::Category;
 }
 
-QString DateOf(QString text) {
+QString TypedDate(QString text) {
   // A line end in it would be one in the track info file.
   text.removeIf([](QChar each) { return each.category() == QChar::Other_Control; });
   return text.trimmed().isEmpty() ? kNoDate : text.trimmed();
+}
+
+/// What a file name tells as its date, if it is one.
+QString StagedDate(const QString& text) {
+  const QString date = TypedDate(text);
+  const bool isDate = date.size() == 8 && date[4] == QLatin1Char('-') &&
+                      std::all_of(date.begin(), date.begin() + 4, [](QChar each) { return each.isDigit(); });
+  return isDate ? date : kNoDate;
 }
 
 }  // namespace
@@ -45,7 +53,7 @@ TransferRow RowOf(const QString& path, qint64 bytes, const TrackTags& tags) {
   row.album = ReferenceName(file.name.album);
   if (row.album.isEmpty()) row.album = ReferenceName(tags.album);
   if (tags.genre >= 0) row.category = ReferenceName(GenreName(tags.genre));
-  row.date = DateOf(file.name.date);
+  row.date = StagedDate(file.name.date);
   if (row.date == kNoDate && !tags.year.isEmpty()) row.date = tags.year + QStringLiteral("-xxx");
   return row;
 }
@@ -168,7 +176,7 @@ bool TransferRows::setData(const QModelIndex& index, const QVariant& value, int 
       row.category = ReferenceName(text);
       break;
     default:
-      row.date = DateOf(text);
+      row.date = TypedDate(text);
   }
   Q_EMIT dataChanged(index, index);
   return true;

@@ -161,15 +161,17 @@ TEST_F(ScanImportTest, NamingCommandsWorkOnTheSelectedRows) {
 }
 
 TEST_F(ScanImportTest, TheSeparatorCanBeChanged) {
-  AddSource(u"Abba_SOS.mp3"_s);
+  AddSource(u"Jay-Z - Song.mp3"_s);
   Search();
-  prompter_.texts = {u""_s, u" _ "_s};
+  prompter_.texts = {u""_s, u" - "_s};
   scan_->Rows().ChangeSeparator();
   EXPECT_EQ(scan_->Rows().Separator(), u"-"_s);
   scan_->Rows().ChangeSeparator();
   EXPECT_EQ(prompter_.asked[1].title, u"Change The Extraction Separator"_s);
   scan_->Rows().ExtractArtists({0});
-  EXPECT_EQ(Column(ScanArtistColumn)[0] + u'|' + Column(ScanTitleColumn)[0], u"Abba|SOS"_s);
+  EXPECT_EQ(Column(ScanArtistColumn)[0] + u'|' + Column(ScanTitleColumn)[0], u"Jay-Z|Song"_s);
+  scan_->Rows().PutArtistsInFront({0});
+  EXPECT_EQ(Column(ScanTitleColumn)[0], u"Jay-Z - Song"_s);
 }
 
 TEST_F(ScanImportTest, TracksAreStagedUnderTheirNamesAndTheSumIsTold) {

@@ -160,7 +160,10 @@ TEST_F(TransferTest, TypedNamesBecomeSafeReferencesSpelledAsTheDatabaseDoes) {
 
 TEST_F(TransferTest, ADateThatIsNoneIsToldAndNothingBegins) {
   Stage(u"x/one#soon#a#.mp3"_s);
-  Stage(u"x/two#later#a#.mp3"_s);
+  Stage(u"x/two#1999-Dec#a#.mp3"_s);
+  List();
+  EXPECT_EQ(transfer_->Rows().Find(Ids()[0])->date, u"0000-xxx"_s) << "nobody typed that";
+  SetCell(0, TransferRows::Date, u"1985"_s);
   MoveAll({});
   EXPECT_THAT(prompter_.Told(), ElementsAre(u"Dates Must Be Entered in the form YYYY-mmm (Eg: 2005-Dec)"_s));
   EXPECT_EQ(Ids().size(), 2U);

@@ -78,8 +78,10 @@ FolderDialog::FolderDialog(EventLoop& loop, const QString& start, QWidget* paren
   layout->setRowStretch(2, 1);
   resize(sizeHint().expandedTo(QSize(560, 440)));
 
-  connect(drives_, &QComboBox::activated, this,
-          [this](int row) { chooser_.Open(chooser_.Drives().value(row)); });
+  connect(drives_, &QComboBox::activated, this, [this](int row) {
+    wanted_ = false;
+    chooser_.Open(chooser_.Drives().value(row));
+  });
   connect(path_, &QLineEdit::returnPressed, this, [this] { chooser_.Open(path_->text()); });
   connect(up, &QPushButton::clicked, this, [this] { chooser_.Up(); });
   connect(folders_, &QListWidget::itemDoubleClicked, this, [this] { EnterCurrent(); });
@@ -122,17 +124,21 @@ void FolderDialog::Show() {
 }
 
 void FolderDialog::EnterCurrent() {
+  wanted_ = false;
   if (folders_->currentItem() != nullptr) chooser_.Enter(folders_->currentItem()->text());
 }
 
 void FolderDialog::accept() {
-  if (path_->text() != chooser_.Folder()) {
+  if (path_->text() != chooser_.Folder() && !path_->text().isEmpty()) {
     // What was typed is looked at first.
     wanted_ = true;
     chooser_.Open(path_->text());
     return;
   }
-  if (chooser_.Looking()) return;
+  if (chooser_.Looking()) {
+    wanted_ = true;
+    return;
+  }
   if (OnChosen) OnChosen(chooser_.Folder());
   QDialog::accept();
 }

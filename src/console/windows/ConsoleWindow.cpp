@@ -168,6 +168,7 @@ void ConsoleWindow::BuildMenu() {
   lock->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
+    if (console_.Lock().Locked() || console_.Load() != nullptr) return;
     const bool asks = console_.Panel().Visible();
     const bool fades = console_.Fades().GetCancelPanel().Visible() || console_.Fades().WalkActive();
     console_.Panel().Cancel();

@@ -84,6 +84,8 @@ bool DeskKeys::Press(int key, bool keypad, bool typing) {
     return true;
   }
   if (typing) return false;
+  // A locked screen takes no hand, the loading window neither.
+  if (console_.Lock().Locked() || console_.Load() != nullptr) return false;
   if (key == Qt::Key_Space) {
     held_.try_emplace(key);
     console_.Speak().Press();

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QListWidget>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace kelvo {
@@ -33,8 +34,13 @@ TrackInfoPanel::TrackInfoPanel(LibraryBrowser& browser, QWidget* parent)
   layout->addWidget(hint);
   layout->addWidget(lines_[1]);
   layout->addWidget(lines_[2]);
-  connect(genres_, &QListWidget::itemActivated, this,
+  connect(genres_, &QListWidget::itemDoubleClicked, this,
           [this](const QListWidgetItem* item) { browser_.ChooseGenreOfInfo(genres_->row(item)); });
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+    auto* choose = new QShortcut(QKeySequence(key), genres_, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(choose, &QShortcut::activated, this,
+            [this] { browser_.ChooseGenreOfInfo(genres_->currentRow()); });
+  }
   hide();
 }
 

@@ -9,8 +9,11 @@ DriveBox::DriveBox(DriveList& drives, Words words, QWidget* parent)
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   setMinimumContentsLength(24);
   connect(&drives_, &DriveList::Changed, this, &DriveBox::ShowPlaces);
-  connect(&drives_, &DriveList::Added, this,
-          [this](const QString& path) { setCurrentIndex(findData(path)); });
+  connect(&drives_, &DriveList::Added, this, [this](const QString& path) {
+    browsed_ = path;
+    ShowPlaces();
+    setCurrentIndex(findData(path));
+  });
   ShowPlaces();
 }
 
@@ -40,8 +43,9 @@ QString DriveBox::TextOf(const DriveList::Place& place) const {
   } else if (place.kind == MountedVolume::Kind::Fixed) {
     kind = full ? QStringLiteral("Fixed Drive (") : QStringLiteral("Fixed (");
   } else if (place.kind == MountedVolume::Kind::Network) {
-    if (!full) return {};
-    kind = QStringLiteral("Network Drive (");
+    // The short list has no network drives, but for one that was just picked.
+    if (!full && place.path != browsed_) return {};
+    if (full) kind = QStringLiteral("Network Drive (");
   }
   return kind + place.path + QLatin1Char(')');
 }

@@ -23,6 +23,7 @@ class DriveBox : public QComboBox {
 
   DriveList& drives_;
   Words words_;
+  QString browsed_;  ///< the place that the operator picked last
 };
 
 }  // namespace kelvo

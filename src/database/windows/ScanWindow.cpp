@@ -240,12 +240,9 @@ void ScanWindow::Connect() {
   connect(search_, &QPushButton::clicked, this, [this] { Command11_Click(); });
   connect(clear_, &QPushButton::clicked, this, [this] { scan_.ClearList(); });
   connect(selectAll_, &QPushButton::clicked, list_, &QAbstractItemView::selectAll);
-  connect(import_, &QPushButton::clicked, this, [this] {
-    const std::vector<int> picked = PickedRows(*list_);
-    // What is to be imported a second time has to be picked a second time.
-    list_->clearSelection();
-    scan_.Import(picked);
-  });
+  connect(import_, &QPushButton::clicked, this, [this] { scan_.Import(PickedRows(*list_)); });
+  // What is to be imported a second time has to be picked a second time.
+  connect(&scan_, &ScanImport::Began, list_, &QAbstractItemView::clearSelection);
   connect(delete_, &QCheckBox::clicked, this, [this](bool on) { scan_.SetDeletesSources(on); });
   connect(list_, &ListTable::RowActivated, this, [this](const QModelIndex& index) {
     if (index.flags() & Qt::ItemIsEditable) list_->edit(index);
@@ -301,7 +298,9 @@ void ScanWindow::dropEvent(QDropEvent* event) {
   for (const QUrl& url : event->mimeData()->urls()) {
     if (url.isLocalFile()) folders.append(url.toLocalFile());
   }
-  for (const QString& folder : folders) scan_.Drives().AddFolder(folder);
+  for (const QString& place : folders) {
+    if (!IsMediaName(place)) scan_.Drives().AddFolder(place);
+  }
   scan_.Search(folders);
   event->acceptProposedAction();
 }

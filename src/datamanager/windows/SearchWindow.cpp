@@ -49,7 +49,8 @@ SearchWindow::SearchWindow(Services services, QWidget* console)
   auto* layout = new QVBoxLayout(this);
   BuildQuestion(*layout);
   BuildResults(*layout);
-  layout->addWidget(new ScreenKeyboard(*text_, this));
+  keyboard_ = new ScreenKeyboard(*text_, this);
+  layout->addWidget(keyboard_);
 
   connect(ok_, &QPushButton::clicked, this, [this] { Search(); });
   connect(&search_, &TrackSearch::Changed, this, [this] { ShowState(); });
@@ -207,7 +208,9 @@ void SearchWindow::ShowState() {
   // What is disabled loses the focus; it has it again when the search is over.
   if (running && question_->isEnabled()) focus_ = focusWidget();
   ok_->setText(search_.Caption());
-  for (QWidget* part : {question_, static_cast<QWidget*>(list_), commands_}) part->setEnabled(!running);
+  for (QWidget* part : {question_, static_cast<QWidget*>(list_), commands_, keyboard_}) {
+    part->setEnabled(!running);
+  }
   if (!running && focus_ != nullptr) std::exchange(focus_, nullptr)->setFocus();
   results_->setText(search_.ResultWords());
   state_->setText(search_.StateWords());

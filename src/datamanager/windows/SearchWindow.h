@@ -78,6 +78,7 @@ class SearchWindow : public QWidget {
   QPushButton* add_ = nullptr;
   QLabel* results_;
   QLabel* state_;
+  QWidget* keyboard_ = nullptr;
   QWidget* focus_ = nullptr;  ///< where the focus was when a search began
   WindowPlace place_;
   Timer timer_;
