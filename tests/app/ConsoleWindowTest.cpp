@@ -290,6 +290,11 @@ TEST_F(ConsoleOnScreen, LocksItsPanelsAndLeavesTheDecksToPlayOn) {
   loop_.RunFor(100ms);
   EXPECT_FALSE(QueueList().isEnabled());
   EXPECT_FALSE(Find<QPushButton>(u"Command5"_s).isEnabled());
+  const int loss = Record(Deck::One).Loss;
+  QTest::keyPress(&*window_, Qt::Key_Space);
+  loop_.RunFor(2s);
+  EXPECT_EQ(Record(Deck::One).Loss, loss) << "no key reaches the decks";
+  QTest::keyRelease(&*window_, Qt::Key_Space);
   lock.trigger();
   loop_.RunFor(70s);
   EXPECT_FALSE(QueueList().isEnabled());
