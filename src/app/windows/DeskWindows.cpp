@@ -23,6 +23,11 @@ void BringUp(QWidget& window, const QWidget& console) {
     place.moveCenter(console.geometry().center());
     window.move(place.topLeft());
   }
+  // Only of a dialog the window system learns whom it belongs to.
+  if (window.windowHandle() == nullptr) {
+    window.setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                          Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
+  }
   window.winId();
   window.windowHandle()->setTransientParent(console.windowHandle());
   window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
