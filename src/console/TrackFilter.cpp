@@ -6,6 +6,19 @@
 #include <cstring>
 
 namespace kelvo {
+namespace {
+
+std::uint32_t LetterBit(char letter) {
+  return letter >= 'a' && letter <= 'z' ? 1U << (letter - 'a') : 0U;
+}
+
+std::uint32_t AlphabetOf(std::string_view text) {
+  std::uint32_t alphabet = 0;
+  for (const char letter : text) alphabet |= LetterBit(letter);
+  return alphabet;
+}
+
+}  // namespace
 
 QString FoldedText(const QString& text) {
   QString folded;
@@ -20,10 +33,12 @@ QString FoldedText(const QString& text) {
 Job<> TrackFilter::Build(EventLoop& loop) {
   std::string letters;
   std::vector<std::uint32_t> starts;
+  std::vector<std::uint32_t> alphabets;
   std::array<std::uint32_t, 256> counts{};
   const auto tracks = static_cast<std::size_t>(catalogue_.LastTrack());
   letters.reserve(catalogue_.TrackNames.Bytes() + tracks);
   starts.reserve(tracks);
+  alphabets.reserve(tracks);
   Turn turn(loop);
   for (int row = 1; row <= catalogue_.LastTrack(); ++row) {
     starts.push_back(static_cast<std::uint32_t>(letters.size()));
@@ -38,12 +53,14 @@ Job<> TrackFilter::Build(EventLoop& loop) {
     }
     for (std::size_t place = starts.back(); place < letters.size(); ++place)
       ++counts[static_cast<unsigned char>(letters[place])];
+    alphabets.push_back(AlphabetOf(std::string_view(letters).substr(starts.back())));
     letters.push_back('\n');
     co_await turn.Yield();
   }
   counts_ = counts;
   letters_ = std::move(letters);
   starts_ = std::move(starts);
+  alphabets_ = std::move(alphabets);
 }
 
 const char* TrackFilter::FindWord(const Word& word, const char* from, const char* end) const {
@@ -57,6 +74,26 @@ const char* TrackFilter::FindWord(const Word& word, const char* from, const char
     ++from;
   }
   return nullptr;
+}
+
+std::vector<Mref> TrackFilter::FindCommon(const std::vector<Word>& words) const {
+  std::uint32_t alphabet = 0;
+  std::vector<const Word*> longer;
+  for (const Word& word : words) {
+    alphabet |= AlphabetOf(word.text);
+    // One letter is in a name when it is in its alphabet.
+    if (word.text.size() > 1 || LetterBit(word.text[0]) == 0) longer.push_back(&word);
+  }
+  std::vector<Mref> found;
+  for (std::size_t row = 0; row < starts_.size(); ++row) {
+    if ((alphabets_[row] & alphabet) != alphabet) continue;
+    const char* const start = letters_.data() + starts_[row];
+    const char* const end = LineEnd(row);
+    const bool all = std::all_of(longer.begin(), longer.end(),
+                                 [&](const Word* word) { return FindWord(*word, start, end) != nullptr; });
+    if (all) found.push_back(ToMref(static_cast<qint64>(row) + 1));
+  }
+  return found;
 }
 
 std::vector<Mref> TrackFilter::Find(const QString& words) const {
@@ -79,6 +116,7 @@ std::vector<Mref> TrackFilter::Find(const QString& words) const {
   // The word with the rarest letter leads, the others are looked for in its lines only.
   std::sort(wanted.begin(), wanted.end(),
             [count](const Word& one, const Word& other) { return count(one) < count(other); });
+  if (count(wanted[0]) > starts_.size() / 4) return FindCommon(wanted);
   const char* const begin = letters_.data();
   const char* const end = begin + letters_.size();
   const char* at = begin;
@@ -87,7 +125,7 @@ std::vector<Mref> TrackFilter::Find(const QString& words) const {
     const auto offset = static_cast<std::size_t>(at - begin);
     while (row + 1 < starts_.size() && starts_[row + 1] <= offset) ++row;
     const char* const lineStart = begin + starts_[row];
-    const char* const lineEnd = row + 1 < starts_.size() ? begin + starts_[row + 1] : end;
+    const char* const lineEnd = LineEnd(row);
     const bool all = std::all_of(wanted.begin() + 1, wanted.end(), [&](const Word& word) {
       return FindWord(word, lineStart, lineEnd) != nullptr;
     });

@@ -37,10 +37,16 @@ class TrackFilter {
     std::size_t rare;
   };
   [[nodiscard]] const char* FindWord(const Word& word, const char* from, const char* end) const;
+  /// The rows that hold all words, where each is in so many names that every row is looked at.
+  [[nodiscard]] std::vector<Mref> FindCommon(const std::vector<Word>& words) const;
+  [[nodiscard]] const char* LineEnd(std::size_t row) const {
+    return letters_.data() + (row + 1 < starts_.size() ? starts_[row + 1] : letters_.size());
+  }
 
   const Catalogue& catalogue_;
   std::string letters_;  ///< the folded names, one a line
   std::vector<std::uint32_t> starts_;
+  std::vector<std::uint32_t> alphabets_;     ///< of each name: bit 0 for an "a" in it, to bit 25 for a "z"
   std::array<std::uint32_t, 256> counts_{};  ///< of each byte in them
 };
 
