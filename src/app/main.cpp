@@ -1,5 +1,4 @@
 #include "app/windows/Program.h"
-#include "audio/engine/SdlBackend.h"
 #include "ui/Theme.h"
 
 #include <QApplication>
@@ -31,7 +30,6 @@ bool AnswerCommonQuestions(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   if (AnswerCommonQuestions(argc, argv)) return 0;
-  kelvo::SdlBackend::AskForReserve();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("kelvo"));
   QApplication::setApplicationVersion(QStringLiteral(KELVO_VERSION));

@@ -94,7 +94,7 @@ TEST(Devices, ThePositionRunsOnThroughAPulledDeviceAndTheSoundComesBack) {
   // The callbacks stop, the device says nothing of it.
   studio.stuck = true;
   studio.loop.RunFor(200ms);
-  EXPECT_EQ(studio.told.back(), kOnAir) << "a server's reserve covers a short stall";
+  EXPECT_EQ(studio.told.back(), kOnAir) << "a short stall is no loss";
   studio.loop.RunFor(150ms);
   EXPECT_EQ(studio.told.back(), kOnClock);
   studio.loop.RunFor(650ms);

@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Twice what a sound server keeps in reserve: a stall that nobody hears is none.
+/// Five buffers of a device: a server that falls behind for a moment is not taken for a lost one.
 constexpr Nanoseconds kSilentAfter = 250ms;
 constexpr Nanoseconds kLostAfter = 500ms;
 constexpr Nanoseconds kTryEvery = 1s;

@@ -36,12 +36,6 @@ SdlBackend::SdlBackend(int bufferFrames)
 
 SdlBackend::~SdlBackend() = default;
 
-void SdlBackend::AskForReserve() {
-  // The client library of the server reads it; the library in between would ask for a buffer's length only.
-  constexpr auto kReserve = "PULSE_LATENCY_MSEC";
-  if (!qEnvironmentVariableIsSet(kReserve)) qputenv(kReserve, "120");
-}
-
 QStringList SdlBackend::Names() const {
   const std::lock_guard lock(mutex_);
   return names_;

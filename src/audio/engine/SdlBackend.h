@@ -22,11 +22,6 @@ class SdlBackend : public OutputBackend {
   /// Closes what is open, and waits for that.
   ~SdlBackend() override;
 
-  /// Has a sound server keep 120 ms of what was delivered in reserve, unless the environment asks for another
-  /// reserve: so that a server or a machine that falls behind for a moment is not heard. Changes the
-  /// environment: called once, before there is a second thread.
-  static void AskForReserve();
-
   [[nodiscard]] QStringList Names() const override;
   [[nodiscard]] bool HasLooked() const override { return looked_.load(std::memory_order_acquire); }
   void Open(std::shared_ptr<DeviceLink> link) override;
