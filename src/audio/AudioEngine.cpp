@@ -80,6 +80,11 @@ std::uint64_t AudioEngine::Underruns(const QString& output) const {
   return place ? place->Mixer().Underruns() : 0;
 }
 
+std::uint64_t AudioEngine::Dropouts(const QString& output) const {
+  const auto place = FindOutput(output);
+  return place ? place->Mixer().Dropouts() : 0;
+}
+
 std::optional<OutputStatus> AudioEngine::StatusOf(const QString& output) const {
   const auto place = FindOutput(output);
   return place ? std::optional(place->Status()) : std::nullopt;
@@ -106,10 +111,12 @@ void AudioEngine::Retire(EnginePlayer& player, std::shared_ptr<Output> output,
 
 void AudioEngine::Tick() {
   for (const auto& output : outputs_) output->Tick();
-  if (const std::uint64_t now = Underruns(); now != toldUnderruns_) {
-    qCInfo(logEngine) << "underruns:" << now;
-    toldUnderruns_ = now;
-  }
+  const auto tell = [](const char* what, std::uint64_t now, std::uint64_t& told) {
+    if (now != told) qCInfo(logEngine) << what << now;
+    told = now;
+  };
+  tell("underruns:", Underruns(), toldUnderruns_);
+  tell("dropouts:", Dropouts(), toldDropouts_);
   FreeRetired();
   yard_.Sweep();
   const OutputStatus status = outputs_.front()->Status();

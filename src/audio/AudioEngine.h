@@ -13,8 +13,9 @@
 
 namespace kelvo {
 
-/// The sound of the program. Owned by its entry; logic thread. With SdlBackend it plays on real devices, with
-/// NoDeviceBackend into nothing on time, and with SimulatedBackend it renders a simulated clock's frames.
+/// The sound of the program. Owned by its entry; logic thread. With PulseBackend or SdlBackend it plays on
+/// real devices, with NoDeviceBackend into nothing on time, and with SimulatedBackend it renders a simulated
+/// clock's frames.
 class AudioEngine : public AudioSystem {
  public:
   AudioEngine(EventLoop& loop, std::unique_ptr<OutputBackend> backend);
@@ -30,6 +31,8 @@ class AudioEngine : public AudioSystem {
   /// Stretches in which a playing voice of `output` (empty: the default one) had no data; 0 when nobody plays
   /// there.
   [[nodiscard]] std::uint64_t Underruns(const QString& output = {}) const;
+  /// How often the device of `output` ran dry, as far as devices tell it.
+  [[nodiscard]] std::uint64_t Dropouts(const QString& output = {}) const;
   /// How the output named `output` stands, while a player is on it; nothing otherwise.
   [[nodiscard]] std::optional<OutputStatus> StatusOf(const QString& output) const;
 
@@ -68,6 +71,7 @@ class AudioEngine : public AudioSystem {
   std::vector<Retired> retired_;
   OutputStatus defaultStatus_;
   std::uint64_t toldUnderruns_ = 0;
+  std::uint64_t toldDropouts_ = 0;
   Timer tick_;
   Timer soon_;
 };

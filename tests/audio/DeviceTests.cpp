@@ -1,5 +1,6 @@
 #include "audio/AudioEngine.h"
 #include "audio/FakeBackend.h"
+#include "audio/Playing.h"
 #include "audio/TestSounds.h"
 #include "audio/engine/NoDeviceBackend.h"
 #include "audio/engine/SdlBackend.h"
@@ -19,11 +20,6 @@ namespace kelvo::testing {
 namespace {
 
 using namespace std::chrono_literals;
-
-Job<> OpenAndPlay(MediaPlayer& player, QString path) {
-  const OpenResult result = co_await player.Open(path);
-  if (result.Ok()) player.Play();
-}
 
 /// Devices whose callbacks the test's own timer makes, 441 frames every 10 ms.
 struct PulledStudio {

@@ -5,6 +5,7 @@
 #include "app/windows/InstallerWindow.h"
 #include "app/windows/SplashWindow.h"
 #include "audio/engine/NoDeviceBackend.h"
+#include "audio/engine/PulseBackend.h"
 #include "audio/engine/SdlBackend.h"
 #include "console/windows/ConsoleWindow.h"
 #include "platform/SystemFacts.h"
@@ -21,7 +22,10 @@ std::unique_ptr<OutputBackend> MakeBackend() {
   if (qEnvironmentVariableIsSet("KELVO_SILENT")) {
     return std::make_unique<NoDeviceBackend>(QStringList{QStringLiteral("Silent Device")});
   }
-  return std::make_unique<SdlBackend>();
+  const auto hardware = [] { return std::make_unique<SdlBackend>(); };
+  // Who names a driver wants that one.
+  if (qEnvironmentVariableIsSet("SDL_AUDIODRIVER")) return hardware();
+  return std::make_unique<PulseBackend>(hardware);
 }
 
 /// The program that makes the demo library: where it is installed, or in the build folder; empty when it is

@@ -32,6 +32,8 @@ class DeviceLink {
       std::fill(target.begin(), target.end(), 0.0F);
     }
   }
+  /// The device has run out of sound: its callback came too late.
+  void TellDropout() noexcept { mixer_->CountDropout(); }
   void SetState(State state) { state_.store(state, std::memory_order_release); }
   [[nodiscard]] bool Detached() const { return detached_.load(std::memory_order_acquire); }
 

@@ -31,6 +31,11 @@ class OutputMixer {
   /// rendering.
   bool Render(std::span<float> target) noexcept;
 
+  /// The device that plays this ran dry. Any thread.
+  void CountDropout() noexcept { dropouts_.fetch_add(1, std::memory_order_relaxed); }
+  /// How often a device ran dry, as far as devices tell.
+  [[nodiscard]] std::uint64_t Dropouts() const { return dropouts_.load(std::memory_order_relaxed); }
+
   /// Stretches in which a voice that should have sounded had no data.
   [[nodiscard]] std::uint64_t Underruns() const { return underruns_.load(std::memory_order_relaxed); }
 
@@ -42,6 +47,7 @@ class OutputMixer {
   std::atomic_flag rendering_;
   std::atomic<std::uint64_t> renders_{0};  ///< odd while a render is under way
   std::atomic<std::uint64_t> underruns_{0};
+  std::atomic<std::uint64_t> dropouts_{0};
 };
 
 }  // namespace kelvo

@@ -1,14 +1,12 @@
 #include "audio/engine/SdlBackend.h"
 
 #include "audio/engine/CallbackPriority.h"
-#include "audio/engine/PulseProbe.h"
 
 #include <QLoggingCategory>
 
 #include <SDL2/SDL.h>
 
 #include <chrono>
-#include <string_view>
 #include <utility>
 
 namespace kelvo {
@@ -25,6 +23,8 @@ constexpr auto kLookForEvents = 100ms;
 constexpr int kTurnsPerNameCheck = 20;
 
 void Deliver(void* link, Uint8* stream, int bytes) {
+  // Once a device: its thread calls nothing else.
+  [[maybe_unused]] thread_local const bool raised = RaiseCallbackPriority();
   const auto count = static_cast<std::size_t>(bytes) / sizeof(float);
   static_cast<DeviceLink*>(link)->Deliver(std::span(reinterpret_cast<float*>(stream), count));
 }
@@ -55,7 +55,8 @@ void SdlBackend::Run(const std::stop_token& stop) {
   SDL_SetHint(SDL_HINT_APP_NAME, "Kelvo");
   SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Kelvo");
   SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_NAME, "Kelvo");
-  SDL_SetHint(SDL_HINT_THREAD_FORCE_REALTIME_TIME_CRITICAL, "1");
+  // A sound server is spoken to elsewhere: here the hardware itself, unless a person wants another driver.
+  if (SDL_getenv("SDL_AUDIODRIVER") == nullptr) SDL_SetHint(SDL_HINT_AUDIODRIVER, "alsa");
   Initialise();
   looked_.store(true, std::memory_order_release);
   for (int turn = 1; !stop.stop_requested(); ++turn) {
@@ -65,8 +66,6 @@ void SdlBackend::Run(const std::stop_token& stop) {
       wake_.wait_for(lock, stop, kLookForEvents, [this] { return !requests_.empty(); });
       requests.swap(requests_);
     }
-    // A turn later: by then its thread has its name.
-    if (std::exchange(opened_, false)) RaiseCallbackPriority();
     CloseDetached();
     for (const auto& link : requests) {
       if (!link->Detached()) OpenDevice(link);
@@ -79,17 +78,7 @@ void SdlBackend::Run(const std::stop_token& stop) {
 }
 
 void SdlBackend::Initialise() {
-  const char* const asked = SDL_getenv("SDL_AUDIODRIVER");
-  const bool chosen = asked != nullptr;
-  if ((!chosen || std::string_view(asked).find("pulse") != std::string_view::npos) &&
-      PulseServerHasNoOutput())
-    return;
-  if (!chosen) SDL_SetHint(SDL_HINT_AUDIODRIVER, "pulseaudio");
   initialised_ = SDL_InitSubSystem(SDL_INIT_AUDIO) == 0;
-  if (!initialised_ && !chosen) {
-    SDL_ResetHint(SDL_HINT_AUDIODRIVER);
-    initialised_ = SDL_InitSubSystem(SDL_INIT_AUDIO) == 0;
-  }
   ReadNames();
 }
 
@@ -127,14 +116,13 @@ void SdlBackend::OpenDevice(const std::shared_ptr<DeviceLink>& link) {
   if (id == 0) {
     qCDebug(logDevices) << "no device" << link->Name() << SDL_GetError();
     link->SetState(DeviceLink::State::Gone);
-    // With nothing open, a fresh start costs nobody a device, and finds a sound server that has come back.
+    // With nothing open, a fresh start costs nobody a device, and finds hardware that has come back.
     if (devices_.empty()) ShutDown();
     return;
   }
   devices_.emplace(id, link);
   link->SetState(DeviceLink::State::Running);
   SDL_PauseAudioDevice(id, 0);
-  opened_ = true;
 }
 
 bool SdlBackend::HandleEvents() {

@@ -12,8 +12,9 @@
 
 namespace kelvo {
 
-/// The sound devices of the machine, through SDL. Every call of SDL is made on one thread of its own, so a
-/// sound server that is slow or dead holds up nobody else. Owned by the engine; logic thread.
+/// The sound devices of a machine without a sound server, through SDL. Every call of SDL is made on one
+/// thread of its own, so a device that is slow or dead holds up nobody else. Owned by the engine; logic
+/// thread.
 class SdlBackend : public OutputBackend {
  public:
   /// `bufferFrames`: what a device asks for at a time; a power of two. Smaller is quicker and gaps
@@ -46,7 +47,6 @@ class SdlBackend : public OutputBackend {
 
   // The device thread alone:
   bool initialised_ = false;
-  bool opened_ = false;                                      ///< since the last turn
   std::map<unsigned, std::shared_ptr<DeviceLink>> devices_;  ///< by SDL's id of the open device
 
   std::jthread thread_;

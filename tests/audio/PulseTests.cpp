@@ -1,0 +1,231 @@
+// The outputs of a real sound server: a private one with two devices that lead nowhere, recorded as they
+// play.
+
+#include "audio/AudioEngine.h"
+#include "audio/Playing.h"
+#include "audio/Spawned.h"
+#include "audio/TestSounds.h"
+#include "audio/engine/NoDeviceBackend.h"
+#include "audio/engine/PulseBackend.h"
+#include "platform/QtEventLoop.h"
+#include "support/TemporaryTree.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <csignal>
+#include <optional>
+
+namespace kelvo::testing {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kOnAir = OutputStatus::Kind::OnAir;
+constexpr auto kOnClock = OutputStatus::Kind::OnSilentClock;
+
+/// A sound server of the test's own, with the devices "Main" (the default one) and "Headphones".
+class PrivateServer {
+ public:
+  PrivateServer() {
+    qputenv("PULSE_SERVER", "unix:" + Place("native"));
+    qputenv("PULSE_COOKIE", Place("cookie"));
+  }
+  ~PrivateServer() {
+    qunsetenv("PULSE_SERVER");
+    qunsetenv("PULSE_COOKIE");
+  }
+
+  [[nodiscard]] bool Start() {
+    QByteArrayList environment{"DBUS_SESSION_BUS_ADDRESS="};
+    for (const char* const place :
+         {"HOME=", "XDG_RUNTIME_DIR=", "XDG_CONFIG_HOME=", "PULSE_RUNTIME_PATH=", "PULSE_STATE_PATH="}) {
+      environment << place + folder_.Path().toUtf8();
+    }
+    // What an earlier one left behind is no sign of life.
+    QFile::remove(QString::fromUtf8(Place("native")));
+    server_.emplace(
+        QByteArrayList{"pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
+                       "--realtime=no", "--high-priority=no", "--log-level=error", "-L",
+                       "module-native-protocol-unix auth-anonymous=1 socket=" + Place("native"), "-L",
+                       Device("Main").join(' '), "-L", Device("Headphones").join(' ')},
+        environment);
+    for (int tries = 0; tries < 200 && !server_->HasEnded(); ++tries) {
+      if (folder_.Exists(QStringLiteral("native")) && Tell({"set-default-sink", "main"})) return true;
+      ::usleep(50'000);
+    }
+    return false;
+  }
+  void Stop() { server_.reset(); }
+  void Signal(int number) const { server_->Signal(number); }
+
+  /// Gives `arguments` to the server's control program; returns whether it took them.
+  bool Tell(const QByteArrayList& arguments) const {
+    return Spawned(QByteArrayList{"pactl"} + arguments, {}, Place("told")).ExitCode() == 0;
+  }
+  void Plug(const char* name) { EXPECT_TRUE(Tell(QByteArrayList{"load-module"} + Device(name))); }
+  void Unplug(const char* sink) {
+    ASSERT_TRUE(Tell({"list", "short", "modules"}));
+    const QList<QByteArray> modules = folder_.Read(QStringLiteral("told")).split('\n');
+    const auto module = std::find_if(modules.begin(), modules.end(), [&](const QByteArray& line) {
+      return line.contains(QByteArray("sink_name=") + sink + ' ');
+    });
+    ASSERT_NE(module, modules.end());
+    EXPECT_TRUE(Tell({"unload-module", module->split('\t').front()}));
+  }
+
+ private:
+  [[nodiscard]] QByteArray Place(const char* name) const {
+    return folder_.Path(QString::fromLatin1(name)).toUtf8();
+  }
+  static QByteArrayList Device(const char* name) {
+    return {"module-null-sink", "sink_name=" + QByteArray(name).toLower(), "norewinds=1", "rate=44100",
+            QByteArray("sink_properties=device.description=") + name};
+  }
+
+  TemporaryTree folder_;
+  std::optional<Spawned> server_;
+};
+
+/// What a device plays, from the moment this is made.
+class Recording {
+ public:
+  explicit Recording(const char* sink)
+      : recorder_({"parec", "-d", QByteArray(sink) + ".monitor", "--format=float32le", "--rate=44100",
+                   "--channels=1", "--latency-msec=20"},
+                  {}, folder_.Path(QStringLiteral("raw")).toUtf8()) {}
+  [[nodiscard]] Samples Heard() const {
+    const QByteArray bytes = folder_.Exists(QStringLiteral("raw")) ? folder_.Read(QStringLiteral("raw")) : "";
+    Samples heard(static_cast<std::size_t>(bytes.size()) / sizeof(float));
+    std::copy_n(bytes.constData(), heard.size() * sizeof(float), reinterpret_cast<char*>(heard.data()));
+    return heard;
+  }
+  [[nodiscard]] bool Began() const { return !Heard().empty(); }
+  [[nodiscard]] bool Audible() const {
+    const Samples heard = Heard();
+    return std::any_of(heard.begin(), heard.end(), [](float sample) { return std::abs(sample) > 0.01F; });
+  }
+
+ private:
+  TemporaryTree folder_;
+  Spawned recorder_;
+};
+
+class SoundServer : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(server.Start()); }
+
+  template <typename Condition>
+  bool RunUntil(Condition condition, Nanoseconds most = 20s) {
+    const auto until = loop.Elapsed() + most;
+    while (!condition() && loop.Elapsed() < until) QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    return condition();
+  }
+  void RunFor(Nanoseconds time) {
+    RunUntil([] { return false; }, time);
+  }
+  [[nodiscard]] OutputStatus::Kind KindOf(const QString& output) const {
+    return engine->StatusOf(output)->kind;
+  }
+
+  const QString headphones = QStringLiteral("Headphones");
+  PrivateServer server;
+  TemporaryTree folder;
+  QtEventLoop loop;
+  int others = 0;
+  std::unique_ptr<AudioEngine> engine;
+
+  void MakeEngine() {
+    engine = std::make_unique<AudioEngine>(
+        loop, std::make_unique<PulseBackend>([this] {
+          ++others;
+          return std::make_unique<NoDeviceBackend>(QStringList{QStringLiteral("Bare Card")});
+        }));
+  }
+};
+
+}  // namespace
+
+TEST_F(SoundServer, ANamedOutputIsHeardThereOrNowhere) {
+  MakeEngine();
+  ASSERT_TRUE(RunUntil([&] { return engine->DefaultOutputStatus().kind == kOnAir; }));
+  EXPECT_EQ(engine->OutputNames(), (QStringList{QStringLiteral("Main"), headphones}));
+  const Recording air("main");
+  auto ears = std::make_unique<Recording>("headphones");
+  const auto monitor = engine->MakePlayer(headphones);
+  const Job<> job = OpenAndPlay(*monitor, folder.Write("sine.wav", WaveFile(Sine(440, 60))));
+  EXPECT_TRUE(RunUntil([&] { return ears->Audible(); }));
+
+  server.Unplug("headphones");
+  EXPECT_TRUE(RunUntil([&] { return KindOf(headphones) == kOnClock; }));
+  EXPECT_EQ(engine->OutputNames(), QStringList{QStringLiteral("Main")});
+  const double before = monitor->CurrentPosition();
+  const auto then = loop.Elapsed();
+  RunFor(1s);
+  const double passed = std::chrono::duration<double>(loop.Elapsed() - then).count();
+  EXPECT_NEAR(monitor->CurrentPosition() - before, passed, 0.3);
+
+  server.Plug("Headphones");
+  ears = std::make_unique<Recording>("headphones");
+  EXPECT_TRUE(RunUntil([&] { return KindOf(headphones) == kOnAir; }));
+  EXPECT_TRUE(RunUntil([&] { return ears->Audible(); }));
+  EXPECT_TRUE(air.Began());
+  EXPECT_FALSE(air.Audible()) << "the monitor was on air";
+  EXPECT_EQ(others, 0);
+}
+
+TEST_F(SoundServer, TheDefaultOutputGoesWhereTheDefaultDeviceIs) {
+  EXPECT_TRUE(server.Tell({"set-default-sink", "headphones"}));
+  server.Plug("Headphones");
+  MakeEngine();
+  ASSERT_TRUE(RunUntil([&] { return engine->DefaultOutputStatus().kind == kOnAir; }));
+  EXPECT_EQ(engine->OutputNames(),
+            (QStringList{headphones, QStringLiteral("Main"), headphones + QStringLiteral(" (2)")}));
+  const auto player = engine->MakePlayer();
+  const Job<> job = OpenAndPlay(*player, folder.Write("sine.wav", WaveFile(Sine(440, 60))));
+  {
+    const Recording ears("headphones");
+    EXPECT_TRUE(RunUntil([&] { return ears.Audible(); }));
+  }
+  const Recording air("main");
+  EXPECT_TRUE(server.Tell({"set-default-sink", "main"}));
+  EXPECT_TRUE(RunUntil([&] { return air.Audible(); }));
+}
+
+TEST_F(SoundServer, TheSoundSurvivesItsServer) {
+  MakeEngine();
+  ASSERT_TRUE(RunUntil([&] { return engine->DefaultOutputStatus().kind == kOnAir; }));
+  const auto player = engine->MakePlayer();
+  const Job<> job = OpenAndPlay(*player, folder.Write("sine.wav", WaveFile(Sine(440, 60))));
+  ASSERT_TRUE(RunUntil([&] { return player->CurrentPosition() > 0.5; }));
+
+  // A server that stands still for longer than the reserve lasts.
+  server.Signal(SIGSTOP);
+  RunFor(450ms);
+  server.Signal(SIGCONT);
+  EXPECT_TRUE(RunUntil([&] { return engine->Dropouts() > 0; }));
+  EXPECT_TRUE(RunUntil([&] { return engine->DefaultOutputStatus().kind == kOnAir; }));
+
+  const double before = player->CurrentPosition();
+  const auto then = loop.Elapsed();
+  server.Stop();
+  EXPECT_TRUE(RunUntil([&] { return engine->DefaultOutputStatus().kind == kOnClock; }));
+  EXPECT_TRUE(RunUntil([&] { return engine->OutputNames() == QStringList{QStringLiteral("Bare Card")}; }));
+  RunFor(1s);
+  ASSERT_TRUE(server.Start());
+  EXPECT_TRUE(RunUntil([&] { return engine->DefaultOutputStatus().kind == kOnAir; }));
+  RunFor(500ms);
+  const double passed = std::chrono::duration<double>(loop.Elapsed() - then).count();
+  EXPECT_NEAR(player->CurrentPosition() - before, passed, 0.6);
+  const Recording air("main");
+  EXPECT_TRUE(RunUntil([&] { return air.Audible(); }));
+  EXPECT_EQ(others, 1);
+}
+
+}  // namespace kelvo::testing
