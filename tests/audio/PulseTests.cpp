@@ -5,7 +5,6 @@
 #include "audio/Playing.h"
 #include "audio/Spawned.h"
 #include "audio/TestSounds.h"
-#include "audio/engine/NoDeviceBackend.h"
 #include "audio/engine/PulseBackend.h"
 #include "platform/QtEventLoop.h"
 #include "support/TemporaryTree.h"
@@ -17,8 +16,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <csignal>
+#include <mutex>
 #include <optional>
 
 namespace kelvo::testing {
@@ -117,6 +118,25 @@ class Recording {
   Spawned recorder_;
 };
 
+/// The hardware of a machine without a server. Opened on the thread that also opens the server's devices.
+class BareCard : public OutputBackend {
+ public:
+  [[nodiscard]] QStringList Names() const override { return {QStringLiteral("Bare Card")}; }
+  void Open(std::shared_ptr<DeviceLink> link) override {
+    link->SetState(DeviceLink::State::Running);
+    const std::lock_guard lock(mutex_);
+    link_ = std::move(link);
+  }
+  [[nodiscard]] bool Plays() const {
+    const std::lock_guard lock(mutex_);
+    return link_ && link_->GetState() == DeviceLink::State::Running && !link_->Detached();
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  std::shared_ptr<DeviceLink> link_;
+};
+
 class SoundServer : public ::testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(server.Start()); }
@@ -138,23 +158,24 @@ class SoundServer : public ::testing::Test {
   PrivateServer server;
   TemporaryTree folder;
   QtEventLoop loop;
-  int others = 0;
+  std::atomic<BareCard*> card{nullptr};  ///< once it was needed
   std::unique_ptr<AudioEngine> engine;
 
   void MakeEngine() {
-    engine = std::make_unique<AudioEngine>(
-        loop, std::make_unique<PulseBackend>([this] {
-          ++others;
-          return std::make_unique<NoDeviceBackend>(QStringList{QStringLiteral("Bare Card")});
-        }));
+    engine = std::make_unique<AudioEngine>(loop, std::make_unique<PulseBackend>([this] {
+                                             auto made = std::make_unique<BareCard>();
+                                             card = made.get();
+                                             return made;
+                                           }));
   }
+  [[nodiscard]] bool OnAir() const { return engine->DefaultOutputStatus().kind == kOnAir; }
 };
 
 }  // namespace
 
 TEST_F(SoundServer, ANamedOutputIsHeardThereOrNowhere) {
   MakeEngine();
-  ASSERT_TRUE(RunUntil([&] { return engine->DefaultOutputStatus().kind == kOnAir; }));
+  ASSERT_TRUE(RunUntil([&] { return OnAir(); }));
   EXPECT_EQ(engine->OutputNames(), (QStringList{QStringLiteral("Main"), headphones}));
   const Recording air("main");
   auto ears = std::make_unique<Recording>("headphones");
@@ -164,7 +185,7 @@ TEST_F(SoundServer, ANamedOutputIsHeardThereOrNowhere) {
 
   server.Unplug("headphones");
   EXPECT_TRUE(RunUntil([&] { return KindOf(headphones) == kOnClock; }));
-  EXPECT_EQ(engine->OutputNames(), QStringList{QStringLiteral("Main")});
+  EXPECT_TRUE(RunUntil([&] { return engine->OutputNames() == QStringList{QStringLiteral("Main")}; }));
   const double before = monitor->CurrentPosition();
   const auto then = loop.Elapsed();
   RunFor(1s);
@@ -177,16 +198,16 @@ TEST_F(SoundServer, ANamedOutputIsHeardThereOrNowhere) {
   EXPECT_TRUE(RunUntil([&] { return ears->Audible(); }));
   EXPECT_TRUE(air.Began());
   EXPECT_FALSE(air.Audible()) << "the monitor was on air";
-  EXPECT_EQ(others, 0);
+  EXPECT_EQ(card.load(), nullptr);
 }
 
 TEST_F(SoundServer, TheDefaultOutputGoesWhereTheDefaultDeviceIs) {
   EXPECT_TRUE(server.Tell({"set-default-sink", "headphones"}));
   server.Plug("Headphones");
   MakeEngine();
-  ASSERT_TRUE(RunUntil([&] { return engine->DefaultOutputStatus().kind == kOnAir; }));
+  ASSERT_TRUE(RunUntil([&] { return OnAir(); }));
   EXPECT_EQ(engine->OutputNames(),
-            (QStringList{headphones, QStringLiteral("Main"), headphones + QStringLiteral(" (2)")}));
+            (QStringList{headphones, headphones + QStringLiteral(" (2)"), QStringLiteral("Main")}));
   const auto player = engine->MakePlayer();
   const Job<> job = OpenAndPlay(*player, folder.Write("sine.wav", WaveFile(Sine(440, 60))));
   {
@@ -198,34 +219,74 @@ TEST_F(SoundServer, TheDefaultOutputGoesWhereTheDefaultDeviceIs) {
   EXPECT_TRUE(RunUntil([&] { return air.Audible(); }));
 }
 
-TEST_F(SoundServer, TheSoundSurvivesItsServer) {
+TEST_F(SoundServer, ATwinThatComesBackKeepsItsOwnName) {
+  server.Plug("Headphones");
   MakeEngine();
-  ASSERT_TRUE(RunUntil([&] { return engine->DefaultOutputStatus().kind == kOnAir; }));
+  const QString twin = headphones + QStringLiteral(" (2)");
+  ASSERT_TRUE(RunUntil([&] { return engine->OutputNames().contains(twin); }));
+  server.Unplug("headphones");
+  EXPECT_TRUE(RunUntil([&] { return !engine->OutputNames().contains(headphones); }));
+  EXPECT_TRUE(engine->OutputNames().contains(twin)) << "it is another device still";
+  server.Plug("Headphones");
+  EXPECT_TRUE(RunUntil([&] { return engine->OutputNames().contains(headphones); }));
+  const auto monitor = engine->MakePlayer(headphones);
+  const Job<> job = OpenAndPlay(*monitor, folder.Write("sine.wav", WaveFile(Sine(440, 60))));
+  const Recording ears("headphones");
+  EXPECT_TRUE(RunUntil([&] { return ears.Audible(); }));
+}
+
+TEST_F(SoundServer, StallsNeitherLoseTheServerNorLeaveSoundWaitingInIt) {
+  MakeEngine();
+  ASSERT_TRUE(RunUntil([&] { return OnAir(); }));
   const auto player = engine->MakePlayer();
   const Job<> job = OpenAndPlay(*player, folder.Write("sine.wav", WaveFile(Sine(440, 60))));
   ASSERT_TRUE(RunUntil([&] { return player->CurrentPosition() > 0.5; }));
-
-  // A server that stands still for longer than the reserve lasts.
-  server.Signal(SIGSTOP);
-  RunFor(450ms);
-  server.Signal(SIGCONT);
+  for (int stall = 0; stall < 3; ++stall) {
+    // For longer than the reserve lasts at first.
+    server.Signal(SIGSTOP);
+    RunFor(350ms);
+    server.Signal(SIGCONT);
+    RunFor(300ms);
+  }
   EXPECT_TRUE(RunUntil([&] { return engine->Dropouts() > 0; }));
-  EXPECT_TRUE(RunUntil([&] { return engine->DefaultOutputStatus().kind == kOnAir; }));
+  EXPECT_TRUE(RunUntil([&] { return OnAir(); }));
+  player->Stop();
+  RunFor(800ms);
+  const Recording air("main");
+  EXPECT_TRUE(RunUntil([&] { return air.Began(); }));
+  RunFor(300ms);
+  EXPECT_FALSE(air.Audible()) << "the queue in the server has grown";
+}
 
+TEST_F(SoundServer, AServerThatRestartsGetsItsSoundBack) {
+  MakeEngine();
+  ASSERT_TRUE(RunUntil([&] { return OnAir(); }));
+  const auto player = engine->MakePlayer();
+  const Job<> job = OpenAndPlay(*player, folder.Write("sine.wav", WaveFile(Sine(440, 60))));
+  ASSERT_TRUE(RunUntil([&] { return player->CurrentPosition() > 0.5; }));
   const double before = player->CurrentPosition();
   const auto then = loop.Elapsed();
   server.Stop();
   EXPECT_TRUE(RunUntil([&] { return engine->DefaultOutputStatus().kind == kOnClock; }));
-  EXPECT_TRUE(RunUntil([&] { return engine->OutputNames() == QStringList{QStringLiteral("Bare Card")}; }));
-  RunFor(1s);
   ASSERT_TRUE(server.Start());
-  EXPECT_TRUE(RunUntil([&] { return engine->DefaultOutputStatus().kind == kOnAir; }));
+  EXPECT_TRUE(RunUntil([&] { return OnAir(); }));
+  EXPECT_EQ(card.load(), nullptr) << "a restart is waited for";
   RunFor(500ms);
   const double passed = std::chrono::duration<double>(loop.Elapsed() - then).count();
   EXPECT_NEAR(player->CurrentPosition() - before, passed, 0.6);
   const Recording air("main");
   EXPECT_TRUE(RunUntil([&] { return air.Audible(); }));
-  EXPECT_EQ(others, 1);
+}
+
+TEST_F(SoundServer, WithoutAServerTheHardwarePlaysUntilThereIsOne) {
+  server.Stop();
+  MakeEngine();
+  ASSERT_TRUE(RunUntil([&] { return card.load() && card.load()->Plays(); }));
+  EXPECT_EQ(engine->OutputNames(), QStringList{QStringLiteral("Bare Card")});
+  ASSERT_TRUE(server.Start());
+  EXPECT_TRUE(RunUntil([&] { return OnAir() && engine->OutputNames().contains(headphones); }));
+  EXPECT_EQ(engine->DefaultOutputStatus().device, QStringLiteral("Main"));
+  EXPECT_FALSE(card.load()->Plays()) << "the card is the server's now";
 }
 
 }  // namespace kelvo::testing

@@ -3,6 +3,7 @@
 #include "audio/engine/ClockFrames.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kelvo {
 
@@ -10,9 +11,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Five buffers of a device: a server that falls behind for a moment is not taken for a lost one.
+/// A server that falls behind for a moment is not taken for a lost one, nor is one that still has sound.
 constexpr Nanoseconds kSilentAfter = 250ms;
-constexpr Nanoseconds kLostAfter = 500ms;
+constexpr Nanoseconds kSilentAfterReserve = 100ms;
+constexpr Nanoseconds kLostAfterSilence = 250ms;
+constexpr Nanoseconds kFirstCallWithin = 1250ms;
 constexpr Nanoseconds kTryEvery = 1s;
 constexpr std::size_t kClockFrames = 1024;
 
@@ -29,7 +32,6 @@ Output::Output(EventLoop& loop, OutputBackend& backend, QString name)
       name_(std::move(name)),
       mixer_(std::make_shared<OutputMixer>(!backend.Threaded())),
       lastTick_(loop.Elapsed()),
-      quietFor_(kSilentAfter),
       clockBuffer_(kClockFrames * kChannels) {
   TryToOpen(lastTick_);
 }
@@ -63,9 +65,14 @@ void Output::Tick() {
 
 void Output::KnowDefault() {
   const QStringList names = backend_.Names();
+  if (std::exchange(epoch_, backend_.NamesEpoch()) != epoch_) asked_.clear();
   // As long as the device that it plays on is there, another default is the operator's choice. A device that
   // is gone is waited for under its name, while the sound server plays on another.
   if (!names.isEmpty() && (asked_.isEmpty() || names.contains(asked_))) asked_ = names.front();
+}
+
+Nanoseconds Output::Patience() const {
+  return std::max(kSilentAfter, link_->Reserve() + kSilentAfterReserve);
 }
 
 void Output::WatchDevice(Nanoseconds passed) {
@@ -81,7 +88,7 @@ void Output::WatchDevice(Nanoseconds passed) {
     return;
   }
   ran_ = ran_ || quietFor_ == 0ns;
-  if (quietFor_ >= kLostAfter + (ran_ ? 0ns : kTryEvery)) {
+  if (quietFor_ >= (ran_ ? Patience() + kLostAfterSilence : kFirstCallWithin)) {
     nextTry_ = 0ns;
     LetGo();
   }
@@ -90,6 +97,7 @@ void Output::WatchDevice(Nanoseconds passed) {
 void Output::TryToOpen(Nanoseconds now) {
   nextTry_ = now + kTryEvery;
   ran_ = false;
+  quietFor_ = 0ns;
   seenCalls_ = 0;
   link_ = std::make_shared<DeviceLink>(name_, mixer_);
   backend_.Open(link_);
@@ -99,11 +107,10 @@ void Output::TryToOpen(Nanoseconds now) {
 void Output::LetGo() {
   if (link_) link_->Detach();
   link_.reset();
-  quietFor_ = kSilentAfter;
 }
 
 void Output::RunClock(Nanoseconds now) {
-  const bool silent = quietFor_ >= kSilentAfter;
+  const bool silent = !link_ || !ran_ || quietFor_ >= Patience();
   if (silent && !onClock_) {
     clockStart_ = now;
     clockFrames_ = 0;

@@ -32,6 +32,8 @@ class Output {
   void TryToOpen(Nanoseconds now);
   void LetGo();
   void KnowDefault();
+  /// How long the device of the present link may be quiet before time goes on without it.
+  [[nodiscard]] Nanoseconds Patience() const;
   void RunClock(Nanoseconds now);
 
   EventLoop& loop_;
@@ -41,9 +43,10 @@ class Output {
   std::shared_ptr<DeviceLink> link_;
   bool ran_ = false;  ///< the present link has been heard of
   QString asked_;     ///< for the default output: the device that it is meant to play on
+  int epoch_ = 0;     ///< of the names that asked_ is one of
   Nanoseconds nextTry_{0};
   Nanoseconds lastTick_;
-  Nanoseconds quietFor_;  ///< how long the device has not called
+  Nanoseconds quietFor_{0};  ///< how long the device has not called
   std::uint64_t seenCalls_ = 0;
   bool onClock_ = false;
   Nanoseconds clockStart_{0};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/engine/OutputMixer.h"
+#include "platform/EventLoop.h"
 
 #include <QString>
 #include <QStringList>
@@ -34,12 +35,15 @@ class DeviceLink {
   }
   /// The device has run out of sound: its callback came too late.
   void TellDropout() noexcept { mixer_->CountDropout(); }
+  /// How long the device can go on without a call.
+  void SetReserve(Nanoseconds reserve) { reserve_.store(reserve.count(), std::memory_order_relaxed); }
   void SetState(State state) { state_.store(state, std::memory_order_release); }
   [[nodiscard]] bool Detached() const { return detached_.load(std::memory_order_acquire); }
 
   // The output's side.
   [[nodiscard]] State GetState() const { return state_.load(std::memory_order_acquire); }
   [[nodiscard]] std::uint64_t Calls() const { return calls_.load(std::memory_order_relaxed); }
+  [[nodiscard]] Nanoseconds Reserve() const { return Nanoseconds(reserve_.load(std::memory_order_relaxed)); }
   /// The output wants no more of the device: from now on it plays silence and is to be closed.
   void Detach() { detached_.store(true, std::memory_order_release); }
 
@@ -49,6 +53,7 @@ class DeviceLink {
   std::atomic<State> state_{State::Opening};
   std::atomic<bool> detached_{false};
   std::atomic<std::uint64_t> calls_{0};
+  std::atomic<std::int64_t> reserve_{0};  ///< nanoseconds
 };
 
 /// Where devices come from. Owned by the engine; logic thread. No call waits for a device.
@@ -58,6 +63,8 @@ class OutputBackend {
 
   /// The names of the devices there are, the default one first.
   [[nodiscard]] virtual QStringList Names() const = 0;
+  /// Raised when devices will not come back under the names they had.
+  [[nodiscard]] virtual int NamesEpoch() const { return 0; }
   /// True when Names is the result of a look, not just the beginning.
   [[nodiscard]] virtual bool HasLooked() const { return true; }
   /// Begins to open the device that `link` names; the link's state tells how it went. A detached link's

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <list>
+#include <map>
 #include <mutex>
 #include <stop_token>
 #include <thread>
@@ -25,14 +26,17 @@ class PulseBackend : public OutputBackend {
   ~PulseBackend() override;
 
   [[nodiscard]] QStringList Names() const override;
+  [[nodiscard]] int NamesEpoch() const override { return epoch_.load(std::memory_order_acquire); }
   [[nodiscard]] bool HasLooked() const override;
   void Open(std::shared_ptr<DeviceLink> link) override;
 
  private:
-  enum class Server { Unknown, Absent, Present };
+  /// Lost: it was there a moment ago, and a restart may be under way.
+  enum class Server { Unknown, Present, Lost, Absent };
   struct Sink {
     QByteArray id;  ///< the server's
-    QString name;   ///< what a person reads; no two are the same
+    QString description;
+    QString name;  ///< what a person reads; no two are the same
   };
   struct FreeMainloop {
     void operator()(pa_mainloop* loop) const { pa_mainloop_free(loop); }
@@ -41,15 +45,18 @@ class PulseBackend : public OutputBackend {
   // The device thread:
   void Run(const std::stop_token& stop);
   void Serve();
+  void TakeRequests();
+  void WatchServer();
   void Connect();
   void Disconnect();
-  void GoWithout();
+  void PassOn();
   void TakeContextState();
   void AskForSinks();
-  void TakeDefault(const pa_server_info* info);
-  void TakeSink(const pa_sink_info* info, int end);
-  void SinksRead();
+  void TakeSinks(int end);
+  [[nodiscard]] QString NameFor(const QByteArray& id, const QString& description);
+  void Publish();
   void OpenStream(std::shared_ptr<DeviceLink> link);
+  [[nodiscard]] Server Now() const { return server_.load(std::memory_order_relaxed); }
 
   const Maker makeOther_;
   std::unique_ptr<OutputBackend> other_;  ///< made before server_ is Absent for the first time
@@ -57,16 +64,24 @@ class PulseBackend : public OutputBackend {
   mutable std::mutex mutex_;
   std::vector<std::shared_ptr<DeviceLink>> requests_;
   QStringList names_;
-  std::atomic<bool> requested_{true};  ///< there may be something in requests_; at first: to look
+  std::atomic<bool> requested_{false};  ///< there may be something in requests_
   std::atomic<Server> server_{Server::Unknown};
+  std::atomic<int> epoch_{0};
 
   // The device thread alone:
   pa_context* context_ = nullptr;
+  pa_usec_t connectedAt_ = 0;
+  pa_usec_t nextConnect_ = 0;
+  pa_usec_t nextLook_ = 0;  ///< behind a look that failed; 0 otherwise
+  pa_usec_t lostAt_ = 0;
+  bool wasPresent_ = false;
   std::vector<std::shared_ptr<DeviceLink>> waiting_;  ///< for the server's first answers
+  std::vector<std::shared_ptr<DeviceLink>> lent_;     ///< given to the other backend
+  std::map<QByteArray, PulseReserve> reserves_;       ///< by the server's id; empty is the default output
   std::list<PulseStream> streams_;
-  PulseReserve reserve_;
-  std::vector<Sink> sinks_;  ///< the default one first
-  std::vector<Sink> found_;  ///< by the look that is under way
+  std::map<QByteArray, Sink> known_;  ///< every sink there ever was: a name stays with its device
+  std::vector<Sink> sinks_;           ///< the default one first
+  std::vector<Sink> found_;           ///< by the look that is under way
   QByteArray default_;
   bool looking_ = false;
   bool lookAgain_ = false;

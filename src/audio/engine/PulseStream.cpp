@@ -16,6 +16,10 @@ constexpr std::uint32_t kPeriodFrames = 1024;
 /// 557 ms: more would be felt as a desk that doesn't answer.
 constexpr std::uint32_t kMostReserveFrames = 24 * 1024;
 
+Nanoseconds InTime(std::uint32_t frames) {
+  return Nanoseconds(std::int64_t{frames} * 1'000'000'000 / kEngineRate);
+}
+
 }  // namespace
 
 void PulseReserve::Grow(std::uint32_t frames) {
@@ -27,9 +31,12 @@ PulseStream::PulseStream(pa_context& context, PulseReserve& reserve, std::shared
     : reserve_(reserve), link_(std::move(link)), frames_(reserve.Frames()) {
   const pa_sample_spec form{.format = PA_SAMPLE_FLOAT32NE, .rate = kEngineRate, .channels = kChannels};
   pa_proplist* const properties = pa_proplist_new();
-  // Not "music": a server may turn that down for a telephone call.
-  pa_proplist_sets(properties, PA_PROP_MEDIA_ROLE, "production");
-  stream_ = pa_stream_new_with_proplist(&context, "Kelvo", &form, nullptr, properties);
+  // Volume and mute are the server's, by this name: the monitor's are not those of the air. No role is told,
+  // for a server may turn a role down for a telephone call.
+  const QByteArray key = "kelvo-output:" + link_->Name().toUtf8();
+  pa_proplist_sets(properties, "module-stream-restore.id", key.constData());
+  const QByteArray title = link_->Name().isEmpty() ? "On Air" : link_->Name().toUtf8();
+  stream_ = pa_stream_new_with_proplist(&context, title.constData(), &form, nullptr, properties);
   pa_proplist_free(properties);
   if (!stream_) return;
   pa_stream_set_state_callback(
@@ -47,21 +54,31 @@ PulseStream::PulseStream(pa_context& context, PulseReserve& reserve, std::shared
   const char* const device = sink.isEmpty() ? nullptr : sink.constData();
   if (pa_stream_connect_playback(stream_, device, &buffer, static_cast<pa_stream_flags_t>(flags), nullptr,
                                  nullptr) < 0) {
+    Forget();
     pa_stream_unref(std::exchange(stream_, nullptr));
   }
+  link_->SetReserve(InTime(frames_));
 }
 
 PulseStream::~PulseStream() {
   if (!stream_) return;
-  pa_stream_set_state_callback(stream_, nullptr, nullptr);
-  pa_stream_set_write_callback(stream_, nullptr, nullptr);
-  pa_stream_set_underflow_callback(stream_, nullptr, nullptr);
+  Forget();
   pa_stream_disconnect(stream_);
   pa_stream_unref(stream_);
 }
 
+void PulseStream::Forget() {
+  pa_stream_set_state_callback(stream_, nullptr, nullptr);
+  pa_stream_set_write_callback(stream_, nullptr, nullptr);
+  pa_stream_set_underflow_callback(stream_, nullptr, nullptr);
+}
+
 bool PulseStream::Wanted() const {
-  return stream_ && PA_STREAM_IS_GOOD(pa_stream_get_state(stream_)) && !link_->Detached();
+  if (!stream_) return false;
+  const pa_stream_state_t state = pa_stream_get_state(stream_);
+  // One that is not there yet cannot be taken back either.
+  if (state == PA_STREAM_CREATING) return true;
+  return PA_STREAM_IS_GOOD(state) && (!link_->Detached() || tail_ < std::size_t{frames_} * kFrameBytes);
 }
 
 pa_buffer_attr PulseStream::Buffer() const {
@@ -91,15 +108,19 @@ void PulseStream::Write(std::size_t bytes) {
     }
     if (room == 0 || pa_stream_write(stream_, place, room, nullptr, 0, PA_SEEK_RELATIVE) < 0) return;
     bytes -= room;
+    if (link_->Detached()) tail_ += room;
   }
   // The first fill is silence: sound that is under way on the silent clock must not jump ahead by it.
   primed_ = true;
 }
 
 void PulseStream::RanDry() {
+  if (link_->Detached()) return;
   link_->TellDropout();
-  reserve_.Grow(frames_);
+  const pa_buffer_attr* const given = pa_stream_get_buffer_attr(stream_);
+  reserve_.Grow(given ? given->tlength / kFrameBytes : frames_);
   frames_ = reserve_.Frames();
+  link_->SetReserve(InTime(frames_));
   const pa_buffer_attr buffer = Buffer();
   if (pa_operation* const order = pa_stream_set_buffer_attr(stream_, &buffer, nullptr, nullptr)) {
     pa_operation_unref(order);

@@ -7,6 +7,7 @@
 #include <SDL2/SDL.h>
 
 #include <chrono>
+#include <string_view>
 #include <utility>
 
 namespace kelvo {
@@ -56,7 +57,9 @@ void SdlBackend::Run(const std::stop_token& stop) {
   SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Kelvo");
   SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_NAME, "Kelvo");
   // A sound server is spoken to elsewhere: here the hardware itself, unless a person wants another driver.
-  if (SDL_getenv("SDL_AUDIODRIVER") == nullptr) SDL_SetHint(SDL_HINT_AUDIODRIVER, "alsa");
+  const char* const asked = SDL_getenv("SDL_AUDIODRIVER");
+  if (asked == nullptr || std::string_view(asked).find("pulse") != std::string_view::npos)
+    SDL_SetHintWithPriority(SDL_HINT_AUDIODRIVER, "alsa", SDL_HINT_OVERRIDE);
   Initialise();
   looked_.store(true, std::memory_order_release);
   for (int turn = 1; !stop.stop_requested(); ++turn) {
