@@ -46,7 +46,7 @@ DatabaseNames DatabaseNames::Read(const Paths& paths) {
 }
 
 void DatabaseNames::Add(Paths::Slot slot, const QString& name) {
-  names_[slot].insert(name.toUpper(), name);
+  names_[static_cast<std::size_t>(slot)].insert(name.toUpper(), name);
   if (slot == Paths::Music) musicBases_.insert(BaseName(name).toUpper());
 }
 

@@ -23,7 +23,7 @@ class DatabaseNames {
 
   /// The name as it is spelled on disk; empty when there is none.
   [[nodiscard]] QString Find(Paths::Slot slot, const QString& name) const {
-    return names_[slot].value(name.toUpper());
+    return names_[static_cast<std::size_t>(slot)].value(name.toUpper());
   }
   void Add(Paths::Slot slot, const QString& name);
   /// The music file name with the first running number before its extension that no track has.

@@ -14,7 +14,7 @@ namespace kelvo {
 
 using namespace std::chrono_literals;
 
-Q_LOGGING_CATEGORY(logDevices, "kelvo.audio.devices")
+Q_LOGGING_CATEGORY(logDevices, "kelvo.audio.devices", QtWarningMsg)
 
 namespace {
 
