@@ -1,11 +1,25 @@
 #include "app/DatabaseCheck.h"
 
+#include "database/OlderForm.h"
+#include "platform/ErrorLog.h"
+#include "platform/OffloadWithin.h"
 #include "platform/SettingsStore.h"
 
 #include <QFileInfo>
 
+#include <utility>
+#include <vector>
+
 namespace kelvo {
+
+using namespace std::chrono_literals;
+
 namespace {
+
+/// A folder on a share that does not answer is not there. No window shows meanwhile.
+constexpr Nanoseconds kFolderLimit = 10s;
+/// A hundred thousand names come slowly from a share that does answer.
+constexpr Nanoseconds kListLimit = 30s;
 
 const QString kStartup = QStringLiteral("Startup");
 const QString kPathsKey = QStringLiteral("Paths");
@@ -26,45 +40,88 @@ void DatabaseCheck::Save(const Paths& paths) {
 }
 
 Job<Paths> DatabaseCheck::ThoseThere(Paths paths) {
-  const auto look = [paths] {
-    Paths present;
-    for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) {
-      if (!paths(slot).isEmpty() && QFileInfo(paths(slot)).isDir()) present.Set(slot, paths(slot));
-    }
-    return present;
-  };
-  const Paths present = co_await loop_.Offload(EventLoop::Lane::Import, look);
+  std::vector<std::pair<int, Job<std::optional<bool>>>> looks;
+  for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) {
+    if (paths(slot).isEmpty()) continue;
+    const auto look = [folder = paths(slot)] { return QFileInfo(folder).isDir(); };
+    looks.emplace_back(slot, OffloadWithin(loop_, kFolderLimit, look));
+  }
+  Paths present;
+  for (auto& [slot, look] : looks) {
+    const std::optional<bool> there = co_await std::move(look);
+    if (there.value_or(false)) present.Set(slot, paths(slot));
+  }
   co_return present;
+}
+
+Job<std::optional<QString>> DatabaseCheck::OlderFile(QString infoFolder) {
+  std::optional<QString> older;
+  const auto list = [infoFolder] { return FirstFileOfOlderForm(infoFolder); };
+  try {
+    older = co_await OffloadWithin(loop_, kListLimit, list);
+  } catch (...) {
+    basHandleError(QStringLiteral(" Main"));
+  }
+  co_return older;
+}
+
+Job<> DatabaseCheck::TellOlder(QString infoFolder, QString file) {
+  Prompt message;
+  message.text =
+      facts_.title +
+      QStringLiteral(
+          " Has Detected that You Have a Pre Version 1.1.4 Of The Program Installed.\r\n"
+          "The File %1 In The Folder %2 Is No Track Info File Of This Version ( .kif ) !\r\n"
+          "This Data Base Needs To Be Converted Before It Can Be Used. Nothing In It Was Changed.\r\n"
+          "If The File Does Not Belong There, Please Move It Away And Start Again.")
+          .arg(file, infoFolder);
+  message.icon = PromptIcon::Exclamation;
+  co_await prompter_.Ask(message);
 }
 
 Job<std::optional<Paths>> DatabaseCheck::Run() {
   const QString stored = settings_.GetSetting(facts_.title, kStartup, kPathsKey, kNoPaths);
-  std::optional<Paths> result;
+  std::optional<Paths> paths;
   if (stored == kNoPaths) {
-    result = co_await install_(Paths());
-    co_return result;
+    paths = co_await install_(Paths());
+  } else {
+    paths = Paths::FromSetting(stored);
   }
-  Paths paths = Paths::FromSetting(stored);
-  for (;;) {
-    const Paths present = co_await ThoseThere(paths);
+  while (paths) {
+    const Paths present = co_await ThoseThere(*paths);
     int missing = Paths::kFirst;
     while (missing <= Paths::kLast && !present(missing).isEmpty()) ++missing;
-    if (missing > Paths::kLast) break;
-    Prompt question;
-    question.text =
-        QStringLiteral("Cannot Find path ") + paths(missing) + QStringLiteral(" Run Install Again ?");
-    question.buttons = Buttons::YesNo;
-    question.icon = PromptIcon::Information;
-    const Answer answer = co_await prompter_.Ask(question);
-    if (answer == Answer::Yes) {
-      result = co_await install_(present);
-      co_return result;
+    if (missing > Paths::kLast) {
+      const QString infoFolder = (*paths)(Paths::Info);
+      const std::optional<QString> older = co_await OlderFile(infoFolder);
+      if (older == QString()) break;
+      if (older) {
+        co_await TellOlder(infoFolder, *older);
+        paths.reset();
+        break;
+      }
+      missing = Paths::Info;
     }
-    const Repair repair = co_await RepairPath(&paths, missing);
-    if (repair == Repair::GivenUp) co_return result;
+    paths = co_await AskFor(*paths, missing, present);
   }
-  result = paths;
-  co_return result;
+  co_return paths;
+}
+
+Job<std::optional<Paths>> DatabaseCheck::AskFor(Paths paths, int missing, Paths present) {
+  Prompt question;
+  question.text =
+      QStringLiteral("Cannot Find path ") + paths(missing) + QStringLiteral(" Run Install Again ?");
+  question.buttons = Buttons::YesNo;
+  question.icon = PromptIcon::Information;
+  const Answer answer = co_await prompter_.Ask(question);
+  std::optional<Paths> next;
+  if (answer == Answer::Yes) {
+    next = co_await install_(present);
+    co_return next;
+  }
+  const Repair repair = co_await RepairPath(&paths, missing);
+  if (repair == Repair::Done) next = paths;
+  co_return next;
 }
 
 Job<DatabaseCheck::Repair> DatabaseCheck::RepairPath(Paths* paths, int slot) {
@@ -73,18 +130,25 @@ Job<DatabaseCheck::Repair> DatabaseCheck::RepairPath(Paths* paths, int slot) {
                          QStringLiteral(" Cannot Be Located !\r\nPlease Enter The Path To This Folder");
     const QString initial = (*paths)(slot);
     const QString entered = co_await prompter_.AskText(QStringLiteral("Path error"), text, initial);
-    if (entered.contains(QLatin1Char(','))) {
-      Prompt message;
-      message.text =
-          QStringLiteral("The path %1 holds a comma, which the settings use between paths !").arg(entered);
-      message.icon = PromptIcon::Exclamation;
-      co_await prompter_.Ask(message);
+    const QString path = entered.trimmed();
+    if (!path.isEmpty()) {
+      Prompt refusal;
+      refusal.text = Paths::WhyNotKept(path);
+      refusal.icon = PromptIcon::Exclamation;
+      if (refusal.text.isEmpty()) {
+        // Kept, a wrong folder would end every start from now on.
+        std::optional<QString> older;
+        if (slot == Paths::Info) older = co_await OlderFile(path);
+        if (older && !older->isEmpty()) {
+          co_await TellOlder(path, *older);
+          continue;
+        }
+        paths->Set(slot, path);
+        Save(*paths);
+        co_return Repair::Done;
+      }
+      co_await prompter_.Ask(refusal);
       continue;
-    }
-    if (!entered.trimmed().isEmpty()) {
-      paths->Set(slot, entered.trimmed());
-      Save(*paths);
-      co_return Repair::Done;
     }
     Prompt question;
     question.text = QStringLiteral("Cancel resetting Paths ?");

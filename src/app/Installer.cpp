@@ -37,9 +37,8 @@ void MakeFolder(const QString& path) {
 }
 
 QString WhyNotOn(const QString& path) {
-  if (!QDir::isAbsolutePath(path)) return QStringLiteral("Not a whole path : %1").arg(path);
-  if (path.contains(QLatin1Char(',')))
-    return QStringLiteral("The path %1 holds a comma, which the settings use between paths !").arg(path);
+  const QString notKept = Paths::WhyNotKept(path);
+  if (!notKept.isEmpty()) return notKept;
   QFileInfo there(path);
   while (!there.exists() && !there.isRoot()) there.setFile(there.path());
   if (!there.isDir()) return QStringLiteral("%1 is a file, not a folder !").arg(there.filePath());

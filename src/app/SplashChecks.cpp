@@ -14,10 +14,84 @@ namespace kelvo {
 
 namespace {
 
+const QString kTag = QStringLiteral(" splsh");
+const QString kMixers = QStringLiteral("Quiz Mixers");
+const QString kIntros = QStringLiteral("Quiz Intros");
+const QString kRequestFiles = QStringLiteral("RequestFiles");
+
+/// Steps of which each is tried, whatever became of the ones before.
+struct FileSteps {
+  template <typename Work>
+  void Do(Work&& work) {
+    try {
+      work();
+    } catch (...) {
+      failures.push_back(std::current_exception());
+    }
+  }
+  std::vector<std::exception_ptr> failures;
+};
+
+void MakeFolder(const QString& path) {
+  if (!QDir().mkpath(path)) throw Failure(QStringLiteral("Cannot create the folder ") + path, 0, path);
+}
+
 void CopyUnlessThere(const QString& from, const QString& folder, const QString& name) {
   const QString to = QDir(folder).filePath(name);
   if (QFileInfo::exists(to)) return;
   ReplaceFile(to, ReadWholeFile(from));
+}
+
+void PlaceSystemMedia(const QDir& program, const QString& jinglesFolder, FileSteps& steps) {
+  const QString mixers = program.filePath(kMixers);
+  const std::array prefixes{std::pair{QStringLiteral("KELVOMX-"), mixers},
+                            std::pair{QStringLiteral("KELVOIN-"), program.filePath(kIntros)},
+                            std::pair{QStringLiteral("KELVOJG-"), jinglesFolder}};
+  static const QStringList effects{QStringLiteral("QzCymbol.wav"), QStringLiteral("QzDrum.wav"),
+                                   QStringLiteral("QzOink.WAV")};
+  const QStringList files = program.entryList(QDir::Files);
+  for (const QString& file : files) {
+    const QString path = program.filePath(file);
+    if (effects.contains(file, Qt::CaseInsensitive)) {
+      steps.Do([&] { CopyUnlessThere(path, mixers, file); });
+    }
+    if (UpperExtension(file) != QStringLiteral("MP3")) continue;
+    for (const auto& [prefix, folder] : prefixes) {
+      if (!file.startsWith(prefix)) continue;
+      steps.Do(
+          [&, prefix = prefix, folder = folder] { CopyUnlessThere(path, folder, file.mid(prefix.size())); });
+    }
+  }
+}
+
+void SeedRequestFiles(const QDir& program, FileSteps& steps) {
+  const std::array lists{
+      std::pair{QStringLiteral("NamesMale.txt"), QStringLiteral("Andy,Adam,Alan,Brian,Brad,Barry,Clive")},
+      std::pair{QStringLiteral("NamesFem.txt"), QStringLiteral("Alice,Ann,Bonnie,Carol,Christine,Cathy")},
+      std::pair{QStringLiteral("Messages.txt"),
+                QStringLiteral("Happy Birthday,Happy Anniversary,Congratulations On New Baby")},
+  };
+  const QDir folder(program.filePath(kRequestFiles));
+  for (const auto& [name, entries] : lists) {
+    steps.Do([&, path = folder.filePath(name), entries = entries] {
+      if (!QFileInfo::exists(path)) TextFile(entries.split(QLatin1Char(','))).Write(path);
+    });
+  }
+}
+
+/// Makes the folders that stand beside the program's own files, puts the media that come with it where they
+/// belong and seeds the request files, each only where no file of that name is. What fails leaves the rest to
+/// be done and is in the result. Blocks for the disk.
+std::vector<std::exception_ptr> PlaceFiles(const QString& programFolder, const QString& jinglesFolder) {
+  const QDir program(programFolder);
+  FileSteps steps;
+  for (const QString& name :
+       {kMixers, kIntros, QStringLiteral("Pop Quizes"), kRequestFiles, QStringLiteral("Info Bank")}) {
+    steps.Do([&] { MakeFolder(program.filePath(name)); });
+  }
+  PlaceSystemMedia(program, jinglesFolder, steps);
+  SeedRequestFiles(program, steps);
+  return steps.failures;
 }
 
 }  // namespace
@@ -29,9 +103,17 @@ void SplashChecks::Say(const QString& line) const {
 Job<> SplashChecks::Run() {
   Say(QStringLiteral("Platform ") + services_.platform.name + QStringLiteral(" : ") +
       services_.platform.details);
-  co_await CheckDisplay();
-  co_await CheckAudio();
-  co_await PlaceSystemFiles();
+  co_await Step(CheckDisplay());
+  co_await Step(CheckAudio());
+  co_await Step(PlaceSystemFiles());
+}
+
+Job<> SplashChecks::Step(Job<> step) {
+  try {
+    co_await std::move(step);
+  } catch (...) {
+    basHandleError(kTag);
+  }
 }
 
 Job<> SplashChecks::CheckDisplay() {
@@ -93,57 +175,12 @@ Job<> SplashChecks::CheckAudio() {
 }
 
 Job<> SplashChecks::PlaceSystemFiles() {
-  try {
-    const auto place = [programFolder = services_.programFolder, jingles = services_.paths(Paths::Jingles)] {
-      PlaceSystemMedia(programFolder, jingles);
-      SeedRequestFiles(programFolder);
-    };
-    co_await services_.loop.Offload(EventLoop::Lane::Files, place);
-  } catch (...) {
-    basHandleError(QStringLiteral(" splsh"));
-  }
-}
-
-void PlaceSystemMedia(const QString& programFolder, const QString& jinglesFolder) {
-  const QDir program(programFolder);
-  const QString mixers = program.filePath(QStringLiteral("Quiz Mixers"));
-  const QString intros = program.filePath(QStringLiteral("Quiz Intros"));
-  for (const QString& folder : {mixers, intros}) {
-    if (!QDir().mkpath(folder))
-      throw Failure(QStringLiteral("Cannot create the folder ") + folder, 0, folder);
-  }
-  const std::array prefixes{std::pair{QStringLiteral("KELVOMX-"), mixers},
-                            std::pair{QStringLiteral("KELVOIN-"), intros},
-                            std::pair{QStringLiteral("KELVOJG-"), jinglesFolder}};
-  static const QStringList effects{QStringLiteral("QzCymbol.wav"), QStringLiteral("QzDrum.wav"),
-                                   QStringLiteral("QzOink.WAV")};
-  const QStringList files = program.entryList(QDir::Files);
-  for (const QString& file : files) {
-    const QString path = program.filePath(file);
-    if (effects.contains(file, Qt::CaseInsensitive)) CopyUnlessThere(path, mixers, file);
-    if (UpperExtension(file) != QStringLiteral("MP3")) continue;
-    for (const auto& [prefix, folder] : prefixes) {
-      if (file.startsWith(prefix)) CopyUnlessThere(path, folder, file.mid(prefix.size()));
-    }
-  }
-}
-
-void SeedRequestFiles(const QString& programFolder) {
-  const QDir program(programFolder);
-  for (const QString& name : {QStringLiteral("RequestFiles"), QStringLiteral("Info Bank")}) {
-    if (!program.mkpath(name))
-      throw Failure(QStringLiteral("Cannot create the folder ") + program.filePath(name));
-  }
-  const std::array lists{
-      std::pair{QStringLiteral("NamesMale.txt"), QStringLiteral("Andy,Adam,Alan,Brian,Brad,Barry,Clive")},
-      std::pair{QStringLiteral("NamesFem.txt"), QStringLiteral("Alice,Ann,Bonnie,Carol,Christine,Cathy")},
-      std::pair{QStringLiteral("Messages.txt"),
-                QStringLiteral("Happy Birthday,Happy Anniversary,Congratulations On New Baby")},
+  const auto place = [programFolder = services_.programFolder, jingles = services_.paths(Paths::Jingles)] {
+    return PlaceFiles(programFolder, jingles);
   };
-  for (const auto& [name, entries] : lists) {
-    const QString path = program.filePath(QStringLiteral("RequestFiles/") + name);
-    if (!QFileInfo::exists(path)) TextFile(entries.split(QLatin1Char(','))).Write(path);
-  }
+  const std::vector<std::exception_ptr> failures =
+      co_await services_.loop.Offload(EventLoop::Lane::Files, place);
+  for (const std::exception_ptr& failure : failures) basHandleError(kTag, failure);
 }
 
 }  // namespace kelvo

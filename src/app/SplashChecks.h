@@ -53,16 +53,13 @@ class SplashChecks {
   [[nodiscard]] Job<> CheckDisplay();
   [[nodiscard]] Job<> CheckAudio();
   [[nodiscard]] Job<> PlaceSystemFiles();
+  /// A step that fails is told and leaves the next ones to run.
+  [[nodiscard]] Job<> Step(Job<> step);
   void Say(const QString& line) const;
 
   Services services_;
   bool pflEnabled_ = false;
   bool audioFailed_ = false;
 };
-
-/// Puts the media that come with the program where they belong and seeds the request files, each only where
-/// no file of that name is. Throws Failure. Blocks for the disk.
-void PlaceSystemMedia(const QString& programFolder, const QString& jinglesFolder);
-void SeedRequestFiles(const QString& programFolder);
 
 }  // namespace kelvo

@@ -113,7 +113,8 @@ TickDecision DecideTick(const TickQuestion& question) {
                             ? question.AutoTransition
                             : kAutoDub;
   const int delta = std::max(question.AutoDelta, 1);
-  const bool silent = !question.decks[Deck::One].onAir && !question.decks[Deck::Two].onAir;
+  const bool silent =
+      !question.Starting && !question.decks[Deck::One].onAir && !question.decks[Deck::Two].onAir;
   for (const Deck deck : kDecks) {
     const TickDeck& other = question.decks[Other(deck)];
     if (question.decks[deck].state != DeckState::Loaded) continue;
@@ -122,7 +123,8 @@ TickDecision DecideTick(const TickQuestion& question) {
     decision.next = deck;
     const qint64 left = Int(other.duration - delta) - Int(other.position);
     decision.secondsLeft = silent ? 0 : static_cast<int>(std::clamp<qint64>(left, 0, 1 << 30));
-    if (!question.PauseAtEnd && decision.secondsLeft == 0) decision.start = deck;
+    const bool held = question.PauseAtEnd || question.Starting;
+    if (!held && decision.secondsLeft == 0) decision.start = deck;
     return decision;
   }
   return decision;

@@ -74,7 +74,7 @@ struct TickDeck {
   DeckState state = DeckState::Empty;
   double duration = 0;  ///< seconds
   double position = 0;  ///< seconds
-  bool onAir = false;   ///< is the deck that plays, and its player runs
+  bool onAir = false;   ///< its player runs and the slider lets it be heard
 };
 
 struct TickQuestion {
@@ -82,6 +82,7 @@ struct TickQuestion {
   int AutoDelta = 0;
   int AutoTransition = 0;
   bool PauseAtEnd = false;
+  bool Starting = false;  ///< a deck is being brought in: no second one, and no silence
 };
 
 struct TickDecision {

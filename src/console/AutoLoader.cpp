@@ -80,15 +80,13 @@ Job<> AutoLoader::LoadEnded(Deck deck) {
   while (services_.decks.Record(deck).Loading) co_await services_.loop.Sleep(kLoadPoll);
 }
 
-Job<> AutoLoader::FadeEnded() {
-  while (FadeHolds()) co_await services_.loop.Sleep(kFadePoll);
+Job<> AutoLoader::DeckFree(Deck deck, bool atStart) {
+  while (FadeHolds() || (!atStart && Sounds(deck))) co_await services_.loop.Sleep(kFadePoll);
 }
 
-bool AutoLoader::Silent() const {
-  return std::none_of(kDecks.begin(), kDecks.end(), [this](Deck deck) {
-    return services_.decks.Player(deck).State() == PlayState::Playing &&
-           services_.decks.Record(deck).Loss < kMostLoss;
-  });
+bool AutoLoader::Sounds(Deck deck) const {
+  const bool runs = services_.decks.Player(deck).State() == PlayState::Playing;
+  return runs && !(services_.FadedOut && services_.FadedOut(deck));
 }
 
 bool AutoLoader::FadeHolds() const {
@@ -140,7 +138,7 @@ Job<bool> AutoLoader::Fill(Deck deck, From from, bool atStart) {
   tried_.clear();
   bool filled = false;
   if (services_.state.PreviewOn) {
-    filled = co_await FillFromCatalogue(deck);
+    filled = co_await FillFromCatalogue(deck, atStart);
   } else {
     filled = co_await FillFromQueue(deck, from, atStart);
   }
@@ -152,7 +150,7 @@ Job<bool> AutoLoader::Fill(Deck deck, From from, bool atStart) {
 Job<bool> AutoLoader::FillFromQueue(Deck deck, From from, bool atStart) {
   From next = from;
   for (;;) {
-    co_await FadeEnded();
+    co_await DeckFree(deck, atStart);
     const int row = ChooseRow(deck, next, atStart);
     if (row == 0) co_return false;
     services_.queue.Select(row);
@@ -184,10 +182,10 @@ Job<bool> AutoLoader::FillFromQueue(Deck deck, From from, bool atStart) {
   }
 }
 
-Job<bool> AutoLoader::FillFromCatalogue(Deck deck) {
+Job<bool> AutoLoader::FillFromCatalogue(Deck deck, bool atStart) {
   const int most = std::min(services_.catalogue.LastTrack(), kMostPicks);
   for (int tries = 0; tries < most; ++tries) {
-    co_await FadeEnded();
+    co_await DeckFree(deck, atStart);
     services_.state.NextTrackDue = false;
     services_.decks.LoadDeck(deck);
     co_await LoadEnded(deck);

@@ -30,16 +30,18 @@ class AutoLoader {
     PlayQueue& queue;
     const Catalogue& catalogue;
     RandomSource& random;
+    std::function<bool(Deck)> FadedOut;  ///< by the slider, see Transitions
   };
 
-  explicit AutoLoader(Services services) : services_(services) {}
+  explicit AutoLoader(Services services) : services_(std::move(services)) {}
 
   /// Which row a Fill looks at first.
   enum class From { Selected, BehindSelected, Random };
 
   /// Until `deck` is loaded with a track that can be played (true), or nothing can be at the moment (false).
-  /// Waits for a fade to end, unless nothing sounds. At the start of a run (`atStart`) a row is taken though
-  /// its track stood in the deck before. Held by the caller; one at a time.
+  /// Waits for a fade to end, unless nothing sounds, and, but for the start of a run (`atStart`), until
+  /// nothing is heard of the deck. At that start a row is taken though its track stood in the deck before.
+  /// Held by the caller; one at a time.
   [[nodiscard]] Job<bool> Fill(Deck deck, From from, bool atStart = false);
 
   /// The row that the next Fill into `deck` would load; 0 when that is up to chance or there is none.
@@ -48,6 +50,8 @@ class AutoLoader {
   /// A track that no preview has played yet, for the load that is under way; none when there is none.
   [[nodiscard]] std::optional<Mref> PickPreview();
 
+  /// The deck is loaded with a track that can be heard; one that is loaded with another is done.
+  [[nodiscard]] bool HoldsGoodTrack(Deck deck);
   /// A file was found to be no good while it played.
   void MarkBad(const QString& path);
   /// Every row, or very many tracks of a preview, were tried and none can be played.
@@ -55,8 +59,12 @@ class AutoLoader {
   /// A new run begins: nothing is known to be bad.
   void Reset();
 
-  /// No player runs, but for one that is faded out: whatever is under way, silence goes first.
-  [[nodiscard]] bool Silent() const;
+  /// Its player runs and the slider lets it be heard.
+  [[nodiscard]] bool Sounds(Deck deck) const;
+  /// Neither deck sounds: whatever is under way, silence goes first.
+  [[nodiscard]] bool Silent() const { return !Sounds(Deck::One) && !Sounds(Deck::Two); }
+  /// A fade walks and is let be: there is sound in it.
+  [[nodiscard]] bool FadeHolds() const;
 
   /// Random rows instead of the queue's order.
   bool RandomOn = false;
@@ -75,11 +83,9 @@ class AutoLoader {
   [[nodiscard]] NextRowQuestion QuestionFor(Deck deck, From from, bool atStart, bool retryBad) const;
   [[nodiscard]] int ChooseRow(Deck deck, From from, bool atStart);
   [[nodiscard]] Job<bool> FillFromQueue(Deck deck, From from, bool atStart);
-  [[nodiscard]] Job<bool> FillFromCatalogue(Deck deck);
+  [[nodiscard]] Job<bool> FillFromCatalogue(Deck deck, bool atStart);
   [[nodiscard]] Job<> LoadEnded(Deck deck);
-  [[nodiscard]] Job<> FadeEnded();
-  [[nodiscard]] bool FadeHolds() const;
-  [[nodiscard]] bool HoldsGoodTrack(Deck deck);
+  [[nodiscard]] Job<> DeckFree(Deck deck, bool atStart);
   void CueAgain(Deck deck);
   void Skip(const QString& path, const QString& title, const QString& why);
 

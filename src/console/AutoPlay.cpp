@@ -20,7 +20,7 @@ const QString kTag = QStringLiteral(" autoplay");
 AutoPlay::AutoPlay(Services services)
     : services_(std::move(services)),
       loader_({services_.loop, services_.state, services_.decks, services_.queue, services_.catalogue,
-               services_.random}) {
+               services_.random, services_.FadedOut}) {
   SetDelta(services_.delta);
   loader_.OnSkipped = [this](const QString& title, const QString& why) { TellSkipped(title, why); };
   loader_.OnCuedAgain = [this](Deck deck) { CheckFadeOverride(deck); };
@@ -115,6 +115,16 @@ void AutoPlay::SetRandom(bool ticked) {
   Q_EMIT Changed();
 }
 
+Job<> AutoPlay::TakeDesk() {
+  const DeckEngine& decks = services_.decks;
+  while (loader_.FadeHolds() || Starting() || decks.Record(Deck::One).Loading ||
+         decks.Record(Deck::Two).Loading) {
+    co_await services_.loop.Sleep(100ms);
+  }
+  // What was loaded by hand, or for a run that was switched off meanwhile, nobody has looked at.
+  for (const Deck deck : kDecks) static_cast<void>(loader_.HoldsGoodTrack(deck));
+}
+
 Job<> AutoPlay::StartPreview() {
   try {
     if (loader_.UsedPicks.Count() > 0) {
@@ -135,8 +145,15 @@ Job<> AutoPlay::StartPreview() {
       SwitchOff();
       co_return;
     }
-    const bool filled = co_await loader_.Fill(Deck::One, AutoLoader::From::Selected);
-    if (filled) StartByFade(Deck::One);
+    co_await TakeDesk();
+    // Deck 1, unless a preview there would cut off the track on air.
+    const Deck first = loader_.Sounds(Deck::One) && !loader_.Sounds(Deck::Two) ? Deck::Two : Deck::One;
+    const bool filled = co_await loader_.Fill(first, AutoLoader::From::Selected, true);
+    if (filled) {
+      StartByFade(first);
+    } else {
+      ShowStatus(Decide());
+    }
   } catch (...) {
     basHandleError(kTag);
   }
@@ -148,11 +165,14 @@ Job<> AutoPlay::StartQueue() {
     PlayQueue& queue = services_.queue;
     DeckEngine& decks = services_.decks;
     if (queue.Selected() > queue.Count() - 1 || queue.Selected() <= 1) queue.Select(1);
-    while (services_.state.TransitionActive || decks.Record(Deck::One).Loading ||
-           decks.Record(Deck::Two).Loading) {
-      co_await services_.loop.Sleep(100ms);
-    }
+    co_await TakeDesk();
     const auto is = [&decks](Deck deck, DeckState state) { return decks.Record(deck).State == state; };
+    const auto idle = [&](Deck deck) { return is(deck, DeckState::Done) || is(deck, DeckState::Empty); };
+    for (const Deck deck : kDecks) {
+      // Where it was switched off behind a dub, a deck that counts as done may be the one on air.
+      if (idle(Deck::One) && idle(Deck::Two) && loader_.Sounds(deck))
+        decks.SetState(deck, DeckState::Playing);
+    }
     if (is(Deck::One, DeckState::Playing) && is(Deck::Two, DeckState::Playing)) {
       StopFadedDeckAndStartIt();
       co_return;
@@ -169,7 +189,11 @@ Job<> AutoPlay::StartQueue() {
       if (is(Deck::One, DeckState::Loaded)) co_await loader_.Fill(Deck::Two, From::BehindSelected, true);
     }
     const Deck first = is(Deck::One, DeckState::Loaded) ? Deck::One : Deck::Two;
-    if (is(first, DeckState::Loaded)) StartByFade(first);
+    if (is(first, DeckState::Loaded)) {
+      StartByFade(first);
+    } else {
+      ShowStatus(Decide());
+    }
   } catch (...) {
     basHandleError(kTag);
   }

@@ -58,6 +58,8 @@ class AutoPlay : public QObject {
     std::function<void(const QString&)> LogPlay;  ///< a title goes on air, for the session log
     std::function<void()> RunGroup;               ///< the group runner takes over; GroupPlayOn is set
     std::function<void()> StopGroup;              ///< the operator ends it
+    std::function<bool()> Starting;               ///< a start routine is on its way
+    std::function<bool(Deck)> FadedOut;           ///< the slider lets nothing be heard of the deck
   };
 
   explicit AutoPlay(Services services);
@@ -137,6 +139,8 @@ class AutoPlay : public QObject {
   };
   void SwitchOn(bool preview);
   void SwitchOff();
+  /// Until nothing that was begun before is on its way. A deck that is loaded then can be heard.
+  [[nodiscard]] Job<> TakeDesk();
   [[nodiscard]] Job<> StartPreview();
   [[nodiscard]] Job<> StartQueue();
   void StartByFade(Deck deck);
@@ -146,11 +150,11 @@ class AutoPlay : public QObject {
   void TakeSettings(Deck deck, const AutoSettings& settings);
   [[nodiscard]] TrackPlaySettings SettingsOf(Deck deck) const;
   [[nodiscard]] TickDecision Decide() const;
+  [[nodiscard]] bool Starting() const { return services_.Starting && services_.Starting(); }
   [[nodiscard]] bool Runs(Deck deck) const;
-  /// Runs, and isn't faded out.
-  [[nodiscard]] bool OnAir(Deck deck) const;
   void Watch(Deck deck);
-  [[nodiscard]] std::optional<Deck> FreeDeck() const;
+  /// The deck that takes the next track; one that is done and still heard only when `soon` is enough.
+  [[nodiscard]] std::optional<Deck> FreeDeck(bool soon) const;
   void LoadNext();
   [[nodiscard]] Job<> RunLoad(Deck deck);
   void ShowStatus(const TickDecision& decision);

@@ -35,30 +35,28 @@ bool AutoPlay::Runs(Deck deck) const {
          services_.decks.Player(deck).State() == PlayState::Playing;
 }
 
-bool AutoPlay::OnAir(Deck deck) const {
-  return Runs(deck) && services_.decks.Record(deck).Loss < kMostLoss;
-}
-
 TickDecision AutoPlay::Decide() const {
   TickQuestion question;
   for (const Deck deck : kDecks) {
     const DeckRecord& record = services_.decks.Record(deck);
     const DeckState state =
         record.Loading && record.State == DeckState::Loaded ? DeckState::Done : record.State;
-    question.decks[deck] = {state, record.Duration, record.Position, OnAir(deck)};
+    question.decks[deck] = {state, record.Duration, record.Position, loader_.Sounds(deck)};
   }
   question.AutoDelta = now_.AutoDelta;
   question.AutoTransition = now_.AutoTransition;
   question.PauseAtEnd = pauseAtEnd_;
+  question.Starting = Starting();
   return DecideTick(question);
 }
 
 void AutoPlay::AutoTick() {
-  if (!services_.state.AutoPlayOn || starting_.Running()) return;
-  // A fade is let be, unless all sound has ended under it.
-  if (services_.state.TransitionActive && !loader_.Silent()) return;
-  if (now_.AutoTransition == 0) now_.AutoTransition = kAutoDub;
+  if (!services_.state.AutoPlayOn) return;
   for (const Deck deck : kDecks) Watch(deck);
+  if (starting_.Running()) return;
+  // A fade is let be, unless all sound has ended under it.
+  if (loader_.FadeHolds()) return;
+  if (now_.AutoTransition == 0) now_.AutoTransition = kAutoDub;
   const TickDecision decision = Decide();
   if (decision.start && !lag_.Running()) {
     if (mode_ == AutoMode::Jukebox && services_.settings.JukeLag > 0) {
@@ -83,8 +81,7 @@ void AutoPlay::StartNext(Deck deck, int transition) {
 Job<> AutoPlay::StartAfterLag(Deck deck, int transition) {
   co_await services_.loop.Sleep(std::chrono::seconds(services_.settings.JukeLag));
   const bool stillThere = services_.decks.Record(deck).State == DeckState::Loaded;
-  const bool fadeWalks = services_.state.TransitionActive && !loader_.Silent();
-  if (stillThere && !pauseAtEnd_ && !fadeWalks) StartNext(deck, transition);
+  if (stillThere && !pauseAtEnd_ && !loader_.FadeHolds() && !Starting()) StartNext(deck, transition);
 }
 
 void AutoPlay::Watch(Deck deck) {
@@ -93,7 +90,7 @@ void AutoPlay::Watch(Deck deck) {
   Seen& seen = seen_[deck];
   const bool sameTrack = seen.path == record.FilePath;
   const double position = services_.decks.Player(deck).CurrentPosition();
-  if (Runs(deck)) {
+  if (Runs(deck) || (record.State == DeckState::Done && loader_.Sounds(deck))) {
     if (!seen.playing || !sameTrack || position != seen.position) seen.movedAt = now;
     seen = {true, record.FilePath, position, now, seen.movedAt, 0};
     if (now - seen.movedAt < kStall) return;
@@ -116,10 +113,11 @@ void AutoPlay::Watch(Deck deck) {
   seen.dead = 0;
 }
 
-std::optional<Deck> AutoPlay::FreeDeck() const {
-  const auto free = [this](Deck deck) {
+std::optional<Deck> AutoPlay::FreeDeck(bool soon) const {
+  const auto free = [&](Deck deck) {
     const DeckRecord& record = services_.decks.Record(deck);
-    return (record.State == DeckState::Done || record.State == DeckState::Empty) && !record.Loading;
+    return (record.State == DeckState::Done || record.State == DeckState::Empty) && !record.Loading &&
+           (soon || !loader_.Sounds(deck));
   };
   const auto waits = [this](Deck deck) {
     const DeckRecord& record = services_.decks.Record(deck);
@@ -133,7 +131,7 @@ std::optional<Deck> AutoPlay::FreeDeck() const {
 
 void AutoPlay::LoadNext() {
   if (!services_.state.AutoPlayOn || loading_.Running()) return;
-  const std::optional<Deck> deck = FreeDeck();
+  const std::optional<Deck> deck = FreeDeck(false);
   if (!deck || services_.loop.Elapsed() < nextRound_) return;
   loading_ = RunLoad(*deck);
 }
@@ -196,7 +194,7 @@ std::optional<UpNext> AutoPlay::Next() const {
     }
     return next;
   }
-  const std::optional<Deck> deck = FreeDeck();
+  const std::optional<Deck> deck = FreeDeck(true);
   if (!deck) return std::nullopt;
   next.queueIndex = loader_.Foreseen(*deck);
   if (next.queueIndex != 0) next.title = services_.queue.Row(next.queueIndex).Text(TrackColumn);

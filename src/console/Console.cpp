@@ -36,6 +36,7 @@ Console::Console(Services services)
       tick_({services_.loop, state_, decks_, queue_, panel_, *warningPlayer_, services_.title,
              services_.version, services_.aboutLine, sessionStart_}),
       lock_(services_.prompter),
+      managerAccess_(services_.prompter, settings_.DmanAccess, settings_.DmanPassWord),
       filter_(services_.catalogue),
       browser_(services_.loop, services_.catalogue, filter_, queue_, state_),
       statusLine_(services_.aboutLine) {
@@ -68,7 +69,9 @@ AutoPlay::Services Console::ForAutoPlay() {
             if (!services_.documents.isEmpty()) log_.LogPlay(title, state_.AutoPlayOn);
           },
           {},
-          {}};
+          {},
+          [this] { return transitions_.Starting(); },
+          [this](Deck deck) { return transitions_.FadedOut(deck); }};
 }
 
 void Console::JoinParts() {
@@ -173,7 +176,8 @@ Job<> Console::LoadCatalogue() {
     Prompt message;
     message.text = services_.title +
                    QStringLiteral(" Has Encountered Unstable File/s and has to Close\r\nPlease Restart ") +
-                   services_.title + QStringLiteral("\r\nRecent Changes May Need To be Repeated !");
+                   services_.title + QStringLiteral("\r\nRecent Changes May Need To be Repeated !\r\n") +
+                   loader_->UnstableFile();
     message.icon = PromptIcon::Critical;
     co_await services_.prompter.Ask(message);
     if (OnMustEnd) OnMustEnd();
@@ -190,12 +194,17 @@ Job<> Console::LoadCatalogue() {
 
 void Console::CatalogueChanged() {
   if (statusLine_.startsWith(kTotalTracks)) SetStatusLine(TotalTracks(services_.catalogue));
-  refill_ = FillBrowser();
+  refill_ = TakeInTracks();
 }
 
 Job<> Console::FillBrowser() {
   co_await filter_.Build(services_.loop);
   co_await browser_.FillLists();
+}
+
+Job<> Console::TakeInTracks() {
+  co_await filter_.Build(services_.loop);
+  co_await browser_.TakeIn();
 }
 
 Job<bool> Console::QueryClose(bool bySystem) {

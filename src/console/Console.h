@@ -5,6 +5,7 @@
 #include "console/ConfirmationPanel.h"
 #include "console/ConsoleSettings.h"
 #include "console/ConsoleState.h"
+#include "console/DataManagerAccess.h"
 #include "console/DeckEngine.h"
 #include "console/LibraryBrowser.h"
 #include "console/PlayQueue.h"
@@ -66,6 +67,7 @@ class Console : public QObject {
   [[nodiscard]] AutoPlay& Automatic() { return auto_; }
   [[nodiscard]] StatusTick& Status() { return tick_; }
   [[nodiscard]] ScreenLock& Lock() { return lock_; }
+  [[nodiscard]] DataManagerAccess& ManagerAccess() { return managerAccess_; }
   [[nodiscard]] Catalogue& Tracks() { return services_.catalogue; }
   [[nodiscard]] TrackFilter& Filter() { return filter_; }
   [[nodiscard]] LibraryBrowser& Browser() { return browser_; }
@@ -78,7 +80,8 @@ class Console : public QObject {
   void Activate();
   [[nodiscard]] bool PendingCatalogueLoad() const { return pendingCatalogueLoad_; }
   [[nodiscard]] bool CatalogueLoaded() const { return catalogueLoaded_; }
-  /// Tracks or names came to the catalogue, or went: the browser's lists begin anew.
+  /// Tracks or names came to the catalogue, or tracks were replaced: the browser takes them in and keeps the
+  /// operator's choice.
   void CatalogueChanged();
   /// The running load, for its window; none otherwise.
   [[nodiscard]] const CatalogueLoader* Load() const { return loader_.get(); }
@@ -120,6 +123,7 @@ class Console : public QObject {
   [[nodiscard]] AutoPlay::Services ForAutoPlay();
   [[nodiscard]] Job<> LoadCatalogue();
   [[nodiscard]] Job<> FillBrowser();
+  [[nodiscard]] Job<> TakeInTracks();
   void ShowDevice(const OutputStatus& status);
   void OnPanelConfirmed(const PanelQuestion& question);
   [[nodiscard]] SessionFacts FactsFor(Deck deck) const;
@@ -141,6 +145,7 @@ class Console : public QObject {
   std::unique_ptr<MediaPlayer> warningPlayer_;
   StatusTick tick_;
   ScreenLock lock_;
+  DataManagerAccess managerAccess_;
   TrackFilter filter_;
   LibraryBrowser browser_;
   std::unique_ptr<CatalogueLoader> loader_;

@@ -2,26 +2,21 @@
 
 namespace kelvo {
 
-void DataManagerAccess::SetAccess(bool dmanAccess, const QString& password) {
-  dmanAccess_ = dmanAccess;
-  password_ = password;
-}
-
-void DataManagerAccess::Enter() {
+void DataManagerAccess::Enter(std::function<void()> open) {
   if (asking_.Running()) return;
-  if (!dmanAccess_) {
-    asking_ = AskPassword();
-  } else if (OnGranted) {
-    OnGranted();
+  if (dmanAccess_) {
+    open();
+  } else {
+    asking_ = AskPassword(std::move(open));
   }
 }
 
-Job<> DataManagerAccess::AskPassword() {
+Job<> DataManagerAccess::AskPassword(std::function<void()> open) {
   const QString answer =
       co_await prompter_.AskSecret(QStringLiteral("Data Manager Access"), QStringLiteral("Enter PassWord"));
   if (answer.isEmpty()) co_return;
   if (answer == password_) {
-    if (OnGranted) OnGranted();
+    open();
     co_return;
   }
   Prompt refusal;

@@ -9,23 +9,19 @@
 
 namespace kelvo {
 
-/// The console's way into the Data Manager: free, or behind a password. Owned by the Console; logic thread.
+/// The console's way into the Data Manager and its tools: free, or behind a password. The setting counts from
+/// one start of the program to the next. Owned by the Console; logic thread.
 class DataManagerAccess {
  public:
   /// `dmanAccess`: free access. Otherwise `password` opens; an empty one opens never.
   DataManagerAccess(Prompter& prompter, bool dmanAccess, QString password)
       : prompter_(prompter), dmanAccess_(dmanAccess), password_(std::move(password)) {}
 
-  /// The settings were changed.
-  void SetAccess(bool dmanAccess, const QString& password);
-
-  /// The menu entry. Does nothing while its question is open.
-  void Enter();
-  /// Opens the Data Manager.
-  std::function<void()> OnGranted;
+  /// A menu entry: calls `open` when the way is free. Does nothing while the question of an entry is open.
+  void Enter(std::function<void()> open);
 
  private:
-  [[nodiscard]] Job<> AskPassword();
+  [[nodiscard]] Job<> AskPassword(std::function<void()> open);
 
   Prompter& prompter_;
   bool dmanAccess_;

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include <cmath>
+#include <limits>
 
 namespace kelvo {
 
@@ -17,6 +18,10 @@ namespace {
 constexpr Nanoseconds kFrameUpdate = 200ms;
 /// A load that takes longer waits for a disk or a share that does not answer: the deck is given back.
 constexpr Nanoseconds kLoadLimit = 10s;
+/// A deck whose position stands for so long gives no sound.
+constexpr Nanoseconds kNoSound = 2s;
+/// So far in a track is surely heard, seconds.
+constexpr double kHeard = 0.5;
 /// Pace of a held position button: the next pulse waits until the last one can be seen.
 constexpr Nanoseconds kFastMovePulse = 20ms;
 
@@ -39,6 +44,11 @@ QString ListForDisplay(const QString& line) {
   const QStringList fields = line.split(QLatin1Char(','));
   if (fields.size() <= 1) return QStringLiteral("None");
   return fields.mid(1, 4).join(QStringLiteral(": "));
+}
+
+/// As it stands: a number that is neither soft nor strong has its meaning too.
+int Style(const QString& text) {
+  return WholeNumber(text, std::numeric_limits<qint16>::min(), std::numeric_limits<qint16>::max());
 }
 
 QString LastField(const QString& list) {
@@ -88,12 +98,30 @@ void DeckEngine::RecordSession(SessionCode code, Deck deck, double position) {
   services_.session.RecordSessionEvent({code, deck, decks_[deck].CatalogueIndex, position});
 }
 
+bool DeckEngine::FadeFailsLoad(Deck deck) const {
+  const int side = services_.state.CrossPan;
+  const int fromRest = deck == Deck::One ? side + 200 : 200 - side;
+  return services_.state.TransitionActive && fromRest < 100;
+}
+
+bool DeckEngine::LoadCommandActs(Deck deck) const {
+  return services_.state.TransitionActive ? FadeFailsLoad(deck) : !decks_[deck].Loading;
+}
+
+bool DeckEngine::Holds(Deck deck, const QueueEntry& row) const {
+  const auto same = [&row](const QString& title, const QString& path) {
+    return title.compare(row.Text(TrackColumn), Qt::CaseInsensitive) == 0 ||
+           (!path.isEmpty() && path == row.Text(PathColumn));
+  };
+  return same(decks_[deck].Title, decks_[deck].FilePath) ||
+         same(BaseNameOf(loadPaths_[deck]), loadPaths_[deck]);
+}
+
 void DeckEngine::LoadCommand(Deck deck) {
   DeckRecord& record = decks_[deck];
   const ConsoleState& state = services_.state;
   if (state.TransitionActive) {
-    const int fromRest = deck == Deck::One ? state.CrossPan + 200 : 200 - state.CrossPan;
-    record.LoadFailed = fromRest < 100;
+    record.LoadFailed = FadeFailsLoad(deck);
     Q_EMIT Changed(deck);
     return;
   }
@@ -102,14 +130,14 @@ void DeckEngine::LoadCommand(Deck deck) {
   if (!state.PreviewOn) {
     const int selected = services_.queue.Selected();
     if (selected == 0) return;
-    const QString title = services_.queue.Row(selected).Text(TrackColumn);
-    if (title.compare(record.Title, Qt::CaseInsensitive) == 0) return;
+    const QueueEntry& row = services_.queue.Row(selected);
+    if (row.Text(TrackColumn).compare(record.Title, Qt::CaseInsensitive) == 0) return;
     if (!state.AutoPlayOn) {
       if (record.Live()) {
         services_.panel.Open(PlayingLive(deck, QStringLiteral("LOAD NEW TRACK"), PanelAction::LoadTrack));
         return;
       }
-      if (title.compare(decks_[Other(deck)].Title, Qt::CaseInsensitive) == 0) {
+      if (Holds(Other(deck), row)) {
         services_.panel.Open(
             {QStringLiteral("TRACK ALREADY LOADED IN ") + DeckWord(Other(deck)) + QStringLiteral(" !\r\n"),
              QStringLiteral("LOAD SAME TRACK"), PanelAction::LoadTrack, deck});
@@ -148,6 +176,7 @@ void DeckEngine::LoadDeck(Deck deck) {
     return;
   }
   record.Loading = true;
+  loadPaths_[deck] = request->path;
   record.Info.clear();
   Q_EMIT Changed(deck);
   loadLimits_[deck] = services_.loop.After(kLoadLimit, [this, deck, path = request->path] {
@@ -202,6 +231,7 @@ void DeckEngine::GiveUpLoad(Deck deck, const QString& path) {
 
 void DeckEngine::EndLoad(Deck deck, bool loaded) {
   loadLimits_[deck].Stop();
+  loadPaths_[deck].clear();
   decks_[deck].Loading = false;
   Q_EMIT Changed(deck);
   if (OnLoaded) OnLoaded(deck, loaded);
@@ -214,6 +244,7 @@ void DeckEngine::TakeTrack(Deck deck, const Request& request, const TrackFile& f
 
   // A button still held was meant for the track before.
   fastMoves_[deck].Cancel();
+  moved_[deck] = false;
   record.Title = ProperCase(BaseNameOf(request.path));
   record.CatalogueIndex = request.track;
   record.PlayedOut = false;
@@ -256,8 +287,9 @@ void DeckEngine::TakeTrackInfo(DeckRecord& record, const TextFile& lines) {
   record.PlayMode = CompletePlayMode(line(InfoLine::PlayMode));
   record.FadePosition = line(InfoLine::FadePosition);
   record.FadeSpeed = line(InfoLine::FadeSpeed);
-  record.StartStyle = WholeNumber(line(InfoLine::StartStyle), 0, 1);
-  record.EndStyle = WholeNumber(line(InfoLine::EndStyle), 0, 1);
+  record.StartStyle = Style(line(InfoLine::StartStyle));
+  record.EndStyle = line(InfoLine::EndStyle).trimmed().isEmpty() ? services_.defaults.DefaultEndType
+                                                                 : Style(line(InfoLine::EndStyle));
 
   const QString gap = QStringLiteral("   ");
   const QString lineBreak = QStringLiteral("\r\n");
@@ -329,12 +361,32 @@ void DeckEngine::StopDeck(Deck deck) {
   Q_EMIT Changed(deck);
 }
 
-Job<> DeckEngine::WaitForAudio() {
-  const auto waiting = [this](Deck deck) {
-    return decks_[deck].State == DeckState::Playing && players_[deck]->State() == PlayState::Playing &&
-           players_[deck]->CurrentPosition() < 0.5;
+bool DeckEngine::GivesSound(Deck deck) const {
+  return decks_[deck].State == DeckState::Playing && players_[deck]->CurrentPosition() >= kHeard;
+}
+
+Job<> DeckEngine::WaitForAudio(std::function<bool()> givenUp) {
+  PerDeck<double> positions;
+  PerDeck<Nanoseconds> movedAt;
+  for (const Deck deck : kDecks) {
+    positions[deck] = players_[deck]->CurrentPosition();
+    movedAt[deck] = services_.loop.Elapsed();
+  }
+  const auto waiting = [&](Deck deck) {
+    const bool plays =
+        decks_[deck].State == DeckState::Playing && players_[deck]->State() == PlayState::Playing;
+    if (!plays || GivesSound(deck)) return false;
+    const Nanoseconds now = services_.loop.Elapsed();
+    const double position = players_[deck]->CurrentPosition();
+    if (std::exchange(positions[deck], position) != position) movedAt[deck] = now;
+    return now - movedAt[deck] < kNoSound;
   };
-  while (waiting(Deck::One) || waiting(Deck::Two)) co_await services_.loop.Sleep(10ms);
+  for (;;) {
+    const bool one = waiting(Deck::One);
+    const bool two = waiting(Deck::Two);
+    if ((!one && !two) || (givenUp && givenUp())) co_return;
+    co_await services_.loop.Sleep(10ms);
+  }
 }
 
 bool DeckEngine::WasRecentlyPlayed(Deck deck) const {
@@ -361,6 +413,7 @@ void DeckEngine::BeginFastMove(Deck deck, FastMove move) {
       players_[deck]->SetCurrentPosition(record.Position);
       break;
   }
+  moved_[deck] = true;
   record.RemainSeconds = RemainOf(record);
   Q_EMIT Changed(deck);
 }
@@ -377,6 +430,7 @@ Job<> DeckEngine::RunFastMove(Deck deck, FastMove move) {
       record.Position = std::max(record.Position - step, std::min(record.Position, 1.0));
     }
     players_[deck]->SetCurrentPosition(record.Position);
+    moved_[deck] = true;
     record.RemainSeconds = RemainOf(record);
     Q_EMIT Changed(deck);
     co_await services_.loop.Sleep(kFastMovePulse);
@@ -386,13 +440,14 @@ Job<> DeckEngine::RunFastMove(Deck deck, FastMove move) {
 
 void DeckEngine::EndFastMove(Deck deck) {
   fastMoves_[deck].Cancel();
-  if (decks_[deck].State == DeckState::Empty) return;
+  if (!std::exchange(moved_[deck], false)) return;
   RecordSession(deck == Deck::One ? SessionCode::PositionChangedDeckOne : SessionCode::PositionChangedDeckTwo,
                 deck, decks_[deck].Position);
 }
 
-void DeckEngine::SetLoss(Deck deck, int loss) {
+void DeckEngine::SetLoss(Deck deck, int loss, int level) {
   decks_[deck].Loss = std::clamp(loss, 0, kMostLoss);
+  decks_[deck].Level = std::clamp(level, 0, kMostLoss);
   players_[deck]->SetVolume(-2 * decks_[deck].Loss);
   Q_EMIT Changed(deck);
 }
@@ -430,8 +485,7 @@ void DeckEngine::EndOfStream(Deck deck) {
   const ConsoleState& state = services_.state;
   record.Position = players_[deck]->CurrentPosition();
   if (!state.PlaysByItself()) {
-    if (std::abs(record.Position - record.Duration) > 1)
-      AdjustTrackTime(record.CatalogueIndex, deck, record.Position);
+    CheckTrackTime(deck);
     RecordSession(SessionCode::EndOfTrack, deck, static_cast<double>(Int(record.Duration)));
   }
   record.PlayedOut = true;
@@ -442,6 +496,19 @@ void DeckEngine::EndOfStream(Deck deck) {
   services_.state.NextTrackDue = true;
   Q_EMIT Changed(deck);
   if (OnEndOfStream) OnEndOfStream(deck);
+}
+
+void DeckEngine::CheckTrackTime(Deck deck) {
+  const DeckRecord& record = decks_[deck];
+  if (std::abs(record.Position - record.Duration) <= 1) return;
+  const double length = players_[deck]->Duration();
+  if (std::abs(record.Position - length) <= 1) {
+    AdjustTrackTime(record.CatalogueIndex, deck, record.Position);
+    return;
+  }
+  // Its disk went, or its data is damaged: that says nothing of the track's length.
+  NoteInLog(QStringLiteral("The sound of %1 broke off at %2 of %3")
+                .arg(record.FilePath, MinutesSeconds(record.Position), MinutesSeconds(length)));
 }
 
 void DeckEngine::AdjustTrackTime(Mref track, Deck deck, double position) {

@@ -58,6 +58,8 @@ class DeckEngine : public QObject {
 
   /// The load command of the operator or of automatic play, with its guards.
   void LoadCommand(Deck deck);
+  /// The load command does something now: it loads, asks, or shows that it failed.
+  [[nodiscard]] bool LoadCommandActs(Deck deck) const;
   /// Loads the selected queue row, or in preview the track that PickPreview gives, without asking.
   void LoadDeck(Deck deck);
   /// "Manual start": a loaded or stopped deck starts; one that played out starts from its beginning.
@@ -69,8 +71,11 @@ class DeckEngine : public QObject {
   void StopDeck(Deck deck);
   /// A deck that should play and does not: from the start when it had played out.
   void RestartDeck(Deck deck);
-  /// Until each playing deck is half a second into its track, or it is clear that it will not be.
-  [[nodiscard]] Job<> WaitForAudio();
+  /// Until each playing deck is half a second into its track, or it is clear that it will not be: a disk that
+  /// gives nothing for two seconds is waited for no longer. `givenUp` ends it at once.
+  [[nodiscard]] Job<> WaitForAudio(std::function<bool()> givenUp = {});
+  /// A deck that plays is half a second into its track, or beyond it.
+  [[nodiscard]] bool GivesSound(Deck deck) const;
   /// The track ran out here and is still what the queue says was played.
   [[nodiscard]] bool WasRecentlyPlayed(Deck deck) const;
 
@@ -79,7 +84,9 @@ class DeckEngine : public QObject {
   void EndFastMove(Deck deck);
 
   /// Level of a deck as a loss, 0..2000 (clamped).
-  void SetLoss(Deck deck, int loss);
+  void SetLoss(Deck deck, int loss) { SetLoss(deck, loss, loss); }
+  /// The same while the operator speaks over it: `level` is what it comes back to.
+  void SetLoss(Deck deck, int loss, int level);
   /// Automatic play marks a deck that fades out as done.
   void SetState(Deck deck, DeckState state);
   void SetInfo(Deck deck, const QString& info);
@@ -109,6 +116,8 @@ class DeckEngine : public QObject {
  private:
   struct Request;
   struct TrackFile;
+  /// A load during the fade that runs is told to have failed.
+  [[nodiscard]] bool FadeFailsLoad(Deck deck) const;
   [[nodiscard]] std::optional<Request> FindRequest();
   /// Off the logic's thread.
   [[nodiscard]] static TrackFile ReadTrackFile(const QString& path, const QString& infoPath);
@@ -118,19 +127,25 @@ class DeckEngine : public QObject {
   void GiveUpLoad(Deck deck, const QString& path);
   void EndLoad(Deck deck, bool loaded);
   void EndOfStream(Deck deck);
+  /// A stored duration that is wrong is corrected, where the stream came to the end of its file.
+  void CheckTrackTime(Deck deck);
   void AdjustTrackTime(Mref track, Deck deck, double position);
   [[nodiscard]] Job<> WriteDuration(QString filePath, QString duration);
   [[nodiscard]] Job<> RunFastMove(Deck deck, FastMove move);
   void FrameUpdate();
   void RecordSession(SessionCode code, Deck deck, double position = -1);
+  /// The deck holds the track of this queue row, or is about to.
+  [[nodiscard]] bool Holds(Deck deck, const QueueEntry& row) const;
   [[nodiscard]] static QString BaseNameOf(const QString& path);
 
   Services services_;
   PerDeck<DeckRecord> decks_;
   PerDeck<std::unique_ptr<MediaPlayer>> players_;
   PerDeck<Job<>> loads_;
+  PerDeck<QString> loadPaths_;  ///< of the loads on their way
   PerDeck<Timer> loadLimits_;
   PerDeck<Job<>> fastMoves_;
+  PerDeck<bool> moved_;  ///< by the button that is held
   JobList writes_;
   Timer frameUpdateTimer_;
   int infoTextWidth_ = 40;

@@ -9,7 +9,7 @@ namespace kelvo {
 
 /// A loss of level as the desk's sliders keep it: 0 full, 2000 the end of the slider, 40 dB down.
 inline constexpr int kMostLoss = 2000;
-/// A deck that plays with less loss than this is heard: it is live.
+/// A deck that plays with less loss than this is heard: it is live, also while the operator speaks over it.
 inline constexpr int kLiveLoss = 200;
 
 /// The state of a deck. A value, owned by the DeckEngine.
@@ -30,11 +30,12 @@ struct DeckRecord {
   int EndStyle = 0;       ///< 0 soft, 1 strong
 
   int Loss = 0;             ///< 0..2000; the player's volume is minus twice this
+  int Level = 0;            ///< the same apart from the operator's voice: where it comes back to
   bool PlayedOut = false;   ///< the progress bar is amber
   bool LoadFailed = false;  ///< "Load Fail" is shown
   bool Loading = false;     ///< a load is on its way: no further load or start
 
-  [[nodiscard]] bool Live() const { return State == DeckState::Playing && Loss < kLiveLoss; }
+  [[nodiscard]] bool Live() const { return State == DeckState::Playing && Level < kLiveLoss; }
   [[nodiscard]] int ProgressMaximum() const { return static_cast<int>(Duration + 1); }
   [[nodiscard]] int ProgressValue() const { return static_cast<int>(Position); }
 };

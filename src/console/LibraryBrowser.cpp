@@ -39,6 +39,7 @@ Job<> LibraryBrowser::FillLists() {
   }
   listedRefs_.clear();
   isListed_.clear();
+  listed_.reset();
   summary_.clear();
   ShowAll(Stage::Genre, catalogue_.GenreList);
   sort_.Cancel();
@@ -51,8 +52,10 @@ Job<> LibraryBrowser::FillLists() {
 }
 
 void LibraryBrowser::ClearNames(Stage stage) {
+  ++choices_;
   Release(stage);
   At(stage).names.clear();
+  At(stage).filled.reset();
   Q_EMIT NamesReset(stage);
 }
 
@@ -69,6 +72,18 @@ void LibraryBrowser::ShowAll(Stage stage, const QStringList& names) {
   list.names.removeIf(IsInternal);
   list.yellow = false;
   RecomputeFiltered();
+  Q_EMIT NamesReset(stage);
+  Q_EMIT ChoiceChanged();
+}
+
+void LibraryBrowser::ReplaceNames(Stage stage, const QStringList& names) {
+  NameList& list = At(stage);
+  const QStringList before = std::exchange(list.names, names);
+  list.names.removeIf(IsInternal);
+  if (list.names == before) return;
+  for (int* row : {&list.selected, &list.Tag}) {
+    if (*row >= 0) *row = static_cast<int>(list.names.indexOf(before[*row]));
+  }
   Q_EMIT NamesReset(stage);
   Q_EMIT ChoiceChanged();
 }
@@ -187,106 +202,6 @@ void LibraryBrowser::ListTracksByChoice() {
   if (any) StartListing(std::nullopt);
 }
 
-void LibraryBrowser::BeginListing(bool enabled) {
-  if (listing_ == !enabled) return;
-  listing_ = !enabled;
-  Q_EMIT ListingChanged();
-}
-
-void LibraryBrowser::EndListingAtOnce() {
-  walk_.Cancel();
-  BeginListing(true);
-}
-
-void LibraryBrowser::StartListing(std::optional<Stage> fills) {
-  BeginListing(false);
-  listingStopRequested_ = false;
-  listedRefs_.clear();
-  isListed_.assign(static_cast<std::size_t>(catalogue_.LastTrack()) + 1, false);
-  summary_.clear();
-  for (const Stage stage : kStages) summary_.append(Chosen(stage));
-  RefreshRows();
-  walk_ = RunListing(fills);
-}
-
-Job<> LibraryBrowser::RunListing(std::optional<Stage> fills) {
-  try {
-    co_await WalkCatalogue(fills);
-  } catch (...) {
-    basHandleError(QStringLiteral(" listing"));
-  }
-  BeginListing(true);
-}
-
-Job<> LibraryBrowser::WalkCatalogue(std::optional<Stage> fills) {
-  struct Test {
-    const PooledTextColumn* column;
-    std::vector<bool> lines;
-  };
-  std::vector<Test> tests;
-  for (const Stage stage : kStages) {
-    co_await At(stage).index.Extend(loop_);
-    const int selected = Selected(stage);
-    if (selected < 0) continue;
-    tests.push_back({&At(stage).column, At(stage).index.LinesWith(Name(stage, selected).trimmed())});
-  }
-  std::vector<bool> lineSeen;
-  std::vector<bool> nameSeen;
-  if (fills) {
-    lineSeen.resize(At(*fills).index.Lines());
-    nameSeen.resize(At(*fills).index.Names());
-  }
-  Nanoseconds turnStart = loop_.TurnClock();
-  for (int row = 1; row <= catalogue_.LastTrack(); ++row) {
-    if (listingStopRequested_) co_return;
-    const Mref track = ToMref(row);
-    // A line that came after the listing began has no mark.
-    const bool fits = std::all_of(tests.begin(), tests.end(), [track](const Test& test) {
-      const std::uint32_t line = test.column->Id(track);
-      return line < test.lines.size() && test.lines[line];
-    });
-    if (fits && fills) {
-      NameList& list = At(*fills);
-      const std::uint32_t line = list.column.Id(track);
-      if (line < lineSeen.size() && !lineSeen[line]) {
-        lineSeen[line] = true;
-        for (const std::uint32_t name : list.index.NamesOf(line)) {
-          if (nameSeen[name]) continue;
-          nameSeen[name] = true;
-          list.names.append(list.index.Name(name));
-          list.filtered = true;
-        }
-      }
-    }
-    if (fits) AddToTrackList(track);
-    if (!loop_.TurnIsOver(turnStart)) continue;
-    Publish(fills);
-    co_await loop_.Yield();
-    turnStart = loop_.TurnClock();
-  }
-  Publish(fills);
-  if (fills) RecomputeFiltered();
-}
-
-void LibraryBrowser::AddToTrackList(Mref track) {
-  const auto row = static_cast<std::size_t>(track);
-  if (row >= isListed_.size()) isListed_.resize(row + 1);
-  if (isListed_[row]) return;
-  isListed_[row] = true;
-  listedRefs_.push_back(track);
-}
-
-void LibraryBrowser::Publish(std::optional<Stage> fills) {
-  if (fills) Q_EMIT NamesAdded(*fills);
-  if (narrowed_ || order_.IsSorted()) {
-    RefreshRows();
-    return;
-  }
-  rows_.insert(rows_.end(), listedRefs_.begin() + static_cast<std::ptrdiff_t>(rows_.size()),
-               listedRefs_.end());
-  Q_EMIT RowsAdded();
-}
-
 bool LibraryBrowser::WordsLookEverywhere() const {
   return std::all_of(kStages.begin(), kStages.end(), [this](Stage stage) { return Tag(stage) < 0; });
 }
@@ -381,11 +296,12 @@ void LibraryBrowser::AddToQueue(std::vector<Mref> tracks) {
 }
 
 Job<> LibraryBrowser::RunAdd(std::vector<Mref> tracks) {
-  co_await queue_.AddTracks(std::move(tracks));
+  co_await queue_.AddTracks(tracks);
   // A group playlist that still stands was not given up: nothing was added.
   if (state_.GroupPlayOn || (queue_.Count() > 0 && queue_.GroupQueueFlag())) co_return;
   allSelected_ = false;
-  Q_EMIT SelectRows(false);
+  // The operator may have selected others meanwhile.
+  Q_EMIT Deselect(tracks);
 }
 
 void LibraryBrowser::OpenInfo(Mref track) {

@@ -40,9 +40,13 @@ class LibraryBrowser : public QObject {
   LibraryBrowser(EventLoop& loop, const Catalogue& catalogue, const TrackFilter& filter, PlayQueue& queue,
                  const ConsoleState& state);
 
-  /// The catalogue was loaded or changed: all lists begin anew at once, with the genres. The job makes the
-  /// first choice quick.
+  /// The catalogue was loaded: all lists begin anew at once, with the genres. The job makes the first choice
+  /// quick.
   [[nodiscard]] Job<> FillLists();
+  /// Tracks or names came to the catalogue, or tracks were replaced: what fits comes to the lists; the
+  /// choice, what is listed and what is selected stay. The track filter knows the new tracks by now. Yields;
+  /// begun again before its end it does the rest too.
+  [[nodiscard]] Job<> TakeIn();
 
   // The lists of names: rows from 0, -1 is none.
   [[nodiscard]] int Count(Stage stage) const { return static_cast<int>(At(stage).names.size()); }
@@ -123,11 +127,19 @@ class LibraryBrowser : public QObject {
   void RowsSorted();
   /// All rows are to be selected, or none.
   void SelectRows(bool all);
+  /// These tracks went to the queue: they are selected no more.
+  void Deselect(const std::vector<kelvo::Mref>& tracks);
   /// A listing began or ended.
   void ListingChanged();
   void InfoChanged();
 
  private:
+  /// What was listed: the tracks that fit a name of each stage (empty: any), and of those that come later the
+  /// ones from `newFrom` on. The first, unless the listing was stopped.
+  struct Listed {
+    std::array<QString, kStages.size()> by;
+    int newFrom = 1;
+  };
   struct NameList {
     explicit NameList(const PooledTextColumn& lines) : column(lines), index(lines) {}
     const PooledTextColumn& column;
@@ -139,7 +151,14 @@ class LibraryBrowser : public QObject {
     bool yellow = false;
     bool filtered = false;
     bool wordsLit = false;
+    std::optional<Listed> filled;  ///< the names are those of these tracks
   };
+  /// The lines of a column that fit a name.
+  struct Test {
+    const PooledTextColumn* column;
+    std::vector<bool> lines;
+  };
+  class NamesOfTracks;
   [[nodiscard]] NameList& At(Stage stage) { return lists_[static_cast<std::size_t>(stage)]; }
   [[nodiscard]] const NameList& At(Stage stage) const { return lists_[static_cast<std::size_t>(stage)]; }
 
@@ -154,6 +173,12 @@ class LibraryBrowser : public QObject {
   void StartListing(std::optional<Stage> fills);
   [[nodiscard]] Job<> RunListing(std::optional<Stage> fills);
   [[nodiscard]] Job<> WalkCatalogue(std::optional<Stage> fills);
+  [[nodiscard]] std::vector<Test> TestsFor(const Listed& listed) const;
+  [[nodiscard]] static bool Fits(const std::vector<Test>& tests, Mref track);
+  void ReplaceNames(Stage stage, const QStringList& names);
+  /// False when the operator chose something else meanwhile.
+  [[nodiscard]] Job<bool> TakeInTracks();
+  void ShowMoreRows();
   void BeginListing(bool enabled);
   void EndListingAtOnce();
   void AddToTrackList(Mref track);
@@ -179,6 +204,8 @@ class LibraryBrowser : public QObject {
   bool narrowed_ = false;
   std::vector<Mref> found_;  ///< all tracks that have the words
   QStringList summary_;
+  std::optional<Listed> listed_;
+  unsigned choices_ = 0;  ///< counts what the operator chose
   bool listing_ = false;
   bool listingStopRequested_ = false;
   bool allSelected_ = false;

@@ -59,6 +59,23 @@ bool PlayQueue::QueueHasSelection() const {
   return selected_ != 0 && !state_.TransitionActive;
 }
 
+bool PlayQueue::MayMove(int step) const {
+  const int neighbour = selected_ + step;
+  return QueueHasSelection() && !Row(selected_).Locked() && neighbour >= 1 && neighbour <= Count();
+}
+
+bool PlayQueue::MayCut() const {
+  return !state_.AutoPlayOn && QueueHasSelection() && !Row(selected_).Locked();
+}
+
+bool PlayQueue::MayClear() const {
+  return !state_.AutoPlayOn && QueueHasSelection();
+}
+
+bool PlayQueue::MaySort() const {
+  return !state_.AutoPlayOn && !groupQueueFlag_;
+}
+
 bool PlayQueue::QueueHasRequests() const {
   return std::any_of(rows_.rbegin(), rows_.rend(),
                      [](const QueueEntry& row) { return row.ForeColor == QueueColour::Request; });
@@ -99,7 +116,8 @@ QueueEntry PlayQueue::EntryOf(Mref track) const {
 }
 
 int PlayQueue::InsertRow(QueueEntry entry, qint64 seconds) {
-  entry.Tag = Count() + 1;
+  // Not by the count: a clear that spares requests leaves gaps in the numbers.
+  entry.Tag = ++highestTag_;
   auto place = rows_.end();
   if (sorted_) {
     place = std::upper_bound(
@@ -116,6 +134,8 @@ int PlayQueue::InsertRow(QueueEntry entry, qint64 seconds) {
 
 void PlayQueue::TellRowsChanged() {
   ++revision_;
+  highestTag_ = 0;
+  for (const QueueEntry& row : rows_) highestTag_ = std::max(highestTag_, row.Tag);
   Q_EMIT RowsChanged();
   Q_EMIT FactsChanged();
 }
@@ -162,7 +182,8 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
     if (state_.GroupPlayOn) co_return;
     std::unordered_set<int> present;
     int known = revision_ - 1;
-    Mref last = Mref::None;
+    int shown = 0;               // the row that was added last
+    Mref standing = Mref::None;  // the last track that was there before
     Nanoseconds turnStart = loop_.TurnClock();
     for (std::size_t place = 0; place < tracks.size(); ++place) {
       if (known != revision_) {
@@ -173,8 +194,13 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
       }
       if (there[place]) {
         const bool added = present.insert(ToInt(tracks[place])).second || route == Route::Search;
-        if (added) InsertRow(EntryOf(tracks[place]), Int(catalogue_.TrackDurations(tracks[place])));
-        if (!added || !state_.AutoPlayOn) last = tracks[place];
+        shown = added ? InsertRow(EntryOf(tracks[place]), Int(catalogue_.TrackDurations(tracks[place]))) : 0;
+        if (!added) {
+          standing = tracks[place];
+        } else if (!state_.AutoPlayOn) {
+          standing = Mref::None;
+          selected_ = shown;
+        }
       }
       if (loop_.TurnIsOver(turnStart)) {
         TellRowsChanged();
@@ -184,17 +210,18 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
         turnStart = loop_.TurnClock();
       }
     }
+    if (standing != Mref::None) selected_ = FindTrack(standing);
     TellRowsChanged();
-    if (last != Mref::None) Select(FindTrack(last));
+    Q_EMIT SelectionChanged();
+    Q_EMIT RowShown(shown != 0 ? shown : selected_);
   } catch (...) {
     basHandleError(QStringLiteral(" queadd"));
   }
 }
 
 bool PlayQueue::MoveSelected(int step) {
-  if (!QueueHasSelection()) return false;
+  if (!MayMove(step)) return false;
   const int neighbour = selected_ + step;
-  if (Row(selected_).Locked() || neighbour < 1 || neighbour > Count()) return false;
   QueueEntry& here = rows_[static_cast<std::size_t>(selected_ - 1)];
   QueueEntry& there = rows_[static_cast<std::size_t>(neighbour - 1)];
   // The contents travel, each place keeps its own Tag.
@@ -222,7 +249,7 @@ void PlayQueue::MoveTo(int from, int to) {
 }
 
 void PlayQueue::CutSelected() {
-  if (state_.AutoPlayOn || !QueueHasSelection() || Row(selected_).Locked()) return;
+  if (!MayCut()) return;
   totalSeconds_ -= SecondsOf(Row(selected_));
   const int behind = Row(selected_).Tag + 1;
   rows_.erase(rows_.begin() + (selected_ - 1));
@@ -246,7 +273,7 @@ void PlayQueue::ClearAll() {
 }
 
 Job<> PlayQueue::ClearQueue() {
-  if (state_.AutoPlayOn || !QueueHasSelection()) co_return;
+  if (!MayClear()) co_return;
   Prompt question;
   question.icon = PromptIcon::Question;
   const bool requests = QueueHasRequests();
@@ -322,7 +349,7 @@ void PlayQueue::SortRows() {
 }
 
 void PlayQueue::SortBy(QueueColumn column) {
-  if (state_.AutoPlayOn || groupQueueFlag_) return;
+  if (!MaySort()) return;
   sortColumn_ = column;
   sorted_ = column != TrackColumn || trackHead_ != kByContents;
   if (column == TrackColumn) trackHead_ = sorted_ ? kByContents : kByPosition;

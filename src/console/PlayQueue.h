@@ -50,6 +50,11 @@ class PlayQueue : public QObject {
   /// Rows, one is selected, no fade walks.
   [[nodiscard]] bool QueueHasSelection() const;
   [[nodiscard]] bool QueueHasRequests() const;
+  /// What the operator may do now: the commands do nothing otherwise.
+  [[nodiscard]] bool MayMove(int step) const;
+  [[nodiscard]] bool MayCut() const;
+  [[nodiscard]] bool MayClear() const;
+  [[nodiscard]] bool MaySort() const;
   /// The comment of the first row of this track; empty when there is none.
   [[nodiscard]] QString CommentOf(Mref track) const;
 
@@ -97,6 +102,8 @@ class PlayQueue : public QObject {
   /// The content of one row changed.
   void RowChanged(int index);
   void SelectionChanged();
+  /// A row should come into sight, whether it is selected or not.
+  void RowShown(int index);
   /// Name, heads, total or flags changed.
   void FactsChanged();
 
@@ -129,6 +136,7 @@ class PlayQueue : public QObject {
   QString trackHead_;
   QString genreHead_;
   int queueRow_ = 0;
+  int highestTag_ = 0;
   int revision_ = 0;  ///< counts the changes of the rows' number and order
   Job<> editing_;
 };

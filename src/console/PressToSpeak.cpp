@@ -19,10 +19,7 @@ constexpr std::int64_t kMostSteps = 1000;
 void PressToSpeak::Press() {
   if (services_.state.TransitionActive || Dipped()) return;
   afadeDepth_ = kMostLoss - depthSlider_;
-  for (const Deck deck : kDecks) {
-    saved_[deck] = services_.decks.Record(deck).Loss;
-    dip_[deck] = std::min(saved_[deck], afadeDepth_);
-  }
+  for (const Deck deck : kDecks) dip_[deck] = std::min(LevelOf(deck), afadeDepth_);
   fade_ = RunFade(Direction::Down);
 }
 
@@ -33,16 +30,7 @@ void PressToSpeak::Release() {
 }
 
 void PressToSpeak::SetLevel(Deck deck, int loss) {
-  if (!Dipped()) {
-    services_.decks.SetLoss(deck, loss);
-    return;
-  }
-  saved_[deck] = std::clamp(loss, 0, kMostLoss);
-  Write(deck);
-}
-
-int PressToSpeak::AfadeSaved(Deck deck) const {
-  return Dipped() ? saved_[deck] : services_.decks.Record(deck).Loss;
+  services_.decks.SetLoss(deck, std::max(loss, dip_[deck]), loss);
 }
 
 void PressToSpeak::SetDepthSlider(int value) {
@@ -92,12 +80,13 @@ Job<> PressToSpeak::RunFade(Direction direction) {
     basHandleError(QStringLiteral(" afade"));
     // Music that stays down would be worse than a voice that it covers.
     EndDip();
+    Q_EMIT Changed();
   }
 }
 
 bool PressToSpeak::Arrived(Direction direction) const {
   return std::all_of(kDecks.begin(), kDecks.end(), [&](Deck deck) {
-    return direction == Direction::Down ? dip_[deck] >= afadeDepth_ : dip_[deck] <= saved_[deck];
+    return direction == Direction::Down ? dip_[deck] >= afadeDepth_ : dip_[deck] <= LevelOf(deck);
   });
 }
 
@@ -107,16 +96,16 @@ void PressToSpeak::Move(Direction direction, int by) {
     if (direction == Direction::Down && dip < afadeDepth_) {
       dip = std::min(dip + by, afadeDepth_);
       Write(deck);
-    } else if (direction == Direction::Up && dip > saved_[deck]) {
-      dip = std::max(dip - by, saved_[deck]);
+    } else if (direction == Direction::Up && dip > LevelOf(deck)) {
+      dip = std::max(dip - by, LevelOf(deck));
       Write(deck);
     }
   }
 }
 
 void PressToSpeak::Write(Deck deck) {
-  const int loss = std::max(saved_[deck], dip_[deck]);
-  if (services_.decks.Record(deck).Loss != loss) services_.decks.SetLoss(deck, loss);
+  const int loss = std::max(LevelOf(deck), dip_[deck]);
+  if (services_.decks.Record(deck).Loss != loss) services_.decks.SetLoss(deck, loss, LevelOf(deck));
 }
 
 void PressToSpeak::EndDip() {

@@ -49,11 +49,10 @@ class PressToSpeak : public QObject {
   /// The loss to which the decks fall, 0..2000.
   [[nodiscard]] int AfadeDepth() const { return afadeDepth_; }
   [[nodiscard]] bool AfadeDown() const { return afadeDown_; }
-  /// A dip or a rise runs: the deck section is disabled, the displays may tick at their slow pace.
+  /// A dip or a rise runs: the displays may tick at their slow pace.
   [[nodiscard]] bool AfadeRunning() const { return afadeRunning_; }
-  /// The loss to which the deck comes back (`AfadeSavedLeft`, `AfadeSavedRight`).
-  [[nodiscard]] int AfadeSaved(Deck deck) const;
-
+  /// While a dip or a rise runs the commands of the decks are out of reach.
+  [[nodiscard]] bool SectionDisabled() const { return afadeRunning_; }
  Q_SIGNALS:
   void Changed();
 
@@ -62,6 +61,7 @@ class PressToSpeak : public QObject {
   [[nodiscard]] Job<> RunFade(Direction direction);
   [[nodiscard]] bool Arrived(Direction direction) const;
   void Move(Direction direction, int by);
+  [[nodiscard]] int LevelOf(Deck deck) const { return services_.decks.Record(deck).Level; }
   void Write(Deck deck);
   /// A dip has the levels.
   [[nodiscard]] bool Dipped() const { return afadeDown_ || afadeRunning_; }
@@ -73,8 +73,7 @@ class PressToSpeak : public QObject {
   int afadeDepth_ = 1000;
   bool afadeDown_ = false;
   bool afadeRunning_ = false;
-  PerDeck<int> saved_;  ///< the levels apart from the dip
-  PerDeck<int> dip_;    ///< the least loss that a deck has for the dip's sake
+  PerDeck<int> dip_;  ///< the least loss that a deck has for the dip's sake; 0 without a dip
   Job<> fade_;
 };
 

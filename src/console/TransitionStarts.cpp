@@ -71,14 +71,19 @@ void Transitions::OnPanelConfirmed(const PanelQuestion& question) {
   }
 }
 
+bool Transitions::MayCancel() const {
+  return !services_.state.PlaysByItself() && (Starting() || WalkActive() || WaitsForRelease());
+}
+
 void Transitions::Cancel() {
   cancelPanel_.Hide();
   // With nothing to cancel it would swallow the next start.
-  if (Starting() || WalkActive() || WaitsForRelease()) record_.StartCancelled = true;
+  if (MayCancel()) record_.StartCancelled = true;
 }
 
 void Transitions::ForgetCancel() {
-  if (!WalkActive() && !WaitsForRelease()) record_.StartCancelled = false;
+  if (services_.state.PlaysByItself() || (!WalkActive() && !WaitsForRelease()))
+    record_.StartCancelled = false;
 }
 
 void Transitions::StartRoutine(Deck deck, TransitionKind kind) {
@@ -143,11 +148,12 @@ Job<> Transitions::StartFade(Deck deck, TransitionKind kind) {
   if (record.State == DeckState::Empty) co_return;
   if (record.State == DeckState::Loaded) {
     decks.StartDeck(deck);
-    co_await decks.WaitForAudio();
+    Job<> audio = decks.WaitForAudio([this] { return record_.StartCancelled; });
+    co_await std::move(audio);
     co_await services_.loop.Yield();
-    // A deck that was stopped or loaded anew meanwhile has nothing to fade in: the other one stays on air.
-    const bool stillWanted = record.State == DeckState::Playing || record.PlayedOut;
-    if (record_.StartCancelled || !stillWanted) co_return;
+    // A deck that was stopped or loaded anew meanwhile, or gives no sound, has nothing to fade in: the other
+    // one stays on air.
+    if (record_.StartCancelled || !(decks.GivesSound(deck) || record.PlayedOut)) co_return;
     co_await Transition(deck, kind);
     co_await services_.loop.Yield();
     if (!record_.StartCancelled && AfterStart) AfterStart(deck);
@@ -162,6 +168,11 @@ Job<> Transitions::StartDub(Deck deck) {
   services_.state.NextTrackDue = false;
   const DeckState before = decks.Record(deck).State;
   if (record_.StartCancelled || before == DeckState::Empty) co_return;
+  // A walk whose decks have fallen silent would take the new one along.
+  if (WalkActive()) {
+    walk_.Cancel();
+    EndWalk();
+  }
   if (before == DeckState::Loaded) {
     decks.StartDeck(deck);
   } else {

@@ -44,6 +44,7 @@ void Transitions::ApplyLaw() {
   const DeckLosses losses =
       VolumeLaw({services_.state.CrossPan, record_.Kind, record_.TransitionDeck, services_.panFadeBias});
   const auto write = [this](Deck deck, int loss) {
+    losses_[deck] = loss;
     if (WriteLoss) {
       WriteLoss(deck, loss);
     } else {
@@ -52,6 +53,10 @@ void Transitions::ApplyLaw() {
   };
   write(Deck::Two, losses.right);
   write(Deck::One, losses.left);
+}
+
+bool Transitions::FadedOut(Deck deck) const {
+  return losses_[deck] >= kMostLoss && !(WalkActive() && record_.TransitionDeck == deck);
 }
 
 void Transitions::GrabSlider() {
@@ -173,6 +178,7 @@ Job<> Transitions::RunWalk() {
         // Taken over in that moment: the new one has the slider.
         if (std::exchange(record_.TransitionRestart, false)) continue;
         SetCrossPan(record_.TransitionStartValue);
+        PutBackOnAir(Other(side));
         ended = true;
       }
       if (!ended) continue;
@@ -187,6 +193,13 @@ Job<> Transitions::RunWalk() {
     // The timer picks the walk up again.
     basHandleError(QStringLiteral(" pantimer"));
   }
+}
+
+void Transitions::PutBackOnAir(Deck deck) {
+  // Automatic play may have begun the walk and been switched off since.
+  const bool done = services_.decks.Record(deck).State == DeckState::Done;
+  if (done && services_.decks.Player(deck).State() == PlayState::Playing)
+    services_.decks.SetState(deck, DeckState::Playing);
 }
 
 void Transitions::Close() {

@@ -65,6 +65,9 @@ class Transitions : public QObject {
   void OnPanelConfirmed(const PanelQuestion& question);
   /// "Cancel": a start or a walk that is on its way ends, the slider goes back to where it stood.
   void Cancel();
+  /// Whether there is a start or a walk that Cancel takes back. Those of automatic and group play are not:
+  /// the going deck counts as done already. A hand at the slider takes over at any time.
+  [[nodiscard]] bool MayCancel() const;
   [[nodiscard]] CancelPanel& GetCancelPanel() { return cancelPanel_; }
   [[nodiscard]] const CancelPanel& GetCancelPanel() const { return cancelPanel_; }
 
@@ -82,6 +85,9 @@ class Transitions : public QObject {
 
   [[nodiscard]] const TransitionRecord& Record() const { return record_; }
   [[nodiscard]] bool WalkActive() const { return services_.state.TransitionActive; }
+  /// The slider lets nothing be heard of the deck, and no walk brings it in. A level that was set by hand and
+  /// the operator's voice do not count.
+  [[nodiscard]] bool FadedOut(Deck deck) const;
   /// A start is on its way: the deck is being heard for the first time, or the slider snaps.
   [[nodiscard]] bool Starting() const { return starts_.Running(); }
   /// While a walk runs the displays may tick at their slow pace.
@@ -147,9 +153,12 @@ class Transitions : public QObject {
   void PanTick();
   [[nodiscard]] Job<> RunWalk();
   void EndWalk();
+  /// The deck's walk out was taken back: one that counted as done and still plays is on air.
+  void PutBackOnAir(Deck deck);
 
   Services services_;
   TransitionRecord record_;
+  PerDeck<int> losses_;  ///< as the law last gave them
   CancelPanel cancelPanel_;
   PerDeck<DubButton> dubs_;
   bool timersSlowed_ = false;

@@ -260,8 +260,9 @@ Job<bool> CatalogueLoader::AppendOdd(std::shared_ptr<InfoReader> reader, QString
   }
   switch (status) {
     case InfoBatch::Status::TooShort:
+      unstableFile_ = TrackInfoPath(paths_, base);
       NoteInLog(QStringLiteral("The track info file %1 has fewer than %2 lines")
-                    .arg(TrackInfoPath(paths_, base))
+                    .arg(unstableFile_)
                     .arg(kFixedInfoLines));
       co_return false;
     case InfoBatch::Status::Missing:

@@ -44,6 +44,8 @@ class CatalogueLoader {
 
   /// Failures on the way are handled (basHandleError, " Getdb") and the load goes on with what can be read.
   [[nodiscard]] Job<LoadOutcome> Load();
+  /// The track info file that ended the load as UnstableFile.
+  [[nodiscard]] const QString& UnstableFile() const { return unstableFile_; }
 
   /// The first bar is for the reference lists, the second for sound bites and tracks.
   LoadBar references;
@@ -76,6 +78,7 @@ class CatalogueLoader {
   TrackDefaults defaults_;
   QString title_;
   QSet<QString> made_;  ///< base names that were given a new info file in this load
+  QString unstableFile_;
   bool toldBadDuration_ = false;
 };
 

@@ -110,6 +110,7 @@ void JingleImport::End(const QString& words) {
 
 std::vector<JingleRow> JingleImport::Picked(const std::vector<int>& rows) const {
   std::vector<JingleRow> picked;
+  picked.reserve(rows.size());
   for (const int row : rows) picked.push_back(Row(row));
   return picked;
 }

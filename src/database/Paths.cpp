@@ -35,6 +35,13 @@ QString Paths::FolderName(int slot) {
   return QStringLiteral("Kelvo2007") + suffixes.at(slot - kFirst);
 }
 
+QString Paths::WhyNotKept(const QString& folder) {
+  if (!QDir::isAbsolutePath(folder)) return QStringLiteral("Not a whole path : %1").arg(folder);
+  if (folder.contains(QLatin1Char(',')))
+    return QStringLiteral("The path %1 holds a comma, which the settings use between paths !").arg(folder);
+  return {};
+}
+
 const QString& Paths::operator()(int slot) const {
   if (slot < 0 || slot >= static_cast<int>(slots_.size())) {
     throw Failure(QStringLiteral("Path %1 is outside the path table").arg(slot), 9, QStringLiteral("Paths"));

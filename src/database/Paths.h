@@ -34,6 +34,9 @@ class Paths {
   /// The last folder name of a slot: "Kelvo2007_Playlists" and so on.
   [[nodiscard]] static QString FolderName(int slot);
 
+  /// Why the table can't keep `folder`, in words; empty when it can.
+  [[nodiscard]] static QString WhyNotKept(const QString& folder);
+
   /// The folder in `slot`. Throws Failure outside 0..9.
   [[nodiscard]] const QString& operator()(int slot) const;
   void Set(int slot, const QString& folder);

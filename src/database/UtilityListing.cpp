@@ -19,7 +19,7 @@ QStringList RootsOfTheDatabase(const Paths& paths) {
 }  // namespace
 
 UtilityListing ListUtilityFolder(const Paths& paths) {
-  const QString utility = paths(Paths::Utility);
+  const QString& utility = paths(Paths::Utility);
   const QStringList roots = RootsOfTheDatabase(paths);
   const auto nameless = [](const QString& folder, const QString& name) {
     return QStringLiteral("A name in %1 is no valid text and is passed over: %2").arg(folder, name);

@@ -20,6 +20,6 @@ void ReplaceFile(const QString& path, const QByteArray& bytes);
 [[nodiscard]] Job<> ReplaceFileLater(EventLoop& loop, QString path, QByteArray bytes);
 
 /// The whole file. Throws Failure (missing, no permission, over `limit` bytes). Any thread.
-[[nodiscard]] QByteArray ReadWholeFile(const QString& path, qint64 limit = 64 * 1024 * 1024);
+[[nodiscard]] QByteArray ReadWholeFile(const QString& path, qint64 limit = qint64{64} << 20);
 
 }  // namespace kelvo

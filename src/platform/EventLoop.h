@@ -48,9 +48,10 @@ class EventLoop {
   using Callback = std::function<void()>;
 
   /// Where work off the logic's thread is done. Work of one lane is done in the order in which it was given:
-  /// `Files` writes what the program keeps, `Media` reads, `Import` copies and looks through drives that may be
-  /// slow or gone.
-  enum class Lane { Files, Media, Import };
+  /// `Files` writes what the program keeps, `Media` reads, `Import` copies and looks through drives that may
+  /// be slow or gone. `Apart` keeps no order: each work has a thread of its own, and nobody waits for one
+  /// that never ends. See OffloadWithin.
+  enum class Lane { Files, Media, Import, Apart };
 
   EventLoop();
   virtual ~EventLoop();

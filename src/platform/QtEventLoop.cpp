@@ -5,10 +5,18 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <mutex>
+#include <thread>
 
 namespace kelvo {
 
-QtEventLoop::QtEventLoop() {
+struct QtEventLoop::Address {
+  std::mutex mutex;
+  QtEventLoop* loop;
+};
+
+QtEventLoop::QtEventLoop() : address_(std::make_shared<Address>()) {
+  address_->loop = this;
   clock_.start();
   for (QThreadPool& lane : lanes_) lane.setMaxThreadCount(1);
   wake_.setSingleShot(true);
@@ -17,6 +25,10 @@ QtEventLoop::QtEventLoop() {
 }
 
 QtEventLoop::~QtEventLoop() {
+  {
+    const std::lock_guard lock(address_->mutex);
+    address_->loop = nullptr;
+  }
   for (QThreadPool& lane : lanes_) lane.waitForDone();
   Clear();
 }
@@ -29,11 +41,18 @@ Nanoseconds QtEventLoop::Elapsed() const {
   return Nanoseconds(clock_.nsecsElapsed());
 }
 
-void QtEventLoop::FinishFiles() {
-  LaneOf(Lane::Files).waitForDone();
-}
-
 void QtEventLoop::RunOffThread(Lane lane, std::function<void()> work, Callback done) {
+  if (lane == Lane::Apart) {
+    std::thread([address = address_, work = std::move(work), done = std::move(done)]() mutable {
+      work();
+      work = nullptr;
+      const std::lock_guard lock(address->mutex);
+      if (address->loop == nullptr) return;
+      QMetaObject::invokeMethod(
+          address->loop, [done = std::move(done)] { done(); }, Qt::QueuedConnection);
+    }).detach();
+    return;
+  }
   LaneOf(lane).start([this, work = std::move(work), done = std::move(done)]() mutable {
     work();
     work = nullptr;

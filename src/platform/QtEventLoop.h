@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include <array>
+#include <memory>
 
 namespace kelvo {
 
@@ -15,6 +16,7 @@ namespace kelvo {
 class QtEventLoop : public QObject, public EventLoop {
  public:
   QtEventLoop();
+  /// Waits until the work of every lane but Apart is done: what was given to be written is written.
   ~QtEventLoop() override;
 
   [[nodiscard]] QDateTime Now() const override;
@@ -22,20 +24,20 @@ class QtEventLoop : public QObject, public EventLoop {
   [[nodiscard]] Nanoseconds TurnClock() override { return Elapsed(); }
   void RunOffThread(Lane lane, std::function<void()> work, Callback done) override;
 
-  /// Waits until the files that were given to be written are written. For the end of the program.
-  void FinishFiles();
-
  protected:
   void QueueChanged() override;
 
  private:
+  /// Where work on a thread of its own finds the loop, which it may outlive.
+  struct Address;
   void Turn();
   void Arm();
   [[nodiscard]] QThreadPool& LaneOf(Lane lane) { return lanes_[static_cast<std::size_t>(lane)]; }
 
   QElapsedTimer clock_;
   QTimer wake_;
-  std::array<QThreadPool, 3> lanes_;  ///< by Lane, of one thread each
+  std::array<QThreadPool, 3> lanes_;  ///< by Lane, of one thread each; none for Apart
+  std::shared_ptr<Address> address_;
   bool inTurn_ = false;
 };
 

@@ -260,7 +260,7 @@ QByteArray ShellLink::ToBytes() const {
 }
 
 ShellLink ShellLink::Read(const QString& path) {
-  constexpr qint64 kLargest = 1024 * 1024;
+  constexpr qint64 kLargest = qint64{1} << 20;
   const QByteArray bytes = ReadWholeFile(path, kLargest);
   try {
     return FromBytes(bytes);

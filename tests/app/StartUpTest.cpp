@@ -1,21 +1,39 @@
 #include "app/DatabaseCheck.h"
 #include "app/SplashChecks.h"
 #include "audio/ClockAudio.h"
+#include "platform/ErrorLog.h"
 #include "platform/SettingsStore.h"
 #include "platform/SimulatedEventLoop.h"
 #include "support/ScriptedPrompter.h"
 #include "support/TemporaryTree.h"
 
+#include <QFile>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <set>
 
 using namespace kelvo;
 using namespace kelvo::testing;
 using namespace std::chrono_literals;
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 
 namespace {
+
+/// A loop on which some of the looks at disks never end.
+class DeadDisks : public SimulatedEventLoop {
+ public:
+  void RunOffThread(Lane lane, std::function<void()> work, Callback done) override {
+    if (lane == Lane::Apart && dead.contains(++looks)) return;
+    SimulatedEventLoop::RunOffThread(lane, std::move(work), std::move(done));
+  }
+  /// By their number, from 1.
+  std::set<int> dead;
+  int looks = 0;
+};
 
 class StartUp : public ::testing::Test {
  protected:
@@ -43,7 +61,7 @@ class StartUp : public ::testing::Test {
   }
 
   TemporaryTree tree;
-  SimulatedEventLoop loop;
+  DeadDisks loop;
   ScriptedPrompter prompter;
   SettingsStore settings{loop, tree.Path(QStringLiteral("settings.ini"))};
   ProgramFacts facts;
@@ -70,7 +88,8 @@ TEST_F(StartUp, WithAWholeDatabaseAsksNothing) {
 
 TEST_F(StartUp, WithoutPathsRunsTheInstallerAndEndsWhenThatIsGivenUp) {
   EXPECT_EQ(Check(), std::nullopt);
-  installed = Paths::Below(tree.Path());
+  installed = MakeDatabase(QStringLiteral("music"));
+  Store(QStringLiteral("NoPaths"));
   EXPECT_EQ(Check(), installed);
   EXPECT_THAT(installs, ElementsAre(Paths(), Paths()));
   EXPECT_TRUE(prompter.asked.empty());
@@ -115,7 +134,8 @@ TEST_F(StartUp, TooFewFieldsFailAtTheFirstEmptySlotAndTheInstallerGetsTheFolders
   Store(paths.ToSetting().section(QLatin1Char(','), 0, 4));
   QDir().rmdir(paths(Paths::Info));
   prompter.answers = {Answer::Yes};
-  installed = paths;
+  installed = Paths::Below(tree.Path(QStringLiteral("music")));
+  installed->Set(Paths::Info, tree.MakeFolder(QStringLiteral("elsewhere/info")));
   EXPECT_EQ(Check(), installed);
   EXPECT_EQ(prompter.asked[0].text, QStringLiteral("Cannot Find path ") + paths(Paths::Info) +
                                         QStringLiteral(" Run Install Again ?"));
@@ -130,12 +150,71 @@ TEST_F(StartUp, ARepairDoesNotTakeAPathThatTheSettingsCannotKeep) {
   QDir().rmdir(paths(Paths::Music));
   const QString comma = tree.MakeFolder(QStringLiteral("rock, pop"));
   const QString good = tree.MakeFolder(QStringLiteral("rock and pop"));
-  prompter.answers = {Answer::No, Answer::Ok};
-  prompter.texts = {comma, good};
+  prompter.answers = {Answer::No, Answer::Ok, Answer::Ok};
+  prompter.texts = {comma, QStringLiteral("rock and pop"), good};
   const std::optional<Paths> repaired = Check();
   ASSERT_TRUE(repaired);
   EXPECT_EQ((*repaired)(Paths::Music), good);
   EXPECT_EQ(Stored(), repaired->ToSetting());
+}
+
+TEST_F(StartUp, ADatabaseOfAnOlderFormIsNamedLeftAsItIsAndEndsTheRun) {
+  const Paths paths = MakeDatabase(QStringLiteral("music"));
+  const QString info = QStringLiteral("music/") + Paths::FolderName(Paths::Info) + QLatin1Char('/');
+  tree.Write(info + QStringLiteral("Abba.kif"), "new");
+  tree.Write(info + QStringLiteral(".directory"), "[Desktop Entry]");
+  EXPECT_EQ(Check(), paths);
+  EXPECT_TRUE(prompter.asked.empty());
+
+  tree.Write(info + QStringLiteral("Blur.inf"), "old");
+  for (const QString& stored : {paths.ToSetting(), QStringLiteral("NoPaths")}) {
+    Store(stored);
+    installed = paths;
+    prompter.answers = {Answer::Ok};
+    EXPECT_EQ(Check(), std::nullopt) << "also one that the installer was shown";
+    EXPECT_THAT(prompter.asked.back().text.toStdString(), HasSubstr("Blur.inf"));
+    EXPECT_THAT(prompter.asked.back().text.toStdString(), HasSubstr(paths(Paths::Info).toStdString()));
+  }
+  EXPECT_EQ(prompter.asked.size(), 2U);
+  EXPECT_EQ(tree.Read(info + QStringLiteral("Blur.inf")), "old");
+  EXPECT_EQ(QDir(paths(Paths::Info)).entryList(QDir::Files).size(), 2);
+}
+
+TEST_F(StartUp, ARepairDoesNotTakeAFolderThatHoldsSomethingElseForTheTrackInfo) {
+  Paths paths = MakeDatabase(QStringLiteral("music"));
+  QDir().rmdir(paths(Paths::Info));
+  tree.Write(QStringLiteral("songs/Abba.mp3"), "sound");
+  const QString good = tree.MakeFolder(QStringLiteral("info"));
+  prompter.answers = {Answer::No, Answer::Ok};
+  prompter.texts = {tree.Path(QStringLiteral("songs")), good};
+  paths.Set(Paths::Info, good);
+  EXPECT_EQ(Check(), paths);
+  EXPECT_EQ(Stored(), paths.ToSetting());
+  EXPECT_THAT(prompter.asked.at(2).text.toStdString(), HasSubstr("Abba.mp3"));
+}
+
+TEST_F(StartUp, AFolderThatDoesNotAnswerIsMissingAfterTenSecondsAndCanBeRepaired) {
+  Paths paths = MakeDatabase(QStringLiteral("music"));
+  const QString gone = paths(Paths::Music);
+  const QString near = tree.MakeFolder(QStringLiteral("near"));
+  loop.dead = {Paths::Music, Paths::Utility};
+  prompter.answers = {Answer::No};
+  prompter.texts = {near};
+  paths.Set(Paths::Music, near);
+  EXPECT_EQ(Check(), paths);
+  EXPECT_EQ(prompter.asked[0].text,
+            QStringLiteral("Cannot Find path ") + gone + QStringLiteral(" Run Install Again ?"));
+  EXPECT_GE(loop.Elapsed(), 10s);
+  EXPECT_LT(loop.Elapsed(), 11s) << "all disks are waited for at once";
+}
+
+TEST_F(StartUp, NoConsoleOpensOnTrackInfoFilesThatCouldNotBeLookedThrough) {
+  const Paths paths = MakeDatabase(QStringLiteral("music"));
+  loop.dead = {Paths::kLast + 1};
+  prompter.answers = {Answer::Yes};
+  EXPECT_EQ(Check(), std::nullopt);
+  EXPECT_EQ(prompter.asked[0].text, QStringLiteral("Cannot Find path ") + paths(Paths::Info) +
+                                        QStringLiteral(" Run Install Again ?"));
 }
 
 class Splash : public StartUp {
@@ -228,6 +307,29 @@ TEST_F(Splash, SeedsTheRequestListsWithoutTouchingOnesThatAreThere) {
             "Alice\r\nAnn\r\nBonnie\r\nCarol\r\nChristine\r\nCathy\r\n");
   EXPECT_EQ(tree.Read(QStringLiteral("program/RequestFiles/Messages.txt")),
             "Happy Birthday\r\nHappy Anniversary\r\nCongratulations On New Baby\r\n");
+  for (const QString& folder : {QStringLiteral("Info Bank"), QStringLiteral("Pop Quizes"),
+                                QStringLiteral("Quiz Mixers"), QStringLiteral("Quiz Intros")}) {
+    EXPECT_TRUE(QFileInfo(tree.Path(QStringLiteral("program/") + folder)).isDir()) << folder.toStdString();
+  }
+}
+
+TEST_F(Splash, AFileThatCannotBePlacedIsToldAndKeepsNoOtherFromItsPlace) {
+  const ErrorLog log(loop, prompter, tree.Path(QStringLiteral("kelvo.log")));
+  tree.Write(QStringLiteral("program/Quiz Mixers"), "a file in the folder's place");
+  tree.Write(QStringLiteral("program/KELVOMX-Whoosh.mp3"), "mixer");
+  tree.Write(QStringLiteral("program/QzDrum.wav"), "drum");
+  tree.Write(QStringLiteral("program/KELVOIN-Hello.mp3"), "intro");
+  tree.Write(QStringLiteral("program/KELVOJG-Bell.mp3"), "bell");
+  tree.MakeFolder(QStringLiteral("program/RequestFiles"));
+  QFile::link(tree.Path(QStringLiteral("nowhere/names.txt")),
+              tree.Path(QStringLiteral("program/RequestFiles/NamesMale.txt")));
+  Run();
+  EXPECT_EQ(prompter.asked.size(), 4U) << "one for each that failed";
+  EXPECT_THAT(prompter.Told().join(QLatin1Char('\n')).toStdString(), HasSubstr("names.txt"));
+  EXPECT_EQ(tree.Read(QStringLiteral("program/Quiz Intros/Hello.mp3")), "intro");
+  EXPECT_EQ(tree.Read(QStringLiteral("music/Kelvo2007_Jingles/Bell.mp3")), "bell");
+  EXPECT_TRUE(tree.Exists(QStringLiteral("program/Pop Quizes")));
+  EXPECT_TRUE(tree.Exists(QStringLiteral("program/RequestFiles/NamesFem.txt")));
   EXPECT_TRUE(tree.Exists(QStringLiteral("program/Info Bank")));
 }
 

@@ -73,30 +73,44 @@ TEST_F(LockedDeskTest, TheDeckThatPlaysGoesOnToItsEndBehindAWrongCode) {
 TEST(DataManagerAccessTest, ThePasswordOpensAndNothingElseDoes) {
   ScriptedPrompter prompter;
   int opened = 0;
+  const auto open = [&opened] { ++opened; };
   DataManagerAccess access(prompter, false, u"Secret"_s);
-  access.OnGranted = [&opened] { ++opened; };
   prompter.texts = {u""_s, u"secret"_s, u"Secret"_s};
   prompter.answers = {Answer::Ok};
-  access.Enter();
+  access.Enter(open);
   EXPECT_EQ(prompter.asked.size(), 1U) << "nothing is said to an empty answer";
   EXPECT_EQ(prompter.asked.front().title, u"Data Manager Access"_s);
   EXPECT_EQ(prompter.asked.front().text, u"Enter PassWord"_s);
-  access.Enter();
+  access.Enter(open);
   EXPECT_EQ(prompter.asked.back().text, u"PassWord Not Recognized!"_s);
   EXPECT_EQ(opened, 0);
-  access.Enter();
+  access.Enter(open);
   EXPECT_EQ(opened, 1);
   EXPECT_EQ(prompter.secretsAsked, 3);
 
-  access.SetAccess(false, {});
+  DataManagerAccess unset(prompter, false, {});
   prompter.texts = {u""_s};
-  access.Enter();
+  unset.Enter(open);
   EXPECT_EQ(opened, 1) << "no password set is no free access";
+}
 
-  access.SetAccess(true, u"Secret"_s);
-  access.Enter();
+TEST_F(LockedDeskTest, TheToolsOfTheDataManagerObeyTheSettingsOfTheStart) {
+  int opened = 0;
+  const auto open = [&opened] { ++opened; };
+  Make();
+  desk_->ManagerAccess().Enter(open);
+  EXPECT_EQ(opened, 1) << "free unless it is said otherwise";
+  Set(u"DmanAccess"_s, u"False"_s);
+  Set(u"DmanPassWord"_s, u"Secret"_s);
+  desk_->ManagerAccess().Enter(open);
   EXPECT_EQ(opened, 2);
-  EXPECT_EQ(prompter.secretsAsked, 4);
+  Make();
+  prompter_.texts = {u"guess"_s, u"Secret"_s};
+  prompter_.answers = {Answer::Ok};
+  desk_->ManagerAccess().Enter(open);
+  EXPECT_EQ(opened, 2);
+  desk_->ManagerAccess().Enter(open);
+  EXPECT_EQ(opened, 3);
 }
 
 }  // namespace

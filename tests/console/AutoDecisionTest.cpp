@@ -101,6 +101,12 @@ TEST(AutoDecisionTest, TheTickStartsTheLoadedDeckAtTheDeltaOrWhenAllIsSilent) {
   EXPECT_EQ(decide(loaded, playingAt(99), 0).start, Deck::One);
   EXPECT_EQ(decide(loaded, {DeckState::Done, 100, 30, false}, 8).start, Deck::One) << "stopped by hand";
   EXPECT_EQ(decide({}, loaded, 8).start, Deck::Two) << "nothing else would ever start it";
+  TickQuestion comesIn;
+  comesIn.decks[Deck::One] = {DeckState::Playing, 100, 0, false};
+  comesIn.decks[Deck::Two] = loaded;
+  comesIn.AutoDelta = 500;
+  comesIn.Starting = true;
+  EXPECT_EQ(DecideTick(comesIn).start, std::nullopt) << "one start at a time";
   EXPECT_EQ(decide(playingAt(95), {DeckState::Done, 100, 100, false}, 8).next, std::nullopt);
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "audio/ClockAudio.h"
 #include "console/AutoPlay.h"
 #include "console/ConfirmationPanel.h"
 #include "console/DeckEngine.h"
+#include "console/FaultyAudio.h"
 #include "console/PlayQueue.h"
+#include "console/PressToSpeak.h"
 #include "console/SessionRecorder.h"
 #include "console/Transitions.h"
 #include "database/Catalogue.h"
@@ -34,6 +35,7 @@ class AutoDesk {
         decks(
             {loop, audio, catalogue, queue, panel, state, recorder, paths, TrackDefaults(), DeckSettings()}),
         transitions({loop, state, decks, panel, recorder}),
+        speak({loop, state, decks}),
         play({loop, prompter, state, decks, queue, catalogue, random, settings, 3,
               [this](Deck deck) { Start(deck, TransitionKind::PartFade); },
               [this](Deck deck) { Start(deck, TransitionKind::Dub); },
@@ -42,11 +44,13 @@ class AutoDesk {
               [this](const QString& title) {
                 if (logged.size() < 100) logged.append(title);
               },
-              nullptr, nullptr}) {
+              nullptr, nullptr, [this] { return transitions.Starting(); },
+              [this](Deck deck) { return transitions.FadedOut(deck); }}) {
     for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) QDir().mkpath(paths(slot));
     catalogue.Clear(paths(Paths::Music));
     transitions.AfterStart = [this](Deck deck) { play.AfterStart(deck); };
     transitions.FadeSpeed = [this] { return fadeSpeed; };
+    transitions.WriteLoss = [this](Deck deck, int loss) { speak.SetLevel(deck, loss); };
     beat = loop.Every(std::chrono::seconds(1), [this] { Beat(); });
   }
 
@@ -84,9 +88,15 @@ class AutoDesk {
     entry.Set(MrefColumn, QString::number(ToInt(track)));
     queue.AppendRow(entry, Int(catalogue.TrackDurations(track)));
   }
+  [[nodiscard]] FaultyPlayer& Disk(Deck deck) { return FaultyAudio::Of(decks.Player(deck)); }
+  /// Its player runs and the slider lets it be heard.
+  [[nodiscard]] bool Heard(Deck deck) {
+    return decks.Player(deck).State() == PlayState::Playing && !transitions.FadedOut(deck);
+  }
   void Run(double seconds) { loop.RunFor(Nanoseconds(static_cast<std::int64_t>(seconds * 1e9))); }
 
   void Start(Deck deck, TransitionKind kind) {
+    if (OnStart) OnStart(deck);
     ++starts;
     lastTransition = static_cast<int>(kind);
     transitions.StartRoutine(deck, kind);
@@ -96,11 +106,11 @@ class AutoDesk {
       --lateBeats;
       return;
     }
+    play.Beat();
     // As on the desk: every second beat is left out while a fade walks.
     leftOut_ = state.TransitionActive && !leftOut_;
     if (leftOut_) return;
     timerText = play.CheckTimer().value_or(QString());
-    play.Beat();
     if (state.AutoPlayOn && !state.TransitionActive) play.AutoTick();
     if (AfterBeat) AfterBeat();
   }
@@ -111,7 +121,7 @@ class AutoDesk {
 
   Paths paths;
   SimulatedEventLoop loop{QDateTime(QDate(2007, 6, 1), QTime(9, 0))};
-  ClockAudio audio{loop};
+  FaultyAudio audio{loop};
   Catalogue catalogue;
   ConsoleState state;
   RandomSource random;
@@ -120,6 +130,7 @@ class AutoDesk {
   ConfirmationPanel panel;
   DeckEngine decks;
   Transitions transitions;
+  PressToSpeak speak;
   AutoPlay play;
   int fadeSpeed = 25;
   int starts = 0;
@@ -128,6 +139,7 @@ class AutoDesk {
   QStringList logged;
   QString timerText;
   std::function<void()> AfterBeat;
+  std::function<void(Deck)> OnStart;  ///< automatic play calls a start routine
   Timer beat;
 
  private:

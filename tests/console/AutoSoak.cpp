@@ -24,6 +24,8 @@ constexpr int kLongestFade = 20;
 constexpr int kLongestLoad = 12;
 /// Nothing was loaded into either deck for so long, while it should have been.
 constexpr int kLoadLimitSeconds = 10;
+/// Until a deck that stands still is given up, with ticks that come late.
+constexpr int kStallSeconds = 10;
 
 /// Nobody sits at the desk.
 class NobodyThere : public Prompter {
@@ -54,12 +56,11 @@ class Soak {
       if (each < kRows) desk_.Enqueue(track);
     }
     desk_.decks.OnLoaded = [this](Deck deck, bool) { loading_[deck] = 0; };
-    desk_.play.SetMode(options.mode);
-    desk_.play.SetRandom(options.random);
+    desk_.OnStart = [this](Deck deck) { CheckStart(deck); };
   }
 
   SoakResult Run() {
-    desk_.play.ToggleAutoPlay();
+    SwitchOn();
     for (second_ = 0; second_ < options_.seconds; ++second_) {
       for (auto end = ends_.begin(); end != ends_.end() && end->first <= second_;) {
         const auto done = ends_.extract(end);
@@ -70,10 +71,11 @@ class Soak {
       desk_.Run(1);
       CheckState();
       CheckSound();
+      CheckCuts();
       if (options_.OnSecond) options_.OnSecond(second_);
     }
     result_.starts = desk_.starts;
-    result_.skipped = desk_.play.SkippedCount();
+    result_.skipped += desk_.play.SkippedCount();
     return result_;
   }
 
@@ -85,6 +87,19 @@ class Soak {
                               QByteArray::number(1 + chance_.Below(3)),
                           number(20) + ',' + number(25), number(51) + ',' + number(51), chance_.Below(2),
                           chance_.Below(2));
+  }
+
+  /// The desk as somebody left it.
+  void SwitchOn() {
+    // A preview that begins while both decks are heard takes one of them away.
+    constexpr std::array kSides{kDeckOneAlone, kDeckTwoAlone, 0};
+    const int sides = options_.mode == AutoMode::Preview ? 2 : 3;
+    const int side = kSides[static_cast<std::size_t>(chance_.Below(sides))];
+    if (!desk_.state.TransitionActive) desk_.transitions.SetCrossPan(side);
+    desk_.play.SetMode(options_.mode);
+    desk_.play.SetRandom(options_.random);
+    switchedOn_ = true;
+    desk_.play.ToggleAutoPlay();
   }
 
   void After(int seconds, std::function<void()> undo) { ends_.emplace(second_ + seconds, std::move(undo)); }
@@ -121,7 +136,7 @@ class Soak {
 
   void Fault() {
     ++result_.faults;
-    switch (chance_.Below(13)) {
+    switch (chance_.Below(18)) {
       case 0:
         Spoil([](const QString& path) { QFile::remove(path); },
               [](const QString& path) { AutoDesk::Write(path, "sound"); });
@@ -143,6 +158,7 @@ class Soak {
         EditQueue();
         break;
       case 7:
+        Disturb(1);
         for (const Deck deck : kDecks) {
           if (chance_.Below(3) > 0) desk_.decks.StopDeck(deck);
         }
@@ -165,6 +181,19 @@ class Soak {
       case 12:
         Spoil([this](const QString& path) { desk_.audio.SetSilent(path); },
               [this](const QString& path) { desk_.audio.SetSilent(path, false); });
+        break;
+      case 13:
+        Speak();
+        break;
+      case 14:
+        desk_.transitions.Cancel();
+        break;
+      case 15:
+      case 16:
+        KillDisk();
+        break;
+      case 17:
+        SwitchOffAndOn();
         break;
       default:
         break;
@@ -228,6 +257,40 @@ class Soak {
     QDir(from).removeRecursively();
   }
 
+  /// Of one deck, while it plays: what it holds stands still or ends.
+  void KillDisk() {
+    const Deck deck = chance_.Below(2) == 0 ? Deck::One : Deck::Two;
+    const bool broken = chance_.Below(2) == 0;
+    if (desk_.Disk(deck).State() != PlayState::Playing) return;
+    Disturb(broken ? 1 : kStallSeconds);
+    if (broken) {
+      desk_.Disk(deck).BreakOff();
+    } else {
+      desk_.Disk(deck).StandStill();
+    }
+  }
+
+  void Speak() {
+    desk_.speak.SetDepthSlider(1000 * chance_.Below(3));
+    desk_.speak.SetSpeedSlider(1 + chance_.Below(10));
+    desk_.speak.Press();
+    After(1 + chance_.Below(90), [this] { desk_.speak.Release(); });
+  }
+
+  void SwitchOffAndOn() {
+    if (!desk_.state.AutoPlayOn) return;
+    const int away = chance_.Below(5);
+    Disturb(away + kSilenceBound);
+    result_.skipped += desk_.play.SkippedCount();
+    desk_.play.ToggleAutoPlay();
+    excusedUntil_ = std::max(excusedUntil_, second_ + away + 1);
+    // The next start finds them playing, or silent.
+    if (chance_.Below(2) == 0) {
+      for (const Deck deck : kDecks) desk_.decks.StopDeck(deck);
+    }
+    After(away, [this] { SwitchOn(); });
+  }
+
   void Pause() {
     if (desk_.play.PauseAtEnd()) return;
     desk_.play.TogglePauseAtEnd();
@@ -244,13 +307,15 @@ class Soak {
   }
 
   void CheckState() {
-    Must(desk_.state.AutoPlayOn, "automatic play has ended by itself");
+    Must(desk_.state.AutoPlayOn || second_ < excusedUntil_, "automatic play has ended by itself");
     Must(!desk_.state.GroupPlayOn, "a group runs");
     Must(desk_.play.AutoTransition() >= 0 && desk_.play.AutoTransition() <= 3, "no such transition");
     Must(desk_.fadeSpeed >= 0 && desk_.fadeSpeed <= 50, "no such fade speed");
     Must(std::abs(desk_.state.CrossPan) <= 200, "the slider is beyond its end");
     Must(desk_.queue.Selected() >= 0 && desk_.queue.Selected() <= desk_.queue.Count(), "no such row");
-    fading_ = desk_.state.TransitionActive ? fading_ + 1 : 0;
+    // One that a start takes over begins anew.
+    const bool sameFade = std::exchange(startsBefore_, desk_.starts) == desk_.starts;
+    fading_ = desk_.state.TransitionActive && sameFade ? fading_ + 1 : 0;
     Must(fading_ <= kLongestFade, "a fade does not end");
     int loaded = 0;
     for (const Deck deck : kDecks) {
@@ -274,12 +339,40 @@ class Soak {
     Must(waiting_ <= kSilenceBound || desk_.play.PauseAtEnd(), "two tracks wait and none plays");
   }
 
+  /// What happens to the decks until then is somebody's will, or a fault's.
+  void Disturb(int seconds) { disturbedUntil_ = std::max(disturbedUntil_, second_ + seconds); }
+
+  void CheckStart(Deck deck) {
+    Must(!desk_.transitions.Starting(), "two decks are started at once");
+    const DeckRecord& other = desk_.decks.Record(Other(deck));
+    const bool early = other.Duration - other.Position > std::max(desk_.play.AutoDelta(), 1) + 2;
+    const bool onAir = other.State == DeckState::Playing && desk_.Heard(Other(deck));
+    const bool first = std::exchange(switchedOn_, false);
+    Must(!onAir || !early || first || second_ <= disturbedUntil_, "a deck is started before its time");
+  }
+
+  /// A track that was heard a second ago, and that no fade was about to take out, goes on to its end.
+  void CheckCuts() {
+    for (const Deck deck : kDecks) {
+      MediaPlayer& player = desk_.decks.Player(deck);
+      std::optional<OnAir>& before = onAir_[deck];
+      if (before && second_ > disturbedUntil_) {
+        const bool goesOn = player.FileName() == before->path && player.CurrentPosition() > before->position;
+        Must(goesOn || before->left < 1.5, "a track that is heard is cut");
+      }
+      before.reset();
+      if (!desk_.Heard(deck) || desk_.state.TransitionActive || desk_.transitions.Starting()) continue;
+      const double position = player.CurrentPosition();
+      before = OnAir{player.FileName(), position, player.Duration() - position};
+    }
+  }
+
   /// Counts the silence that no outage, pause or jukebox lag explains.
   void CheckSound() {
     const bool sounds = std::any_of(kDecks.begin(), kDecks.end(), [this](Deck deck) {
       const MediaPlayer& player = desk_.decks.Player(deck);
       return player.State() == PlayState::Playing && player.HasSound() &&
-             desk_.decks.Record(deck).Loss < kMostLoss;
+             desk_.decks.Record(deck).Level < kMostLoss;
     });
     const bool excused = diskBroken_ || desk_.play.PauseAtEnd() || second_ < excusedUntil_;
     if (excused && !sounds) {
@@ -304,11 +397,20 @@ class Soak {
   std::multimap<int, std::function<void()>> ends_;  ///< by the second in which each fault is mended
   QSet<Mref> bad_;
   JobList adds_;
+  struct OnAir {
+    QString path;
+    double position = 0;
+    double left = 0;
+  };
+  PerDeck<std::optional<OnAir>> onAir_;
   PerDeck<int> loading_;
   bool diskBroken_ = false;
+  bool switchedOn_ = false;  ///< and nothing was started since
   int second_ = 0;
   int excusedUntil_ = 0;
+  int disturbedUntil_ = 0;
   int fading_ = 0;
+  int startsBefore_ = 0;
   int waiting_ = 0;
   int silence_ = 0;
 };

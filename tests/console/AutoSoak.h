@@ -34,8 +34,10 @@ inline constexpr int kSilenceBound = 8;
 
 /// Automatic play for `options.seconds` of simulated time over a database made in `folder`, with faults by
 /// chance: files that vanish, cannot be opened, are empty, end early; info files gone or garbled; the queue
-/// edited; decks stopped by hand; the sound device lost; disks slow or hanging; ticks late; pauses. Each
-/// second the desk must be in a state that it may be in.
+/// edited; decks stopped by hand; the sound device lost; disks slow or hanging, or dying under a deck that
+/// plays; ticks late; pauses; the operator speaking, cancelling, and switching it off and on with the slider
+/// anywhere. Each second the desk must be in a state that it may be in, no start may come before its time,
+/// and no track that is heard may be cut.
 [[nodiscard]] SoakResult RunSoak(const QString& folder, const SoakOptions& options);
 
 }  // namespace kelvo::testing

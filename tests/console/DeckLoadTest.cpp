@@ -208,6 +208,29 @@ TEST_F(DeckLoadTest, ATrackComesToBothDecksOnlyOnConfirmation) {
   EXPECT_EQ(Record(Deck::One).Title, u"Alpha"_s);
 }
 
+TEST_F(DeckLoadTest, ATrackOnItsWayIntoOneDeckComesToTheOtherOnlyOnConfirmation) {
+  OpenDesk();
+  Load(Deck::One, 2);
+  Queue().Click(1);
+  Decks().LoadCommand(Deck::One);
+  Decks().LoadCommand(Deck::Two);
+  ASSERT_TRUE(Panel().Visible());
+  EXPECT_EQ(Panel().Question().text, u"TRACK ALREADY LOADED IN DECK 1 !\r\n"_s);
+  Panel().Cancel();
+  loop_.RunFor(1s);
+  EXPECT_EQ(Record(Deck::One).Title, u"Alpha"_s);
+  EXPECT_EQ(Record(Deck::Two).State, DeckState::Empty);
+  Load(Deck::Two, 2);
+  EXPECT_EQ(Record(Deck::Two).Title, u"Beta"_s) << "what the first deck held before is free again";
+
+  // A load that failed leaves nothing behind to ask about.
+  QFile::remove(catalogue_.TrackPaths(ToMref(3)));
+  Load(Deck::One, 3);
+  Queue().Click(3);
+  Decks().LoadCommand(Deck::Two);
+  EXPECT_FALSE(Panel().Visible());
+}
+
 TEST_F(DeckLoadTest, ATransitionRefusesTheLoadAndTheNextLoadTakesTheWordAway) {
   OpenDesk();
   desk_->State().TransitionActive = true;

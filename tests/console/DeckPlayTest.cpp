@@ -144,6 +144,23 @@ TEST_F(DeckPlayTest, NothingIsCorrectedWhenTheSettingIsNotTheNumberOne) {
   EXPECT_THAT(SessionCodes(), ElementsAre(1, 3, 19));
 }
 
+TEST_F(DeckPlayTest, AStreamThatBreaksOffIsNotTakenForTheTracksLength) {
+  AddTrack(u"alpha"_s, 60, 60);
+  Open();
+  EnqueueAll();
+  Load(Deck::One, 1);
+  Decks().ManualStart(Deck::One);
+  loop_.RunFor(20s);
+  Disk(Deck::One).BreakOff();
+  loop_.RunFor(1s);
+  EXPECT_EQ(database_.Info(u"alpha"_s), InfoBytes("60"));
+  EXPECT_EQ(catalogue_.TrackDurations(ToMref(1)), 60);
+  EXPECT_EQ(Record(Deck::One).Title, u"Alpha"_s);
+  EXPECT_EQ(Record(Deck::One).State, DeckState::Done);
+  EXPECT_TRUE(Log().contains(u"broke off"_s)) << Log().toStdString();
+  EXPECT_THAT(SessionCodes(), ElementsAre(1, 3, 19));
+}
+
 TEST_F(DeckPlayTest, AutomaticPlayNeitherCorrectsNorRecordsAnEnd) {
   AddTrack(u"alpha"_s, 200, 60);
   Open();
@@ -234,6 +251,8 @@ TEST_F(DeckPlayTest, AButtonStillHeldDoesNotMoveTheTrackThatIsLoadedMeanwhile) {
   loop_.RunFor(2s);
   EXPECT_EQ(Record(Deck::One).Position, 0);
   EXPECT_EQ(Player(Deck::One).CurrentPosition(), 0);
+  Decks().EndFastMove(Deck::One);
+  EXPECT_THAT(SessionCodes(), ElementsAre(1, 1)) << "the new track was not moved";
 }
 
 TEST_F(DeckPlayTest, FastMovesAreRefusedOnEmptyAndPlayingDecks) {
@@ -247,6 +266,11 @@ TEST_F(DeckPlayTest, FastMovesAreRefusedOnEmptyAndPlayingDecks) {
   Decks().BeginFastMove(Deck::One, FastMove::Forward);
   loop_.RunFor(400ms);
   EXPECT_LT(Record(Deck::One).Position, 1);
+  Decks().EndFastMove(Deck::One);
+  Decks().SetLoss(Deck::One, 0);
+  Decks().BeginFastMove(Deck::One, FastMove::SkipToEnd);
+  Decks().EndFastMove(Deck::One);
+  EXPECT_THAT(SessionCodes(), ElementsAre(1, 3)) << "what was refused is not recorded";
 }
 
 TEST_F(DeckPlayTest, WaitingForSoundEndsHalfASecondIntoTheTrackOrWhenItStops) {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "audio/ClockAudio.h"
 #include "console/Console.h"
+#include "console/FaultyAudio.h"
 #include "database/TestDatabase.h"
 #include "platform/ErrorLog.h"
 #include "platform/SettingsStore.h"
@@ -62,6 +62,7 @@ class DeskTest : public ::testing::Test {
   [[nodiscard]] DeckEngine& Decks() { return desk_->Decks(); }
   [[nodiscard]] const DeckRecord& Record(Deck deck) { return desk_->Decks().Record(deck); }
   [[nodiscard]] MediaPlayer& Player(Deck deck) { return desk_->Decks().Player(deck); }
+  [[nodiscard]] FaultyPlayer& Disk(Deck deck) { return FaultyAudio::Of(Player(deck)); }
   [[nodiscard]] ConfirmationPanel& Panel() { return desk_->Panel(); }
 
   /// Lets a job of the desk run to its end.
@@ -104,7 +105,7 @@ class DeskTest : public ::testing::Test {
   SimulatedEventLoop loop_{QDateTime(QDate(2007, 6, 1), QTime(9, 0))};
   ScriptedPrompter prompter_;
   ErrorLog log_{loop_, prompter_, database_.tree.Path(u"kelvo.log"_s)};
-  ClockAudio audio_{loop_};
+  FaultyAudio audio_{loop_};
   SettingsStore settings_{loop_, database_.tree.Path(u"settings.ini"_s)};
   Catalogue catalogue_;
   std::optional<Console> desk_;

@@ -61,6 +61,17 @@ TEST_F(PlayQueueTest, AutomaticPlayKeepsItsSelectionWhenTracksAreAdded) {
   EXPECT_EQ(Queue().Selected(), 1);
 }
 
+TEST_F(PlayQueueTest, TheRowThatWasAddedIsSelectedAlsoWhenItsTrackStandsHigherUp) {
+  EnqueueAll();
+  Finish(Queue().AddTracks({ToMref(3), ToMref(1)}, PlayQueue::Route::Search));
+  EXPECT_EQ(Queue().Selected(), 5);
+  Queue().SortBy(TrackColumn);
+  Finish(Queue().AddTracks({ToMref(2), ToMref(1)}, PlayQueue::Route::Search));
+  EXPECT_THAT(Column(TrackColumn),
+              ElementsAre(u"Alpha"_s, u"Alpha"_s, u"Alpha"_s, u"Beta"_s, u"Beta"_s, u"Gamma"_s, u"Gamma"_s));
+  EXPECT_EQ(Queue().Selected(), 3);
+}
+
 TEST_F(PlayQueueTest, AGroupPlaylistIsGivenUpOnlyOnYes) {
   EnqueueAll();
   Queue().SetName(u"My Mix"_s);
@@ -269,6 +280,7 @@ TEST_F(PlayQueueTest, ASortedListTakesNewRowsAtTheirPlaceAndTheListOrderComesBac
   prompter_.answers = {Answer::No};
   Finish(Queue().ClearQueue());
   Enqueue({ToMref(2), ToMref(3)});
+  EXPECT_THAT(Tags(), ElementsAre(4, 5, 6)) << "no number twice";
   Queue().SortBy(TrackColumn);
   Queue().SortBy(TrackColumn);
   EXPECT_EQ(Queue().Count(), 3);

@@ -109,6 +109,19 @@ TEST_F(PressToSpeakTest, ATransitionUnderTheVoiceStaysUnderItAndIsNotUndone) {
   EXPECT_EQ(Loss(Deck::Two), 0);
 }
 
+TEST_F(PressToSpeakTest, ADeckUnderTheVoiceIsStillLive) {
+  OpenDesk();
+  Speak().SetDepthSlider(0);
+  Speak().Press();
+  loop_.RunFor(1s);
+  ASSERT_EQ(Loss(Deck::One), kMostLoss);
+  Decks().StopCommand(Deck::One);
+  EXPECT_TRUE(Panel().Visible()) << "it comes back";
+  EXPECT_EQ(Player(Deck::One).State(), PlayState::Playing);
+  loop_.RunFor(2s);
+  EXPECT_EQ(desk_->StatusLine(), u"Currently Playing: Alpha"_s);
+}
+
 TEST_F(PressToSpeakTest, TheDepthCanBeSetWhileTheDecksAreDown) {
   OpenDesk();
   Speak().Press();

@@ -151,6 +151,37 @@ TEST_F(TransitionsTest, ADeckStoppedBeforeItIsHeardDoesNotTakeTheAirFromTheOther
   EXPECT_TRUE(Playing(Deck::One));
 }
 
+TEST_F(TransitionsTest, ADiskThatDiesAtAStartHoldsNoStartKeyAndTakesNoSoundAway) {
+  OpenDesk();
+  Fades().PressPartFade(Deck::Two);
+  loop_.RunFor(200ms);
+  Disk(Deck::Two).StandStill();
+  loop_.RunFor(1s);
+  EXPECT_TRUE(Fades().Starting());
+  loop_.RunFor(3s);
+  EXPECT_FALSE(Fades().Starting()) << "its sound is waited for in vain";
+  EXPECT_EQ(Losses(), (DeckLosses{0, 2000}));
+  EXPECT_TRUE(Playing(Deck::One));
+
+  // The one on air has a dead disk: the other is brought in all the same.
+  Load(Deck::Two, 3);
+  Decks().SetPosition(Deck::One, 0.2);
+  Disk(Deck::One).StandStill();
+  Fades().PressPartFade(Deck::Two);
+  loop_.RunFor(10s);
+  EXPECT_EQ(Fades().CrossPan(), kDeckTwoAlone);
+}
+
+TEST_F(TransitionsTest, ACancelEndsTheWaitForADeadDiskAtOnce) {
+  OpenDesk();
+  Fades().PressPartFade(Deck::Two);
+  loop_.RunFor(100ms);
+  Disk(Deck::Two).StandStill();
+  Fades().Cancel();
+  loop_.RunFor(20ms);
+  EXPECT_FALSE(Fades().Starting());
+}
+
 TEST_F(TransitionsTest, ADubKeepsBothDecksFullUntilItsButtonIsLetGo) {
   OpenDesk();
   Fades().PressDub(Deck::Two);

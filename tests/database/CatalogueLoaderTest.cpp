@@ -151,6 +151,7 @@ TEST_F(CatalogueLoaderTest, AnInfoFileOfFewerThanThirteenLinesEndsTheLoadAndIsNa
   for (const QByteArray& bytes : {twelve, twelve + "caf\xE9", QByteArray()}) {
     database_.AddTrack(u"too short"_s, bytes.isEmpty() ? bytes : bytes.chopped(bytes.endsWith('\n') ? 0 : 4));
     EXPECT_EQ(Load(), LoadOutcome::UnstableFile);
+    EXPECT_EQ(loader_->UnstableFile(), database_.paths(Paths::Info) + u"/too short.kif"_s);
   }
   EXPECT_TRUE(Log().contains(u"/too short.kif has fewer than 13 lines"_s)) << Log().toStdString();
   EXPECT_TRUE(prompter_.asked.empty()) << "the console has its own words for this";

@@ -1,5 +1,6 @@
 #include "platform/ErrorLog.h"
 #include "platform/Job.h"
+#include "platform/OffloadWithin.h"
 #include "platform/QtEventLoop.h"
 #include "platform/SimulatedEventLoop.h"
 
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <future>
 #include <memory>
 #include <string>
 #include <thread>
@@ -217,10 +219,44 @@ TEST(RealTime, CancelledAndUnfinishedWorkEndsUnheardWithTheLoop) {
           log));
     }
     jobs.erase(jobs.begin());
-    loop.FinishFiles();
   }
   EXPECT_EQ(*finished, 3) << "work on files is never left half done";
   EXPECT_TRUE(log.empty());
+}
+
+Job<> Looks(EventLoop& loop, Nanoseconds limit, std::function<int()> look, Log& log) {
+  try {
+    const std::optional<int> seen = co_await OffloadWithin(loop, limit, look);
+    log.push_back(seen ? std::to_string(*seen) : "given up");
+  } catch (const Failure& failure) {
+    log.emplace_back(failure.what());
+  }
+}
+
+TEST(RealTime, ALookAtADeadDiskIsGivenUpAndHoldsUpNeitherOthersNorTheEnd) {
+  std::promise<void> plugged;
+  const std::shared_future<void> back = plugged.get_future();
+  std::promise<void> ended;
+  Log log;
+  {
+    QtEventLoop loop;
+    const auto dead = [back, &ended] {
+      back.wait();
+      ended.set_value_at_thread_exit();
+      return 1;
+    };
+    const Job<> first = Looks(loop, 30ms, dead, log);
+    const Job<> second = Looks(
+        loop, 1min, [] { return 2; }, log);
+    const Job<> third = Looks(
+        loop, 1min, []() -> int { throw Failure(QStringLiteral("torn")); }, log);
+    EXPECT_TRUE(TurnUntil(loop, [&] { return log.size() == 3; }));
+    EXPECT_EQ(log.back(), "given up");
+    EXPECT_EQ(std::count(log.begin(), log.end(), "2") + std::count(log.begin(), log.end(), "torn"), 2);
+  }
+  plugged.set_value();
+  ended.get_future().wait();
+  EXPECT_EQ(log.size(), 3U) << "what it saw in the end is unheard";
 }
 
 TEST(RealTime, AFailingCallbackLeavesTheOthersRunning) {

@@ -119,15 +119,14 @@ TEST(SettingsStore, ChangesAreReadAtOnceAndOnDiskATurnLater) {
 
 TEST(SettingsStore, NothingIsLostAtTheEndAndNothingOlderIsWrittenOverIt) {
   const TemporaryTree tree;
-  QtEventLoop loop;
   for (int round = 0; round < 30; ++round) {
     {
+      QtEventLoop loop;
       SettingsStore store(loop, tree.Path(u"settings.ini"_s));
       store.SaveSetting(u"Desk"_s, u"Startup"_s, u"Round"_s, QString::number(round));
       QCoreApplication::processEvents();
       store.SaveSetting(u"Desk"_s, u"Startup"_s, u"Last"_s, QString::number(round));
     }
-    loop.FinishFiles();
     const QByteArray number = QByteArray::number(round);
     ASSERT_EQ(tree.Read(u"settings.ini"_s), "[Desk / Startup]\nRound=" + number + "\nLast=" + number + '\n');
   }

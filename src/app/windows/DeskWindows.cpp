@@ -8,6 +8,7 @@
 #include "database/windows/UtilityWindow.h"
 #include "datamanager/windows/SearchWindow.h"
 
+#include <QPointer>
 #include <QWindow>
 
 #include <algorithm>
@@ -39,10 +40,18 @@ void BringUp(QWidget& window, const QWidget& console) {
 }  // namespace
 
 DeskWindows::DeskWindows(Console& console, ConsoleWindow& window) : console_(console), window_(window) {
-  connect(&window_, &ConsoleWindow::ImportWanted, this, &DeskWindows::OpenImport);
-  connect(&window_, &ConsoleWindow::TransferWanted, this, &DeskWindows::OpenTransfer);
-  connect(&window_, &ConsoleWindow::UtilityWanted, this, &DeskWindows::OpenUtility);
-  connect(&window_, &ConsoleWindow::JinglesWanted, this, &DeskWindows::OpenJingles);
+  // What changes the database belongs to the Data Manager, and is behind its password.
+  const auto guard = [this](void (ConsoleWindow::*wanted)(), void (DeskWindows::*open)()) {
+    connect(&window_, wanted, this, [this, open] {
+      console_.ManagerAccess().Enter([self = QPointer(this), open] {
+        if (self) (self->*open)();
+      });
+    });
+  };
+  guard(&ConsoleWindow::ImportWanted, &DeskWindows::OpenImport);
+  guard(&ConsoleWindow::TransferWanted, &DeskWindows::OpenTransfer);
+  guard(&ConsoleWindow::UtilityWanted, &DeskWindows::OpenUtility);
+  guard(&ConsoleWindow::JinglesWanted, &DeskWindows::OpenJingles);
   connect(&window_, &ConsoleWindow::SearchWanted, this, &DeskWindows::OpenSearch);
   connect(&console_.Lock(), &ScreenLock::Changed, this, &DeskWindows::ShowLock);
   window_.MayClose = [this] { return MayClose(); };

@@ -16,15 +16,22 @@
 #include <QScreen>
 
 namespace kelvo {
+
+using namespace std::chrono_literals;
+
 namespace {
+
+/// Far longer than any disk that works needs for the few files that are still to be written.
+constexpr Nanoseconds kEndLimit = 30s;
 
 std::unique_ptr<OutputBackend> MakeBackend() {
   if (qEnvironmentVariableIsSet("KELVO_SILENT")) {
     return std::make_unique<NoDeviceBackend>(QStringList{QStringLiteral("Silent Device")});
   }
   const auto hardware = [] { return std::make_unique<SdlBackend>(); };
-  // Who names a driver wants that one.
-  if (qEnvironmentVariableIsSet("SDL_AUDIODRIVER")) return hardware();
+  // Who names a driver wants that one; a sound server's is our own.
+  const QByteArray driver = qgetenv("SDL_AUDIODRIVER");
+  if (!driver.isEmpty() && !driver.contains("pulse")) return hardware();
   return std::make_unique<PulseBackend>(hardware);
 }
 
@@ -53,16 +60,22 @@ Program::Program()
       settings_(loop_, SettingsStore::DefaultFilePath()),
       prompter_([this] { return TopWindow(); }, facts_.title),
       errorLog_(loop_, prompter_, programFolder_ + QStringLiteral("/kelvo.log")),
-      audio_(loop_, MakeBackend()) {}
+      audio_(loop_, MakeBackend()) {
+  // A session manager that has the state saved may still be told to let the session go on.
+  connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { SaveDesk(); });
+  qApp->installEventFilter(this);
+}
 
 Program::~Program() {
-  // The windows look at the desk, the desk at everything else.
+  // The windows look at the desk, the desk at everything else. The players go with the desk: nothing sounds
+  // while the disks are waited for.
   beside_.reset();
   window_.reset();
   console_.reset();
   splash_.reset();
   main_.Cancel();
   installerWindow_.reset();
+  FlushSettings();
 }
 
 QWidget* Program::TopWindow() const {
@@ -157,10 +170,32 @@ void Program::OpenConsole() {
   checks_.reset();
 }
 
-void Program::End() {
-  beside_.reset();
+bool Program::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::Quit || watched != qApp) return QObject::eventFilter(watched, event);
+  EndBySystem();
+  return true;
+}
+
+void Program::EndBySystem() {
+  if (endLimit_) return;
+  NoteInLog(QStringLiteral("The system ends the program"));
+  SaveDesk();
+  End();
+}
+
+void Program::SaveDesk() {
+  if (!console_ || !window_) return;
+  console_->SaveSettings(window_->width(), window_->height());
+  FlushSettings();
+}
+
+void Program::FlushSettings() {
   Guarded(QStringLiteral(" ending"), [this] { settings_.Flush(); });
-  loop_.FinishFiles();
+}
+
+void Program::End() {
+  if (endLimit_) return;
+  endLimit_.emplace(kEndLimit);
   QCoreApplication::exit(0);
 }
 

@@ -6,6 +6,8 @@
 #include "audio/AudioEngine.h"
 #include "console/Console.h"
 #include "database/Catalogue.h"
+#include "platform/EndLimit.h"
+#include "platform/EndSignals.h"
 #include "platform/ErrorLog.h"
 #include "platform/QtEventLoop.h"
 #include "platform/SettingsStore.h"
@@ -14,6 +16,7 @@
 #include <QObject>
 
 #include <memory>
+#include <optional>
 
 namespace kelvo {
 
@@ -34,15 +37,25 @@ class Program : public QObject {
   /// Begins the start-up; the process ends through QCoreApplication::exit.
   void Start();
 
+  /// Hears the application's own wish to quit, which comes when the session ends.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   [[nodiscard]] Job<> Main();
   [[nodiscard]] Job<std::optional<Paths>> RunInstaller(Paths present);
   [[nodiscard]] Job<> AfterSplash();
   void OpenSplash(const Paths& paths);
   void OpenConsole();
+  /// The system ends the program: it asks nothing, and saves what a close of the desk would have saved.
+  void EndBySystem();
+  void SaveDesk();
+  void FlushSettings();
+  /// Leaves the event loop; all that is open goes with this object.
   void End();
   [[nodiscard]] QWidget* TopWindow() const;
 
+  std::optional<EndLimit> endLimit_;  ///< goes last: it waits for everything else
+  EndSignals endSignals_{[this] { EndBySystem(); }};
   ProgramFacts facts_;
   QString programFolder_;
   QtEventLoop loop_;

@@ -19,7 +19,7 @@ constexpr float kLimit = 4.0F;
 
 /// Below this a sample is silence, be it digital or the noise of a muted line: -66 dB.
 constexpr float kAudible = 0.0005F;
-constexpr FrameIndex kLongestSilence = 10 * 60;  ///< seconds
+constexpr FrameIndex kLongestSilence = 600;  ///< seconds
 
 std::unique_ptr<Decoder> Choose(std::unique_ptr<SoundFile> file) {
   const auto wave = ReadWaveHeader(*file);

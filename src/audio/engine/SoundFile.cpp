@@ -18,7 +18,7 @@ namespace kelvo {
 
 namespace {
 
-constexpr std::size_t kBufferBytes = 64 * 1024;
+constexpr std::size_t kBufferBytes = 65536;
 
 QString ErrorText(int number) {
   return QString::fromStdString(std::error_code(number, std::generic_category()).message());

@@ -27,9 +27,10 @@ QString TransitionWord(int transition) {
 
 }  // namespace
 
-AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, QWidget* parent)
+AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, const EventLoop& loop, QWidget* parent)
     : Panel(Group::Console, QStringLiteral("AUTO PLAY"), parent),
       automatic_(automatic),
+      loop_(loop),
       start_(new CommandButton(this)),
       kelvo_(new QRadioButton(QStringLiteral("KELVO"), this)),
       jukebox_(new QRadioButton(QStringLiteral("JUKEBOX"), this)),
@@ -41,7 +42,7 @@ AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, QWidget* parent)
       next_(new ElidedLabel(this)) {
   setObjectName(QStringLiteral("AutoPlay"));
   start_->setObjectName(QStringLiteral("Option5"));
-  start_->setToolTip(QStringLiteral("Start Auto Play  (Ctrl+P)"));
+  start_->setToolTip(QStringLiteral("Start Auto Play"));
   start_->setFont(Theme::Font(1.2, QFont::Bold));
   start_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
   kelvo_->setObjectName(QStringLiteral("OptKelvo"));
@@ -54,6 +55,7 @@ AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, QWidget* parent)
   random_->setToolTip(tr("The next row of the queue by chance"));
   pause_->setObjectName(QStringLiteral("CmdRoboPause"));
   pause_->setToolTip(QStringLiteral("Pauses at end of track"));
+  pause_->setAccessibleName(pause_->toolTip());
   timer_->setObjectName(QStringLiteral("Command7"));
   timer_->setToolTip(tr("Starts automatic play at a time of day"));
   for (QPushButton* button : {start_, pause_, timer_}) button->setFocusPolicy(Qt::TabFocus);
@@ -78,9 +80,10 @@ AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, QWidget* parent)
   start_->setMinimumWidth(QFontMetrics(start_->font()).horizontalAdvance(QStringLiteral("START")) +
                           fontMetrics().height() * 2);
 
-  // A shortcut of its own: a button whose words change loses the one that it was given.
-  auto* key = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_P), this);
-  connect(key, &QShortcut::activated, start_, &QPushButton::click);
+  Bind(start_, QKeySequence(Qt::CTRL | Qt::Key_P));
+  Bind(pause_, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P));
+  Bind(random_, QKeySequence(Qt::CTRL | Qt::Key_R));
+  Bind(timer_, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_T));
   connect(start_, &QPushButton::clicked, this, [this] { automatic_.ToggleAutoPlay(); });
   connect(kelvo_, &QRadioButton::clicked, this, [this] { automatic_.SetMode(AutoMode::Kelvo); });
   connect(jukebox_, &QRadioButton::clicked, this, [this] { automatic_.SetMode(AutoMode::Jukebox); });
@@ -92,6 +95,13 @@ AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, QWidget* parent)
   Show();
 }
 
+void AutoPlayPanel::Bind(QAbstractButton* button, const QKeySequence& key) {
+  // A shortcut of its own: a button whose words change loses the one that it was given.
+  connect(new QShortcut(key, this), &QShortcut::activated, button, &QAbstractButton::click);
+  button->setToolTip(button->toolTip() + QStringLiteral("  (") + key.toString(QKeySequence::NativeText) +
+                     QLatin1Char(')'));
+}
+
 void AutoPlayPanel::resizeEvent(QResizeEvent* event) {
   Panel::resizeEvent(event);
   // On a narrow desk the status line says enough.
@@ -99,7 +109,7 @@ void AutoPlayPanel::resizeEvent(QResizeEvent* event) {
 }
 
 void AutoPlayPanel::OpenTimer() {
-  if (timerForm_ == nullptr) timerForm_ = new TimerForm(automatic_, this);
+  if (timerForm_ == nullptr) timerForm_ = new TimerForm(automatic_, loop_, this);
   timerForm_->show();
   timerForm_->raise();
   timerForm_->activateWindow();

@@ -3,20 +3,22 @@
 #include "console/AutoPlay.h"
 #include "ui/Panel.h"
 
+class QAbstractButton;
 class QCheckBox;
-class QDialog;
 class QLabel;
 class QPushButton;
 class QRadioButton;
 
 namespace kelvo {
 
+class TimerForm;
+
 /// Automatic play: its switch, its mode, the pause, the timed start, and what it is about to do. Owned by the
 /// console window; GUI thread.
 class AutoPlayPanel : public Panel {
   Q_OBJECT
  public:
-  explicit AutoPlayPanel(AutoPlay& automatic, QWidget* parent = nullptr);
+  AutoPlayPanel(AutoPlay& automatic, const EventLoop& loop, QWidget* parent = nullptr);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -24,8 +26,10 @@ class AutoPlayPanel : public Panel {
  private:
   void Show();
   void OpenTimer();
+  void Bind(QAbstractButton* button, const QKeySequence& key);
 
   AutoPlay& automatic_;
+  const EventLoop& loop_;
   QPushButton* start_;
   QRadioButton* kelvo_;
   QRadioButton* jukebox_;
@@ -35,7 +39,7 @@ class AutoPlayPanel : public Panel {
   QPushButton* timer_;
   QLabel* status_;
   QLabel* next_;
-  QDialog* timerForm_ = nullptr;
+  TimerForm* timerForm_ = nullptr;
 };
 
 }  // namespace kelvo

@@ -1,9 +1,9 @@
 #include "console/windows/ConfirmationView.h"
 
-#include <QHBoxLayout>
+#include <QAccessible>
+#include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace kelvo {
 
@@ -27,14 +27,26 @@ ConfirmationView::ConfirmationView(ConfirmationPanel& panel, QWidget* parent)
   act_->setObjectName(QStringLiteral("Command35"));
   cancel_->setObjectName(QStringLiteral("CmdConfirm"));
   Theme::SetRole(*act_, QStringLiteral("stop"));
-  auto* buttons = new QHBoxLayout;
-  buttons->addWidget(act_, 1);
-  buttons->addWidget(cancel_, 1);
-  auto* layout = new QVBoxLayout(this);
+  auto* layout = new QGridLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(caution_);
-  layout->addWidget(text_);
-  layout->addLayout(buttons);
+  layout->addWidget(caution_, 0, 0, 1, 2);
+  layout->addWidget(text_, 1, 0, 1, 2);
+  act_->setToolTip(tr("Does it  (Enter)"));
+  cancel_->setToolTip(tr("Leaves all as it is  (Esc)"));
+  int column = 0;
+  for (const auto& [button, key] : {std::pair(act_, tr("Enter")), std::pair(cancel_, tr("Esc"))}) {
+    // The keys answer wherever the focus is: it stays where the operator works.
+    button->setFocusPolicy(Qt::NoFocus);
+    auto* hint = new QLabel(key, this);
+    hint->setAlignment(Qt::AlignCenter);
+    hint->setFont(Theme::Font(0.85));
+    QPalette quiet = hint->palette();
+    quiet.setColor(QPalette::WindowText, Theme::Palette().muted);
+    hint->setPalette(quiet);
+    layout->addWidget(button, 2, column);
+    layout->addWidget(hint, 3, column);
+    layout->setColumnStretch(column++, 1);
+  }
   connect(act_, &QPushButton::clicked, this, [this] { panel_.Confirm(); });
   connect(cancel_, &QPushButton::clicked, this, [this] { panel_.Cancel(); });
   hide();
@@ -46,6 +58,7 @@ void ConfirmationView::SetCaution(const QString& words) {
 
 void ConfirmationView::ShowOver(const QRect& place) {
   text_->setText(panel_.Question().text.trimmed());
+  setAccessibleName(text_->text());
   act_->setText(panel_.Question().button);
   layout()->activate();
   QSize size = sizeHint();
@@ -54,8 +67,10 @@ void ConfirmationView::ShowOver(const QRect& place) {
   spot.moveCenter(place.center());
   setGeometry(spot);
   raise();
+  if (isVisible()) return;
   show();
-  cancel_->setFocus();
+  QAccessibleEvent alert(this, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
 }
 
 }  // namespace kelvo

@@ -71,6 +71,8 @@ void ConsoleWindow::BuildDesk() {
     decks->setCollapsible(static_cast<int>(IndexOf(deck)), false);
   }
   auto* middle = new QWidget(columns_);
+  // Its controls work while a fade walks: the pointer of the columns is not theirs.
+  middle->setCursor(Qt::ArrowCursor);
   auto* middleLayout = new QVBoxLayout(middle);
   middleLayout->setContentsMargins(0, 0, 0, 0);
   middleLayout->addWidget(decks, 1);
@@ -103,7 +105,7 @@ void ConsoleWindow::BuildDesk() {
   foot->setContentsMargins(0, 0, 0, 0);
   foot_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
   foot->addWidget(new SpeakPanel(console_.Speak(), foot_), 2);
-  foot->addWidget(new AutoPlayPanel(console_.Automatic(), foot_), 4);
+  foot->addWidget(new AutoPlayPanel(console_.Automatic(), console_.GetServices().loop, foot_), 4);
   foot->addWidget(clock);
 
   auto* layout = new QVBoxLayout(desk_);
@@ -117,6 +119,9 @@ void ConsoleWindow::BuildDesk() {
   connect(&console_.Status(), &StatusTick::Ticked, this, [this] { ShowTick(); });
   connect(&console_.Lock(), &ScreenLock::Changed, this, [this] { EnableSections(); });
   connect(&console_.Fades(), &Transitions::Changed, this, [this] { EnableSections(); });
+  connect(&console_.Fades(), &Transitions::Changed, queue_, &QueuePanel::ShowCommands);
+  connect(&console_.Automatic(), &AutoPlay::Changed, queue_, &QueuePanel::ShowCommands);
+  connect(&console_.Automatic(), &AutoPlay::QueuePositionShown, queue_, &QueuePanel::ShowPosition);
 }
 
 void ConsoleWindow::ShowTick() {
@@ -129,12 +134,25 @@ void ConsoleWindow::ShowTick() {
 
 void ConsoleWindow::EnableSections() {
   const bool open = console_.Load() == nullptr && !console_.Lock().Locked();
-  const bool lists = !console_.Panel().Visible() && !console_.Fades().SectionsDisabled();
+  const bool walks = console_.Fades().SectionsDisabled();
+  const bool lists = !console_.Panel().Visible() && !walks;
+  QWidget* const keys = focusWidget();
   columns_->setEnabled(open);
   libraryMenu_->setEnabled(open);
   foot_->setEnabled(open);
   library_->setEnabled(open && lists);
   queue_->setEnabled(open && lists);
+  // A panel that is disabled shows no pointer of its own: the one of what lies behind it is seen.
+  if (walks) {
+    columns_->setCursor(Qt::WaitCursor);
+  } else {
+    columns_->unsetCursor();
+  }
+  // Qt takes the keyboard from what is disabled, and does not give it back.
+  if (keys != nullptr && !keys->isEnabled()) keysBefore_ = keys;
+  if (keysBefore_.isNull() || !keysBefore_->isEnabled()) return;
+  if (focusWidget() == nullptr) keysBefore_->setFocus();
+  keysBefore_.clear();
 }
 
 void ConsoleWindow::BuildMenu() {
@@ -170,7 +188,7 @@ void ConsoleWindow::BuildMenu() {
   connect(escape, &QShortcut::activated, this, [this] {
     if (console_.Lock().Locked() || console_.Load() != nullptr) return;
     const bool asks = console_.Panel().Visible();
-    const bool fades = console_.Fades().GetCancelPanel().Visible() || console_.Fades().WalkActive();
+    const bool fades = console_.Fades().GetCancelPanel().Visible() || console_.Fades().MayCancel();
     console_.Panel().Cancel();
     if (fades) console_.Fades().Cancel();
     if (!asks && !fades) library_->Escape();
@@ -228,9 +246,8 @@ void ConsoleWindow::ShowLoad() {
 }
 
 void ConsoleWindow::ShowPanel() {
-  const bool visible = console_.Panel().Visible();
   EnableSections();
-  confirmation_->setVisible(visible);
+  if (!console_.Panel().Visible()) confirmation_->hide();
   PlaceOverlays();
 }
 

@@ -6,6 +6,7 @@
 #include "ui/Pulse.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <functional>
 
@@ -58,7 +59,7 @@ class ConsoleWindow : public QMainWindow {
   void ShowLoad();
   void ShowPanel();
   /// Which panels take a hand: none while the catalogue loads or the screen is locked, no list while the desk
-  /// asks or a fade walks.
+  /// asks or a fade walks. The keyboard comes back to where it was.
   void EnableSections();
   void ShowTick();
   void PlaceOverlays();
@@ -79,6 +80,7 @@ class ConsoleWindow : public QMainWindow {
   QWidget* foot_;
   NoticeBar* notices_;
   QLabel* status_;
+  QPointer<QWidget> keysBefore_;  ///< had the keyboard when its panel closed
   bool activated_ = false;
   bool closing_ = false;
   Job<> asking_;

@@ -66,7 +66,11 @@ CrossPanPanel::CrossPanPanel(Console& console, QWidget* parent)
   Transitions& transitions = console_.Fades();
   crossPan_->setValue(transitions.CrossPan());
   connect(crossPan_, &Fader::sliderPressed, this, [&transitions] { transitions.GrabSlider(); });
-  connect(crossPan_, &Fader::MovedByHand, this, [&transitions](int value) { transitions.MoveSlider(value); });
+  connect(crossPan_, &Fader::MovedByHand, this, [this, &transitions](int value) {
+    // The wheel moves it too, and does not press it.
+    if (!crossPan_->isSliderDown()) transitions.GrabSlider();
+    transitions.MoveSlider(value);
+  });
   connect(&transitions, &Transitions::CrossPanChanged, this,
           [this](int value) { crossPan_->setValue(value); });
   connect(speed_, &Fader::MovedByHand, this, [this](int value) { console_.SetFadeSpeed(value); });

@@ -1,5 +1,6 @@
 #include "console/windows/DeckPanel.h"
 
+#include "console/windows/PlayIndicator.h"
 #include "platform/Words.h"
 #include "ui/CommandButton.h"
 #include "ui/DeckTally.h"
@@ -13,6 +14,8 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
+#include <QTextDocument>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -40,6 +43,7 @@ DeckPanel::DeckPanel(Console& console, Deck deck, QWidget* parent)
       decks_(console.Decks()),
       deck_(deck),
       tally_(new DeckTally(this)),
+      indicator_(new PlayIndicator(this)),
       title_(new ElidedLabel(this)),
       remaining_(new TimeDisplay(this)),
       progress_(new ProgressStrip(this)),
@@ -117,10 +121,11 @@ void DeckPanel::ShowTransitions() {
       record.State != DeckState::Empty && !record.Loading && !console_.State().PlaysByItself();
   for (QPushButton* button : {pan_, partFade_, dub_}) {
     // A dub that is held must not lose its button under the finger.
-    if (!button->isDown()) button->setEnabled(usable && !fades.WalkActive());
+    if (!button->isDown())
+      button->setEnabled(usable && !fades.WalkActive() && !console_.Speak().SectionDisabled());
   }
   const CancelPanel& cancel = fades.GetCancelPanel();
-  const bool walksHere = fades.WalkActive() && fades.Record().TransitionDeck == deck_;
+  const bool walksHere = fades.WalkActive() && fades.MayCancel() && fades.Record().TransitionDeck == deck_;
   cancelStart_->setVisible((cancel.Visible() && cancel.OnDeck() == deck_) || walksHere);
 }
 
@@ -129,7 +134,10 @@ QPushButton* DeckPanel::AddCommand(const QString& name, const QString& text, con
   auto* button = new CommandButton(text, this);
   button->setObjectName(name);
   button->setAccessibleName(tooltip);
-  button->setShortcut(key);
+  // Not the button's own shortcut, which waits a tenth of a second to show that it is pressed.
+  auto* shortcut = new QShortcut(key, this);
+  shortcut->setAutoRepeat(false);
+  connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
   button->setToolTip(tooltip + QStringLiteral("  (") + key.toString(QKeySequence::NativeText) +
                      QLatin1Char(')'));
   button->setFocusPolicy(Qt::TabFocus);
@@ -159,6 +167,8 @@ void DeckPanel::Build() {
   title_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   title_->setFixedHeight(QFontMetrics(title_->font()).lineSpacing() * 2);
   tally_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+  indicator_->setObjectName(ForDeck(deck_, QStringLiteral("Label8"), QStringLiteral("Label9")));
+  indicator_->setAccessibleName(tr("What is heard, deck %1").arg(number));
   info_->setObjectName(QStringLiteral("LblGenInfo") + number);
   progress_->setObjectName(QStringLiteral("Progress") + number);
   progress_->setAccessibleName(tr("Position, deck %1").arg(number));
@@ -216,6 +226,7 @@ void DeckPanel::Build() {
   }
   auto* middle = new QVBoxLayout;
   middle->addLayout(top);
+  middle->addWidget(indicator_);
   middle->addWidget(title_);
   middle->addWidget(remaining_, 3);
   middle->addWidget(progress_);
@@ -246,14 +257,25 @@ void DeckPanel::Connect() {
     Show();
     ShowTransitions();
   });
-  connect(&console_.Fades(), &Transitions::Changed, this, &DeckPanel::ShowTransitions);
-  connect(&console_.Automatic(), &AutoPlay::Changed, this, [this] {
+  connect(&console_.Status(), &StatusTick::Ticked, this,
+          [this] { indicator_->Show(console_.Status().Status().indicators[deck_]); });
+  const auto showButtons = [this] {
     ShowCommands(decks_.Record(deck_));
     ShowTransitions();
-  });
+  };
+  connect(&console_.Fades(), &Transitions::Changed, this, showButtons);
+  connect(&console_.Automatic(), &AutoPlay::Changed, this, showButtons);
+  connect(&console_.Speak(), &PressToSpeak::Changed, this, showButtons);
   connect(&console_.Fades().GetCancelPanel(), &CancelPanel::Changed, this, &DeckPanel::ShowTransitions);
   connect(&console_, &Console::FadeSpeedChanged, this, &DeckPanel::ShowTransitions);
   connect(cancelStart_, &QPushButton::clicked, this, [this] { console_.Fades().Cancel(); });
+}
+
+void DeckPanel::resizeEvent(QResizeEvent* event) {
+  Panel::resizeEvent(event);
+  const double margins = 2 * text_->document()->documentMargin();
+  const int room = text_->contentsRect().width() - static_cast<int>(margins);
+  decks_.SetInfoTextWidth(room / std::max(text_->fontMetrics().averageCharWidth(), 1) / 2);
 }
 
 void DeckPanel::SetLit(bool lit) {
@@ -316,15 +338,16 @@ void DeckPanel::ShowTime(const DeckRecord& record) {
 }
 
 void DeckPanel::ShowCommands(const DeckRecord& record) {
-  const bool byHand = !console_.State().PlaysByItself();
-  load_->setEnabled(byHand && !record.Loading);
+  const bool byHand = !console_.State().PlaysByItself() && !console_.Speak().SectionDisabled();
+  const bool walks = console_.Fades().WalkActive();
+  load_->setEnabled(byHand && decks_.LoadCommandActs(deck_));
   start_->setEnabled(byHand && !record.Loading &&
                      (record.State == DeckState::Loaded || record.State == DeckState::Done));
-  stop_->setEnabled(byHand && record.State != DeckState::Empty);
+  stop_->setEnabled(byHand && !walks && record.State != DeckState::Empty);
   const bool standing = record.State == DeckState::Loaded || record.State == DeckState::Done;
   for (std::size_t place = 0; place < moves_.size(); ++place) {
     const bool skip = place == 0 || place == 3;
-    moves_[place]->setEnabled(byHand &&
+    moves_[place]->setEnabled(byHand && !walks &&
                               (standing || (skip && record.State == DeckState::Playing && !record.Live())));
   }
   if (level_->value() != record.Loss && !level_->isSliderDown()) level_->setValue(record.Loss);

@@ -12,6 +12,7 @@ namespace kelvo {
 
 class DeckTally;
 class Fader;
+class PlayIndicator;
 class ProgressStrip;
 class TimeDisplay;
 
@@ -25,6 +26,9 @@ class DeckPanel : public Panel {
  public Q_SLOTS:
   /// The beat that warnings blink to.
   void SetLit(bool lit);
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void Build();
@@ -43,6 +47,7 @@ class DeckPanel : public Panel {
   DeckEngine& decks_;
   Deck deck_;
   DeckTally* tally_;
+  PlayIndicator* indicator_;
   QLabel* title_;
   TimeDisplay* remaining_;
   ProgressStrip* progress_;

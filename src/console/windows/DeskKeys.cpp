@@ -24,6 +24,20 @@ bool TakesText(const QWidget* widget) {
          qobject_cast<const QComboBox*>(widget) != nullptr;
 }
 
+/// What is typed at this moment goes into a text.
+bool Types(const QWidget* widget, int key) {
+  const auto* line = qobject_cast<const QLineEdit*>(widget);
+  const bool emptyFilter =
+      line != nullptr && line->objectName() == QStringLiteral("TrackFilter") && line->text().isEmpty();
+  return TakesText(widget) && !(emptyFilter && key == Qt::Key_Space);
+}
+
+/// 4 and 6 of the number pad. Without number lock they are arrows, which belong to the lists.
+bool WalksSlider(const QKeyEvent& event) {
+  return event.modifiers().testFlag(Qt::KeypadModifier) &&
+         (event.key() == Qt::Key_4 || event.key() == Qt::Key_6);
+}
+
 /// The button that a function key stands for.
 QString ButtonOf(int key) {
   switch (key) {
@@ -62,14 +76,16 @@ bool DeskKeys::eventFilter(QObject* watched, QEvent* event) {
   if (widget->window() != &window_ && !beside) return false;
   const Qt::KeyboardModifiers modifiers = key->modifiers() & ~Qt::KeypadModifier;
   if (modifiers != Qt::NoModifier && press) return false;
-  const bool typing = TakesText(widget);
+  const bool typing = Types(widget, key->key());
+  if (release && !key->isAutoRepeat()) return Release(key->key());
+  if (!key->isAutoRepeat()) return Press(*key, typing);
   // A key that repeats is still the one press: swallowed where its press was taken.
-  if (key->isAutoRepeat()) return !ButtonOf(key->key()).isEmpty() || (key->key() == Qt::Key_Space && !typing);
-  if (press) return Press(key->key(), key->modifiers().testFlag(Qt::KeypadModifier), typing);
-  return Release(key->key());
+  const bool ofDesk = key->key() == Qt::Key_Space || WalksSlider(*key);
+  return !ButtonOf(key->key()).isEmpty() || held_.contains(key->key()) || (ofDesk && !typing);
 }
 
-bool DeskKeys::Press(int key, bool keypad, bool typing) {
+bool DeskKeys::Press(const QKeyEvent& event, bool typing) {
+  const int key = event.key();
   if (const auto held = held_.find(key); held != held_.end()) {
     held->second.Stop();
     return true;
@@ -86,17 +102,19 @@ bool DeskKeys::Press(int key, bool keypad, bool typing) {
   if (typing) return false;
   // A locked screen takes no hand, the loading window neither.
   if (console_.Lock().Locked() || console_.Load() != nullptr) return false;
-  if (key == Qt::Key_Space) {
-    held_.try_emplace(key);
-    console_.Speak().Press();
+  const bool asks = console_.Panel().Visible();
+  if (asks && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+    console_.Panel().Confirm();
     return true;
   }
-  // Without number lock the key is an arrow, and still the same key.
-  const bool four = key == Qt::Key_4 || key == Qt::Key_Left;
-  const bool six = key == Qt::Key_6 || key == Qt::Key_Right;
-  if (!keypad || (!four && !six)) return false;
-  if (four) console_.Fades().NumberPad4();
-  if (six) console_.Fades().NumberPad6();
+  if (key == Qt::Key_Space) {
+    held_.try_emplace(key);
+    if (!asks) console_.Speak().Press();
+    return true;
+  }
+  if (!WalksSlider(event)) return false;
+  if (key == Qt::Key_4) console_.Fades().NumberPad4();
+  if (key == Qt::Key_6) console_.Fades().NumberPad6();
   return true;
 }
 

@@ -13,7 +13,9 @@ namespace kelvo {
 
 /// The keys of the desk that work wherever the focus is in the console: F6 to F8 and F10 to F12 start
 /// transitions (also from the windows beside it), 4 and 6 of the number pad walk the slider, the space bar is
-/// press-to-speak. A box that takes text keeps its own keys. Owned by the console window; GUI thread.
+/// press-to-speak. A box that takes text keeps its own keys; an empty filter box has no use for a space.
+/// While the desk asks, Return and Enter are its yes and the space bar is dead. Owned by the console window;
+/// GUI thread.
 class DeskKeys : public QObject {
   Q_OBJECT
  public:
@@ -24,7 +26,7 @@ class DeskKeys : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  [[nodiscard]] bool Press(int key, bool keypad, bool typing);
+  [[nodiscard]] bool Press(const QKeyEvent& event, bool typing);
   /// The keys that are held do what their release means a moment later: a key that repeats comes as a release
   /// and a press that are not always told apart from those of a finger.
   [[nodiscard]] bool Release(int key);

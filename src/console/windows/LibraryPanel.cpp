@@ -197,6 +197,7 @@ void LibraryPanel::JoinParts() {
     }
     ShowFacts();
   });
+  connect(&browser_, &LibraryBrowser::Deselect, this, &LibraryPanel::Deselect);
   connect(&browser_, &LibraryBrowser::ListingChanged, this, [this] {
     listingLasts_ = browser_.Listing() ? loop_.After(kListingShows, [this] { ShowListing(); }) : Timer();
     if (!browser_.Listing()) ShowListing();
@@ -277,6 +278,27 @@ void LibraryPanel::AddSelected() {
   std::vector<Mref> tracks;
   for (const int row : rows) tracks.push_back(model_->TrackAt(row));
   browser_.AddToQueue(std::move(tracks));
+}
+
+void LibraryPanel::Deselect(const std::vector<Mref>& tracks) {
+  std::vector<bool> goes(static_cast<std::size_t>(catalogue_.LastTrack()) + 1);
+  for (const Mref track : tracks) goes[static_cast<std::size_t>(track)] = true;
+  QItemSelection kept;
+  const auto keep = [&](int top, int end) {
+    if (top < end)
+      kept.append(QItemSelectionRange(model_->index(top, 0), model_->index(end - 1, kLibraryColumns - 1)));
+  };
+  for (const QItemSelectionRange& range : list_->selectionModel()->selection()) {
+    int top = range.top();
+    for (int row = range.top(); row <= range.bottom(); ++row) {
+      if (!goes[static_cast<std::size_t>(model_->TrackAt(row))]) continue;
+      keep(top, row);
+      top = row + 1;
+    }
+    keep(top, range.bottom() + 1);
+  }
+  list_->selectionModel()->select(kept, QItemSelectionModel::ClearAndSelect);
+  ShowFacts();
 }
 
 void LibraryPanel::OpenInfo(const QPoint& spot) {

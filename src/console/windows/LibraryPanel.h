@@ -50,6 +50,7 @@ class LibraryPanel : public Panel {
   void ShowFacts();
   void ShowListing();
   void AddSelected();
+  void Deselect(const std::vector<Mref>& tracks);
   void OpenInfo(const QPoint& spot);
 
   LibraryBrowser& browser_;

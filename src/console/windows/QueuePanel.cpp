@@ -12,10 +12,18 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QVBoxLayout>
 
 namespace kelvo {
+
+namespace {
+
+/// So many beats of automatic play a list that was scrolled stays where it is.
+constexpr int kBeatsToPosition = 4;
+
+}  // namespace
 
 QPushButton* QueuePanel::AddCommand(const QString& name, const QString& tooltip) {
   auto* button = new CommandButton(this);
@@ -126,6 +134,9 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
     ShowFacts();
   });
   connect(&queue_, &PlayQueue::FactsChanged, this, [this] { ShowFacts(); });
+  connect(&queue_, &PlayQueue::RowShown, this, &QueuePanel::ShowRow);
+  connect(list_->verticalScrollBar(), &QScrollBar::valueChanged, this,
+          [this] { beatsToPosition_ = kBeatsToPosition; });
   ShowFacts();
 }
 
@@ -149,18 +160,35 @@ void QueuePanel::ShowSelection() {
   ShowFacts();
 }
 
+void QueuePanel::ShowRow(int index) {
+  list_->scrollTo(model_->index(index - 1, 0));
+}
+
+void QueuePanel::ShowPosition(int index) {
+  if (list_->underMouse()) beatsToPosition_ = kBeatsToPosition;
+  if (beatsToPosition_ > 0) {
+    --beatsToPosition_;
+  } else {
+    ShowRow(index);
+  }
+}
+
 void QueuePanel::ShowFacts() {
   if (name_->text() != queue_.Name()) name_->setText(queue_.Name());
   SetNote(QStringLiteral("%1   %2").arg(queue_.Count()).arg(HoursMinutesSeconds(queue_.QueueTotalSeconds())));
   timings_->setText(queue_.TimingsCaption());
-  const bool selected = queue_.Selected() != 0;
-  up_->setEnabled(selected);
-  down_->setEnabled(selected);
-  cut_->setEnabled(selected);
-  clear_->setEnabled(selected);
   timings_->setEnabled(queue_.Count() > 0);
   edit_->setVisible(static_cast<bool>(queue_.OpenEditor));
-  edit_->setEnabled(selected);
+  ShowCommands();
+}
+
+void QueuePanel::ShowCommands() {
+  up_->setEnabled(queue_.MayMove(-1));
+  down_->setEnabled(queue_.MayMove(1));
+  cut_->setEnabled(queue_.MayCut());
+  clear_->setEnabled(queue_.MayClear());
+  edit_->setEnabled(queue_.QueueHasSelection());
+  list_->horizontalHeader()->setSectionsClickable(queue_.MaySort());
 }
 
 }  // namespace kelvo

@@ -25,9 +25,17 @@ class QueuePanel : public Panel {
   void SetLitRow(int row);
   [[nodiscard]] ListTable& List() { return *list_; }
 
+ public Q_SLOTS:
+  /// What of the queue's commands works may be another by now: automatic play or a fade began or ended.
+  void ShowCommands();
+  /// Automatic play is at this row, told at its beat. Where the operator looked elsewhere the list goes back
+  /// to it after a while, but not under the mouse.
+  void ShowPosition(int index);
+
  private:
   void ShowFacts();
   void ShowSelection();
+  void ShowRow(int index);
   QPushButton* AddCommand(const QString& name, const QString& tooltip);
 
   PlayQueue& queue_;
@@ -42,6 +50,7 @@ class QueuePanel : public Panel {
   QPushButton* timings_;
   JobList jobs_;
   bool showingSelection_ = false;
+  int beatsToPosition_ = 0;
 };
 
 }  // namespace kelvo

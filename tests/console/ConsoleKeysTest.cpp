@@ -1,0 +1,218 @@
+// Whom a key belongs to: the desk, a list, or a box that takes text.
+
+#include "console/ConsoleOnScreen.h"
+#include "console/windows/TimerForm.h"
+
+#include <QCheckBox>
+#include <QPlainTextEdit>
+#include <QSpinBox>
+
+#include <gtest/gtest.h>
+
+using namespace kelvo;
+using namespace kelvo::testing;
+
+namespace {
+
+class ConsoleKeys : public ConsoleOnScreen {
+ protected:
+  /// All tracks in the queue, the first one on air in deck 1, the second one loaded in deck 2.
+  void OpenOnAir() {
+    OpenWindow();
+    EnqueueAll();
+    Load(Deck::One, 1);
+    Load(Deck::Two, 2);
+    Key(Qt::Key_F7);
+    loop_.RunFor(10s);
+    ASSERT_TRUE(Record(Deck::One).Live());
+  }
+  /// To whatever has the keyboard, as from the window system.
+  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(window_->windowHandle(), key, modifiers);
+  }
+  void Type(const QString& letters) {
+    for (const QChar letter : letters) QTest::keyClick(window_->windowHandle(), letter.toLatin1());
+  }
+  void AskToReplace() {
+    Queue().Click(3);
+    Key(Qt::Key_1, Qt::ControlModifier);
+    ASSERT_TRUE(Panel().Visible());
+  }
+  QLineEdit& Box() { return Find<QLineEdit>(u"TrackFilter"_s); }
+};
+
+TEST_F(ConsoleKeys, AFadeAndAQuestionGiveTheKeyboardBackToTheBoxThatHadIt) {
+  OpenOnAir();
+  EXPECT_TRUE(Box().hasFocus());
+  Key(Qt::Key_F10);
+  loop_.RunFor(2s);
+  ASSERT_TRUE(desk_->Fades().WalkActive());
+  EXPECT_FALSE(Box().hasFocus());
+  loop_.RunFor(10s);
+  Type(u"be"_s);
+  EXPECT_EQ(Box().text(), u"be"_s);
+
+  QueueList().setFocus();
+  Key(Qt::Key_F7);
+  loop_.RunFor(10s);
+  EXPECT_TRUE(QueueList().hasFocus());
+  AskToReplace();
+  Key(Qt::Key_Escape);
+  EXPECT_TRUE(QueueList().hasFocus());
+  AskToReplace();
+  loop_.RunFor(3100ms);
+  EXPECT_TRUE(QueueList().hasFocus()) << "also from a question that nobody answered";
+}
+
+TEST_F(ConsoleKeys, AHandThatWentElsewhereDuringAFadeStaysThere) {
+  OpenOnAir();
+  Key(Qt::Key_F10);
+  loop_.RunFor(2s);
+  auto& text = Find<QPlainTextEdit>(u"TrackInfoText1"_s);
+  QTest::mouseClick(text.viewport(), Qt::LeftButton);
+  ASSERT_TRUE(text.hasFocus());
+  loop_.RunFor(10s);
+  EXPECT_TRUE(text.hasFocus());
+}
+
+TEST_F(ConsoleKeys, AQuestionIsAnsweredByEnterAndEscapeAndNotByTheSpaceBar) {
+  OpenOnAir();
+  QueueList().setFocus();
+  AskToReplace();
+  QTest::keyPress(window_->windowHandle(), Qt::Key_Space);
+  loop_.RunFor(500ms);
+  EXPECT_TRUE(Panel().Visible());
+  EXPECT_EQ(Record(Deck::One).Loss, 0);
+  QTest::keyRelease(window_->windowHandle(), Qt::Key_Space);
+  Key(Qt::Key_Escape);
+  EXPECT_FALSE(Panel().Visible());
+  loop_.RunFor(1s);
+  EXPECT_EQ(Record(Deck::One).Title, u"Alpha"_s);
+
+  // The key that was held since before the question is no answer to it.
+  AskToReplace();
+  QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
+  QApplication::sendEvent(&*window_, &repeated);
+  EXPECT_TRUE(Panel().Visible());
+  Key(Qt::Key_Return);
+  EXPECT_FALSE(Panel().Visible());
+  loop_.RunFor(1s);
+  EXPECT_EQ(Record(Deck::One).Title, u"Gamma"_s);
+  EXPECT_EQ(Queue().Count(), 3) << "the lists had no part in it";
+}
+
+TEST_F(ConsoleKeys, TheSpaceBarSpeaksFromAnEmptyFilterBoxAndTypesInOneWithWords) {
+  OpenOnAir();
+  ASSERT_TRUE(Box().hasFocus());
+  QTest::keyPress(window_->windowHandle(), Qt::Key_Space);
+  loop_.RunFor(1s);
+  EXPECT_EQ(Record(Deck::One).Loss, 1000);
+  QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, u" "_s, true);
+  QApplication::sendEvent(&Box(), &repeated);
+  QTest::keyRelease(window_->windowHandle(), Qt::Key_Space);
+  loop_.RunFor(1s);
+  EXPECT_EQ(Record(Deck::One).Loss, 0);
+  EXPECT_EQ(Box().text(), QString());
+  Type(u"a "_s);
+  loop_.RunFor(1s);
+  EXPECT_EQ(Box().text(), u"a "_s);
+  EXPECT_EQ(Record(Deck::One).Loss, 0);
+}
+
+TEST_F(ConsoleKeys, TheNumberPadWalksTheSliderByItsDigitsAndMovesInListsByItsArrows) {
+  OpenOnAir();
+  auto& genres = Find<ListTable>(u"Lstcatname"_s);
+  genres.setFocus();
+  Key(Qt::Key_Left, Qt::KeypadModifier);
+  Key(Qt::Key_Right, Qt::KeypadModifier);
+  loop_.RunFor(1s);
+  EXPECT_FALSE(desk_->Fades().WalkActive());
+  EXPECT_EQ(desk_->Fades().CrossPan(), -200);
+
+  QTest::keyClicks(&Box(), u"x"_s);
+  Box().setFocus();
+  Key(Qt::Key_Left, Qt::KeypadModifier);
+  EXPECT_EQ(Box().cursorPosition(), 0);
+  QTest::keyClick(window_->windowHandle(), '6', Qt::KeypadModifier);
+  EXPECT_EQ(Box().text(), u"6x"_s);
+  genres.setFocus();
+  QTest::keyClick(window_->windowHandle(), '6', Qt::KeypadModifier);
+  loop_.RunFor(10s);
+  EXPECT_EQ(desk_->Fades().CrossPan(), 200);
+}
+
+TEST_F(ConsoleKeys, AutomaticPlayIsPausedLeftToChanceAndTimedByKeys) {
+  OpenWindow();
+  EnqueueAll();
+  Key(Qt::Key_R, Qt::ControlModifier);
+  EXPECT_TRUE(desk_->Automatic().RandomTicked());
+  Key(Qt::Key_R, Qt::ControlModifier);
+  EXPECT_FALSE(desk_->Automatic().RandomTicked());
+  Key(Qt::Key_P, Qt::ControlModifier);
+  loop_.RunFor(2s);
+  Key(Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_TRUE(desk_->Automatic().PauseAtEnd());
+  Key(Qt::Key_P, Qt::ControlModifier);
+  Key(Qt::Key_T, Qt::ControlModifier | Qt::ShiftModifier);
+  auto& form = Find<TimerForm>(u"FrmTimer"_s);
+  EXPECT_TRUE(form.isVisible());
+  for (const auto& [name, key] :
+       {std::pair(u"CmdRoboPause"_s, u"Ctrl+Shift+P"_s), std::pair(u"Option7"_s, u"Ctrl+R"_s),
+        std::pair(u"Command7"_s, u"Ctrl+Shift+T"_s)}) {
+    EXPECT_TRUE(Find<QAbstractButton>(name).toolTip().contains(key)) << name.toStdString();
+  }
+}
+
+TEST_F(ConsoleKeys, AHalfTypedHourStartsNoShow) {
+  OpenWindow();
+  EnqueueAll();
+  loop_.RunFor(5min + 30s);
+  Click(u"Command7"_s);
+  auto& hour = Find<QSpinBox>(u"TimerHour"_s);
+  auto& minute = Find<QSpinBox>(u"TimerMinute"_s);
+  auto& armed = Find<QCheckBox>(u"Check1"_s);
+  EXPECT_EQ(hour.value(), 9);
+  EXPECT_EQ(minute.value(), 5) << "the present time";
+  const auto type = [&hour](const QString& digits) {
+    hour.setFocus();
+    hour.selectAll();
+    QTest::keyClicks(&hour, digits);
+  };
+  const AutoPlay& automatic = desk_->Automatic();
+  type(u"22"_s);
+  QTest::keyClick(&hour, Qt::Key_Return);
+  EXPECT_TRUE(Find<TimerForm>(u"FrmTimer"_s).isVisible());
+  EXPECT_FALSE(automatic.Timer().TimerArmed);
+  QTest::mouseClick(&armed, Qt::LeftButton, {}, QPoint(5, armed.height() / 2));
+  EXPECT_EQ(automatic.Timer().TimerHour, 22);
+  type(u"2"_s);
+  loop_.RunFor(3s);
+  EXPECT_TRUE(automatic.Timer().TimerArmed);
+  EXPECT_FALSE(desk_->State().AutoPlayOn);
+  QTest::keyClicks(&hour, u"3"_s);
+  QTest::keyClick(&hour, Qt::Key_Return);
+  EXPECT_EQ(automatic.Timer().TimerHour, 23);
+  QTest::keyClick(&minute, Qt::Key_Up);
+  EXPECT_EQ(automatic.Timer().TimerMinute, 6);
+  QTest::mouseClick(&armed, Qt::LeftButton, {}, QPoint(5, armed.height() / 2));
+  EXPECT_FALSE(automatic.Timer().TimerArmed);
+}
+
+TEST_F(ConsoleKeys, TheWheelTakesTheSliderAsAHandDoes) {
+  OpenOnAir();
+  Key(Qt::Key_F10);
+  loop_.RunFor(10s);
+  ASSERT_EQ(desk_->Fades().Record().Kind, TransitionKind::Pan);
+  auto& slider = Find<QWidget>(u"SldCrossPan"_s);
+  const QPointF middle = slider.rect().center();
+  for (int notch = 0; notch < 60; ++notch) {
+    QWheelEvent turn(middle, slider.mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                     Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&slider, &turn);
+  }
+  EXPECT_LT(desk_->Fades().CrossPan(), 0);
+  EXPECT_EQ(Record(Deck::One).Loss, 0);
+  EXPECT_EQ(Record(Deck::Two).Loss, -10 * desk_->Fades().CrossPan()) << "the plain law";
+}
+
+}  // namespace

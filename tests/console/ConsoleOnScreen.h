@@ -1,0 +1,56 @@
+#pragma once
+
+#include "console/DeskFixture.h"
+#include "console/windows/ConsoleWindow.h"
+#include "ui/ListTable.h"
+#include "ui/Theme.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+namespace kelvo::testing {
+
+/// The console on an offscreen screen, worked with keys and mouse; the loop behind it is simulated.
+class ConsoleOnScreen : public DeskTest {
+ protected:
+  void SetUp() override {
+    auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
+    if (application == nullptr) GTEST_SKIP() << "windows need a screen: QT_QPA_PLATFORM=offscreen";
+    Theme::Apply(*application);
+    AddThreeTracks();
+  }
+  void OpenWindow() {
+    Make();
+    window_.emplace(*desk_);
+    window_->resize(1400, 850);
+    window_->show();
+    window_->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&*window_));
+    ASSERT_TRUE(loop_.RunUntil([this] { return desk_->CatalogueLoaded(); }));
+  }
+  template <typename Widget>
+  Widget& Find(const QString& name) {
+    auto* widget = window_->findChild<Widget*>(name);
+    EXPECT_NE(widget, nullptr) << name.toStdString();
+    return *widget;
+  }
+  ListTable& Library() { return Find<ListTable>(u"ListView1"_s); }
+  ListTable& QueueList() { return Find<ListTable>(u"ListView2"_s); }
+  QString Cell(ListTable& list, int row, int column = 0) {
+    return list.model()->index(row, column).data().toString();
+  }
+  void Click(const QString& name) { QTest::mouseClick(&Find<QPushButton>(name), Qt::LeftButton); }
+  void DoubleClick(ListTable& list, int row) {
+    const QPoint spot = list.visualRect(list.model()->index(row, 0)).center();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::NoModifier, spot);
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, Qt::NoModifier, spot);
+    loop_.RunFor(50ms);
+  }
+
+  std::optional<ConsoleWindow> window_;
+};
+
+}  // namespace kelvo::testing

@@ -1,0 +1,206 @@
+// What the panels of the desk show, and which of their commands they offer.
+
+#include "console/ConsoleOnScreen.h"
+
+#include <QHeaderView>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QToolButton>
+
+#include <gtest/gtest.h>
+
+using namespace kelvo;
+using namespace kelvo::testing;
+
+namespace {
+
+class ConsolePanels : public ConsoleOnScreen {
+ protected:
+  void AddMany(int tracks) {
+    for (int number = 1; number <= tracks; ++number)
+      AddTrack(u"track %1"_s.arg(number, 2, 10, QChar(u'0')), 60, 60);
+  }
+  bool InSight(ListTable& list, int row) {
+    return list.viewport()->rect().contains(list.visualRect(list.model()->index(row - 1, 0)));
+  }
+  std::vector<int> SelectedRows(ListTable& list) {
+    std::vector<int> rows;
+    for (const QModelIndex& index : list.selectionModel()->selectedRows()) rows.push_back(index.row() + 1);
+    std::sort(rows.begin(), rows.end());
+    return rows;
+  }
+  bool Enabled(const QString& name) { return Find<QWidget>(name).isEnabled(); }
+};
+
+TEST_F(ConsolePanels, TheFieldOfADeckMovesWhileItPlaysAndNamesTheTrackThatIsHeard) {
+  OpenWindow();
+  EnqueueAll();
+  Load(Deck::One, 1);
+  Load(Deck::Two, 2);
+  loop_.RunFor(2s);
+  auto& one = Find<QWidget>(u"Label8"_s);
+  auto& two = Find<QWidget>(u"Label9"_s);
+  const QImage rest = one.grab().toImage();
+  Click(u"CmdMan2"_s);
+  Click(u"CmdMan3"_s);
+  loop_.RunFor(2s);
+  EXPECT_EQ(one.accessibleDescription(), u"Currently Playing: Alpha"_s);
+  EXPECT_EQ(two.accessibleDescription(), QString()) << "the slider is not on its side";
+  const QImage before = two.grab().toImage();
+  loop_.RunFor(1s);
+  EXPECT_NE(two.grab().toImage(), before);
+  desk_->Decks().StopDeck(Deck::One);
+  loop_.RunFor(2s);
+  EXPECT_EQ(one.grab().toImage(), rest);
+}
+
+TEST_F(ConsolePanels, TheQueueOffersOnlyWhatItDoes) {
+  OpenWindow();
+  EnqueueAll();
+  const QHeaderView& heads = *QueueList().horizontalHeader();
+  Queue().Click(1);
+  EXPECT_FALSE(Enabled(u"CmdQueUp"_s));
+  EXPECT_TRUE(Enabled(u"CmdQueDown"_s));
+  EXPECT_TRUE(heads.sectionsClickable());
+  Click(u"Option5"_s);
+  loop_.RunFor(100ms);
+  EXPECT_FALSE(Enabled(u"CmdQueCut"_s));
+  EXPECT_FALSE(Enabled(u"CmdQueClear"_s));
+  EXPECT_FALSE(heads.sectionsClickable());
+  loop_.RunFor(20s);
+  EXPECT_TRUE(Enabled(u"CmdQueUp"_s)) << "rows are moved in automatic play too";
+  Click(u"Option5"_s);
+  EXPECT_TRUE(Enabled(u"CmdQueCut"_s));
+  EXPECT_TRUE(Enabled(u"CmdQueClear"_s));
+  EXPECT_TRUE(heads.sectionsClickable());
+  Queue().SetGroup({});
+  EXPECT_FALSE(heads.sectionsClickable());
+}
+
+TEST_F(ConsolePanels, TheQueueShowsANewRowAndGoesBackToThePositionAfterAWhile) {
+  AddMany(60);
+  OpenWindow();
+  std::vector<Mref> tracks;
+  for (int row = 1; row < catalogue_.LastTrack(); ++row) tracks.push_back(ToMref(row));
+  Enqueue(tracks);
+  Queue().Select(1);
+  Click(u"Option5"_s);
+  loop_.RunFor(20s);
+  const int position = Queue().Selected();
+  ASSERT_TRUE(InSight(QueueList(), position));
+  Enqueue({ToMref(catalogue_.LastTrack())});
+  EXPECT_TRUE(InSight(QueueList(), Queue().Count()));
+  EXPECT_EQ(Queue().Selected(), position);
+  loop_.RunFor(3s);
+  EXPECT_TRUE(InSight(QueueList(), Queue().Count())) << "long enough to be seen";
+  loop_.RunFor(10s);
+  ASSERT_EQ(Queue().Selected(), position);
+  EXPECT_TRUE(InSight(QueueList(), position));
+}
+
+TEST_F(ConsolePanels, AFadeTakesTheCommandsThatDoNothingAndShowsThatTheListsWait) {
+  OpenWindow();
+  EnqueueAll();
+  Load(Deck::One, 1);
+  Load(Deck::Two, 2);
+  Click(u"CmdMan2"_s);
+  Click(u"CmdMan3"_s);
+  desk_->Fades().SetCrossPan(kDeckOneAlone);
+  loop_.RunFor(1s);
+  const auto pointerOver = [this](QWidget& widget) {
+    QTest::mouseMove(&widget);
+    return window_->windowHandle()->cursor().shape();
+  };
+  EXPECT_EQ(pointerOver(*QueueList().viewport()), Qt::ArrowCursor);
+  desk_->Fades().BeginTransition(Deck::Two, TransitionKind::Pan);
+  const auto walkTo = [this](int side) {
+    EXPECT_TRUE(loop_.RunUntil([&] { return desk_->Fades().CrossPan() >= side; }, 20s));
+  };
+  walkTo(-180);
+  EXPECT_FALSE(Enabled(u"Command5"_s));
+  EXPECT_FALSE(Enabled(u"Command6"_s));
+  EXPECT_TRUE(Enabled(u"CmdLoad2"_s)) << "it tells that it failed";
+  EXPECT_FALSE(Enabled(u"CmdLoad3"_s));
+  Click(u"CmdLoad2"_s);
+  EXPECT_TRUE(Find<QWidget>(u"Label20_1"_s).isVisible());
+  EXPECT_EQ(pointerOver(*QueueList().viewport()), Qt::WaitCursor);
+  EXPECT_EQ(pointerOver(Find<QWidget>(u"SldCrossPan"_s)), Qt::ArrowCursor);
+  EXPECT_EQ(pointerOver(*Library().viewport()), Qt::WaitCursor);
+  walkTo(0);
+  EXPECT_FALSE(Enabled(u"CmdLoad2"_s));
+  walkTo(kDeckTwoAlone);
+  loop_.RunFor(500ms);
+  EXPECT_EQ(window_->windowHandle()->cursor().shape(), Qt::ArrowCursor) << "though the mouse stands still";
+  for (const QString& name : {u"Command5"_s, u"Command6"_s, u"CmdLoad2"_s, u"CmdLoad3"_s, u"CmdRF2_2"_s})
+    EXPECT_TRUE(Enabled(name)) << name.toStdString();
+}
+
+TEST_F(ConsolePanels, TheBannerOfARequestIsAsWideAsItsBox) {
+  OpenWindow();
+  EnqueueAll();
+  QueueEntry wish = Queue().Row(1);
+  wish.Set(ReqdataColumn, u"Request From: Ann"_s);
+  Queue().AppendRow(wish, 0);
+  auto& box = Find<QPlainTextEdit>(u"TrackInfoText1"_s);
+  qsizetype before = 0;
+  for (const int width : {1024, 1600}) {
+    window_->resize(width, 850);
+    QTest::qWait(20);
+    Load(Deck::One, 2);
+    Load(Deck::One, 4);
+    const QString banner = box.toPlainText().section(u'\n', 0, 0);
+    ASSERT_TRUE(banner.contains(u"*REQUESTS*"_s)) << banner.toStdString();
+    EXPECT_GT(banner.size(), before);
+    EXPECT_LE(box.fontMetrics().horizontalAdvance(banner), box.viewport()->width());
+    before = banner.size();
+  }
+}
+
+TEST_F(ConsolePanels, WhatIsSelectedWhileTracksAreAddedStaysSelected) {
+  OpenWindow();
+  QTest::keyClicks(&Find<QLineEdit>(u"TrackFilter"_s), u"a"_s);
+  ASSERT_EQ(Library().model()->rowCount(), 3);
+  Library().selectAll();
+  // As when the disk takes its time over the first one: by the end of the adding all three are selected.
+  desk_->Browser().AddToQueue({ToMref(1)});
+  loop_.RunFor(100ms);
+  EXPECT_EQ(Queue().Count(), 1);
+  EXPECT_EQ(SelectedRows(Library()), (std::vector<int>{2, 3}));
+}
+
+TEST_F(ConsolePanels, NewTracksComeToTheListThatTheOperatorHasOpen) {
+  database_.tree.MakeFolder(Paths::FolderName(Paths::Categories) + u"/Rock"_s);
+  OpenWindow();
+  auto& box = Find<QLineEdit>(u"TrackFilter"_s);
+  box.setText(u"nobody"_s);
+  catalogue_.Append({});
+  desk_->CatalogueChanged();
+  loop_.RunFor(1s);
+  EXPECT_EQ(Find<QLabel>(u"Label7"_s).text(), u"0 of 4"_s);
+  box.clear();
+  auto& genres = Find<ListTable>(u"Lstcatname"_s);
+  DoubleClick(genres, 0);
+  loop_.RunFor(1s);
+  QTest::mouseClick(Library().horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(20, 8));
+  loop_.RunFor(1s);
+  Library().selectRow(1);
+  ASSERT_EQ(Cell(Library(), 1), u"Beta"_s);
+  CatalogueRow row;
+  row.name = u"aardvark"_s;
+  row.extension = u".mp3"_s;
+  row.genres = u"~ALL CATEGORIES,Rock"_s;
+  row.artists = u"~ALL ARTISTS,The Newcomers"_s;
+  catalogue_.Append(row);
+  catalogue_.GenreList = {u"Blues"_s, u"Rock"_s};
+  desk_->CatalogueChanged();
+  loop_.RunFor(1s);
+  ASSERT_EQ(Library().model()->rowCount(), 4) << "all but the one without a genre";
+  EXPECT_EQ(Cell(Library(), 0), u"Aardvark"_s);
+  EXPECT_EQ(SelectedRows(Library()), (std::vector<int>{3})) << "the selection goes along with its track";
+  EXPECT_EQ(Cell(genres, 0), u"BLUES"_s);
+  EXPECT_EQ(SelectedRows(genres), (std::vector<int>{2}));
+  EXPECT_EQ(Find<QLabel>(u"Lbn1_1"_s).text(), u"ROCK"_s);
+  EXPECT_EQ(Cell(Find<ListTable>(u"Lstartname"_s), 1), u"THE NEWCOMERS"_s);
+}
+
+}  // namespace

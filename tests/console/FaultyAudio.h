@@ -1,0 +1,73 @@
+#pragma once
+
+#include "audio/ClockAudio.h"
+
+#include <utility>
+
+namespace kelvo::testing {
+
+/// A player whose disk can die under it.
+class FaultyPlayer : public MediaPlayer {
+ public:
+  explicit FaultyPlayer(std::unique_ptr<MediaPlayer> player) : player_(std::move(player)) {
+    player_->OnEndOfStream = [this] {
+      if (OnEndOfStream) OnEndOfStream();
+    };
+  }
+
+  /// It says that it plays, and its position moves no more, until it is stopped or opened anew.
+  void StandStill() {
+    player_->Stop();
+    stands_ = true;
+  }
+  /// The data ends where it stands.
+  void BreakOff() {
+    Stop();
+    if (OnEndOfStream) OnEndOfStream();
+  }
+
+  Job<OpenResult> Open(QString path) override {
+    OpenResult result = co_await player_->Open(std::move(path));
+    if (result.Ok()) stands_ = false;
+    co_return result;
+  }
+  void Close() override {
+    stands_ = false;
+    player_->Close();
+  }
+  [[nodiscard]] QString FileName() const override { return player_->FileName(); }
+  [[nodiscard]] double Duration() const override { return player_->Duration(); }
+  [[nodiscard]] bool HasSound() const override { return player_->HasSound(); }
+  [[nodiscard]] double CurrentPosition() const override { return player_->CurrentPosition(); }
+  void SetCurrentPosition(double seconds) override { player_->SetCurrentPosition(seconds); }
+  [[nodiscard]] PlayState State() const override { return stands_ ? PlayState::Playing : player_->State(); }
+  void Play() override {
+    if (!stands_) player_->Play();
+  }
+  void Stop() override {
+    stands_ = false;
+    player_->Stop();
+  }
+  void SetVolume(int hundredths) override { player_->SetVolume(hundredths); }
+  [[nodiscard]] int Volume() const override { return player_->Volume(); }
+  void SetBalance(int hundredths) override { player_->SetBalance(hundredths); }
+  [[nodiscard]] int Balance() const override { return player_->Balance(); }
+  void SetRate(double rate) override { player_->SetRate(rate); }
+  [[nodiscard]] double Rate() const override { return player_->Rate(); }
+
+ private:
+  std::unique_ptr<MediaPlayer> player_;
+  bool stands_ = false;
+};
+
+/// ClockAudio whose streams can stand still or break off.
+class FaultyAudio : public ClockAudio {
+ public:
+  using ClockAudio::ClockAudio;
+  [[nodiscard]] std::unique_ptr<MediaPlayer> MakePlayer(const QString& output = {}) override {
+    return std::make_unique<FaultyPlayer>(ClockAudio::MakePlayer(output));
+  }
+  [[nodiscard]] static FaultyPlayer& Of(MediaPlayer& player) { return dynamic_cast<FaultyPlayer&>(player); }
+};
+
+}  // namespace kelvo::testing
