@@ -19,7 +19,7 @@ constexpr std::int64_t kMostSteps = 1000;
 void PressToSpeak::Press() {
   if (services_.state.TransitionActive || Dipped()) return;
   afadeDepth_ = kMostLoss - depthSlider_;
-  for (const Deck deck : kDecks) dip_[deck] = std::min(LevelOf(deck), afadeDepth_);
+  for (const Deck deck : kDecks) dip_[deck] = std::min(AfadeSaved(deck), afadeDepth_);
   fade_ = RunFade(Direction::Down);
 }
 
@@ -86,7 +86,7 @@ Job<> PressToSpeak::RunFade(Direction direction) {
 
 bool PressToSpeak::Arrived(Direction direction) const {
   return std::all_of(kDecks.begin(), kDecks.end(), [&](Deck deck) {
-    return direction == Direction::Down ? dip_[deck] >= afadeDepth_ : dip_[deck] <= LevelOf(deck);
+    return direction == Direction::Down ? dip_[deck] >= afadeDepth_ : dip_[deck] <= AfadeSaved(deck);
   });
 }
 
@@ -96,16 +96,16 @@ void PressToSpeak::Move(Direction direction, int by) {
     if (direction == Direction::Down && dip < afadeDepth_) {
       dip = std::min(dip + by, afadeDepth_);
       Write(deck);
-    } else if (direction == Direction::Up && dip > LevelOf(deck)) {
-      dip = std::max(dip - by, LevelOf(deck));
+    } else if (direction == Direction::Up && dip > AfadeSaved(deck)) {
+      dip = std::max(dip - by, AfadeSaved(deck));
       Write(deck);
     }
   }
 }
 
 void PressToSpeak::Write(Deck deck) {
-  const int loss = std::max(LevelOf(deck), dip_[deck]);
-  if (services_.decks.Record(deck).Loss != loss) services_.decks.SetLoss(deck, loss, LevelOf(deck));
+  const int loss = std::max(AfadeSaved(deck), dip_[deck]);
+  if (services_.decks.Record(deck).Loss != loss) services_.decks.SetLoss(deck, loss, AfadeSaved(deck));
 }
 
 void PressToSpeak::EndDip() {

@@ -53,6 +53,9 @@ class PressToSpeak : public QObject {
   [[nodiscard]] bool AfadeRunning() const { return afadeRunning_; }
   /// While a dip or a rise runs the commands of the decks are out of reach.
   [[nodiscard]] bool SectionDisabled() const { return afadeRunning_; }
+  /// The loss to which the deck comes back (`AfadeSavedLeft`, `AfadeSavedRight`).
+  [[nodiscard]] int AfadeSaved(Deck deck) const { return services_.decks.Record(deck).Level; }
+
  Q_SIGNALS:
   void Changed();
 
@@ -61,7 +64,6 @@ class PressToSpeak : public QObject {
   [[nodiscard]] Job<> RunFade(Direction direction);
   [[nodiscard]] bool Arrived(Direction direction) const;
   void Move(Direction direction, int by);
-  [[nodiscard]] int LevelOf(Deck deck) const { return services_.decks.Record(deck).Level; }
   void Write(Deck deck);
   /// A dip has the levels.
   [[nodiscard]] bool Dipped() const { return afadeDown_ || afadeRunning_; }

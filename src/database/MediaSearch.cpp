@@ -13,7 +13,6 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <ranges>
 
 namespace kelvo {
 namespace {
@@ -45,13 +44,13 @@ MediaWalk::MediaWalk(const QStringList& roots, Tags tags) : tags_(tags), roots_(
 
 void MediaWalk::Begin() {
   const double each = 1.0 / static_cast<double>(roots_.size());
-  for (const QString& root : std::views::reverse(roots_)) {
-    if (IsMediaName(root) && QFileInfo(root).isFile()) {
-      alone_.push_back(root);
+  for (auto root = roots_.rbegin(); root != roots_.rend(); ++root) {
+    if (IsMediaName(*root) && QFileInfo(*root).isFile()) {
+      alone_.push_back(*root);
       continue;
     }
-    folders_.push_back({root, each});
-    for (const QString& other : FoldersOfOtherMounts(root)) leftOut_.insert(other);
+    folders_.push_back({*root, each});
+    for (const QString& other : FoldersOfOtherMounts(*root)) leftOut_.insert(other);
   }
   for (const QString& root : std::exchange(roots_, {})) leftOut_.remove(root);
 }
@@ -76,8 +75,8 @@ void MediaWalk::Enter(Piece& piece) {
   std::copy_if(files.names.rbegin(), files.names.rend(), std::back_inserter(files_), IsMediaName);
   const double each = next.share / static_cast<double>(below.names.size() + 1);
   filesShare_ = each;
-  for (const QString& name : std::views::reverse(below.names)) {
-    folders_.push_back({Below(folder_, name), each});
+  for (auto name = below.names.rbegin(); name != below.names.rend(); ++name) {
+    folders_.push_back({Below(folder_, *name), each});
   }
 }
 

@@ -53,8 +53,7 @@ void DatabaseNames::Add(Paths::Slot slot, const QString& name) {
 QString DatabaseNames::FirstFree(const QString& fileName) const {
   const QString base = BaseName(fileName);
   for (int number = 1;; ++number) {
-    QString free =
-        FittingName(base, QLatin1Char('_') + QString::number(number) + ExtensionOf(fileName));
+    QString free = FittingName(base, QLatin1Char('_') + QString::number(number) + ExtensionOf(fileName));
     // The info file belongs to the base name: that of another track, or of one that has gone, is not this
     // one's.
     const QString freeBase = BaseName(free);

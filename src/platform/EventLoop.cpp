@@ -35,10 +35,14 @@ void Timer::Stop() {
   if (const auto queue = entry->queue.lock()) queue->entries.erase(entry->key);
 }
 
-bool Timer::Active() const { return entry_ && entry_->active; }
+bool Timer::Active() const {
+  return entry_ && entry_->active;
+}
 
 EventLoop::EventLoop() : queue_(std::make_shared<Queue>()) {}
-EventLoop::~EventLoop() { Clear(); }
+EventLoop::~EventLoop() {
+  Clear();
+}
 
 void EventLoop::Clear() {
   // A callback may own what owns further timers, so the map must not be in use while they are destroyed.
@@ -64,17 +68,25 @@ Timer EventLoop::Every(Nanoseconds interval, Callback callback) {
   return Schedule(atLeast, atLeast, std::move(callback));
 }
 
-Timer EventLoop::After(Nanoseconds delay, Callback callback) { return Schedule(delay, 0ns, std::move(callback)); }
+Timer EventLoop::After(Nanoseconds delay, Callback callback) {
+  return Schedule(delay, 0ns, std::move(callback));
+}
 
 void EventLoop::Post(Callback callback) {
   Timer timer = Schedule(0ns, 0ns, std::move(callback));
   timer.entry_ = nullptr;
 }
 
-EventLoop::SleepAwaiter EventLoop::Sleep(Nanoseconds duration) { return {*this, duration}; }
-EventLoop::SleepAwaiter EventLoop::Yield() { return {*this, 0ns}; }
+EventLoop::SleepAwaiter EventLoop::Sleep(Nanoseconds duration) {
+  return {*this, duration};
+}
+EventLoop::SleepAwaiter EventLoop::Yield() {
+  return {*this, 0ns};
+}
 
-bool EventLoop::TurnIsOver(Nanoseconds turnStart) { return TurnClock() - turnStart >= 4ms; }
+bool EventLoop::TurnIsOver(Nanoseconds turnStart) {
+  return TurnClock() - turnStart >= 4ms;
+}
 
 std::optional<Nanoseconds> EventLoop::NextDue() const {
   if (queue_->entries.empty()) return std::nullopt;

@@ -10,7 +10,9 @@ std::function<void(std::exception_ptr)>& FailureHandler() {
 
 }  // namespace
 
-void SetJobFailureHandler(std::function<void(std::exception_ptr)> handler) { FailureHandler() = std::move(handler); }
+void SetJobFailureHandler(std::function<void(std::exception_ptr)> handler) {
+  FailureHandler() = std::move(handler);
+}
 
 void detail::ReportJobFailure(std::exception_ptr failure) {
   if (!FailureHandler()) std::rethrow_exception(failure);

@@ -8,16 +8,20 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// What a turn of the loop costs in simulated time: little, but enough that a job which yields until something
-/// happens lets time pass.
+/// What a turn of the loop costs in simulated time: little, but enough that a job which yields until
+/// something happens lets time pass.
 constexpr Nanoseconds kTurn = 20us;
 
 }  // namespace
 
 SimulatedEventLoop::SimulatedEventLoop(QDateTime start) : start_(std::move(start)) {}
-SimulatedEventLoop::~SimulatedEventLoop() { Clear(); }
+SimulatedEventLoop::~SimulatedEventLoop() {
+  Clear();
+}
 
-QDateTime SimulatedEventLoop::Now() const { return start_.addMSecs(elapsed_ / 1ms); }
+QDateTime SimulatedEventLoop::Now() const {
+  return start_.addMSecs(elapsed_ / 1ms);
+}
 
 Nanoseconds SimulatedEventLoop::TurnClock() {
   looked_ += 50us;

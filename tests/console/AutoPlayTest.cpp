@@ -292,7 +292,7 @@ TEST_F(AutoPlayTest, ASilentFileThatWasLoadedForARunThatEndedIsPassedOver) {
   MakeQueue(4, 60, kStrong);
   desk_->audio.SetSilent(Path(2));
   Play().ToggleAutoPlay();
-  desk_->Run(0.03);
+  desk_->Run(0.05);
   ASSERT_TRUE(Record(Deck::Two).Loading);
   Play().ToggleAutoPlay();
   desk_->Run(1);

@@ -110,7 +110,7 @@ QPushButton* DeckPanel::AddTransition(TransitionKind kind, const QString& name, 
 
 void DeckPanel::ShowTransitions() {
   const Transitions& fades = console_.Fades();
-  const auto tip = [this](QPushButton* button, const QString& words) {
+  const auto tip = [](QPushButton* button, const QString& words) {
     button->setToolTip(words + QStringLiteral("  (") + button->property("key").toString() + QLatin1Char(')'));
   };
   tip(pan_, Transitions::FadeTimeTooltip(console_.FadeSpeed(), TransitionKind::Pan));
