@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 
+#include <array>
 #include <deque>
 #include <numeric>
 #include <utility>
@@ -17,8 +18,9 @@ namespace {
 
 /// Work handed to the file worker in one go: some milliseconds of it, so that a stop is not kept waiting.
 constexpr qsizetype kFilesAtOnce = 1024;
-/// How many of these the worker has ahead of it: it must not wait for the logic's thread to come round.
-constexpr std::size_t kBatchesAhead = 2;
+/// So many of these are read at a time, each by a reader of its own: while the logic's thread takes in one,
+/// the next ones are on their way.
+constexpr std::size_t kReaders = 2;
 constexpr qsizetype kFoldersAtOnce = 64;
 const QString kTag = QStringLiteral(" Getdb");
 
@@ -244,7 +246,7 @@ Job<InfoBatch> CatalogueLoader::ReadBatch(std::shared_ptr<InfoReader> reader,
                                           std::shared_ptr<const QStringList> names, qsizetype start,
                                           qsizetype count) {
   const auto work = [reader, names, start, count] { return reader->Read(*names, start, count); };
-  co_return co_await loop_.Offload(EventLoop::Lane::Media, work);
+  co_return co_await loop_.Offload(EventLoop::Lane::Apart, work);
 }
 
 Job<bool> CatalogueLoader::AppendOdd(std::shared_ptr<InfoReader> reader, QString fileName,
@@ -292,9 +294,11 @@ Job<LoadOutcome> CatalogueLoader::LoadTracks() {
     co_return LoadOutcome::NoMusic;
   }
   const auto prepare = [names, folder = paths_(Paths::Info)] {
-    return std::make_pair(std::make_shared<InfoReader>(folder), Utf8Size(*names));
+    std::array<std::shared_ptr<InfoReader>, kReaders> readers;
+    for (auto& reader : readers) reader = std::make_shared<InfoReader>(folder);
+    return std::make_pair(readers, Utf8Size(*names));
   };
-  const auto [reader, nameBytes] = co_await loop_.Offload(EventLoop::Lane::Media, prepare);
+  const auto [readers, nameBytes] = co_await loop_.Offload(EventLoop::Lane::Media, prepare);
   const qsizetype count = names->size();
   catalogue_.Reserve(static_cast<std::size_t>(count), nameBytes);
   tracks = LoadBar{};
@@ -304,8 +308,11 @@ Job<LoadOutcome> CatalogueLoader::LoadTracks() {
   std::deque<Job<InfoBatch>> reading;
   qsizetype asked = 0;
   for (qsizetype start = 0; start < count; start += kFilesAtOnce) {
-    for (; asked < count && reading.size() <= kBatchesAhead; asked += kFilesAtOnce) {
-      reading.push_back(ReadBatch(reader, names, asked, kFilesAtOnce));
+    const auto readerFor = [&readers = readers](qsizetype place) {
+      return readers[static_cast<std::size_t>(place / kFilesAtOnce) % kReaders];
+    };
+    for (; asked < count && reading.size() < kReaders; asked += kFilesAtOnce) {
+      reading.push_back(ReadBatch(readerFor(asked), names, asked, kFilesAtOnce));
     }
     const InfoBatch batch = co_await std::move(reading.front());
     reading.pop_front();
@@ -313,7 +320,8 @@ Job<LoadOutcome> CatalogueLoader::LoadTracks() {
       const InfoBatch::Record& record = batch.records[index];
       if (!AppendRead(batch, record)) {
         const QString fileName = names->at(start + static_cast<qsizetype>(index));
-        if (!co_await AppendOdd(reader, fileName, record.status)) co_return LoadOutcome::UnstableFile;
+        if (!co_await AppendOdd(readerFor(start), fileName, record.status))
+          co_return LoadOutcome::UnstableFile;
       }
       Show(tracks, catalogue_.LastTrack(), static_cast<int>(count),
            QStringLiteral("Extracting Track Data.. ("));
