@@ -4,11 +4,19 @@
 
 #include <QCoreApplication>
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <mutex>
 #include <thread>
 
 namespace kelvo {
+
+namespace {
+
+constexpr int kApartNice = 5;
+
+}  // namespace
 
 struct QtEventLoop::Address {
   std::mutex mutex;
@@ -44,6 +52,8 @@ Nanoseconds QtEventLoop::Elapsed() const {
 void QtEventLoop::RunOffThread(Lane lane, std::function<void()> work, Callback done) {
   if (lane == Lane::Apart) {
     std::thread([address = address_, work = std::move(work), done = std::move(done)]() mutable {
+      // Of this thread alone: several at once must not take the processors from the logic's.
+      ::setpriority(PRIO_PROCESS, 0, kApartNice);
       work();
       work = nullptr;
       const std::lock_guard lock(address->mutex);
