@@ -175,7 +175,8 @@ void Run(int tracks) {
   Catalogue catalogue;
   FillCatalogue(catalogue, tracks);
   TrackFilter filter(catalogue);
-  PlayQueue queue(loop, nobody, catalogue, state);
+  Disks disks(loop);
+  PlayQueue queue(loop, disks, nobody, catalogue, state);
   LibraryBrowser browser(loop, catalogue, filter, queue, state);
   TrackSearch search(loop, nobody, catalogue);
   for (const Job<>& job : {filter.Build(loop), browser.FillLists()}) {

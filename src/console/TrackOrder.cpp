@@ -100,7 +100,7 @@ Job<> TrackOrder::Sort(EventLoop& loop, LibraryColumn column) {
     for (const SortKey& key : all->keys) order.push_back(key.track);
     return order;
   };
-  order_ = co_await loop.Offload(EventLoop::Lane::Media, sort);
+  order_ = co_await loop.Offload(EventLoop::Lane::Apart, sort);
 }
 
 const std::vector<Mref>& TrackOrder::Tracks() {

@@ -118,7 +118,7 @@ Job<LoadOutcome> CatalogueLoader::Load() {
   const auto drop = [before] { *before = Catalogue(); };
   LoadOutcome outcome = LoadOutcome::Done;
   try {
-    co_await loop_.Offload(EventLoop::Lane::Media, drop);
+    co_await loop_.Offload(EventLoop::Lane::Apart, drop);
     co_await LoadReferences(Paths::Categories, QStringLiteral("Loading Genres ("), &catalogue_.GenreList,
                             true);
     co_await LoadReferences(Paths::Albums, QStringLiteral("Loading Albums ("), &catalogue_.AlbumList, true);
@@ -138,7 +138,7 @@ Job<LoadOutcome> CatalogueLoader::Load() {
 
 Job<FolderListing> CatalogueLoader::List(QString folder, EntryKind kind) {
   const auto work = [folder, kind] { return ListFolder(folder, kind); };
-  FolderListing listing = co_await loop_.Offload(EventLoop::Lane::Media, work);
+  FolderListing listing = co_await loop_.Offload(EventLoop::Lane::Apart, work);
   for (const QString& name : listing.unusable) {
     NoteInLog(QStringLiteral("The name of a file in %1 is no valid text, the file is passed over: %2")
                   .arg(folder, name));
@@ -169,7 +169,7 @@ Job<> CatalogueLoader::LoadReferences(Paths::Slot slot, QString words, QStringLi
     const auto work = [folder, some] {
       for (const QString& name : some) RemoveShortcuts(QDir(folder).filePath(name));
     };
-    co_await loop_.Offload(EventLoop::Lane::Media, work);
+    co_await loop_.Offload(EventLoop::Lane::Apart, work);
   }
 }
 
@@ -194,7 +194,7 @@ Job<> CatalogueLoader::LoadSoundBites() {
 
 Job<> CatalogueLoader::LoadUtility() {
   const auto work = [folder = paths_(Paths::Utility)] { return CountStagedFiles(folder); };
-  catalogue_.UtilityCount = co_await loop_.Offload(EventLoop::Lane::Media, work);
+  catalogue_.UtilityCount = co_await loop_.Offload(EventLoop::Lane::Apart, work);
 }
 
 Job<> CatalogueLoader::AppendMissing(QString name, QString extension) {
@@ -298,7 +298,7 @@ Job<LoadOutcome> CatalogueLoader::LoadTracks() {
     for (auto& reader : readers) reader = std::make_shared<InfoReader>(folder);
     return std::make_pair(readers, Utf8Size(*names));
   };
-  const auto [readers, nameBytes] = co_await loop_.Offload(EventLoop::Lane::Media, prepare);
+  const auto [readers, nameBytes] = co_await loop_.Offload(EventLoop::Lane::Apart, prepare);
   const qsizetype count = names->size();
   catalogue_.Reserve(static_cast<std::size_t>(count), nameBytes);
   tracks = LoadBar{};
@@ -329,7 +329,7 @@ Job<LoadOutcome> CatalogueLoader::LoadTracks() {
     }
   }
   const auto forget = [names] { names->clear(); };
-  co_await loop_.Offload(EventLoop::Lane::Media, forget);
+  co_await loop_.Offload(EventLoop::Lane::Apart, forget);
   ShowDone(tracks);
   co_return LoadOutcome::Done;
 }

@@ -55,7 +55,7 @@ class Soak {
       const Mref track = desk_.AddTrack(QStringLiteral("Track %1").arg(each), seconds, RandomInfo());
       if (each < kRows) desk_.Enqueue(track);
     }
-    desk_.decks.OnLoaded = [this](Deck deck, bool) { loading_[deck] = 0; };
+    desk_.decks.OnLoaded = [this](Deck deck, DeckLoad) { loading_[deck] = 0; };
     desk_.OnStart = [this](Deck deck) { CheckStart(deck); };
   }
 
