@@ -237,11 +237,14 @@ Job<> Console::TakeInTracks() {
   co_await browser_.TakeIn();
 }
 
+bool Console::Plays() {
+  return decks_.Player(Deck::One).State() == PlayState::Playing ||
+         decks_.Player(Deck::Two).State() == PlayState::Playing ||
+         jinglePlayer_->State() == PlayState::Playing;
+}
+
 Job<bool> Console::QueryClose(bool bySystem) {
-  const bool playing = decks_.Player(Deck::One).State() == PlayState::Playing ||
-                       decks_.Player(Deck::Two).State() == PlayState::Playing ||
-                       jinglePlayer_->State() == PlayState::Playing;
-  if (playing || !bySystem) {
+  if (Plays() || !bySystem) {
     Prompt question;
     question.text = QStringLiteral("Quit ") + services_.title + QStringLiteral(" ? ");
     question.buttons = Buttons::YesNo;

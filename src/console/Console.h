@@ -103,6 +103,8 @@ class Console : public QObject {
   [[nodiscard]] int Delta() const { return auto_.SldDelta(); }
   void SetDelta(int seconds) { auto_.SetDelta(seconds); }
 
+  /// Whether a deck or a jingle is heard.
+  [[nodiscard]] bool Plays();
   /// Whether the desk may close; asks unless the operating system closes it without a deck playing. On Yes
   /// the timers have stopped.
   [[nodiscard]] Job<bool> QueryClose(bool bySystem);

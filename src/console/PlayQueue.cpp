@@ -106,7 +106,7 @@ qint64 PlayQueue::SecondsOf(const QueueEntry& entry) const {
 }
 
 QString PlayQueue::GenreColumnText(Mref track) const {
-  if (showsTimings_) return MinutesSeconds(catalogue_.TrackDurations(track));
+  if (showsTimings_) return LengthText(catalogue_.TrackDurations(track));
   return catalogue_.MainGenre(track);
 }
 
@@ -381,7 +381,7 @@ void PlayQueue::SwitchTimings() {
   genreHead_ = TimingsCaption();
   showsTimings_ = !showsTimings_;
   for (QueueEntry& row : rows_) {
-    row.Set(GenreColumn, showsTimings_ ? MinutesSeconds(catalogue_.TrackDurations(row.Track()))
+    row.Set(GenreColumn, showsTimings_ ? LengthText(catalogue_.TrackDurations(row.Track()))
                                        : catalogue_.MainGenre(row.Track(), QStringLiteral("Undefined")));
   }
   TellRowsChanged();

@@ -74,7 +74,7 @@ QString LibraryText(const Catalogue& catalogue, Mref track, LibraryColumn column
     case LibraryColumn::MainGenre:
       return catalogue.MainGenre(track);
     case LibraryColumn::Time:
-      return MinutesSeconds(catalogue.TrackDurations(track));
+      return LengthText(catalogue.TrackDurations(track));
   }
   return {};
 }

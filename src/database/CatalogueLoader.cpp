@@ -1,6 +1,7 @@
 #include "database/CatalogueLoader.h"
 
 #include "audio/AudioSystem.h"
+#include "database/UtilityListing.h"
 #include "platform/ErrorLog.h"
 #include "platform/ShellLink.h"
 #include "platform/Words.h"
@@ -47,27 +48,6 @@ void RemoveShortcuts(const QString& folder) {
   } catch (const Failure&) {
     return;
   }
-}
-
-/// The files waiting in the folders of the utility folder; those that hold none are deleted. Failures are
-/// skipped.
-int CountStagedFiles(const QString& folder) {
-  int waiting = 0;
-  try {
-    const FolderListing listing = ListFolder(folder, EntryKind::Folders);
-    for (const QString& name : listing.names) {
-      const QString staged = QDir(folder).filePath(name);
-      // A folder with deeper folders in it is not empty: rmdir leaves it alone.
-      if (!HoldsFiles(staged)) {
-        QDir().rmdir(staged);
-      } else {
-        waiting += static_cast<int>(ListFolder(staged, EntryKind::Files).names.size());
-      }
-    }
-  } catch (const Failure&) {
-    return waiting;  // nothing is staged where nothing can be read
-  }
-  return waiting;
 }
 
 std::size_t Utf8Size(const QStringList& names) {
@@ -193,7 +173,7 @@ Job<> CatalogueLoader::LoadSoundBites() {
 }
 
 Job<> CatalogueLoader::LoadUtility() {
-  const auto work = [folder = paths_(Paths::Utility)] { return CountStagedFiles(folder); };
+  const auto work = [paths = paths_] { return CleanUtilityFolder(paths); };
   catalogue_.UtilityCount = co_await loop_.Offload(EventLoop::Lane::Apart, work);
 }
 

@@ -1,6 +1,7 @@
 #include "console/AutoSoak.h"
 
 #include "console/AutoDesk.h"
+#include "support/NobodyThere.h"
 
 #include <QHash>
 
@@ -26,23 +27,6 @@ constexpr int kLongestLoad = 12;
 constexpr int kLoadLimitSeconds = 10;
 /// Until a deck that stands still is given up, with ticks that come late.
 constexpr int kStallSeconds = 10;
-
-/// Nobody sits at the desk.
-class NobodyThere : public Prompter {
- public:
-  Job<Answer> Ask(Prompt /*prompt*/) override { co_return Answer::No; }
-  Job<QString> AskText(QString /*title*/, QString /*prompt*/, QString /*initial*/) override {
-    co_return QString();
-  }
-  Job<QString> AskSecret(QString /*title*/, QString /*prompt*/) override { co_return QString(); }
-  Job<std::optional<QString>> PickFolder(QString /*title*/, QString /*initial*/) override {
-    co_return std::nullopt;
-  }
-  Job<std::optional<QString>> PickFile(QString /*title*/, QString /*initial*/, QString /*filter*/) override {
-    co_return std::nullopt;
-  }
-  void Tell(Prompt /*prompt*/) override {}
-};
 
 class Soak {
  public:
