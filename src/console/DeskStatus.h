@@ -4,6 +4,7 @@
 #include "console/DeckTypes.h"
 
 #include <QString>
+#include <QStringList>
 
 namespace kelvo {
 
@@ -65,6 +66,9 @@ struct DeskStatus {
   bool idle = true;
   ModeWord mode;
   QString pauseCaption = QStringLiteral("> ||");
+
+  bool airSilent = false;   ///< the programme is silent, and nobody planned it
+  QStringList silentDisks;  ///< disks that do not answer at the moment, by name
 
   [[nodiscard]] bool Warns() const { return lamps[Deck::One] || lamps[Deck::Two]; }
 };
