@@ -70,9 +70,6 @@ struct DeskStatus {
   ModeWord mode;
   QString pauseCaption = QStringLiteral("> ||");
 
-  bool airSilent = false;   ///< the programme is silent, and nobody planned it
-  QStringList silentDisks;  ///< disks that do not answer at the moment, by name
-
   [[nodiscard]] bool Warns() const { return lamps[Deck::One] || lamps[Deck::Two]; }
 };
 

@@ -5,6 +5,7 @@
 #include "audio/TestSounds.h"
 #include "audio/engine/NoDeviceBackend.h"
 #include "platform/Disks.h"
+#include "platform/LinkTargets.h"
 #include "platform/QtEventLoop.h"
 #include "support/TemporaryTree.h"
 
@@ -125,6 +126,23 @@ TEST_F(StoppedMount, ALookThroughALinkEndsAndNamesTheDiskThatDoesNotAnswer) {
   mount_.Answer();
   EXPECT_TRUE(Until([&] { return disks.Silent().isEmpty(); }));
   EXPECT_EQ(disks.Returns(), 1);
+}
+
+TEST_F(StoppedMount, LinksToItAreListedAfterOneWait) {
+  for (int each = 0; each < 100; ++each) {
+    const QString name = QStringLiteral("track%1.mp3").arg(each);
+    tree_.Write(QStringLiteral("behind/") + name, "sound");
+    ASSERT_TRUE(QFile::link(mount_.Path(name), tree_.Path(name)));
+  }
+  mount_.Hang();
+  LinkTargets links;
+  int unknown = 0;
+  for (int each = 0; each < 100; ++each) {
+    const QString name = QStringLiteral("track%1.mp3").arg(each);
+    if (links.KindOf(tree_.Path(name)) == LinkTargets::Kind::Unknown) ++unknown;
+  }
+  EXPECT_EQ(unknown, 100) << "waited for one by one they would outlast the test's limit";
+  EXPECT_EQ(links.KindOf(tree_.Path(QStringLiteral("behind"))), LinkTargets::Kind::Folder);
 }
 
 TEST_F(StoppedMount, APlayerWhoseDiskHangsOnAirPlaysTheNextFileAndEndsInTime) {

@@ -65,7 +65,7 @@ TEST(EndLimitDeathTest, TheExitCodeIsAnOrdinaryOneWhenOnlyReadersHang) {
         const EndLimit limit(1s);
         QtEventLoop loop;
         const auto hang = [] { std::this_thread::sleep_for(1h); };
-        loop.RunOffThread(EventLoop::Lane::Media, hang, [] {});
+        loop.RunOffThread(EventLoop::Lane::Apart, hang, [] {});
         loop.RunOffThread(EventLoop::Lane::Files, limit.WhenWritten(EXIT_SUCCESS), [] {});
       },
       ::testing::ExitedWithCode(EXIT_SUCCESS), "a disk does not answer");

@@ -27,7 +27,7 @@ QFont WordFont(int pixels) {
 AirAlarm::AirAlarm(QWidget* parent) : QWidget(parent) {
   setObjectName(QStringLiteral("AirAlarm"));
   setAccessibleName(kWords);
-  setAttribute(Qt::WA_TransparentForMouseEvents);
+  setToolTip(tr("Click when the silence is wanted; stopping a deck says so too"));
   hide();
 }
 
@@ -43,6 +43,10 @@ void AirAlarm::Show(const DeskStatus& status) {
 void AirAlarm::SetLit(bool lit) {
   lit_ = lit;
   if (isVisible()) update();
+}
+
+void AirAlarm::mousePressEvent(QMouseEvent*) {
+  Q_EMIT Accepted();
 }
 
 void AirAlarm::DrawLamp(QPainter& painter, const QRectF& square) const {

@@ -121,6 +121,7 @@ void ConsoleWindow::BuildDesk() {
   confirmation_ = new ConfirmationView(console_.Panel(), desk_);
   new DeskKeys(console_, *this);
   connect(&console_.Status(), &StatusTick::Ticked, this, [this] { ShowTick(); });
+  connect(alarm_, &AirAlarm::Accepted, this, [this] { console_.Status().AcceptSilence(); });
   connect(&console_.Lock(), &ScreenLock::Changed, this, [this] { EnableSections(); });
   connect(&console_.Fades(), &Transitions::Changed, this, [this] { EnableSections(); });
   connect(&console_.Fades(), &Transitions::Changed, queue_, &QueuePanel::ShowCommands);
