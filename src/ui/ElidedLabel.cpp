@@ -4,6 +4,11 @@
 
 namespace kelvo {
 
+void ElidedLabel::SetElideMode(Qt::TextElideMode mode) {
+  mode_ = mode;
+  update();
+}
+
 QSize ElidedLabel::minimumSizeHint() const {
   return {fontMetrics().height() * 2, fontMetrics().height()};
 }
@@ -17,7 +22,7 @@ void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {
     painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextWordWrap, text());
     return;
   }
-  const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+  const QString shown = fontMetrics().elidedText(text(), mode_, width());
   painter.drawText(rect(), static_cast<int>(alignment()), shown);
 }
 

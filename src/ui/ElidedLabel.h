@@ -11,10 +11,16 @@ class ElidedLabel : public QLabel {
  public:
   using QLabel::QLabel;
 
+  /// Where a line is cut that has no room; its end at first.
+  void SetElideMode(Qt::TextElideMode mode);
+
   [[nodiscard]] QSize minimumSizeHint() const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+
+ private:
+  Qt::TextElideMode mode_ = Qt::ElideRight;
 };
 
 }  // namespace kelvo

@@ -19,6 +19,7 @@ ListTable::ListTable(QWidget* parent) : QTableView(parent) {
   setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   verticalHeader()->hide();
   horizontalHeader()->setHighlightSections(false);
+  horizontalHeader()->setTextElideMode(Qt::ElideRight);
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   SizeRows();
   connect(this, &QTableView::doubleClicked, this, &ListTable::RowActivated);
@@ -71,7 +72,9 @@ void ListTable::SetEmptyText(const QString& text) {
 
 void ListTable::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (enter && event->modifiers() == Qt::NoModifier && currentIndex().isValid()) {
+  // In a cell that is edited the same key ends that.
+  const bool editing = state() == EditingState;
+  if (enter && !editing && event->modifiers() == Qt::NoModifier && currentIndex().isValid()) {
     Q_EMIT RowActivated(currentIndex());
     return;
   }

@@ -147,6 +147,18 @@ TEST_F(ConsoleKeys, TheSpaceBarSpeaksWhileAStartCanBeTakenBack) {
   QTest::keyRelease(window_->windowHandle(), Qt::Key_F12);
 }
 
+TEST_F(ConsoleKeys, AStartCanBeTakenBackForTwoSeconds) {
+  OpenOnAir();
+  const QWidget& cancel = Find<QPushButton>(u"CmdConfirm2"_s);
+  QTest::keyPress(window_->windowHandle(), Qt::Key_F12);
+  ASSERT_TRUE(loop_.RunUntil([&] { return cancel.isVisible(); }, 1s));
+  loop_.RunFor(1990ms);
+  EXPECT_TRUE(cancel.isVisible());
+  loop_.RunFor(20ms);
+  EXPECT_FALSE(cancel.isVisible());
+  QTest::keyRelease(window_->windowHandle(), Qt::Key_F12);
+}
+
 TEST_F(ConsoleKeys, AHandOnTheLevelUnderTheVoiceSetsWhereTheDeckComesBackTo) {
   OpenOnAir();
   auto& level = Find<Fader>(u"SldVolLeft"_s);

@@ -57,6 +57,43 @@ TEST_F(ConsolePanels, TheFieldOfADeckMovesWhileItPlaysAndNamesTheTrackThatIsHear
   EXPECT_EQ(one.grab().toImage(), rest);
 }
 
+TEST_F(ConsolePanels, WholeNamesStandInBothListsOfAnOrdinaryScreen) {
+  AddTrack(u"neon harbour and friends - breadcrumb station"_s, 60, 60);
+  OpenWindow();
+  QTest::keyClicks(&Find<QLineEdit>(u"TrackFilter"_s), u"neon"_s);
+  ASSERT_EQ(Library().model()->rowCount(), 1);
+  ASSERT_EQ(Cell(Library(), 0).size(), 45);
+  DoubleClick(Library(), 0);
+  ASSERT_EQ(Queue().Count(), 1);
+  for (const int width : {1366, 1600, 1920}) {
+    window_->resize(width, 768);
+    QTest::qWait(20);
+    for (const ListTable* list : {&Library(), &QueueList()}) {
+      const QModelIndex name = list->model()->index(0, 0);
+      EXPECT_LE(list->sizeHintForIndex(name).width(), list->columnWidth(0))
+          << width << ' ' << list->objectName().toStdString();
+    }
+  }
+  const QString comment = QueueList().model()->index(0, 0).data(Qt::ToolTipRole).toString();
+  EXPECT_TRUE(comment.endsWith(u"\nPlay Me"_s)) << "also where its column has no room";
+}
+
+TEST_F(ConsolePanels, TheNameOfTheQueueIsReadOnTheSmallestDesk) {
+  OpenWindow();
+  auto& name = Find<QLineEdit>(u"Text5"_s);
+  for (const int width : {1024, 1366}) {
+    window_->resize(width, 768);
+    QTest::qWait(20);
+    EXPECT_GT(name.width(), name.fontMetrics().horizontalAdvance(u" (No Name) "_s)) << width;
+    const QList<QLabel*> labels = window_->findChildren<QLabel*>();
+    const auto label = std::find_if(labels.begin(), labels.end(), [](const QLabel* each) {
+      return each->text() == u"Play List Name/Id"_s;
+    });
+    ASSERT_NE(label, labels.end());
+    EXPECT_GE((*label)->width(), (*label)->fontMetrics().horizontalAdvance((*label)->text())) << width;
+  }
+}
+
 TEST_F(ConsolePanels, TheTitlesOfTheDecksAreYellowAndReadable) {
   OpenWindow();
   EnqueueAll();

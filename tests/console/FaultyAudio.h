@@ -3,6 +3,7 @@
 #include "audio/ClockAudio.h"
 
 #include <utility>
+#include <vector>
 
 namespace kelvo::testing {
 
@@ -87,8 +88,12 @@ class FaultyAudio : public ClockAudio {
  public:
   using ClockAudio::ClockAudio;
   [[nodiscard]] std::unique_ptr<MediaPlayer> MakePlayer(const QString& output = {}) override {
-    return std::make_unique<FaultyPlayer>(ClockAudio::MakePlayer(output));
+    auto player = std::make_unique<FaultyPlayer>(ClockAudio::MakePlayer(output));
+    players.push_back(player.get());
+    return player;
   }
+  std::vector<FaultyPlayer*> players;  ///< all that were made, also those of a desk that is gone
+
   [[nodiscard]] static FaultyPlayer& Of(MediaPlayer& player) { return dynamic_cast<FaultyPlayer&>(player); }
 };
 

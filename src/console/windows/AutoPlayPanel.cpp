@@ -63,7 +63,11 @@ AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, const EventLoop& loop, QWidget
   status_->setFont(Theme::Font(1.0, QFont::DemiBold));
   next_->setObjectName(QStringLiteral("UpNext"));
   next_->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  for (QLabel* words : {status_, next_}) words->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  for (ElidedLabel* words : {status_, next_}) {
+    words->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    // The time stands at the end: of a long name the middle goes.
+    words->SetElideMode(Qt::ElideMiddle);
+  }
 
   auto* layout = new QGridLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

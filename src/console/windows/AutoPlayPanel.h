@@ -5,12 +5,12 @@
 
 class QAbstractButton;
 class QCheckBox;
-class QLabel;
 class QPushButton;
 class QRadioButton;
 
 namespace kelvo {
 
+class ElidedLabel;
 class TimerForm;
 
 /// Automatic play: its switch, its mode, the pause, the timed start, and what it is about to do. Owned by the
@@ -37,8 +37,8 @@ class AutoPlayPanel : public Panel {
   QCheckBox* random_;
   QPushButton* pause_;
   QPushButton* timer_;
-  QLabel* status_;
-  QLabel* next_;
+  ElidedLabel* status_;
+  ElidedLabel* next_;
   TimerForm* timerForm_ = nullptr;
 };
 

@@ -34,13 +34,31 @@ namespace {
 const QString kDeviceNotice = QStringLiteral("device");
 const QString kDiskNotice = QStringLiteral("disk ");
 
+/// The three columns of the desk. However it was resized they share its width alike, so that on an ordinary
+/// screen whole names fit into both lists, until the operator shares it out by hand.
+class Columns : public QSplitter {
+ public:
+  explicit Columns(QWidget* parent) : QSplitter(Qt::Horizontal, parent) {
+    connect(this, &QSplitter::splitterMoved, this, [this] { byHand_ = true; });
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QSplitter::resizeEvent(event);
+    if (!byHand_) setSizes({width() * 31 / 100, width() * 38 / 100, width() * 31 / 100});
+  }
+
+ private:
+  bool byHand_ = false;
+};
+
 }  // namespace
 
 ConsoleWindow::ConsoleWindow(Console& console)
     : console_(console),
       pulse_(console.GetServices().loop),
       desk_(new QWidget(this)),
-      columns_(new QSplitter(Qt::Horizontal, desk_)),
+      columns_(new Columns(desk_)),
       library_(new LibraryPanel(console.Browser(), console.Tracks(), console.GetServices().loop, columns_)),
       foot_(new QWidget(desk_)),
       notices_(new NoticeBar(desk_)),
@@ -86,9 +104,9 @@ void ConsoleWindow::BuildDesk() {
   columns_->addWidget(middle);
   columns_->addWidget(queue_);
   columns_->setChildrenCollapsible(false);
-  columns_->setStretchFactor(0, 28);
-  columns_->setStretchFactor(1, 42);
-  columns_->setStretchFactor(2, 30);
+  columns_->setStretchFactor(0, 31);
+  columns_->setStretchFactor(1, 38);
+  columns_->setStretchFactor(2, 31);
 
   status_->setObjectName(QStringLiteral("StatusLine"));
   status_->setAccessibleName(tr("Status"));
@@ -97,9 +115,9 @@ void ConsoleWindow::BuildDesk() {
   notices_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   auto* head = new QHBoxLayout;
   head->addWidget(new ModeLabel(console_.Status(), desk_));
-  head->addWidget(status_, 2);
+  head->addWidget(status_, 5);
   head->addWidget(new MemoryWarning(console_.Status(), desk_));
-  head->addWidget(notices_, 1);
+  head->addWidget(notices_, 4);
 
   auto* clock = new Panel(Group::Console, QString(), foot_);
   auto* clockLayout = new QVBoxLayout(clock);
@@ -245,7 +263,6 @@ void ConsoleWindow::ReadPlace() {
   setMinimumSize(QSize(1024, 680).boundedTo(room));
   resize(wanted.isEmpty() ? QSize(1600, 900).boundedTo(room)
                           : wanted.boundedTo(room).expandedTo(minimumSize()));
-  columns_->setSizes({width() * 28 / 100, width() * 41 / 100, width() * 31 / 100});
 }
 
 void ConsoleWindow::ShowStatus() {

@@ -133,8 +133,8 @@ QWidget* LibraryPanel::TracksPart() {
   heads->setSelectionModel(new QItemSelectionModel(model_, heads));
   heads->moveSection(heads->visualIndex(number(LibraryColumn::Time)),
                      heads->visualIndex(number(LibraryColumn::MainGenre)));
-  list_->SetColumns(number(LibraryColumn::Track), 26,
-                    {{number(LibraryColumn::Time), 8},
+  list_->SetColumns(number(LibraryColumn::Track), 47,
+                    {{number(LibraryColumn::Time), 7},
                      {number(LibraryColumn::Bpm), 7},
                      {number(LibraryColumn::MainGenre), 15},
                      {number(LibraryColumn::Date), 11},

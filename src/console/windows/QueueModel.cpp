@@ -62,9 +62,11 @@ QVariant QueueModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return row.Text(static_cast<QueueColumn>(index.column()));
     case Qt::ToolTipRole: {
-      const QString& request = row.Text(ReqdataColumn);
-      return request.isEmpty() ? row.Text(TrackColumn)
-                               : row.Text(TrackColumn) + QStringLiteral("\n\n") + request;
+      QString words = row.Text(TrackColumn);
+      // A narrow list has no room for it beside the name.
+      if (!row.Text(CommentColumn).isEmpty()) words += QLatin1Char('\n') + row.Text(CommentColumn);
+      if (!row.Text(ReqdataColumn).isEmpty()) words += QStringLiteral("\n\n") + row.Text(ReqdataColumn);
+      return words;
     }
     case Qt::ForegroundRole:
       return ColourOf(row.ForeColor);

@@ -70,9 +70,10 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   QHeaderView* head = list_->horizontalHeader();
   head->setSectionsClickable(true);
   head->moveSection(head->visualIndex(GenreColumn), 2);
+  // A whole name before anything else: what the comment says is told by the row's colour too.
   list_->SetColumns(
-      TrackColumn, 26,
-      {{CommentColumn, 19}, {GenreColumn, 13}, {BpmColumn, 7}, {DateColumn, 11}, {HiColumn, 6}});
+      TrackColumn, 47,
+      {{CommentColumn, 20}, {GenreColumn, 13}, {BpmColumn, 7}, {DateColumn, 11}, {HiColumn, 6}});
 
   up_->setIcon(ScalableIcon(Icon::Up));
   down_->setIcon(ScalableIcon(Icon::Down));
@@ -96,17 +97,19 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   bind(clear_, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Delete));
   bind(timings_, QKeySequence(Qt::CTRL | Qt::Key_T));
 
-  auto* naming = new QHBoxLayout;
-  naming->addWidget(nameLabel);
-  naming->addWidget(name_, 1);
-  naming->addWidget(timings_);
+  auto* box = new QHBoxLayout;
+  box->addWidget(name_, 1);
+  box->addWidget(timings_);
+  naming_ = new QBoxLayout(QBoxLayout::LeftToRight);
+  naming_->addWidget(nameLabel);
+  naming_->addLayout(box, 1);
   auto* commands = new QHBoxLayout;
   commands->setSpacing(4);
   for (QPushButton* button : {up_, down_, cut_, clear_, edit_}) commands->addWidget(button);
   commands->addStretch(1);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addLayout(naming);
+  layout->addLayout(naming_);
   layout->addWidget(list_, 1);
   layout->addLayout(commands);
 
@@ -138,6 +141,13 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   connect(list_->verticalScrollBar(), &QScrollBar::valueChanged, this,
           [this] { beatsToPosition_ = kBeatsToPosition; });
   ShowFacts();
+}
+
+void QueuePanel::resizeEvent(QResizeEvent* event) {
+  Panel::resizeEvent(event);
+  // On a narrow desk the box stands under its label, with room for a name.
+  const bool narrow = width() < fontMetrics().height() * 22;
+  naming_->setDirection(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }
 
 void QueuePanel::SetLitRow(int row) {

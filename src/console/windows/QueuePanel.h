@@ -6,6 +6,7 @@
 
 #include <functional>
 
+class QBoxLayout;
 class QLineEdit;
 class QPushButton;
 
@@ -32,6 +33,9 @@ class QueuePanel : public Panel {
   /// to it after a while, but not under the mouse.
   void ShowPosition(int index);
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   void ShowFacts();
   void ShowSelection();
@@ -40,6 +44,7 @@ class QueuePanel : public Panel {
 
   PlayQueue& queue_;
   QueueModel* model_;
+  QBoxLayout* naming_ = nullptr;
   QLineEdit* name_;
   ListTable* list_;
   QPushButton* up_;
