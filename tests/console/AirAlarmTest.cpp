@@ -35,7 +35,7 @@ TEST_F(AirAlarmTest, ADiskThatHangsIsNamedByTheDesk) {
   Decks().LoadCommand(Deck::One);
   loop_.RunFor(3s);
   auto& notices = *window_->findChild<NoticeBar*>();
-  EXPECT_TRUE(notices.Text().contains(hung)) << notices.Text().toStdString();
+  EXPECT_TRUE(notices.Text().contains(u"alpha.mp3"_s)) << notices.Text().toStdString();
   loop_.AnswerAgain(hung);
   loop_.RunFor(1s);
   EXPECT_EQ(notices.Text(), QString());

@@ -52,6 +52,12 @@ class Columns : public QSplitter {
   bool byHand_ = false;
 };
 
+/// What a person calls a drive: the last name of where it is mounted.
+QString ShortName(const QString& disk) {
+  const QString last = disk.section(QLatin1Char('/'), -1, -1, QString::SectionSkipEmpty);
+  return last.isEmpty() ? disk : last;
+}
+
 }  // namespace
 
 ConsoleWindow::ConsoleWindow(Console& console)
@@ -163,7 +169,7 @@ void ConsoleWindow::ShowAir(const DeskStatus& status) {
   for (const QString& disk : status.silentDisks) {
     if (silentDisks_.contains(disk)) continue;
     notices_->Show(kDiskNotice + disk, NoticeBar::Severity::Warning,
-                   tr("The disk %1 doesn't answer: its tracks are passed over").arg(disk));
+                   tr("The disk %1 doesn't answer: its tracks are passed over").arg(ShortName(disk)));
   }
   silentDisks_ = status.silentDisks;
   PlaceAlarm();
