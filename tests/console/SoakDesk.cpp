@@ -3,7 +3,7 @@
 #include "platform/SystemFacts.h"
 
 #include <QDir>
-#include <QFile>
+#include <QFileInfo>
 
 #include <cmath>
 
@@ -15,6 +15,7 @@ using namespace std::chrono_literals;
 namespace {
 
 const QString kTitle = u"Kelvo"_s;
+const QString kAway = u" away"_s;
 
 /// Whose Open makes no progress while its file hangs.
 class SoakPlayer : public FaultyPlayer {
@@ -188,20 +189,18 @@ void SoakDesk::Write(const QString& path, const QByteArray& bytes) {
   if (file.open(QIODevice::WriteOnly)) file.write(bytes);
 }
 
+QString SoakDesk::PlaceOf(const SoakTrack& track) const {
+  const QFileInfo file(track.path);
+  const QString away = file.path() + kAway;
+  return QDir(away).exists() ? away + u'/' + file.fileName() : track.path;
+}
+
 void SoakDesk::TakeMusicAway() {
-  const QString music = paths_(Paths::Music);
-  QDir().rename(music, music + u" away"_s);
+  QDir().rename(paths_(Paths::Music), paths_(Paths::Music) + kAway);
 }
 
 void SoakDesk::BringMusicBack() {
-  const QString to = paths_(Paths::Music);
-  const QString from = to + u" away"_s;
-  // Files that came back meanwhile stay.
-  QDir().mkpath(to);
-  for (const QString& name : QDir(from).entryList(QDir::Files)) {
-    QFile::rename(from + u'/' + name, to + u'/' + name);
-  }
-  QDir(from).removeRecursively();
+  QDir().rename(paths_(Paths::Music) + kAway, paths_(Paths::Music));
 }
 
 void SoakDesk::SetHanging(const QSet<QString>& paths) {

@@ -6,6 +6,7 @@
 #include "platform/SettingsStore.h"
 #include "platform/SimulatedEventLoop.h"
 
+#include <QFile>
 #include <QHash>
 #include <QSet>
 
@@ -115,6 +116,8 @@ class SoakDesk {
   void SetLength(const SoakTrack& track, double seconds) { audio_.SetDuration(track.path, seconds); }
   void SetSilent(const SoakTrack& track, bool silent) { audio_.SetSilent(track.path, silent); }
   void SetOpenTime(Nanoseconds time) { audio_.openTime = time; }
+  void RemoveFile(const SoakTrack& track) { QFile::remove(PlaceOf(track)); }
+  void RestoreFile(const SoakTrack& track) { Write(PlaceOf(track), "sound"); }
   void TakeMusicAway();
   void BringMusicBack();
   /// Looks at these files and their opening do not come back until they hang no more.
@@ -134,6 +137,8 @@ class SoakDesk {
  private:
   /// Nobody sits at the desk.
   class NobodyThere;
+  /// Where its file lies now: the music may have been taken away.
+  [[nodiscard]] QString PlaceOf(const SoakTrack& track) const;
   [[nodiscard]] FaultyPlayer& Disk(Deck deck) { return FaultyAudio::Of(desk_->Decks().Player(deck)); }
 
   QString folder_;

@@ -108,10 +108,12 @@ void SoakFaults::SpoilLength(double seconds) {
 
 void SoakFaults::Begin(const DeskSight& now) {
   ++scene_.result.faults;
-  switch (chance_.Below(20)) {
+  const int what=chance_.Below(20);//TRACE
+  if(getenv("TR")) printf("%.1f FAULT %d\n",Now(),what);//TRACE
+  switch (what) {//TRACE
     case 0:
-      Spoil([](const SoakTrack& track) { QFile::remove(track.path); },
-            [](const SoakTrack& track) { SoakDesk::Write(track.path, "sound"); });
+      Spoil([this](const SoakTrack& track) { scene_.desk.RemoveFile(track); },
+            [this](const SoakTrack& track) { scene_.desk.RestoreFile(track); });
       break;
     case 1:
       SpoilLength(-1);

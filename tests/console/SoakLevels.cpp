@@ -27,6 +27,8 @@ void SoakLevels::OnSlider(int place) {
 }
 
 void SoakLevels::OnStart(Deck deck, int kind, int speed, const QString& excuse, const SoakLook& look) {
+  // The walk before goes on until this one has the slider.
+  const bool overtakes = fade_ && fade_->kind != kDub;
   if (fade_) {
     Excuse(u"overtaken"_s);
     End(look.now);
@@ -37,7 +39,7 @@ void SoakLevels::OnStart(Deck deck, int kind, int speed, const QString& excuse, 
   fade.slider = look.before.slider;
   fade.from = look.before.at;
   fade.course = CourseOf(kind, deck, fade.slider, speed);
-  fade.excuse = excuse;
+  fade.excuse = excuse.isEmpty() && overtakes ? u"overtakes"_s : excuse;
   fade_ = fade;
   disturbed_ = false;
   lawBefore_ = law_;

@@ -25,10 +25,11 @@ bool SoakBadFiles::Lately(const QString& path, double now) const {
 }
 
 void SoakRounds::OnSwitch() {
-  edited_ = unknown_ = true;
+  edited_ = unknown_ = switched_ = true;
   missed_.clear();
   heard_.clear();
   failed_.clear();
+  failedBefore_.clear();
 }
 
 void SoakRounds::Look(const DeskSight& now) {
@@ -38,7 +39,7 @@ void SoakRounds::Look(const DeskSight& now) {
     }
     return;
   }
-  if (!edited_ || !scene_.excuses.For(Touch::Order, now.at).isEmpty()) return;
+  if (!edited_ || switched_ || !scene_.excuses.For(Touch::Order, now.at).isEmpty()) return;
   const bool loading = now.decks[Deck::One].loading || now.decks[Deck::Two].loading;
   if (loading) return;
   cursor_ = scene_.desk.SelectedRow();
@@ -73,7 +74,11 @@ void SoakRounds::CheckOrder(const QString& path, const QString& before, const QS
       CountMissed(path, other, rows, count + 2);
       return;
     }
-    if (each == before || each == other || bad_.Lately(each, now)) continue;
+    if (each == before || each == other || bad_.Lately(each, now)) {
+      // Its turn has passed for a reason.
+      missed_[each] = 0;
+      continue;
+    }
     scene_.Violate(u"row %1 is passed over: it can be played, %2 was loaded"_s.arg(row).arg(path));
     cursor_ = static_cast<int>(rows.indexOf(path)) + 1;
     return;
@@ -104,17 +109,17 @@ void SoakRounds::CountMissed(const QString& path, const QString& other, const QS
 }
 
 void SoakRounds::CheckPreview(const QString& path) {
-  const double now = scene_.desk.Now();
   if (heard_.contains(path)) {
     for (const SoakTrack& track : scene_.desk.Tracks()) {
-      if (heard_.contains(track.path) || failed_.contains(track.path)) continue;
+      const bool failed = failed_.contains(track.path) || failedBefore_.contains(track.path);
+      if (failed || heard_.contains(track.path)) continue;
       scene_.Violate(u"%1 comes again before %2 has been heard"_s.arg(path, track.path));
       break;
     }
     heard_.clear();
-    failed_.clear();
+    failedBefore_ = std::exchange(failed_, {});
   }
-  heard_[path] = now;
+  heard_.insert(path);
 }
 
 }  // namespace kelvo::testing

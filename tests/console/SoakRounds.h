@@ -40,6 +40,8 @@ class SoakRounds {
   void OnSwitch();
   /// A deck was loaded with a track that can be heard, in place of `before`, beside what the other one holds.
   void OnLoaded(const QString& path, const QString& before, const QString& other);
+  /// A deck was started: where the desk was switched on, it has taken its first rows.
+  void OnStarted() { switched_ = false; }
   /// Ten times a second: takes the selection over once an edit is done.
   void Look(const DeskSight& now);
 
@@ -52,11 +54,13 @@ class SoakRounds {
   SoakScene& scene_;
   const SoakBadFiles& bad_;
   bool edited_ = true;
+  bool switched_ = true;  ///< on, and nothing was started since
   bool unknown_ = true;  ///< which row comes next
   int cursor_ = 0;
   QHash<QString, int> missed_;    ///< loads since the row was heard, while it could have been
-  QHash<QString, double> heard_;  ///< in this round of a preview
+  QSet<QString> heard_;           ///< in this round of a preview
   QSet<QString> failed_;          ///< in this round
+  QSet<QString> failedBefore_;    ///< in the one before: a round begins unseen with those
 };
 
 }  // namespace kelvo::testing

@@ -103,6 +103,7 @@ void SoakStarts::OnLoaded(Deck deck, const SoakLook& look) {
   if (infoChanged_.value(track->infoPath, -1) > old.loadingFrom) course.unknown = u"info file changed"_s;
   const QString other = decks_[Other(deck)].path;
   decks_[deck] = course;
+  if(getenv("TR")) printf("%.1f LOAD deck %d %s custom %d in %d kind %d unk=%s plan %d %d %d\n",look.now.at,DisplayNumber(deck),qPrintable(path.section('/',-1)),course.rules.custom,course.rules.fadeInAt,course.rules.kind,qPrintable(course.unknown),plan_.delta,plan_.kind,plan_.speed);//TRACE
   if (!look.now.on) return;
   plan_ = PlanAfterLoad(scene_.options.mode, plan_, course.rules, !other.isEmpty());
   if (!course.unknown.isEmpty()) planUnknown_ = course.unknown;
@@ -112,6 +113,7 @@ void SoakStarts::OnLoaded(Deck deck, const SoakLook& look) {
 
 void SoakStarts::OnStarted(Deck deck, const SoakLook& look) {
   ++scene_.result.starts;
+  rounds_.OnStarted();
   DeckCourse& course = decks_[deck];
   DeckCourse& other = decks_[Other(deck)];
   const double now = look.now.at;
@@ -135,6 +137,7 @@ void SoakStarts::OnStarted(Deck deck, const SoakLook& look) {
     if (look.now.decks[deck].position > 0.3)
       scene_.Violate(u"%1 is not started from its beginning"_s.arg(name));
   }
+  if(getenv("TR")) printf("%.1f START deck %d %s excuse %s plan %d %d %d\n",look.now.at,DisplayNumber(deck),qPrintable(course.path.section('/',-1)),qPrintable(excuse),plan_.delta,plan_.kind,plan_.speed);//TRACE
   const int kind = plan_.kind;
   const TrackRules& otherRules = other.path.isEmpty() ? course.rules : other.rules;
   const int length = static_cast<int>(DurationOf(deck, look.now));
@@ -157,6 +160,7 @@ void SoakStarts::OnStarted(Deck deck, const SoakLook& look) {
 }
 
 void SoakStarts::OnEnded(Deck deck, const SoakLook& look) {
+  if(getenv("TR")) printf("%.1f END deck %d\n",look.now.at,DisplayNumber(deck));//TRACE
   DeckCourse& course = decks_[deck];
   const DeckSight& before = look.before.decks[deck];
   course.ended = course.brokeOff || before.position + kLook >= before.length;
