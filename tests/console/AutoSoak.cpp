@@ -67,7 +67,7 @@ class Soak {
     starts_.Look(look);
     levels_.Look(look);
     rounds_.Look(look.now);
-    if (starts_.EndedEarly()) faults_.OnSoundGone();
+    if (starts_.LoadDue()) faults_.OnLoadDue();
     CheckSound(look);
   }
 
@@ -86,6 +86,8 @@ class Soak {
       silence_ = 0;
       return;
     }
+    // What is stopped once more begins another silence.
+    if (!scene_.excuses.For(Touch::Kill, look.before.at, look.now.at).isEmpty()) silence_ = 0;
     silence_ += passed;
     const double unplanned = std::max(silence_ - scene_.Lag(), 0.0);
     scene_.result.longestSilence = std::max(scene_.result.longestSilence, unplanned);

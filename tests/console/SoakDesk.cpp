@@ -103,8 +103,8 @@ void SoakDesk::Open(int rows) {
                                   u"About Kelvo"_s,
                                   folder_,
                                   {},
-                                  seed_,
-                                  folder_ + u"/documents"_s});
+                                  // No session log: it is flushed to the disk at each start.
+                                  seed_});
   // The machine's memory is no part of the evening.
   desk_->Status().hooks.Memory = [] { return MemoryStatus(); };
   desk_->Activate();

@@ -118,6 +118,7 @@ class SoakDesk {
   void SetOpenTime(Nanoseconds time) { audio_.openTime = time; }
   void RemoveFile(const SoakTrack& track) { QFile::remove(PlaceOf(track)); }
   void RestoreFile(const SoakTrack& track) { Write(PlaceOf(track), "sound"); }
+  [[nodiscard]] double OpenTime() const { return std::chrono::duration<double>(audio_.openTime).count(); }
   void TakeMusicAway();
   void BringMusicBack();
   /// Looks at these files and their opening do not come back until they hang no more.

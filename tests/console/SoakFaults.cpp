@@ -24,10 +24,11 @@ constexpr int kGiveUp = 16;
 constexpr int kStandsStill = 6;
 /// After these the first start has come.
 constexpr int kSwitchTime = 10;
-/// The longest rise of the levels, and a look.
-constexpr double kRise = 2.2;
-/// A disk that is slow excuses nothing when sound was lost longer ago.
-constexpr int kLoadAfterCut = 20;
+/// The longest rise of the levels; one that a start asks for begins when its deck is heard.
+constexpr double kRise = 3.2;
+/// A load from a disk that hangs is given up in that time: with less between the end of one track and the end
+/// of the other nothing can be done.
+constexpr int kOneLoad = 12;
 
 }  // namespace
 
@@ -108,9 +109,7 @@ void SoakFaults::SpoilLength(double seconds) {
 
 void SoakFaults::Begin(const DeskSight& now) {
   ++scene_.result.faults;
-  const int what=chance_.Below(20);//TRACE
-  if(getenv("TR")) printf("%.1f FAULT %d\n",Now(),what);//TRACE
-  switch (what) {//TRACE
+  switch (chance_.Below(20)) {
     case 0:
       Spoil([this](const SoakTrack& track) { scene_.desk.RemoveFile(track); },
             [this](const SoakTrack& track) { scene_.desk.RestoreFile(track); });
@@ -217,8 +216,8 @@ void SoakFaults::StopDecks() {
   for (const Deck deck : kDecks) {
     if (chance_.Below(3) > 0) scene_.desk.StopDeck(deck);
   }
-  scene_.excuses.Add(u"stopped by hand"_s, Now(), Now() + 0.2, {Touch::Cut});
-  OnSoundGone();
+  scene_.excuses.Add(u"stopped by hand"_s, Now(), Now() + 0.2, {Touch::Cut, Touch::Kill});
+  OnLoadDue();
 }
 
 void SoakFaults::LoseDevice() {
@@ -243,7 +242,7 @@ void SoakFaults::BreakDisk() {
     slow_ = u"slow disk"_s;
     scene_.excuses.Add(slow_, Now(), Now() + lasts + 3, {Touch::Load});
     if (scene_.Preview()) scene_.excuses.Add(slow_, Now(), Now() + lasts + 3, {Touch::Silence});
-    if (soundGoneAt_ + 2 > Now()) OnSoundGone();
+    if (loadDueAt_ + 2 > Now()) OnLoadDue();
   } else {
     const QString reason = kind == 1 ? u"all disks hang"_s : u"all files gone"_s;
     if (kind == 1) desk.SetOpenTime(1h);
@@ -283,7 +282,7 @@ void SoakFaults::HangDisk() {
   scene_.excuses.Add(slow_, Now(), Now() + lasts + 1, {Touch::Load});
   // Nobody can know on which disk the next track by chance lies.
   if (scene_.Preview()) scene_.excuses.Add(slow_, Now(), Now() + lasts + 3, {Touch::Silence});
-  if (soundGoneAt_ + 2 > Now()) OnSoundGone();
+  if (loadDueAt_ + 2 > Now()) OnLoadDue();
   After(lasts, [this, hanging] {
     scene_.desk.SetHanging({});
     for (const QString& path : hanging) parts_.bad.End(path, Now());
@@ -300,15 +299,17 @@ void SoakFaults::KillStream(const DeskSight& now) {
   if (broken) {
     parts_.starts.OnBrokeOff(deck);
     scene_.desk.BreakOff(deck);
-    scene_.excuses.Add(u"stream broke off"_s, Now(), Now() + 0.2, {Touch::Cut});
+    scene_.excuses.Add(u"stream broke off"_s, Now(), Now() + 0.2, {Touch::Cut, Touch::Kill});
   } else {
     scene_.desk.StandStill(deck);
     // Until it is found out, and the tick behind that.
-    scene_.excuses.Add(u"stood still"_s, Now(), Now() + kStandsStill + 2,
-                       {Touch::Cut, Touch::Start, Touch::Load});
-    scene_.excuses.Add(u"stood still"_s, Now(), Now() + kStandsStill, {Touch::Silence});
+    const auto stood = u"stood still"_s;
+    scene_.excuses.Add(stood, Now(), Now() + 0.2, {Touch::Kill});
+    scene_.excuses.Add(stood, Now(), Now() + kStandsStill, {Touch::Silence});
+    // And the tick behind that.
+    scene_.excuses.Add(stood, Now(), Now() + kStandsStill + 2, {Touch::Cut, Touch::Start, Touch::Load});
   }
-  OnSoundGone();
+  OnLoadDue();
 }
 
 void SoakFaults::Speak() {
@@ -336,7 +337,7 @@ void SoakFaults::SwitchOffAndOn(const DeskSight& now) {
   const bool stops = chance_.Below(2) == 0;
   scene_.result.skipped += scene_.desk.Skipped();
   scene_.excuses.Add(u"switched off"_s, Now(), Now() + away + 0.5,
-                     {Touch::Silence, Touch::Start, Touch::Load, Touch::Cut, Touch::Order});
+                     {Touch::Silence, Touch::Start, Touch::Load, Touch::Cut, Touch::Kill, Touch::Order});
   scene_.desk.SwitchOff();
   // The next start finds them playing, or silent.
   if (stops) {
@@ -345,9 +346,12 @@ void SoakFaults::SwitchOffAndOn(const DeskSight& now) {
   After(away, [this] { SwitchOn(); });
 }
 
-void SoakFaults::OnSoundGone() {
-  soundGoneAt_ = Now();
-  if (!slow_.isEmpty()) scene_.excuses.Add(slow_, Now(), Now() + kLoadAfterCut, {Touch::Silence});
+void SoakFaults::OnLoadDue() {
+  loadDueAt_ = Now();
+  // One that is only slow holds it up once for each file that is no good.
+  const double time =
+      scene_.desk.OpenTime() > 1 ? scene_.desk.OpenTime() * (2 + parts_.bad.Count()) : kOneLoad;
+  if (!slow_.isEmpty()) scene_.excuses.Add(slow_, Now(), Now() + time, {Touch::Silence});
 }
 
 }  // namespace kelvo::testing

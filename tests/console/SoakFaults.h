@@ -29,8 +29,8 @@ class SoakFaults {
   void Second(int second, const DeskSight& now);
   /// The desk as somebody left it.
   void SwitchOn();
-  /// Something has taken the sound away that was on air: a disk that is slow now cannot give another in time.
-  void OnSoundGone();
+  /// A deck waits for its next track from now on: a disk that hangs may hold it up once.
+  void OnLoadDue();
   /// A new info file, by chance.
   [[nodiscard]] QByteArray RandomInfo(double stored);
 
@@ -62,7 +62,7 @@ class SoakFaults {
   int second_ = 0;
   bool diskBroken_ = false;
   QString slow_;  ///< why a load may take long at the moment
-  double soundGoneAt_ = -1000;
+  double loadDueAt_ = -1000;
   int speaking_ = 0;  ///< presses that were not let go
 };
 

@@ -13,6 +13,8 @@ constexpr double kAfter = 0.5;
 constexpr double kSnap = 0.3;
 /// Until a start is known to have come to something, in seconds.
 constexpr double kHeard = 1;
+/// The desk waits no longer for the first sound of a deck, in seconds.
+constexpr double kGivenUp = 3.5;
 
 QString NameOf(int kind) {
   return kind == kPan ? u"pan"_s : kind == kPartFade ? u"part fade"_s : u"dub"_s;
@@ -23,12 +25,12 @@ QString NameOf(int kind) {
 void SoakLevels::OnSlider(int place) {
   home_ = place;
   law_.kind = 0;
-  lawBefore_ = law_;
+  lawFrom_.reset();
 }
 
 void SoakLevels::OnStart(Deck deck, int kind, int speed, const QString& excuse, const SoakLook& look) {
   // The walk before goes on until this one has the slider.
-  const bool overtakes = fade_ && fade_->kind != kDub;
+  const bool overtakes = fade_ && (fade_->kind != kDub || !fade_->excuse.isEmpty());
   if (fade_) {
     Excuse(u"overtaken"_s);
     End(look.now);
@@ -43,8 +45,15 @@ void SoakLevels::OnStart(Deck deck, int kind, int speed, const QString& excuse, 
   fade_ = fade;
   disturbed_ = false;
   lawBefore_ = law_;
+  lawFrom_ = fade.slider;
   law_.kind = kind;
   law_.side = deck;
+}
+
+bool SoakLevels::Runs(double now) const {
+  if (!fade_) return false;
+  if (!fade_->excuse.isEmpty()) return fade_->walks || now < fade_->from + kHeard;
+  return fade_->kind != kDub || now < fade_->from + kSnap;
 }
 
 void SoakLevels::Excuse(const QString& reason) {
@@ -65,17 +74,16 @@ void SoakLevels::Follow(const SoakLook& look) {
   Fade& fade = *fade_;
   const DeskSight& now = look.now;
   const double passed = now.at - fade.from;
-  if (passed <= kHeard) {
-    // What befalls the deck before it is heard may end the start.
-    QString reason = scene_.excuses.For(Touch::Cut, fade.from, now.at);
-    if (reason.isEmpty() && !now.decks[fade.deck].playing) reason = u"ended at once"_s;
-    if (!reason.isEmpty()) {
-      Excuse(reason);
-      disturbed_ = true;
-    }
+  fade.walks = now.walking;
+  // What befalls a deck before it is heard may end the start; later it may change the pace of the walk.
+  QString reason = scene_.excuses.For(Touch::Kill, fade.from, now.at);
+  if (reason.isEmpty() && !now.decks[fade.deck].playing) reason = u"ended in its fade"_s;
+  if (!reason.isEmpty()) {
+    Excuse(reason);
+    disturbed_ = disturbed_ || passed <= kHeard;
   }
   if (!fade.excuse.isEmpty()) {
-    if (passed > kHeard && !now.walking) {
+    if (passed > kGivenUp && !now.walking) {
       const DeskPlan plan = scene_.desk.Plan();
       law_.kind = plan.lawKind;
       law_.side = plan.lawSide;
@@ -128,7 +136,8 @@ void SoakLevels::CheckLosses(const DeskSight& now) {
   if (fade_ && !fade_->excuse.isEmpty()) return;
   const bool dipped = !scene_.excuses.For(Touch::Level, now.at).isEmpty();
   // Until the slider moves the levels are those of the transition before.
-  const bool either = fade_ && now.slider == fade_->slider;
+  if (lawFrom_ && *lawFrom_ != now.slider) lawFrom_.reset();
+  const bool either = lawFrom_.has_value();
   for (const Deck deck : kDecks) {
     const int loss = now.decks[deck].loss;
     const int wanted = LossAt(law_, now.slider, deck);

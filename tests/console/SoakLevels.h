@@ -20,13 +20,13 @@ class SoakLevels {
   void Look(const SoakLook& look);
 
   /// A start or a fade runs, which no other start may overtake while there is sound.
-  [[nodiscard]] bool Runs(double now) const {
-    return fade_ && (fade_->kind != kDub || now < fade_->from + 0.3);
-  }
+  [[nodiscard]] bool Runs(double now) const;
   /// The deck that comes in by the fade that runs.
   [[nodiscard]] bool ComesIn(Deck deck) const { return fade_ && fade_->kind != kDub && fade_->deck == deck; }
   /// A deck is started and nobody knows yet whether it is heard.
   [[nodiscard]] bool Starting(double now) const { return fade_ && now < fade_->from + 1; }
+  /// Why the course of the fade that runs is not compared; empty when it is.
+  [[nodiscard]] QString Excused() const { return fade_ ? fade_->excuse : QString(); }
   /// The fade that runs, or the last one, was touched by a fault before its deck was heard.
   [[nodiscard]] bool Disturbed() const { return disturbed_; }
   /// The slider lets something be heard of the deck.
@@ -44,6 +44,7 @@ class SoakLevels {
     QString excuse;
     bool stoodBy = false;  ///< the slider was seen where the walk begins
     bool moved = false;
+    bool walks = false;  ///< the desk says so
   };
   void Follow(const SoakLook& look);
   void End(const DeskSight& now);
@@ -53,7 +54,8 @@ class SoakLevels {
   SoakScene& scene_;
   LawOfLevels law_;
   LawOfLevels lawBefore_;
-  int home_ = 0;  ///< where the slider stands while nothing runs
+  std::optional<int> lawFrom_;  ///< the slider has stood there since the law changed
+  int home_ = 0;                ///< where the slider stands while nothing runs
   std::optional<Fade> fade_;
   bool disturbed_ = false;
 };

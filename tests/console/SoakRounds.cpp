@@ -116,8 +116,9 @@ void SoakRounds::CheckPreview(const QString& path) {
       scene_.Violate(u"%1 comes again before %2 has been heard"_s.arg(path, track.path));
       break;
     }
+    // Where the new round really began nobody saw: what failed before may have come in it already.
+    failedBefore_ = (failedBefore_ & heard_) | std::exchange(failed_, {});
     heard_.clear();
-    failedBefore_ = std::exchange(failed_, {});
   }
   heard_.insert(path);
 }

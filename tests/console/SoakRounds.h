@@ -41,7 +41,10 @@ class SoakRounds {
   /// A deck was loaded with a track that can be heard, in place of `before`, beside what the other one holds.
   void OnLoaded(const QString& path, const QString& before, const QString& other);
   /// A deck was started: where the desk was switched on, it has taken its first rows.
-  void OnStarted() { switched_ = false; }
+  void OnStarted(const QString& path) {
+    // It may have stood in the deck before, or have been chosen anew.
+    if (std::exchange(switched_, false)) failedBefore_.insert(path);
+  }
   /// Ten times a second: takes the selection over once an edit is done.
   void Look(const DeskSight& now);
 
@@ -55,12 +58,12 @@ class SoakRounds {
   const SoakBadFiles& bad_;
   bool edited_ = true;
   bool switched_ = true;  ///< on, and nothing was started since
-  bool unknown_ = true;  ///< which row comes next
+  bool unknown_ = true;   ///< which row comes next
   int cursor_ = 0;
-  QHash<QString, int> missed_;    ///< loads since the row was heard, while it could have been
-  QSet<QString> heard_;           ///< in this round of a preview
-  QSet<QString> failed_;          ///< in this round
-  QSet<QString> failedBefore_;    ///< in the one before: a round begins unseen with those
+  QHash<QString, int> missed_;  ///< loads since the row was heard, while it could have been
+  QSet<QString> heard_;         ///< in this round of a preview
+  QSet<QString> failed_;        ///< in this round
+  QSet<QString> failedBefore_;  ///< in the one before: a round begins unseen with those
 };
 
 }  // namespace kelvo::testing

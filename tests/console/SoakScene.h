@@ -14,6 +14,7 @@ enum class Touch {
   Start,  ///< its time or its manner
   Load,   ///< a deck that stands empty for long
   Cut,    ///< a track that is heard is taken away
+  Kill,   ///< a deck that was just started stands
   Order,  ///< the row that comes next
   Level,  ///< it is not where the slider says
 };

@@ -17,8 +17,6 @@ constexpr double kLook = 0.15;
 constexpr double kLoadBound = 4;
 /// Until a start or a load has told the desk all that it says of the next start.
 constexpr double kPlanTime = 1.5;
-/// A stream that ends so much before its known length comes as a surprise.
-constexpr double kSurprise = 2;
 constexpr double kShortest = 1;
 
 std::optional<QByteArray> Contents(const QString& path) {
@@ -51,7 +49,7 @@ bool SoakStarts::Silent(const SoakLook& look) const {
 }
 
 void SoakStarts::Look(const SoakLook& look) {
-  endedEarly_ = false;
+  loadDue_ = false;
   // Ends come before the starts that they give rise to.
   const Deck first = look.now.decks[Deck::One].playing ? Deck::Two : Deck::One;
   SeeDeck(first, look);
@@ -100,10 +98,13 @@ void SoakStarts::OnLoaded(Deck deck, const SoakLook& look) {
     return;
   }
   course.rules = RulesOf(Contents(track->infoPath), scene_.settings.delta);
-  if (infoChanged_.value(track->infoPath, -1) > old.loadingFrom) course.unknown = u"info file changed"_s;
+  // A track that is put back to its beginning is not read anew.
+  const bool again = old.path == path;
+  course.loadedAt = again ? old.loadedAt : look.now.at;
+  const double readAt = again ? old.loadedAt : old.loadingFrom;
+  if (infoChanged_.value(track->infoPath, -1) > readAt) course.unknown = u"info file changed"_s;
   const QString other = decks_[Other(deck)].path;
   decks_[deck] = course;
-  if(getenv("TR")) printf("%.1f LOAD deck %d %s custom %d in %d kind %d unk=%s plan %d %d %d\n",look.now.at,DisplayNumber(deck),qPrintable(path.section('/',-1)),course.rules.custom,course.rules.fadeInAt,course.rules.kind,qPrintable(course.unknown),plan_.delta,plan_.kind,plan_.speed);//TRACE
   if (!look.now.on) return;
   plan_ = PlanAfterLoad(scene_.options.mode, plan_, course.rules, !other.isEmpty());
   if (!course.unknown.isEmpty()) planUnknown_ = course.unknown;
@@ -113,13 +114,14 @@ void SoakStarts::OnLoaded(Deck deck, const SoakLook& look) {
 
 void SoakStarts::OnStarted(Deck deck, const SoakLook& look) {
   ++scene_.result.starts;
-  rounds_.OnStarted();
   DeckCourse& course = decks_[deck];
+  rounds_.OnStarted(course.path);
   DeckCourse& other = decks_[Other(deck)];
   const double now = look.now.at;
   const double due = course.dueFrom >= 0 ? course.dueFrom : Due(deck, {look.before, look.now}) ? now : -1;
   QString excuse = scene_.excuses.For(Touch::Start, due >= 0 ? due : look.before.at, now);
   if (std::exchange(switched_, false)) excuse = u"switched on"_s;
+  if (excuse.isEmpty()) excuse = levels_.Excused();
   if (excuse.isEmpty()) excuse = planUnknown_;
   if (excuse.isEmpty()) {
     const double late = now - due - scene_.Lag();
@@ -129,7 +131,7 @@ void SoakStarts::OnStarted(Deck deck, const SoakLook& look) {
       scene_.Violate(
           u"%1 is started before its time: %2 s are left and it is due at %3"_s.arg(name).arg(left).arg(
               plan_.delta));
-    } else if (late < -kLook) {
+    } else if (late < -kLook && scene_.excuses.For(Touch::Kill, due - scene_.Lag() - 2, now).isEmpty()) {
       scene_.Violate(u"%1 is started without the pause of the jukebox"_s.arg(name));
     } else if (late > kTolerance) {
       scene_.Violate(u"%1 is started %2 s late"_s.arg(name).arg(late));
@@ -137,7 +139,6 @@ void SoakStarts::OnStarted(Deck deck, const SoakLook& look) {
     if (look.now.decks[deck].position > 0.3)
       scene_.Violate(u"%1 is not started from its beginning"_s.arg(name));
   }
-  if(getenv("TR")) printf("%.1f START deck %d %s excuse %s plan %d %d %d\n",look.now.at,DisplayNumber(deck),qPrintable(course.path.section('/',-1)),qPrintable(excuse),plan_.delta,plan_.kind,plan_.speed);//TRACE
   const int kind = plan_.kind;
   const TrackRules& otherRules = other.path.isEmpty() ? course.rules : other.rules;
   const int length = static_cast<int>(DurationOf(deck, look.now));
@@ -160,7 +161,6 @@ void SoakStarts::OnStarted(Deck deck, const SoakLook& look) {
 }
 
 void SoakStarts::OnEnded(Deck deck, const SoakLook& look) {
-  if(getenv("TR")) printf("%.1f END deck %d\n",look.now.at,DisplayNumber(deck));//TRACE
   DeckCourse& course = decks_[deck];
   const DeckSight& before = look.before.decks[deck];
   course.ended = course.brokeOff || before.position + kLook >= before.length;
@@ -168,8 +168,6 @@ void SoakStarts::OnEnded(Deck deck, const SoakLook& look) {
       scene_.excuses.For(Touch::Cut, look.before.at, look.now.at).isEmpty()) {
     scene_.Violate(u"%1 is cut at %2 of %3 s"_s.arg(course.path).arg(before.position).arg(before.length));
   }
-  const double left = DurationOf(deck, look.before) - before.position;
-  if (course.sounded && left > kSurprise) endedEarly_ = true;
   course.done = true;
 }
 
@@ -209,15 +207,16 @@ void SoakStarts::CheckFree(Deck deck, const SoakLook& look) {
   const DeckSight& other = look.now.decks[Other(deck)];
   const bool walks = levels_.Runs(look.now.at) && !Silent(look);
   const bool waits = look.now.on && course.done && !course.sounded && !sight.loaded && !other.loaded &&
-                     !other.loading && !walks && planUnknown_.isEmpty();
+                     !other.loading && !walks;
   if (!waits) {
     course.freeFrom = -1;
     return;
   }
+  loadDue_ = loadDue_ || course.freeFrom < 0;
   const double now = look.now.at;
   if (course.freeFrom < 0) course.freeFrom = now;
   if (now - course.freeFrom <= kLoadBound) return;
-  if (scene_.excuses.For(Touch::Load, course.freeFrom, now).isEmpty())
+  if (planUnknown_.isEmpty() && scene_.excuses.For(Touch::Load, course.freeFrom, now).isEmpty())
     scene_.Violate(
         u"deck %1 waits for its next track since %2"_s.arg(DisplayNumber(deck)).arg(course.freeFrom));
   // Said once in a while.

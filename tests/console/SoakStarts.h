@@ -27,14 +27,15 @@ class SoakStarts {
 
   /// A deck moves on and the slider lets it be heard.
   [[nodiscard]] bool Sounds(Deck deck, const SoakLook& look) const;
-  /// A track has just ended sooner than the desk could know.
-  [[nodiscard]] bool EndedEarly() const { return endedEarly_; }
+  /// A deck has just begun to wait for its next track.
+  [[nodiscard]] bool LoadDue() const { return loadDue_; }
 
  private:
   struct DeckCourse {
     QString path;
     TrackRules rules;
-    QString unknown;         ///< why its rules are not known
+    QString unknown;  ///< why its rules are not known
+    double loadedAt = 0;
     double loadingFrom = 0;  ///< the last look at which no load was under way
     bool started = false;
     bool done = false;  ///< ended, stopped, or fading out
@@ -66,7 +67,7 @@ class SoakStarts {
   double planFrom_ = 0;  ///< the desk may work on it until a moment later
   QHash<QString, double> infoChanged_;
   bool switched_ = false;
-  bool endedEarly_ = false;
+  bool loadDue_ = false;
   bool disturbed_ = false;
 };
 
