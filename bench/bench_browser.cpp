@@ -1,7 +1,7 @@
 #include "console/LibraryBrowser.h"
 #include "datamanager/TrackSearch.h"
-#include "platform/Prompter.h"
 #include "platform/QtEventLoop.h"
+#include "support/NobodyThere.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -24,19 +24,6 @@ constexpr int kRounds = 3;
 double Milliseconds(Nanoseconds time) {
   return std::chrono::duration<double, std::milli>(time).count();
 }
-
-/// Nobody sits at the desk.
-class NobodyThere : public Prompter {
- public:
-  [[nodiscard]] Job<Answer> Ask(Prompt) override { co_return Answer::Ok; }
-  [[nodiscard]] Job<QString> AskText(QString, QString, QString) override { co_return QString(); }
-  [[nodiscard]] Job<QString> AskSecret(QString, QString) override { co_return QString(); }
-  [[nodiscard]] Job<std::optional<QString>> PickFolder(QString, QString) override { co_return std::nullopt; }
-  [[nodiscard]] Job<std::optional<QString>> PickFile(QString, QString, QString) override {
-    co_return std::nullopt;
-  }
-  void Tell(Prompt) override {}
-};
 
 /// Some words of some letters, the same for the same number.
 QString NameOf(std::mt19937& random, int words) {
@@ -170,12 +157,13 @@ Figures Round(EventLoop& loop, LibraryBrowser& browser, TrackSearch& search) {
 
 void Run(int tracks) {
   QtEventLoop loop;
-  NobodyThere nobody;
+  testing::NobodyThere nobody;
   ConsoleState state;
   Catalogue catalogue;
   FillCatalogue(catalogue, tracks);
   TrackFilter filter(catalogue);
-  PlayQueue queue(loop, nobody, catalogue, state);
+  Disks disks(loop);
+  PlayQueue queue(loop, disks, nobody, catalogue, state);
   LibraryBrowser browser(loop, catalogue, filter, queue, state);
   TrackSearch search(loop, nobody, catalogue);
   for (const Job<>& job : {filter.Build(loop), browser.FillLists()}) {

@@ -2,6 +2,7 @@
 #include "audio/engine/SimulatedBackend.h"
 #include "console/Console.h"
 #include "platform/SettingsStore.h"
+#include "support/NobodyThere.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -27,23 +28,6 @@ struct Start {
   QString title;
 };
 
-/// Nobody sits at the desk.
-class NobodyThere : public Prompter {
- public:
-  Job<Answer> Ask(Prompt /*prompt*/) override { co_return Answer::No; }
-  Job<QString> AskText(QString /*title*/, QString /*prompt*/, QString /*initial*/) override {
-    co_return QString();
-  }
-  Job<QString> AskSecret(QString /*title*/, QString /*prompt*/) override { co_return QString(); }
-  Job<std::optional<QString>> PickFolder(QString /*title*/, QString /*initial*/) override {
-    co_return std::nullopt;
-  }
-  Job<std::optional<QString>> PickFile(QString /*title*/, QString /*initial*/, QString /*filter*/) override {
-    co_return std::nullopt;
-  }
-  void Tell(Prompt prompt) override { std::cerr << prompt.text.toStdString() << '\n'; }
-};
-
 /// Lines of seconds, a blank and a title.
 std::vector<Start> ReadStarts(const QString& path) {
   std::vector<Start> starts;
@@ -61,7 +45,8 @@ std::vector<Start> Rehearse(const QString& folder, const QString& settingsFile, 
   const QString settingsCopy = scratch.filePath(QStringLiteral("settings.ini"));
   QFile::copy(settingsFile, settingsCopy);
   SimulatedEventLoop loop;
-  NobodyThere nobody;
+  testing::NobodyThere nobody;
+  nobody.OnTell = [](const Prompt& prompt) { std::cerr << prompt.text.toStdString() << '\n'; };
   SettingsStore settings(loop, settingsCopy);
   AudioEngine audio(loop, std::make_unique<SimulatedBackend>(loop));
   Catalogue catalogue;

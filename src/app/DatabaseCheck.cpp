@@ -79,7 +79,48 @@ Job<> DatabaseCheck::TellOlder(QString infoFolder, QString file) {
   co_await prompter_.Ask(message);
 }
 
+Job<bool> DatabaseCheck::SettingsWillDo() {
+  const QString why = settings_.WhyUnreadable();
+  if (why.isEmpty()) co_return true;
+  Prompt question;
+  question.text = QStringLiteral(
+                      "The Settings File %1 Cannot Be Read !\r\n%2\r\n"
+                      "Without It %3 Does Not Know Where Its Data Base Is.\r\n"
+                      "Start As For The First Time ? (The File Is Kept Under Another Name)")
+                      .arg(settings_.FilePath(), why, facts_.title);
+  question.buttons = Buttons::YesNo;
+  question.icon = PromptIcon::Critical;
+  NoteInLog(QStringLiteral("The settings file %1 cannot be read: %2").arg(settings_.FilePath(), why));
+  const Answer answer = co_await prompter_.Ask(question);
+  co_return answer == Answer::Yes;
+}
+
+Job<> DatabaseCheck::TellUnwritable() {
+  // One that cannot be read is out of the way before it is written.
+  if (!settings_.WhyUnreadable().isEmpty()) co_return;
+  QString why = QStringLiteral("The Disk Does Not Answer");
+  const auto attempt = [path = settings_.FilePath()] {
+    SettingsStore::TryToWrite(path);
+    return true;
+  };
+  try {
+    const std::optional<bool> written = co_await OffloadWithin(loop_, kFolderLimit, attempt);
+    if (written) co_return;
+  } catch (const std::exception& failure) {
+    why = QString::fromUtf8(failure.what());
+  }
+  NoteInLog(QStringLiteral("The settings cannot be saved: ") + why);
+  Prompt message;
+  message.text =
+      QStringLiteral("The Settings Cannot Be Saved !\r\n%1\r\nWhat Is Changed In This Run Will Be Lost.")
+          .arg(why);
+  message.icon = PromptIcon::Exclamation;
+  co_await prompter_.Ask(message);
+}
+
 Job<std::optional<Paths>> DatabaseCheck::Run() {
+  if (!co_await SettingsWillDo()) co_return std::nullopt;
+  co_await TellUnwritable();
   const QString stored = settings_.GetSetting(facts_.title, kStartup, kPathsKey, kNoPaths);
   std::optional<Paths> paths;
   if (stored == kNoPaths) {

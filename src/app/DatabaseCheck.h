@@ -13,10 +13,10 @@ namespace kelvo {
 
 class SettingsStore;
 
-/// The first half of the start: finds the eight folders of the media database through the settings, asks
-/// about those that are not there, and has them repaired or installed. A database of an older form is left as
-/// it is: the console would make new track info files beside the old ones. Owned by the program's entry;
-/// logic thread, disks off it.
+/// The first half of the start: sees whether the settings can be read and kept, finds the eight folders of
+/// the media database through them, asks about those that are not there, and has them repaired or installed.
+/// A database of an older form is left as it is: the console would make new track info files beside the old
+/// ones. Owned by the program's entry; logic thread, disks off it.
 class DatabaseCheck {
  public:
   /// Runs the installer. `present` holds the folders that are there already, its other slots are empty. Gives
@@ -31,6 +31,10 @@ class DatabaseCheck {
   [[nodiscard]] Job<std::optional<Paths>> Run();
 
  private:
+  /// Whether to go on. Settings that are there but can't be read may name a database: that they count as
+  /// those of a first start is for the operator to say.
+  [[nodiscard]] Job<bool> SettingsWillDo();
+  [[nodiscard]] Job<> TellUnwritable();
   enum class Repair { Done, GivenUp };
   /// The folders of `paths` that are there; the other slots are empty. A folder that does not answer is not
   /// there.

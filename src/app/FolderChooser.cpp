@@ -82,7 +82,7 @@ Job<> FolderChooser::Look(QString path, Step step) {
   Q_EMIT Changed();
   const auto look = [path, step] { return LookAt(path, step); };
   try {
-    seen_ = co_await loop_.Offload(EventLoop::Lane::Import, look);
+    seen_ = co_await loop_.Offload(EventLoop::Lane::Apart, look);
     trouble_.clear();
   } catch (const std::exception& failure) {
     trouble_ = QString::fromUtf8(failure.what());

@@ -137,7 +137,7 @@ Job<> Installer::ReadFreeSpace() {
     for (const QString& location : locations) texts.append(FreeSpaceText(FreeBytes(location)));
     return texts;
   };
-  freeSpace_ = co_await services_.loop.Offload(EventLoop::Lane::Import, read);
+  freeSpace_ = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
   Q_EMIT Changed();
 }
 
@@ -165,7 +165,7 @@ Job<> Installer::Work(bool demo) {
     const Paths paths =
         demo ? Paths::Below(folder) : ApplyLocations(locations_, services_.programFolder, present_);
     const auto look = [paths] { return WhyNotOn(paths); };
-    const QString why = co_await services_.loop.Offload(EventLoop::Lane::Import, look);
+    const QString why = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
     bool made = false;
     if (!why.isEmpty()) {
       co_await Refuse(why);
@@ -191,7 +191,7 @@ Job<bool> Installer::MakeTree(Paths paths) {
     }
     return missing;
   };
-  QStringList folders = co_await services_.loop.Offload(EventLoop::Lane::Import, look);
+  QStringList folders = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
   if (!folders.isEmpty()) {
     // The last of them stays missing until all is seeded: a run that is stopped before is seeded by the next.
     const QString last = folders.takeLast();
@@ -202,7 +202,7 @@ Job<bool> Installer::MakeTree(Paths paths) {
   for (int done = 0; done < count; ++done) {
     Show(done, count, folders[done]);
     const auto make = [folder = folders[done]] { MakeFolder(folder); };
-    co_await services_.loop.Offload(EventLoop::Lane::Import, make);
+    co_await services_.loop.Offload(EventLoop::Lane::Apart, make);
   }
   Show(count, count, {});
   co_return true;

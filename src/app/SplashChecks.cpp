@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace kelvo {
 
 namespace {
@@ -18,6 +20,22 @@ const QString kTag = QStringLiteral(" splsh");
 const QString kMixers = QStringLiteral("Quiz Mixers");
 const QString kIntros = QStringLiteral("Quiz Intros");
 const QString kRequestFiles = QStringLiteral("RequestFiles");
+
+constexpr DisplayMode kOptimum{1280, 1024};
+constexpr DisplayMode kMinimum{1024, 768};
+
+bool Holds(const DisplayMode& display, const DisplayMode& wanted) {
+  return display.width >= wanted.width && display.height >= wanted.height;
+}
+
+enum class Ability { Unknown, Can, Cannot };
+
+Ability AbilityFor(const DisplayFacts& display, const DisplayMode& wanted) {
+  const auto holds = [&wanted](const DisplayMode& mode) { return Holds(mode, wanted); };
+  if (holds({display.width, display.height})) return Ability::Can;
+  if (display.modes.empty()) return Ability::Unknown;
+  return std::any_of(display.modes.begin(), display.modes.end(), holds) ? Ability::Can : Ability::Cannot;
+}
 
 /// Steps of which each is tried, whatever became of the ones before.
 struct FileSteps {
@@ -79,12 +97,28 @@ void SeedRequestFiles(const QDir& program, FileSteps& steps) {
   }
 }
 
+void TryDataFolder(const QString& folder) {
+  try {
+    QDir().mkpath(folder);
+    TryToReplaceFile(QDir(folder).filePath(QStringLiteral(".writable")));
+  } catch (const Failure& failure) {
+    throw Failure(
+        QStringLiteral("The folder %1 cannot be written to. The error log, the request lists and the "
+                       "quiz files have no place. %2")
+            .arg(folder, QString::fromUtf8(failure.what())),
+        failure.Number(), folder);
+  }
+}
+
 /// Makes the folders that stand beside the program's own files, puts the media that come with it where they
 /// belong and seeds the request files, each only where no file of that name is. What fails leaves the rest to
 /// be done and is in the result. Blocks for the disk.
 std::vector<std::exception_ptr> PlaceFiles(const QString& programFolder, const QString& jinglesFolder) {
   const QDir program(programFolder);
   FileSteps steps;
+  // One message in place of one for each file that is to lie there.
+  steps.Do([&] { TryDataFolder(programFolder); });
+  if (!steps.failures.empty()) return steps.failures;
   for (const QString& name :
        {kMixers, kIntros, QStringLiteral("Pop Quizes"), kRequestFiles, QStringLiteral("Info Bank")}) {
     steps.Do([&] { MakeFolder(program.filePath(name)); });
@@ -118,18 +152,24 @@ Job<> SplashChecks::Step(Job<> step) {
 
 Job<> SplashChecks::CheckDisplay() {
   const QString& title = services_.facts.title;
-  const auto [width, height] = services_.display;
-  if (width < 1280 || height < 1024) {
-    // There is no display mode to change to here: what is left of the check is its words.
+  const DisplayFacts& display = services_.display;
+  const DisplayMode now{display.width, display.height};
+  // The mode of the display is the desktop's to change: what is left of the check is what it has to tell.
+  if (AbilityFor(display, kOptimum) == Ability::Cannot) {
     Say(QStringLiteral("Your P.C. Cannot Display At The Optimum Resolution of 1280 x 1024!"));
     Say(QStringLiteral("To Get the full benefit of ") + title +
         QStringLiteral("'s display, your video card may require upgrading."));
+  } else if (!Holds(now, kOptimum)) {
+    Say(QStringLiteral("Your Current Screen Resolution Is Set To %1 x %2").arg(now.width).arg(now.height));
+    Say(QStringLiteral("For Optimum Display, ") + title +
+        QStringLiteral(" Requires A Resolution Of 1280 x 1024 !"));
   }
-  if (width < 1024 || height < 768) {
+  if (!Holds(now, kMinimum)) {
     Prompt message;
     message.text = title + QStringLiteral(" Cannot Continue at The Current Display Settings !");
     message.icon = PromptIcon::Exclamation;
     co_await services_.prompter.Ask(message);
+    if (AbilityFor(display, kMinimum) == Ability::Can) co_return;
     message.text =
         QStringLiteral(
             "Your Pc Cannot Display At The Minimum Display Resolution of 1024 x 768 Required By ") +

@@ -11,15 +11,17 @@
 #include <QString>
 
 #include <functional>
+#include <vector>
 
 namespace kelvo {
 
 class SettingsStore;
 
-/// The size of the display in pixels.
+/// The display as it is set, in pixels, and what else it could show; no modes when that is not known.
 struct DisplayFacts {
   int width = 0;
   int height = 0;
+  std::vector<DisplayMode> modes = {};
 };
 
 /// What the splash finds out before the console opens: platform, display, sound devices, and the media and

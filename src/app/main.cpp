@@ -1,42 +1,56 @@
+#include "app/CommandLine.h"
 #include "app/windows/Program.h"
 #include "ui/Theme.h"
 
 #include <QApplication>
 
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
+#include <exception>
+#include <optional>
 
 namespace {
 
-/// The two words that package tools ask every program for. True when one was asked and answered.
-bool AnswerCommonQuestions(int argc, char** argv) {
-  for (int index = 1; index < argc; ++index) {
-    if (std::strcmp(argv[index], "--version") == 0) {
+constexpr int kNotUnderstood = 2;
+
+/// Answers what needs neither a display nor a desk. The exit code; none when the desk is wanted.
+std::optional<int> Answered(int argc, char** argv) {
+  QStringList arguments;
+  for (int index = 1; index < argc; ++index) arguments.append(QString::fromLocal8Bit(argv[index]));
+  const kelvo::CommandLine line = kelvo::ReadCommandLine(arguments);
+  switch (line.wish) {
+    case kelvo::CommandLine::Wish::Help:
+      std::fputs(qPrintable(kelvo::HelpText()), stdout);
+      return EXIT_SUCCESS;
+    case kelvo::CommandLine::Wish::Version:
       std::puts("kelvo " KELVO_VERSION);
-      return true;
-    }
-    if (std::strcmp(argv[index], "--help") == 0) {
-      std::puts(
-          "usage: kelvo [--help] [--version]\n"
-          "Opens the live desk. Settings and data lie in the XDG folders; KELVO_SILENT=1 plays to no "
-          "device.");
-      return true;
-    }
+      return EXIT_SUCCESS;
+    case kelvo::CommandLine::Wish::Refused:
+      std::fprintf(stderr, "kelvo: not understood: %s (kelvo --help tells what is)\n",
+                   qPrintable(line.refused));
+      return kNotUnderstood;
+    case kelvo::CommandLine::Wish::Run:
+      break;
   }
-  return false;
+  return std::nullopt;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (AnswerCommonQuestions(argc, argv)) return 0;
+  if (const std::optional<int> code = Answered(argc, argv)) return *code;
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("kelvo"));
   QApplication::setApplicationVersion(QStringLiteral(KELVO_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("kelvo"));
   QApplication::setQuitOnLastWindowClosed(false);
   kelvo::Theme::Apply(application);
-  kelvo::Program program;
-  program.Start();
-  return QApplication::exec();
+  try {
+    kelvo::Program program;
+    program.Start();
+    return QApplication::exec();
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "kelvo: cannot start: %s\n", failure.what());
+    return EXIT_FAILURE;
+  }
 }

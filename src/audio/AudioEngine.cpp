@@ -18,6 +18,10 @@ namespace {
 /// How long the sound of a player that is gone may take to fade, before it is cut.
 constexpr Nanoseconds kFadeAllowance = 200ms;
 
+/// A disk that gave nothing for so long is not waited for.
+constexpr Nanoseconds kNoAnswer = 10s;
+constexpr Nanoseconds kStepsPoll = 250ms;
+
 /// How long the start may wait for a sound server that does not answer.
 constexpr Nanoseconds kLookAllowance = 5s;
 
@@ -49,17 +53,22 @@ std::unique_ptr<MediaPlayer> AudioEngine::MakePlayer(const QString& output) {
     place = std::make_shared<Output>(loop_, *backend_, output);
     outputs_.push_back(place);
   }
+  auto core = MakeCore(*place);
+  auto player = std::make_unique<EnginePlayer>(*this, std::move(place), std::move(core));
+  players_.push_back(player.get());
+  return player;
+}
+
+std::shared_ptr<PlayerCore> AudioEngine::MakeCore(Output& output) {
   auto core = std::make_shared<PlayerCore>();
-  if (!place->Mixer().Add(*core)) {
-    throw Failure(QStringLiteral("There are too many players on one sound output."), 0, output);
+  if (!output.Mixer().Add(*core)) {
+    throw Failure(QStringLiteral("There are too many players on one sound output."), 0, output.Name());
   }
   if (backend_->Threaded()) {
     feeders_.push_back(
         {core.get(), yard_.Start([core](const std::stop_token& stop) { core->feeder.Run(stop); })});
   }
-  auto player = std::make_unique<EnginePlayer>(*this, std::move(place), std::move(core));
-  players_.push_back(player.get());
-  return player;
+  return core;
 }
 
 Job<> AudioEngine::OutputsKnown() {
@@ -68,11 +77,35 @@ Job<> AudioEngine::OutputsKnown() {
 }
 
 Job<double> AudioEngine::DurationOf(QString path) {
-  const auto work = [path] {
-    const auto decoder = OpenDecoder(path);
-    return static_cast<double>(decoder->Frames()) / decoder->Rate();
+  struct Look {
+    OpeningPtr opening = std::make_shared<Opening>();
+    OneShot<bool> ended;
+    double seconds = 0;
+    std::exception_ptr failure;
   };
-  co_return co_await loop_.Offload(EventLoop::Lane::Media, work);
+  const auto look = std::make_shared<Look>();
+  const auto work = [look, path] {
+    try {
+      const auto decoder = OpenDecoder(path, look->opening);
+      look->seconds = static_cast<double>(decoder->Frames()) / decoder->Rate();
+    } catch (...) {
+      look->failure = std::current_exception();
+    }
+  };
+  loop_.RunLook(path, work, [look] { look->ended.Set(true); });
+  std::uint64_t steps = 0;
+  Nanoseconds movedAt = loop_.Elapsed();
+  const Timer watch = loop_.Every(kStepsPoll, [&] {
+    const std::uint64_t now = look->opening->steps.load(std::memory_order_relaxed);
+    if (std::exchange(steps, now) != now) movedAt = loop_.Elapsed();
+    if (loop_.Elapsed() - movedAt < kNoAnswer) return;
+    look->opening->cancelled.store(true, std::memory_order_relaxed);
+    look->ended.Set(false);
+  });
+  const bool answered = co_await look->ended.Wait();
+  if (!answered) throw Failure(QStringLiteral("The disk of %1 does not answer.").arg(path), 0, path);
+  if (look->failure) std::rethrow_exception(look->failure);
+  co_return look->seconds;
 }
 
 std::uint64_t AudioEngine::Underruns(const QString& output) const {
@@ -103,9 +136,7 @@ void AudioEngine::PollSoon() {
   soon_ = loop_.After(0ns, [this] { PollPlayers(); });
 }
 
-void AudioEngine::Retire(EnginePlayer& player, std::shared_ptr<Output> output,
-                         std::shared_ptr<PlayerCore> core) {
-  std::erase(players_, &player);
+void AudioEngine::Retire(std::shared_ptr<Output> output, std::shared_ptr<PlayerCore> core) {
   retired_.push_back({std::move(output), std::move(core), loop_.Elapsed() + kFadeAllowance, std::nullopt});
 }
 
@@ -118,7 +149,6 @@ void AudioEngine::Tick() {
   tell("underruns:", Underruns(), toldUnderruns_);
   tell("dropouts:", Dropouts(), toldDropouts_);
   FreeRetired();
-  yard_.Sweep();
   const OutputStatus status = outputs_.front()->Status();
   // That a silent output has learned its device's name is no news.
   const bool stillSilent =

@@ -19,7 +19,7 @@ namespace kelvo {
 class AudioEngine : public AudioSystem {
  public:
   AudioEngine(EventLoop& loop, std::unique_ptr<OutputBackend> backend);
-  /// Closes the devices and waits for the threads.
+  /// Closes the devices and waits for the threads, but for those that hang on a disk.
   ~AudioEngine() override;
 
   [[nodiscard]] std::unique_ptr<MediaPlayer> MakePlayer(const QString& output = {}) override;
@@ -42,8 +42,12 @@ class AudioEngine : public AudioSystem {
   void OpenApart(std::function<void()> work);
   /// Polls the players at the loop's next turn.
   void PollSoon();
-  /// Takes over what is left of a player, until nothing of it sounds.
-  void Retire(EnginePlayer& player, std::shared_ptr<Output> output, std::shared_ptr<PlayerCore> core);
+  /// A core on `output`, with a decoder's thread of its own. Throws Failure when the output is full.
+  [[nodiscard]] std::shared_ptr<PlayerCore> MakeCore(Output& output);
+  /// Takes over a core that nobody plays any more, until nothing of it sounds.
+  void Retire(std::shared_ptr<Output> output, std::shared_ptr<PlayerCore> core);
+  /// The player is about to go.
+  void Forget(EnginePlayer& player) { std::erase(players_, &player); }
 
  private:
   struct Retired {

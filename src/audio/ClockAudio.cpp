@@ -9,13 +9,26 @@
 
 namespace kelvo {
 
+namespace {
+
+/// How often a file that is being opened can be seen to get on.
+constexpr Nanoseconds kOpenStep = std::chrono::milliseconds(500);
+
+}  // namespace
+
 class ClockPlayer : public MediaPlayer {
  public:
   explicit ClockPlayer(ClockAudio& audio) : audio_(audio) {}
 
   Job<OpenResult> Open(QString path) override {
     const int mine = ++opens_;
-    co_await audio_.loop_.Sleep(audio_.openTime);
+    for (Nanoseconds left = audio_.openTime; left > Nanoseconds(0);) {
+      const Nanoseconds part = std::min(left, kOpenStep);
+      co_await audio_.loop_.Sleep(part);
+      if (audio_.Hangs && audio_.Hangs(path)) continue;
+      left -= part;
+      ++openSteps_;
+    }
     OpenResult result;
     const double seconds = audio_.SecondsOf(path);
     if (mine != opens_) {
@@ -32,6 +45,8 @@ class ClockPlayer : public MediaPlayer {
     }
     co_return result;
   }
+  [[nodiscard]] std::uint64_t OpenSteps() const override { return openSteps_; }
+  [[nodiscard]] Nanoseconds DataLateFor() const override { return Nanoseconds(0); }
   void Close() override {
     ++opens_;
     Halt();
@@ -100,6 +115,7 @@ class ClockPlayer : public MediaPlayer {
   int volume_ = 0;
   int balance_ = 0;
   int opens_ = 0;
+  std::uint64_t openSteps_ = 0;
   bool playing_ = false;
   Nanoseconds startedAt_{0};
   Timer end_;

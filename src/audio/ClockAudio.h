@@ -27,8 +27,10 @@ class ClockAudio : public AudioSystem {
       silent_.remove(path);
     }
   }
-  /// How long an Open takes.
+  /// How long an Open takes; its disk answers meanwhile.
   Nanoseconds openTime = std::chrono::milliseconds(20);
+  /// Whether the disk of a file does not answer: an Open of it goes on only when it does again.
+  std::function<bool(const QString& path)> Hangs;
 
   [[nodiscard]] std::unique_ptr<MediaPlayer> MakePlayer(const QString& output = {}) override;
   [[nodiscard]] QStringList OutputNames() const override { return outputNames; }

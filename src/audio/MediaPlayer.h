@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/EventLoop.h"
 #include "platform/Job.h"
 
 #include <QString>
@@ -29,6 +30,9 @@ class MediaPlayer {
   /// Opens `path` and leaves it stopped at position 0. Until the file is known to be good the player keeps
   /// what it has; a failure changes nothing. An Open that is overtaken by another ends as Superseded.
   [[nodiscard]] virtual Job<OpenResult> Open(QString path) = 0;
+  /// Counts up while an Open is under way and its disk answers: a long file on a slow disk can be told from a
+  /// disk that hangs.
+  [[nodiscard]] virtual std::uint64_t OpenSteps() const = 0;
   /// Closes the file: silent, no duration, position 0.
   virtual void Close() = 0;
 
@@ -48,6 +52,10 @@ class MediaPlayer {
   virtual void Play() = 0;
   /// Stops and keeps the position.
   virtual void Stop() = 0;
+
+  /// How long the file's disk has owed data that is needed for what comes next; 0 when it owes none. A few
+  /// seconds of sound are at hand when it begins to count.
+  [[nodiscard]] virtual Nanoseconds DataLateFor() const = 0;
 
   /// Attenuation in hundredths of a decibel: 0 is full, -10000 and below is silent; above 0 counts as 0.
   virtual void SetVolume(int hundredthsOfDecibel) = 0;

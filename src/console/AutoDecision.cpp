@@ -122,7 +122,7 @@ TickDecision DecideTick(const TickQuestion& question) {
     if (!otherIsThrough && !silent) continue;
     decision.next = deck;
     const qint64 left = Int(other.duration - delta) - Int(other.position);
-    decision.secondsLeft = silent ? 0 : static_cast<int>(std::clamp<qint64>(left, 0, 1 << 30));
+    decision.secondsLeft = silent || other.late ? 0 : static_cast<int>(std::clamp<qint64>(left, 0, 1 << 30));
     const bool held = question.PauseAtEnd || question.Starting;
     if (!held && decision.secondsLeft == 0) decision.start = deck;
     return decision;

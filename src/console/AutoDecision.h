@@ -75,6 +75,7 @@ struct TickDeck {
   double duration = 0;  ///< seconds
   double position = 0;  ///< seconds
   bool onAir = false;   ///< its player runs and the slider lets it be heard
+  bool late = false;    ///< its disk owes data: its sound will end in a moment
 };
 
 struct TickQuestion {

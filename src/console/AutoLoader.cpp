@@ -18,9 +18,13 @@ constexpr double kShortestTrack = 1;
 /// So many tracks of a preview are tried in one go.
 constexpr int kMostPicks = 50;
 
+/// A load has so long in any case, and longer only while the track is not needed within kNeeded seconds.
+constexpr Nanoseconds kLoadAllowance = 1500ms;
+constexpr int kNeeded = 6;
+
 /// Why the load that has just ended in this deck gave nothing to play.
 QString ReasonFor(const DeckRecord& record) {
-  return record.Info.startsWith(QStringLiteral("Bad File ")) ? record.Info : QStringLiteral("No Sound In It");
+  return record.LastLoad == DeckLoad::Loaded ? QStringLiteral("No Sound In It") : record.Info;
 }
 
 }  // namespace
@@ -46,14 +50,11 @@ NextRowQuestion AutoLoader::QuestionFor(Deck deck, From from, bool atStart, bool
   question.target = TrackIn(deck);
   question.mayRepeatTarget = atStart;
   question.start = queue.Selected() + (from == From::Selected ? 0 : 1);
-  const Nanoseconds now = services_.loop.Elapsed();
   question.rows.reserve(static_cast<std::size_t>(queue.Count()));
   for (int index = 1; index <= queue.Count(); ++index) {
     const QueueEntry& row = queue.Row(index);
     const QString& path = row.Text(PathColumn);
-    const auto bad = bad_.constFind(path);
-    const bool failed = !retryBad && bad != bad_.constEnd() && bad->retryAt > now;
-    question.rows.push_back({row.Track(), failed || tried_.contains(path)});
+    question.rows.push_back({row.Track(), (!retryBad && IsBad(path)) || tried_.contains(path)});
   }
   return question;
 }
@@ -66,6 +67,7 @@ int AutoLoader::ChooseRow(Deck deck, From from, bool atStart) {
           RandomRow(services_.queue.Count(), services_.queue.Selected(), services_.random.Next());
     }
     const int row = NextRow(question);
+    lastHope_ = retryBad;
     if (row != 0) return row;
   }
   return 0;
@@ -76,8 +78,23 @@ int AutoLoader::Foreseen(Deck deck) const {
   return NextRow(QuestionFor(deck, From::BehindSelected, false, false));
 }
 
+bool AutoLoader::IsBad(const QString& path) const {
+  const auto bad = bad_.constFind(path);
+  if (bad == bad_.constEnd()) return false;
+  if (bad->returns >= 0 && bad->returns != services_.disks.Returns()) return false;
+  return bad->retryAt > services_.loop.Elapsed();
+}
+
 Job<> AutoLoader::LoadEnded(Deck deck) {
-  while (services_.decks.Record(deck).Loading) co_await services_.loop.Sleep(kLoadPoll);
+  const Nanoseconds begun = services_.loop.Elapsed();
+  while (services_.decks.Record(deck).Loading) {
+    const bool needed = Silent() || (services_.SecondsLeft && services_.SecondsLeft() < kNeeded);
+    if (needed && !lastHope_ && services_.loop.Elapsed() - begun >= kLoadAllowance) {
+      services_.decks.GiveUpLoad(deck);
+      co_return;
+    }
+    co_await services_.loop.Sleep(kLoadPoll);
+  }
 }
 
 Job<> AutoLoader::DeckFree(Deck deck, bool atStart) {
@@ -116,20 +133,22 @@ std::optional<Mref> AutoLoader::PickPreview() {
   return picked;
 }
 
-void AutoLoader::MarkBad(const QString& path) {
-  bad_[path].retryAt = services_.loop.Elapsed() + kRetryBad;
+void AutoLoader::MarkBad(const QString& path, bool silent) {
+  Bad& bad = bad_[path];
+  bad.retryAt = services_.loop.Elapsed() + kRetryBad;
+  bad.returns = silent ? services_.disks.Returns() : -1;
 }
 
-void AutoLoader::Skip(const QString& path, const QString& title, const QString& why) {
+void AutoLoader::Skip(const QString& path, const QString& title, const DeckRecord& record) {
   const Nanoseconds now = services_.loop.Elapsed();
   bad_.removeIf([now](const auto& each) {
     return each.value().retryAt < now && each.value().toldAt + kTellAgain < now;
   });
   const bool told = bad_.contains(path) && bad_[path].toldAt != 0ns;
-  MarkBad(path);
+  MarkBad(path, record.LastLoad == DeckLoad::NoAnswer);
   if (told && bad_[path].toldAt + kTellAgain > now) return;
   bad_[path].toldAt = now;
-  if (OnSkipped) OnSkipped(title, why);
+  if (OnSkipped) OnSkipped(title, ReasonFor(record));
 }
 
 Job<bool> AutoLoader::Fill(Deck deck, From from, bool atStart) {
@@ -143,6 +162,7 @@ Job<bool> AutoLoader::Fill(Deck deck, From from, bool atStart) {
     filled = co_await FillFromQueue(deck, from, atStart);
   }
   tried_.clear();
+  lastHope_ = false;
   nothingPlayable_ = !filled;
   co_return filled;
 }
@@ -164,9 +184,9 @@ Job<bool> AutoLoader::FillFromQueue(Deck deck, From from, bool atStart) {
       if (HoldsGoodTrack(deck)) co_return true;
     }
     if (services_.state.TransitionActive) {
-      services_.decks.LoadDeck(deck);
+      services_.decks.LoadDeck(deck, Disks::Patience::Air);
     } else {
-      services_.decks.LoadCommand(deck);
+      services_.decks.LoadCommand(deck, Disks::Patience::Air);
     }
     if (services_.decks.Record(deck).Loading) {
       co_await LoadEnded(deck);
@@ -174,7 +194,7 @@ Job<bool> AutoLoader::FillFromQueue(Deck deck, From from, bool atStart) {
         bad_.remove(path);
         co_return true;
       }
-      Skip(path, title, ReasonFor(services_.decks.Record(deck)));
+      Skip(path, title, services_.decks.Record(deck));
     }
     // The loop goes round between two rows, so a long queue of bad files stops nobody.
     co_await services_.loop.Yield();
@@ -187,11 +207,11 @@ Job<bool> AutoLoader::FillFromCatalogue(Deck deck, bool atStart) {
   for (int tries = 0; tries < most; ++tries) {
     co_await DeckFree(deck, atStart);
     services_.state.NextTrackDue = false;
-    services_.decks.LoadDeck(deck);
+    services_.decks.LoadDeck(deck, Disks::Patience::Air);
     co_await LoadEnded(deck);
     if (HoldsGoodTrack(deck)) co_return true;
     Skip(services_.catalogue.TrackPaths(lastPick_), services_.catalogue.TrackNames[lastPick_],
-         ReasonFor(services_.decks.Record(deck)));
+         services_.decks.Record(deck));
     co_await services_.loop.Yield();
   }
   co_return false;

@@ -20,17 +20,20 @@ class Catalogue;
 
 /// Brings the next track of automatic play into a deck: chooses the row, loads it, and goes on with the next
 /// one when it cannot be played, until the deck holds a good track or every row was tried. It remembers for a
-/// minute what could not be played. Owned by AutoPlay; logic thread.
+/// minute what could not be played, and what lies on a disk that does not answer until that answers. Owned by
+/// AutoPlay; logic thread.
 class AutoLoader {
  public:
   struct Services {
     EventLoop& loop;
+    const Disks& disks;
     ConsoleState& state;
     DeckEngine& decks;
     PlayQueue& queue;
     const Catalogue& catalogue;
     RandomSource& random;
     std::function<bool(Deck)> FadedOut;  ///< by the slider, see Transitions
+    std::function<int()> SecondsLeft;    ///< until a track is needed; 0 when it is needed now
   };
 
   explicit AutoLoader(Services services) : services_(std::move(services)) {}
@@ -52,12 +55,16 @@ class AutoLoader {
 
   /// The deck is loaded with a track that can be heard; one that is loaded with another is done.
   [[nodiscard]] bool HoldsGoodTrack(Deck deck);
-  /// A file was found to be no good while it played.
-  void MarkBad(const QString& path);
+  /// A file was found to be no good while it played; `silent`: its disk did not answer.
+  void MarkBad(const QString& path, bool silent = false);
   /// Every row, or very many tracks of a preview, were tried and none can be played.
   [[nodiscard]] bool NothingPlayable() const { return nothingPlayable_; }
   /// A new run begins: nothing is known to be bad.
   void Reset();
+
+  /// Until no load into the deck is under way. One whose disk takes its time is given up as soon as the air
+  /// cannot wait for it any longer.
+  [[nodiscard]] Job<> LoadEnded(Deck deck);
 
   /// Its player runs and the slider lets it be heard.
   [[nodiscard]] bool Sounds(Deck deck) const;
@@ -78,21 +85,24 @@ class AutoLoader {
   struct Bad {
     Nanoseconds retryAt{0};
     Nanoseconds toldAt{0};
+    int returns = -1;  ///< when its disk did not answer: as Disks::Returns stood then
   };
+  [[nodiscard]] bool IsBad(const QString& path) const;
   [[nodiscard]] std::optional<Mref> TrackIn(Deck deck) const;
   [[nodiscard]] NextRowQuestion QuestionFor(Deck deck, From from, bool atStart, bool retryBad) const;
+  /// Sets lastHope_.
   [[nodiscard]] int ChooseRow(Deck deck, From from, bool atStart);
   [[nodiscard]] Job<bool> FillFromQueue(Deck deck, From from, bool atStart);
   [[nodiscard]] Job<bool> FillFromCatalogue(Deck deck, bool atStart);
-  [[nodiscard]] Job<> LoadEnded(Deck deck);
   [[nodiscard]] Job<> DeckFree(Deck deck, bool atStart);
   void CueAgain(Deck deck);
-  void Skip(const QString& path, const QString& title, const QString& why);
+  void Skip(const QString& path, const QString& title, const DeckRecord& record);
 
   Services services_;
   QHash<QString, Bad> bad_;
   QSet<QString> tried_;  ///< in the present round
   Mref lastPick_ = Mref::None;
+  bool lastHope_ = false;  ///< what is tried failed of late; nothing better is left, so it has its time
   bool nothingPlayable_ = false;
 };
 

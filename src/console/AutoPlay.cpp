@@ -19,8 +19,8 @@ const QString kTag = QStringLiteral(" autoplay");
 
 AutoPlay::AutoPlay(Services services)
     : services_(std::move(services)),
-      loader_({services_.loop, services_.state, services_.decks, services_.queue, services_.catalogue,
-               services_.random, services_.FadedOut}) {
+      loader_({services_.loop, services_.disks, services_.state, services_.decks, services_.queue,
+               services_.catalogue, services_.random, services_.FadedOut, [this] { return SecondsLeft(); }}) {
   SetDelta(services_.delta);
   loader_.OnSkipped = [this](const QString& title, const QString& why) { TellSkipped(title, why); };
   loader_.OnCuedAgain = [this](Deck deck) { CheckFadeOverride(deck); };
@@ -34,6 +34,10 @@ AutoPlay::~AutoPlay() {
 }
 
 void AutoPlay::ToggleAutoPlay() {
+  Toggle(true);
+}
+
+void AutoPlay::Toggle(bool attended) {
   if (services_.state.PlaysByItself()) {
     SwitchOff();
     return;
@@ -62,10 +66,10 @@ void AutoPlay::ToggleAutoPlay() {
       return;
     }
   }
-  SwitchOn(preview);
+  SwitchOn(preview, attended);
 }
 
-void AutoPlay::SwitchOn(bool preview) {
+void AutoPlay::SwitchOn(bool preview, bool attended) {
   services_.state.PreviewOn = preview;
   services_.state.AutoPlayOn = true;
   running_ = true;
@@ -78,7 +82,8 @@ void AutoPlay::SwitchOn(bool preview) {
   noticeUntil_ = nextRound_ = 0ns;
   SetStatusText({});
   Q_EMIT Changed();
-  starting_ = preview ? StartPreview() : StartQueue();
+  asking_ = false;
+  starting_ = preview ? StartPreview(attended) : StartQueue();
 }
 
 void AutoPlay::SwitchOff() {
@@ -116,18 +121,16 @@ void AutoPlay::SetRandom(bool ticked) {
 }
 
 Job<> AutoPlay::TakeDesk() {
-  const DeckEngine& decks = services_.decks;
-  while (loader_.FadeHolds() || Starting() || decks.Record(Deck::One).Loading ||
-         decks.Record(Deck::Two).Loading) {
-    co_await services_.loop.Sleep(100ms);
-  }
+  while (loader_.FadeHolds() || Starting()) co_await services_.loop.Sleep(100ms);
+  for (const Deck deck : kDecks) co_await loader_.LoadEnded(deck);
   // What was loaded by hand, or for a run that was switched off meanwhile, nobody has looked at.
   for (const Deck deck : kDecks) static_cast<void>(loader_.HoldsGoodTrack(deck));
 }
 
-Job<> AutoPlay::StartPreview() {
+Job<> AutoPlay::StartPreview(bool attended) {
   try {
-    if (loader_.UsedPicks.Count() > 0) {
+    // Unattended it goes on with the last session, as the question proposes.
+    if (attended && loader_.UsedPicks.Count() > 0) {
       Prompt question;
       question.text = QString::number(loader_.UsedPicks.Count()) +
                       QStringLiteral(
@@ -135,7 +138,9 @@ Job<> AutoPlay::StartPreview() {
                           "Continue With The Last Session(Not Repeating Tracks Already Previewed) ? ");
       question.buttons = Buttons::YesNo;
       question.icon = PromptIcon::Question;
+      asking_ = true;
       const Answer answer = co_await services_.prompter.Ask(question);
+      asking_ = false;
       if (answer == Answer::No) loader_.UsedPicks.Clear();
     }
     if (services_.catalogue.LastTrack() < kFewestTracks) {
@@ -186,14 +191,16 @@ Job<> AutoPlay::StartQueue() {
     }
     if (!is(Deck::One, DeckState::Loaded) && !is(Deck::Two, DeckState::Loaded)) {
       co_await loader_.Fill(Deck::One, From::Selected, true);
-      if (is(Deck::One, DeckState::Loaded)) co_await loader_.Fill(Deck::Two, From::BehindSelected, true);
     }
     const Deck first = is(Deck::One, DeckState::Loaded) ? Deck::One : Deck::Two;
-    if (is(first, DeckState::Loaded)) {
-      StartByFade(first);
-    } else {
+    if (!is(first, DeckState::Loaded)) {
       ShowStatus(Decide());
+      co_return;
     }
+    StartByFade(first);
+    // While it begins the other deck is filled: before the next transition is chosen from both tracks, unless
+    // a disk takes its time. Nothing waits for that.
+    if (!is(Other(first), DeckState::Loaded)) co_await loader_.Fill(Other(first), From::BehindSelected, true);
   } catch (...) {
     basHandleError(kTag);
   }
@@ -302,8 +309,12 @@ std::optional<QString> AutoPlay::CheckTimer() {
                   Format00(timer_.TimerMinute);
   if (timer_.Due(services_.loop.Now().time())) {
     DisarmTimer();
-    // The timer starts a show; it never ends one.
-    if (!services_.state.PlaysByItself()) ToggleAutoPlay();
+    // The timer starts a show; it never ends one. A question that nobody answers does not hold it up.
+    if (!services_.state.PlaysByItself()) {
+      Toggle(false);
+    } else if (asking_) {
+      SwitchOn(true, false);
+    }
   }
   return words;
 }

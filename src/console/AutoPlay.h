@@ -5,6 +5,7 @@
 #include "console/ConsoleState.h"
 #include "console/DeckEngine.h"
 #include "console/PlayQueue.h"
+#include "platform/Disks.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
 #include "platform/Prompter.h"
@@ -42,6 +43,7 @@ class AutoPlay : public QObject {
  public:
   struct Services {
     EventLoop& loop;
+    Disks& disks;
     Prompter& prompter;
     ConsoleState& state;
     DeckEngine& decks;
@@ -110,6 +112,8 @@ class AutoPlay : public QObject {
   [[nodiscard]] const QString& StatusText() const { return statusText_; }
   /// `Label32`: the mode, or the blinking "AUTOMATIC PLAY" while idle.
   [[nodiscard]] QString DisplayWord() const;
+  /// Silence is as it should be: the desk pauses at a track's end, or the jukebox makes its gap.
+  [[nodiscard]] bool SilencePlanned() const { return running_ && (pauseAtEnd_ || lag_.Running()); }
   /// What comes next; none when the desk doesn't play by itself or nothing is at hand.
   [[nodiscard]] std::optional<UpNext> Next() const;
   /// The alarm: nothing in the queue (or of the database, in preview) can be played.
@@ -133,15 +137,20 @@ class AutoPlay : public QObject {
     bool playing = false;
     QString path;
     double position = 0;
+    bool late = false;  ///< its disk owes data
     Nanoseconds at{0};
     Nanoseconds movedAt{0};
     int dead = 0;  ///< ticks at which it should have played and its player did not run
   };
-  void SwitchOn(bool preview);
+  /// `attended`: somebody is there to answer.
+  void SwitchOn(bool preview, bool attended);
+  void Toggle(bool attended);
+  /// Whole seconds until the deck that plays needs its successor; 0 when none plays.
+  [[nodiscard]] int SecondsLeft() const;
   void SwitchOff();
   /// Until nothing that was begun before is on its way. A deck that is loaded then can be heard.
   [[nodiscard]] Job<> TakeDesk();
-  [[nodiscard]] Job<> StartPreview();
+  [[nodiscard]] Job<> StartPreview(bool attended);
   [[nodiscard]] Job<> StartQueue();
   void StartByFade(Deck deck);
   void StartNext(Deck deck, int transition);
@@ -180,6 +189,7 @@ class AutoPlay : public QObject {
   int skippedCount_ = 0;
   PerDeck<Seen> seen_;
   Job<> starting_;
+  bool asking_ = false;  ///< a start waits for an answer
   Job<> lag_;
   Job<> loading_;
 };

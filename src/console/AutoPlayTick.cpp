@@ -18,7 +18,10 @@ constexpr Nanoseconds kNotice = 5s;
 /// Between two rounds through a queue in which nothing can be played.
 constexpr Nanoseconds kRoundPause = 5s;
 /// A deck that plays and does not move for so long is broken.
-constexpr Nanoseconds kStall = 5s;
+constexpr Nanoseconds kStall = 2s;
+/// A disk that owes data for so long is not counted on: what is left of the track in memory covers the start
+/// of the next one.
+constexpr Nanoseconds kLate = 1s;
 /// A stream that ends so many seconds too soon is told.
 constexpr double kTooSoon = 5;
 /// One that gave less sound than this is not played again for a while.
@@ -41,7 +44,7 @@ TickDecision AutoPlay::Decide() const {
     const DeckRecord& record = services_.decks.Record(deck);
     const DeckState state =
         record.Loading && record.State == DeckState::Loaded ? DeckState::Done : record.State;
-    question.decks[deck] = {state, record.Duration, record.Position, loader_.Sounds(deck)};
+    question.decks[deck] = {state, record.Duration, record.Position, loader_.Sounds(deck), seen_[deck].late};
   }
   question.AutoDelta = now_.AutoDelta;
   question.AutoTransition = now_.AutoTransition;
@@ -92,10 +95,15 @@ void AutoPlay::Watch(Deck deck) {
   const double position = services_.decks.Player(deck).CurrentPosition();
   if (Runs(deck) || (record.State == DeckState::Done && loader_.Sounds(deck))) {
     if (!seen.playing || !sameTrack || position != seen.position) seen.movedAt = now;
-    seen = {true, record.FilePath, position, now, seen.movedAt, 0};
+    const bool late = services_.decks.Player(deck).DataLateFor() >= kLate;
+    if (late && !(seen.late && sameTrack)) {
+      services_.disks.Suspect(record.FilePath);
+      NoteInLog(QStringLiteral("The disk of %1 does not answer while it plays").arg(record.FilePath));
+    }
+    seen = {true, record.FilePath, position, late, now, seen.movedAt, 0};
     if (now - seen.movedAt < kStall) return;
     services_.decks.StopDeck(deck);
-    loader_.MarkBad(record.FilePath);
+    loader_.MarkBad(record.FilePath, late);
     TellSkipped(record.Title, QStringLiteral("It Stood Still At ") + MinutesSeconds(position));
   } else if (record.State == DeckState::Playing) {
     // Its player does not run. The end of the stream may be on its way; by the next tick it has come.
@@ -110,6 +118,7 @@ void AutoPlay::Watch(Deck deck) {
     }
   }
   seen.playing = false;
+  seen.late = false;
   seen.dead = 0;
 }
 
@@ -127,6 +136,16 @@ std::optional<Deck> AutoPlay::FreeDeck(bool soon) const {
     if (free(deck) && !waits(Other(deck))) return deck;
   }
   return std::nullopt;
+}
+
+int AutoPlay::SecondsLeft() const {
+  qint64 least = 0;
+  for (const Deck deck : kDecks) {
+    const DeckRecord& record = services_.decks.Record(deck);
+    if (!loader_.Sounds(deck) || seen_[deck].late) continue;
+    least = std::max(least, Int(record.Duration - std::max(now_.AutoDelta, 1)) - Int(record.Position));
+  }
+  return static_cast<int>(std::clamp<qint64>(least, 0, 1 << 30));
 }
 
 void AutoPlay::LoadNext() {

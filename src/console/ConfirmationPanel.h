@@ -1,6 +1,7 @@
 #pragma once
 
 #include "console/DeckTypes.h"
+#include "console/LoadRequest.h"
 #include "platform/EventLoop.h"
 
 #include <QObject>
@@ -19,6 +20,8 @@ struct PanelQuestion {
   QString button;
   PanelAction action = PanelAction::LoadTrack;
   Deck deck = Deck::One;
+  LoadRequest load =
+      {};  ///< of LoadTrack: what was asked about, whatever is selected by the time of the answer
 };
 
 /// The confirmation panel of the desk. While it shows, the console's lists are disabled; unanswered it hides

@@ -21,11 +21,12 @@ Console::Console(Services services)
     : services_(std::move(services)),
       settings_(ReadConsoleSettings(services_.settings, services_.title, services_.programFolder)),
       sessionStart_(services_.loop.Now()),
-      queue_(services_.loop, services_.prompter, services_.catalogue, state_),
+      disks_(services_.loop),
+      queue_(services_.loop, disks_, services_.prompter, services_.catalogue, state_),
       panel_(services_.loop),
       session_(services_.catalogue, [this](Deck deck) { return FactsFor(deck); }),
       log_(services_.loop, services_.documents, services_.title),
-      decks_({services_.loop, services_.audio, services_.catalogue, queue_, panel_, state_, session_,
+      decks_({services_.loop, disks_, services_.audio, services_.catalogue, queue_, panel_, state_, session_,
               services_.paths, settings_.defaults, settings_.decks}),
       transitions_({services_.loop, state_, decks_, panel_, session_, settings_.PanFadeBias}),
       speak_({services_.loop, state_, decks_}),
@@ -53,6 +54,7 @@ AutoPlay::Services Console::ForAutoPlay() {
     return [this, kind](Deck deck) { transitions_.StartRoutine(deck, kind); };
   };
   return {services_.loop,
+          disks_,
           services_.prompter,
           state_,
           decks_,
@@ -85,6 +87,22 @@ void Console::JoinParts() {
   panel_.OnConfirmed = [this](const PanelQuestion& question) { OnPanelConfirmed(question); };
   decks_.OnEndOfStream = [this](Deck) { SetStatusLine(services_.aboutLine); };
   decks_.OnFadeSpeed = [this](int value) { SetFadeSpeed(value); };
+  decks_.OnStarted = [this](Deck) { tick_.ExpectSound(); };
+  decks_.OnStoppedByHand = [this](Deck deck) {
+    if (!decks_.Moves(Other(deck))) tick_.AcceptSilence();
+  };
+  decks_.OnStartFailed = [this](Deck deck) {
+    SetStatusLine(tr("Start Failed, Nothing Is Heard Of : %1").arg(decks_.Record(deck).Title));
+  };
+  tick_.hooks.Air = [this] { return Air(); };
+  connect(&disks_, &Disks::Changed, this, [this] {
+    const QStringList silent = disks_.Silent();
+    NoteInLog(silent.isEmpty()
+                  ? QStringLiteral("All disks answer again")
+                  : QStringLiteral("Disks that do not answer: ") + silent.join(QStringLiteral(", ")));
+    tick_.SetSilentDisks(silent);
+  });
+  queue_.OnTold = [this](const QString& words) { SetStatusLine(words); };
   queue_.HasTrackInfo = [paths = services_.paths](const QString& mediaPath) {
     return !FindFile(TrackInfoPath(paths, BaseName(QFileInfo(mediaPath).fileName()))).isEmpty();
   };
@@ -145,13 +163,25 @@ void Console::ShowDevice(const OutputStatus& status) {
   Q_EMIT StatusChanged();
 }
 
+AirFacts Console::Air() {
+  AirFacts facts;
+  facts.wanted = state_.PlaysByItself();
+  facts.planned = auto_.SilencePlanned();
+  const bool onAir = services_.audio.DefaultOutputStatus().kind != OutputStatus::Kind::OnSilentClock;
+  const bool decks = std::any_of(kDecks.begin(), kDecks.end(), [this](Deck deck) {
+    return decks_.Moves(deck) && !transitions_.FadedOut(deck);
+  });
+  facts.sounds = onAir && (decks || jinglePlayer_->State() == PlayState::Playing);
+  return facts;
+}
+
 void Console::OnPanelConfirmed(const PanelQuestion& question) {
   switch (question.action) {
     case PanelAction::LoadTrack:
-      decks_.LoadDeck(question.deck);
+      decks_.LoadTrack(question.deck, question.load);
       break;
     case PanelAction::StopDeck:
-      decks_.StopDeck(question.deck);
+      decks_.StopByHand(question.deck);
       break;
     case PanelAction::StartPartFade:
     case PanelAction::StartDub:
@@ -207,11 +237,14 @@ Job<> Console::TakeInTracks() {
   co_await browser_.TakeIn();
 }
 
+bool Console::Plays() {
+  return decks_.Player(Deck::One).State() == PlayState::Playing ||
+         decks_.Player(Deck::Two).State() == PlayState::Playing ||
+         jinglePlayer_->State() == PlayState::Playing;
+}
+
 Job<bool> Console::QueryClose(bool bySystem) {
-  const bool playing = decks_.Player(Deck::One).State() == PlayState::Playing ||
-                       decks_.Player(Deck::Two).State() == PlayState::Playing ||
-                       jinglePlayer_->State() == PlayState::Playing;
-  if (playing || !bySystem) {
+  if (Plays() || !bySystem) {
     Prompt question;
     question.text = QStringLiteral("Quit ") + services_.title + QStringLiteral(" ? ");
     question.buttons = Buttons::YesNo;

@@ -19,6 +19,7 @@
 #include "database/Catalogue.h"
 #include "database/CatalogueLoader.h"
 #include "database/Paths.h"
+#include "platform/Disks.h"
 #include "platform/EventLoop.h"
 #include "platform/Prompter.h"
 #include "platform/RandomSource.h"
@@ -68,6 +69,7 @@ class Console : public QObject {
   [[nodiscard]] StatusTick& Status() { return tick_; }
   [[nodiscard]] ScreenLock& Lock() { return lock_; }
   [[nodiscard]] DataManagerAccess& ManagerAccess() { return managerAccess_; }
+  [[nodiscard]] Disks& SlowDisks() { return disks_; }
   [[nodiscard]] Catalogue& Tracks() { return services_.catalogue; }
   [[nodiscard]] TrackFilter& Filter() { return filter_; }
   [[nodiscard]] LibraryBrowser& Browser() { return browser_; }
@@ -101,6 +103,8 @@ class Console : public QObject {
   [[nodiscard]] int Delta() const { return auto_.SldDelta(); }
   void SetDelta(int seconds) { auto_.SetDelta(seconds); }
 
+  /// Whether a deck or a jingle is heard.
+  [[nodiscard]] bool Plays();
   /// Whether the desk may close; asks unless the operating system closes it without a deck playing. On Yes
   /// the timers have stopped.
   [[nodiscard]] Job<bool> QueryClose(bool bySystem);
@@ -125,6 +129,7 @@ class Console : public QObject {
   [[nodiscard]] Job<> FillBrowser();
   [[nodiscard]] Job<> TakeInTracks();
   void ShowDevice(const OutputStatus& status);
+  [[nodiscard]] AirFacts Air();
   void OnPanelConfirmed(const PanelQuestion& question);
   [[nodiscard]] SessionFacts FactsFor(Deck deck) const;
 
@@ -132,6 +137,7 @@ class Console : public QObject {
   ConsoleSettings settings_;
   ConsoleState state_;
   QDateTime sessionStart_;
+  Disks disks_;
   PlayQueue queue_;
   ConfirmationPanel panel_;
   SessionList session_;

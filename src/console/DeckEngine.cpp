@@ -16,10 +16,17 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Nanoseconds kFrameUpdate = 200ms;
-/// A load that takes longer waits for a disk or a share that does not answer: the deck is given back.
-constexpr Nanoseconds kLoadLimit = 10s;
-/// A deck whose position stands for so long gives no sound.
+constexpr Nanoseconds kOpenPoll = 250ms;
+/// A deck whose position stands for so long after its start gives no sound.
 constexpr Nanoseconds kNoSound = 2s;
+/// The going deck is waited for only when it has just begun.
+constexpr Nanoseconds kNoSoundOfOther = 300ms;
+/// A deck whose position stands for so long stands still: three looks at it.
+constexpr Nanoseconds kStands = 3 * kFrameUpdate;
+/// So far from its start a deck moves for sure, seconds.
+constexpr double kMoved = 0.1;
+/// A position nearer to the end than this is the end, seconds.
+constexpr double kAtEnd = 0.05;
 /// So far in a track is surely heard, seconds.
 constexpr double kHeard = 0.5;
 /// Pace of a held position button: the next pulse waits until the last one can be seen.
@@ -35,8 +42,8 @@ QString DeckWord(Deck deck) {
   return QStringLiteral("DECK ") + QString::number(DisplayNumber(deck));
 }
 
-PanelQuestion PlayingLive(Deck deck, const QString& button, PanelAction action) {
-  return {DeckWord(deck) + QStringLiteral(" IS PLAYING LIVE !\r\n"), button, action, deck};
+PanelQuestion PlayingLive(Deck deck, const QString& button, PanelAction action, LoadRequest load = {}) {
+  return {DeckWord(deck) + QStringLiteral(" IS PLAYING LIVE !\r\n"), button, action, deck, std::move(load)};
 }
 
 /// The second to the fifth entry of a reference line, or "None".
@@ -57,18 +64,10 @@ QString LastField(const QString& list) {
 
 }  // namespace
 
-/// What a load is about: found when the command is given, so that the queue may change meanwhile.
-struct DeckEngine::Request {
-  Mref track = Mref::None;
-  QString path;
-  QString requestText;
-};
-
-/// What the disk said of the track.
-struct DeckEngine::TrackFile {
-  bool good = false;
-  std::optional<TextFile> info;
-  std::exception_ptr infoFailure;  ///< the track info file is there and cannot be read
+/// What the track info file said.
+struct DeckEngine::TrackInfoFile {
+  std::optional<TextFile> lines;
+  std::exception_ptr failure;  ///< it is there and cannot be read
 };
 
 DeckEngine::DeckEngine(Services services) : services_(std::move(services)) {
@@ -117,7 +116,7 @@ bool DeckEngine::Holds(Deck deck, const QueueEntry& row) const {
          same(BaseNameOf(loadPaths_[deck]), loadPaths_[deck]);
 }
 
-void DeckEngine::LoadCommand(Deck deck) {
+void DeckEngine::LoadCommand(Deck deck, Disks::Patience patience) {
   DeckRecord& record = decks_[deck];
   const ConsoleState& state = services_.state;
   if (state.TransitionActive) {
@@ -127,29 +126,34 @@ void DeckEngine::LoadCommand(Deck deck) {
   }
   if (std::exchange(record.LoadFailed, false)) Q_EMIT Changed(deck);
   if (record.Loading) return;
+  const std::optional<LoadRequest> request = FindRequest();
   if (!state.PreviewOn) {
-    const int selected = services_.queue.Selected();
-    if (selected == 0) return;
-    const QueueEntry& row = services_.queue.Row(selected);
+    if (!request) return;
+    const QueueEntry& row = services_.queue.Row(services_.queue.Selected());
     if (row.Text(TrackColumn).compare(record.Title, Qt::CaseInsensitive) == 0) return;
     if (!state.AutoPlayOn) {
       if (record.Live()) {
-        services_.panel.Open(PlayingLive(deck, QStringLiteral("LOAD NEW TRACK"), PanelAction::LoadTrack));
+        services_.panel.Open(
+            PlayingLive(deck, QStringLiteral("LOAD NEW TRACK"), PanelAction::LoadTrack, *request));
         return;
       }
       if (Holds(Other(deck), row)) {
         services_.panel.Open(
             {QStringLiteral("TRACK ALREADY LOADED IN ") + DeckWord(Other(deck)) + QStringLiteral(" !\r\n"),
-             QStringLiteral("LOAD SAME TRACK"), PanelAction::LoadTrack, deck});
+             QStringLiteral("LOAD SAME TRACK"), PanelAction::LoadTrack, deck, *request});
         return;
       }
     }
   }
-  LoadDeck(deck);
+  if (request) {
+    LoadTrack(deck, *request, patience);
+  } else {
+    EndLoad(deck, DeckLoad::Dropped);
+  }
 }
 
-std::optional<DeckEngine::Request> DeckEngine::FindRequest() {
-  Request request;
+std::optional<LoadRequest> DeckEngine::FindRequest() {
+  LoadRequest request;
   if (services_.state.PreviewOn) {
     const std::optional<Mref> picked = PickPreview ? PickPreview() : std::nullopt;
     if (!picked) return std::nullopt;
@@ -160,84 +164,113 @@ std::optional<DeckEngine::Request> DeckEngine::FindRequest() {
   const int selected = services_.queue.Selected();
   if (selected == 0) return std::nullopt;
   const QueueEntry& row = services_.queue.Row(selected);
-  services_.queue.SetQueueRow(selected);
+  request.row = row.Id;
   request.track = row.Track();
   request.path = row.Text(PathColumn);
   request.requestText = row.Text(ReqdataColumn);
   return request;
 }
 
-void DeckEngine::LoadDeck(Deck deck) {
+void DeckEngine::LoadDeck(Deck deck, Disks::Patience patience) {
+  if (decks_[deck].Loading) return;
+  if (const std::optional<LoadRequest> request = FindRequest()) {
+    LoadTrack(deck, *request, patience);
+  } else {
+    EndLoad(deck, DeckLoad::Dropped);
+  }
+}
+
+void DeckEngine::LoadTrack(Deck deck, const LoadRequest& request, Disks::Patience patience) {
   DeckRecord& record = decks_[deck];
   if (record.Loading) return;
-  const std::optional<Request> request = FindRequest();
-  if (!request) {
-    if (OnLoaded) OnLoaded(deck, false);
-    return;
-  }
   record.Loading = true;
-  loadPaths_[deck] = request->path;
+  loadPaths_[deck] = request.path;
   record.Info.clear();
   Q_EMIT Changed(deck);
-  loadLimits_[deck] = services_.loop.After(kLoadLimit, [this, deck, path = request->path] {
-    loads_[deck].Cancel();
-    NoteInLog(QStringLiteral("The load of %1 was given up: its disk does not answer").arg(path));
-    GiveUpLoad(deck, path);
-  });
-  loads_[deck] = RunLoad(deck, *request);
+  loads_[deck] = RunLoad(deck, request, patience);
 }
 
-DeckEngine::TrackFile DeckEngine::ReadTrackFile(const QString& path, const QString& infoPath) {
-  TrackFile file;
-  file.good = CheckMediaFile(path);
-  if (!file.good) return file;
+Job<> DeckEngine::RunLoad(Deck deck, LoadRequest request, Disks::Patience patience) {
+  DeckLoad outcome = DeckLoad::Dropped;
   try {
-    const QString found = FindFile(infoPath);
-    if (!found.isEmpty()) file.info = TextFile::Read(found);
-  } catch (...) {
-    file.infoFailure = std::current_exception();
-  }
-  return file;
-}
-
-Job<> DeckEngine::RunLoad(Deck deck, Request request) {
-  try {
-    const QString path = request.path;
-    const QString infoPath = TrackInfoPath(services_.paths, BaseNameOf(path));
-    const auto read = [path, infoPath] { return ReadTrackFile(path, infoPath); };
-    const TrackFile file = co_await services_.loop.Offload(EventLoop::Lane::Media, read);
-    if (!file.good) {
-      GiveUpLoad(deck, path);
-      co_return;
-    }
-    const OpenResult opened = co_await players_[deck]->Open(path);
-    if (opened.kind == OpenResult::Kind::Failed) {
-      NoteInLog(opened.error);
-      GiveUpLoad(deck, path);
-      co_return;
-    }
-    if (opened.Ok()) TakeTrack(deck, request, file);
-    EndLoad(deck, opened.Ok());
+    outcome = co_await Load(deck, request, patience);
   } catch (...) {
     basHandleError(kLoadTag);
-    EndLoad(deck, false);
   }
+  EndLoad(deck, outcome);
 }
 
-void DeckEngine::GiveUpLoad(Deck deck, const QString& path) {
-  decks_[deck].Info = QStringLiteral("Bad File ") + path;
-  EndLoad(deck, false);
+Job<DeckLoad> DeckEngine::Load(Deck deck, LoadRequest request, Disks::Patience patience) {
+  const QString path = request.path;
+  Job<TrackInfoFile> info = ReadInfo(TrackInfoPath(services_.paths, BaseNameOf(path)));
+  const auto look = [path] { return CheckMediaFile(path); };
+  const std::optional<bool> good = co_await services_.disks.Look(path, look, patience);
+  if (!good) co_return DeckLoad::NoAnswer;
+  if (!*good) co_return DeckLoad::BadFile;
+  const TrackInfoFile file = co_await std::move(info);
+  openWatches_[deck] = {0, services_.loop.Elapsed(), false,
+                        services_.loop.Every(kOpenPoll, [this, deck] { WatchOpen(deck); })};
+  const OpenResult opened = co_await players_[deck]->Open(path);
+  if (opened.kind == OpenResult::Kind::Superseded) co_return DeckLoad::Dropped;
+  if (opened.kind == OpenResult::Kind::Failed) {
+    NoteInLog(opened.error);
+    co_return DeckLoad::BadFile;
+  }
+  TakeTrack(deck, request, file);
+  co_return DeckLoad::Loaded;
 }
 
-void DeckEngine::EndLoad(Deck deck, bool loaded) {
-  loadLimits_[deck].Stop();
-  loadPaths_[deck].clear();
-  decks_[deck].Loading = false;
+Job<DeckEngine::TrackInfoFile> DeckEngine::ReadInfo(QString path) {
+  TrackInfoFile file;
+  try {
+    const auto read = [path]() -> std::optional<TextFile> {
+      const QString found = FindFile(path);
+      if (found.isEmpty()) return std::nullopt;
+      return TextFile::Read(found);
+    };
+    // Whatever its disk does, a track can be played with the defaults.
+    auto lines = co_await services_.disks.Look(path, read, Disks::Patience::Air);
+    if (lines) file.lines = std::move(*lines);
+    if (!lines) NoteInLog(QStringLiteral("The disk of %1 does not answer: the defaults are taken").arg(path));
+  } catch (...) {
+    file.failure = std::current_exception();
+  }
+  co_return file;
+}
+
+void DeckEngine::WatchOpen(Deck deck) {
+  OpenWatch& watch = openWatches_[deck];
+  const Nanoseconds now = services_.loop.Elapsed();
+  const std::uint64_t steps = players_[deck]->OpenSteps();
+  if (std::exchange(watch.steps, steps) != steps) watch.movedAt = now;
+  const Nanoseconds waited = now - watch.movedAt;
+  if (waited >= kOpenPoll * 2 && !std::exchange(watch.suspected, true))
+    services_.disks.Suspect(loadPaths_[deck]);
+  if (waited >= Disks::kLookLimit) GiveUpLoad(deck);
+}
+
+void DeckEngine::GiveUpLoad(Deck deck) {
+  if (!decks_[deck].Loading) return;
+  loads_[deck].Cancel();
+  EndLoad(deck, DeckLoad::NoAnswer);
+}
+
+void DeckEngine::EndLoad(Deck deck, DeckLoad outcome) {
+  DeckRecord& record = decks_[deck];
+  openWatches_[deck].timer.Stop();
+  const QString path = std::exchange(loadPaths_[deck], QString());
+  record.Loading = false;
+  record.LastLoad = outcome;
+  if (outcome == DeckLoad::BadFile) record.Info = QStringLiteral("Bad File ") + path;
+  if (outcome == DeckLoad::NoAnswer) {
+    record.Info = tr("Disk Does Not Answer : ") + path;
+    NoteInLog(QStringLiteral("The load of %1 was given up: its disk does not answer").arg(path));
+  }
   Q_EMIT Changed(deck);
-  if (OnLoaded) OnLoaded(deck, loaded);
+  if (OnLoaded) OnLoaded(deck, outcome);
 }
 
-void DeckEngine::TakeTrack(Deck deck, const Request& request, const TrackFile& file) {
+void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInfoFile& file) {
   DeckRecord& record = decks_[deck];
   const DeckRecord old = record;
   const ConsoleState& state = services_.state;
@@ -247,6 +280,7 @@ void DeckEngine::TakeTrack(Deck deck, const Request& request, const TrackFile& f
   moved_[deck] = false;
   record.Title = ProperCase(BaseNameOf(request.path));
   record.CatalogueIndex = request.track;
+  record.Row = request.row;
   record.PlayedOut = false;
   const double known = services_.catalogue.TrackDurations(request.track);
   record.Duration = known > 0 ? known : players_[deck]->Duration();
@@ -255,9 +289,9 @@ void DeckEngine::TakeTrack(Deck deck, const Request& request, const TrackFile& f
   record.State = DeckState::Loaded;
   record.FilePath = request.path;
 
-  if (file.infoFailure) basHandleError(kLoadTag, file.infoFailure);
-  if (file.info) {
-    TakeTrackInfo(record, *file.info);
+  if (file.failure) basHandleError(kLoadTag, file.failure);
+  if (file.lines) {
+    TakeTrackInfo(record, *file.lines);
   } else {
     const TrackDefaults& defaults = services_.defaults;
     record.TrackInfoText = QStringLiteral("Undefined Media File");
@@ -319,14 +353,40 @@ void DeckEngine::StartDeck(Deck deck) {
   players_[deck]->Play();
   record.State = DeckState::Playing;
   record.PlayedOut = false;
+  startedLast_ = deck;
+  const double from = players_[deck]->CurrentPosition();
+  motions_[deck] = {from, from, services_.loop.Elapsed(),
+                    services_.loop.After(kNoSound, [this, deck] { CheckStart(deck); })};
   services_.queue.MarkQueueRow(record.CatalogueIndex, QueueStatus::NowPlaying);
   if (!services_.state.PlaysByItself()) RecordSession(SessionCode::TrackStarted, deck);
   Q_EMIT Changed(deck);
+  if (OnStarted) OnStarted(deck);
+}
+
+void DeckEngine::CheckStart(Deck deck) {
+  const DeckRecord& record = decks_[deck];
+  const double moved = players_[deck]->CurrentPosition() - motions_[deck].startedAt;
+  if (record.State != DeckState::Playing || moved >= kMoved) return;
+  NoteInLog(QStringLiteral("A start failed, nothing is heard of %1").arg(record.FilePath));
+  services_.disks.Suspect(record.FilePath);
+  SetInfo(deck, tr("Start Failed : Nothing Is Heard"));
+  if (OnStartFailed) OnStartFailed(deck);
+}
+
+bool DeckEngine::StandsAtEnd(Deck deck) const {
+  // The stored length and the true one may differ: either end is one.
+  const MediaPlayer& player = *players_[deck];
+  return decks_[deck].Position >= decks_[deck].Duration ||
+         player.CurrentPosition() >= player.Duration() - kAtEnd;
 }
 
 void DeckEngine::RestartDeck(Deck deck) {
-  if (players_[deck]->State() == PlayState::Playing) return;
-  if (decks_[deck].Position == decks_[deck].Duration) SetPosition(deck, 0);
+  if (players_[deck]->State() == PlayState::Playing) {
+    startedLast_ = deck;
+    if (decks_[deck].State != DeckState::Playing) SetState(deck, DeckState::Playing);
+    return;
+  }
+  if (StandsAtEnd(deck)) SetPosition(deck, 0);
   StartDeck(deck);
 }
 
@@ -347,14 +407,22 @@ void DeckEngine::StopCommand(Deck deck) {
     services_.panel.Open(PlayingLive(deck, QStringLiteral("STOP ") + DeckWord(deck), PanelAction::StopDeck));
     return;
   }
+  StopByHand(deck);
+}
+
+void DeckEngine::StopByHand(Deck deck) {
   StopDeck(deck);
+  if (OnStoppedByHand) OnStoppedByHand(deck);
 }
 
 void DeckEngine::StopDeck(Deck deck) {
   DeckRecord& record = decks_[deck];
   if (record.State == DeckState::Empty) return;
-  players_[deck]->Stop();
-  record.Position = players_[deck]->CurrentPosition();
+  // One that has played out keeps the end as its position.
+  if (players_[deck]->State() == PlayState::Playing) {
+    players_[deck]->Stop();
+    record.Position = players_[deck]->CurrentPosition();
+  }
   record.State = DeckState::Done;
   services_.queue.MarkQueueRow(record.CatalogueIndex, QueueStatus::Stopped);
   RecordSession(SessionCode::TrackStopped, deck);
@@ -362,29 +430,44 @@ void DeckEngine::StopDeck(Deck deck) {
 }
 
 bool DeckEngine::GivesSound(Deck deck) const {
-  return decks_[deck].State == DeckState::Playing && players_[deck]->CurrentPosition() >= kHeard;
+  const double position = players_[deck]->CurrentPosition();
+  return decks_[deck].State == DeckState::Playing && position >= kHeard &&
+         position - motions_[deck].startedAt >= kMoved && Moves(deck);
 }
 
-Job<> DeckEngine::WaitForAudio(std::function<bool()> givenUp) {
+bool DeckEngine::Moves(Deck deck) const {
+  const bool plays = players_[deck]->State() == PlayState::Playing;
+  return plays && (players_[deck]->CurrentPosition() != motions_[deck].position ||
+                   services_.loop.Elapsed() - motions_[deck].movedAt < kStands);
+}
+
+std::optional<Deck> DeckEngine::OnAir() const {
+  for (const Deck deck : {startedLast_, Other(startedLast_)}) {
+    if (decks_[deck].State == DeckState::Playing) return deck;
+  }
+  return std::nullopt;
+}
+
+Job<> DeckEngine::WaitForAudio(Deck deck, std::function<bool()> givenUp) {
   PerDeck<double> positions;
   PerDeck<Nanoseconds> movedAt;
-  for (const Deck deck : kDecks) {
-    positions[deck] = players_[deck]->CurrentPosition();
-    movedAt[deck] = services_.loop.Elapsed();
+  for (const Deck each : kDecks) {
+    positions[each] = players_[each]->CurrentPosition();
+    movedAt[each] = services_.loop.Elapsed();
   }
-  const auto waiting = [&](Deck deck) {
+  const auto waiting = [&](Deck each, Nanoseconds limit) {
     const bool plays =
-        decks_[deck].State == DeckState::Playing && players_[deck]->State() == PlayState::Playing;
-    if (!plays || GivesSound(deck)) return false;
+        decks_[each].State == DeckState::Playing && players_[each]->State() == PlayState::Playing;
+    if (!plays || GivesSound(each)) return false;
     const Nanoseconds now = services_.loop.Elapsed();
-    const double position = players_[deck]->CurrentPosition();
-    if (std::exchange(positions[deck], position) != position) movedAt[deck] = now;
-    return now - movedAt[deck] < kNoSound;
+    const double position = players_[each]->CurrentPosition();
+    if (std::exchange(positions[each], position) != position) movedAt[each] = now;
+    return now - movedAt[each] < limit;
   };
   for (;;) {
-    const bool one = waiting(Deck::One);
-    const bool two = waiting(Deck::Two);
-    if ((!one && !two) || (givenUp && givenUp())) co_return;
+    const bool coming = waiting(deck, kNoSound);
+    const bool going = waiting(Other(deck), kNoSoundOfOther);
+    if ((!coming && !going) || (givenUp && givenUp())) co_return;
     co_await services_.loop.Sleep(10ms);
   }
 }
@@ -472,9 +555,12 @@ void DeckEngine::SetPosition(Deck deck, double seconds) {
 void DeckEngine::FrameUpdate() {
   for (const Deck deck : kDecks) {
     DeckRecord& record = decks_[deck];
+    Motion& motion = motions_[deck];
+    const double position = players_[deck]->CurrentPosition();
+    if (std::exchange(motion.position, position) != position) motion.movedAt = services_.loop.Elapsed();
     // A deck that stands has the position that it was given: its player may keep a different one on purpose.
     if (players_[deck]->State() != PlayState::Playing) continue;
-    record.Position = players_[deck]->CurrentPosition();
+    record.Position = position;
     record.RemainSeconds = RemainOf(record);
     Q_EMIT Changed(deck);
   }

@@ -9,6 +9,7 @@
 #include "database/Catalogue.h"
 #include "database/Paths.h"
 #include "database/TrackInfo.h"
+#include "platform/Disks.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
 
@@ -39,6 +40,7 @@ class DeckEngine : public QObject {
  public:
   struct Services {
     EventLoop& loop;
+    Disks& disks;
     AudioSystem& audio;
     Catalogue& catalogue;
     PlayQueue& queue;
@@ -57,11 +59,15 @@ class DeckEngine : public QObject {
   [[nodiscard]] MediaPlayer& Player(Deck deck) { return *players_[deck]; }
 
   /// The load command of the operator or of automatic play, with its guards.
-  void LoadCommand(Deck deck);
+  void LoadCommand(Deck deck, Disks::Patience patience = Disks::Patience::Person);
   /// The load command does something now: it loads, asks, or shows that it failed.
   [[nodiscard]] bool LoadCommandActs(Deck deck) const;
   /// Loads the selected queue row, or in preview the track that PickPreview gives, without asking.
-  void LoadDeck(Deck deck);
+  void LoadDeck(Deck deck, Disks::Patience patience = Disks::Patience::Person);
+  /// Loads what the operator was asked about, without asking again.
+  void LoadTrack(Deck deck, const LoadRequest& request, Disks::Patience patience = Disks::Patience::Person);
+  /// A load that the air cannot wait for ends as NoAnswer.
+  void GiveUpLoad(Deck deck);
   /// "Manual start": a loaded or stopped deck starts; one that played out starts from its beginning.
   void ManualStart(Deck deck);
   /// The stop command, with its guards.
@@ -69,13 +75,22 @@ class DeckEngine : public QObject {
 
   void StartDeck(Deck deck);
   void StopDeck(Deck deck);
-  /// A deck that should play and does not: from the start when it had played out.
+  /// The operator stops the deck, with no question left.
+  void StopByHand(Deck deck);
+  /// A deck that should play: from the start when it stands at its end. One that was faded out and still
+  /// plays is on air again.
   void RestartDeck(Deck deck);
-  /// Until each playing deck is half a second into its track, or it is clear that it will not be: a disk that
-  /// gives nothing for two seconds is waited for no longer. `givenUp` ends it at once.
-  [[nodiscard]] Job<> WaitForAudio(std::function<bool()> givenUp = {});
-  /// A deck that plays is half a second into its track, or beyond it.
+  /// Until `deck`, and the other one where it has just begun, is half a second into its track, or it is clear
+  /// that it will not be: a disk that gives nothing for two seconds is waited for no longer. `givenUp` ends
+  /// it at once.
+  [[nodiscard]] Job<> WaitForAudio(Deck deck, std::function<bool()> givenUp = {});
+  /// A deck that plays has moved on from where it was started, half a second into its track or beyond, and
+  /// has not stood still since.
   [[nodiscard]] bool GivesSound(Deck deck) const;
+  /// Its position moves.
+  [[nodiscard]] bool Moves(Deck deck) const;
+  /// The deck that was started last of those that play; none when none does.
+  [[nodiscard]] std::optional<Deck> OnAir() const;
   /// The track ran out here and is still what the queue says was played.
   [[nodiscard]] bool WasRecentlyPlayed(Deck deck) const;
 
@@ -107,25 +122,31 @@ class DeckEngine : public QObject {
   std::function<void(int)> OnFadeSpeed;
   /// A deck ran out; the status line falls back to the about line.
   std::function<void(Deck)> OnEndOfStream;
-  /// A load has ended, well or not.
-  std::function<void(Deck, bool loaded)> OnLoaded;
+  /// A load has ended.
+  std::function<void(Deck, DeckLoad)> OnLoaded;
+  std::function<void(Deck)> OnStarted;
+  std::function<void(Deck)> OnStoppedByHand;
+  /// A deck was started and gives no sound.
+  std::function<void(Deck)> OnStartFailed;
 
  Q_SIGNALS:
   void Changed(Deck deck);
 
  private:
-  struct Request;
-  struct TrackFile;
+  struct TrackInfoFile;
   /// A load during the fade that runs is told to have failed.
   [[nodiscard]] bool FadeFailsLoad(Deck deck) const;
-  [[nodiscard]] std::optional<Request> FindRequest();
-  /// Off the logic's thread.
-  [[nodiscard]] static TrackFile ReadTrackFile(const QString& path, const QString& infoPath);
-  [[nodiscard]] Job<> RunLoad(Deck deck, Request request);
-  void TakeTrack(Deck deck, const Request& request, const TrackFile& file);
+  [[nodiscard]] std::optional<LoadRequest> FindRequest();
+  [[nodiscard]] Job<> RunLoad(Deck deck, LoadRequest request, Disks::Patience patience);
+  [[nodiscard]] Job<DeckLoad> Load(Deck deck, LoadRequest request, Disks::Patience patience);
+  [[nodiscard]] Job<TrackInfoFile> ReadInfo(QString path);
+  /// Looks whether the file that a deck opens gets on.
+  void WatchOpen(Deck deck);
+  void TakeTrack(Deck deck, const LoadRequest& request, const TrackInfoFile& file);
   void TakeTrackInfo(DeckRecord& record, const TextFile& lines);
-  void GiveUpLoad(Deck deck, const QString& path);
-  void EndLoad(Deck deck, bool loaded);
+  void EndLoad(Deck deck, DeckLoad outcome);
+  void CheckStart(Deck deck);
+  [[nodiscard]] bool StandsAtEnd(Deck deck) const;
   void EndOfStream(Deck deck);
   /// A stored duration that is wrong is corrected, where the stream came to the end of its file.
   void CheckTrackTime(Deck deck);
@@ -143,7 +164,23 @@ class DeckEngine : public QObject {
   PerDeck<std::unique_ptr<MediaPlayer>> players_;
   PerDeck<Job<>> loads_;
   PerDeck<QString> loadPaths_;  ///< of the loads on their way
-  PerDeck<Timer> loadLimits_;
+  /// The Open of a load.
+  struct OpenWatch {
+    std::uint64_t steps = 0;
+    Nanoseconds movedAt{0};
+    bool suspected = false;
+    Timer timer;
+  };
+  PerDeck<OpenWatch> openWatches_;
+  /// Where a deck was started, and when it was last seen to move.
+  struct Motion {
+    double startedAt = 0;
+    double position = 0;
+    Nanoseconds movedAt{0};
+    Timer check;
+  };
+  PerDeck<Motion> motions_;
+  Deck startedLast_ = Deck::One;
   PerDeck<Job<>> fastMoves_;
   PerDeck<bool> moved_;  ///< by the button that is held
   JobList writes_;

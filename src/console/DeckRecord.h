@@ -1,6 +1,7 @@
 #pragma once
 
 #include "console/DeckTypes.h"
+#include "console/LoadRequest.h"
 #include "database/TextColumns.h"
 
 #include <QString>
@@ -34,6 +35,8 @@ struct DeckRecord {
   bool PlayedOut = false;   ///< the progress bar is amber
   bool LoadFailed = false;  ///< "Load Fail" is shown
   bool Loading = false;     ///< a load is on its way: no further load or start
+  DeckLoad LastLoad = DeckLoad::Dropped;
+  RowId Row = RowId::None;  ///< the queue's row that the track came from
 
   [[nodiscard]] bool Live() const { return State == DeckState::Playing && Level < kLiveLoss; }
   [[nodiscard]] int ProgressMaximum() const { return static_cast<int>(Duration + 1); }

@@ -4,6 +4,7 @@
 #include "console/DeckTypes.h"
 
 #include <QString>
+#include <QStringList>
 
 namespace kelvo {
 
@@ -44,6 +45,9 @@ struct GroupRun {
 struct DeskStatus {
   PerDeck<DeckIndicator> indicators;
   PerDeck<bool> lamps;  ///< the warning lamp of a deck is red
+
+  bool airSilent = false;   ///< the programme is silent, and nobody planned it
+  QStringList silentDisks;  ///< disks that do not answer at the moment, by name
 
   bool memoryLow = false;
   int queueCount = 0;

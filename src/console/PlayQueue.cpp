@@ -20,9 +20,10 @@ const QString kGenres = QStringLiteral("Genres");
 
 }  // namespace
 
-PlayQueue::PlayQueue(EventLoop& loop, Prompter& prompter, const Catalogue& catalogue,
+PlayQueue::PlayQueue(EventLoop& loop, Disks& disks, Prompter& prompter, const Catalogue& catalogue,
                      const ConsoleState& state)
     : loop_(loop),
+      disks_(disks),
       prompter_(prompter),
       catalogue_(catalogue),
       state_(state),
@@ -30,7 +31,14 @@ PlayQueue::PlayQueue(EventLoop& loop, Prompter& prompter, const Catalogue& catal
       trackHead_(QStringLiteral("Tracks (By Position Or Contents)")),
       genreHead_(QStringLiteral("Main Genre")) {}
 
+int PlayQueue::IndexOf(RowId row) const {
+  const auto found =
+      std::find_if(rows_.begin(), rows_.end(), [row](const QueueEntry& each) { return each.Id == row; });
+  return found == rows_.end() ? 0 : static_cast<int>(found - rows_.begin()) + 1;
+}
+
 void PlayQueue::Select(int index) {
+  ++selections_;
   const int wanted = index >= 1 && index <= Count() ? index : 0;
   if (wanted == selected_) return;
   selected_ = wanted;
@@ -98,7 +106,7 @@ qint64 PlayQueue::SecondsOf(const QueueEntry& entry) const {
 }
 
 QString PlayQueue::GenreColumnText(Mref track) const {
-  if (showsTimings_) return MinutesSeconds(catalogue_.TrackDurations(track));
+  if (showsTimings_) return LengthText(catalogue_.TrackDurations(track));
   return catalogue_.MainGenre(track);
 }
 
@@ -118,6 +126,7 @@ QueueEntry PlayQueue::EntryOf(Mref track) const {
 int PlayQueue::InsertRow(QueueEntry entry, qint64 seconds) {
   // Not by the count: a clear that spares requests leaves gaps in the numbers.
   entry.Tag = ++highestTag_;
+  entry.Id = static_cast<RowId>(++lastId_);
   auto place = rows_.end();
   if (sorted_) {
     place = std::upper_bound(
@@ -173,13 +182,14 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
       paths.append(catalogue_.TrackPaths(track));
       co_await turn.Yield();
     }
-    const auto look = [paths] {
-      std::vector<bool> found;
-      for (const QString& path : paths) found.push_back(QFileInfo::exists(path));
-      return found;
+    const int selections = selections_;
+    const std::function<bool(const QString&)> exists = [](const QString& path) {
+      return QFileInfo::exists(path);
     };
-    const std::vector<bool> there = co_await loop_.Offload(EventLoop::Lane::Media, look);
+    const Disks::Answers there = co_await disks_.LookAtEach(paths, exists);
     if (state_.GroupPlayOn) co_return;
+    const auto silent = std::count(there.begin(), there.end(), std::nullopt);
+    if (silent > 0 && OnTold) OnTold(tr("Tracks Not Added, Their Disk Does Not Answer : %1").arg(silent));
     std::unordered_set<int> present;
     int known = revision_ - 1;
     int shown = 0;               // the row that was added last
@@ -192,14 +202,14 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
         for (const QueueEntry& row : rows_) present.insert(ToInt(row.Track()));
         known = revision_;
       }
-      if (there[place]) {
+      if (there[place].value_or(false)) {
         const bool added = present.insert(ToInt(tracks[place])).second || route == Route::Search;
         shown = added ? InsertRow(EntryOf(tracks[place]), Int(catalogue_.TrackDurations(tracks[place]))) : 0;
         if (!added) {
           standing = tracks[place];
         } else if (!state_.AutoPlayOn) {
           standing = Mref::None;
-          selected_ = shown;
+          if (selections == selections_) selected_ = shown;
         }
       }
       if (loop_.TurnIsOver(turnStart)) {
@@ -210,7 +220,7 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
         turnStart = loop_.TurnClock();
       }
     }
-    if (standing != Mref::None) selected_ = FindTrack(standing);
+    if (standing != Mref::None && selections == selections_) selected_ = FindTrack(standing);
     TellRowsChanged();
     Q_EMIT SelectionChanged();
     Q_EMIT RowShown(shown != 0 ? shown : selected_);
@@ -227,6 +237,7 @@ bool PlayQueue::MoveSelected(int step) {
   // The contents travel, each place keeps its own Tag.
   std::swap(here.columns, there.columns);
   std::swap(here.ForeColor, there.ForeColor);
+  std::swap(here.Id, there.Id);
   Q_EMIT RowChanged(selected_);
   Q_EMIT RowChanged(neighbour);
   Select(neighbour);
@@ -311,7 +322,10 @@ Job<> PlayQueue::RunEdit(int index, QString path) {
       const bool there = QFileInfo::exists(path);
       return std::make_pair(there, there && hasTrackInfo && hasTrackInfo(path));
     };
-    const auto [there, hasInfo] = co_await loop_.Offload(EventLoop::Lane::Media, look);
+    const std::optional<std::pair<bool, bool>> found = co_await disks_.Look(path, look);
+    if (!found && OnTold) OnTold(tr("Disk Does Not Answer : %1").arg(path));
+    if (!found) co_return;
+    const auto [there, hasInfo] = *found;
     if (index > Count() || Row(index).Text(PathColumn) != path) co_return;
     if (!there) {
       prompter_.Tell({QStringLiteral("The Requested Track ") + Row(index).Text(TrackColumn) +
@@ -367,7 +381,7 @@ void PlayQueue::SwitchTimings() {
   genreHead_ = TimingsCaption();
   showsTimings_ = !showsTimings_;
   for (QueueEntry& row : rows_) {
-    row.Set(GenreColumn, showsTimings_ ? MinutesSeconds(catalogue_.TrackDurations(row.Track()))
+    row.Set(GenreColumn, showsTimings_ ? LengthText(catalogue_.TrackDurations(row.Track()))
                                        : catalogue_.MainGenre(row.Track(), QStringLiteral("Undefined")));
   }
   TellRowsChanged();
@@ -377,7 +391,6 @@ void PlayQueue::MarkQueueRow(Mref track, QueueStatus status) {
   if (state_.PreviewOn) return;
   const int index = FindTrack(track);
   if (index == 0) return;
-  queueRow_ = index;
   QueueEntry& row = rows_[static_cast<std::size_t>(index - 1)];
   const QDateTime now = loop_.Now();
   const QString time = QString::number(now.time().hour()) + QLatin1Char(':') + Format00(now.time().minute());

@@ -2,6 +2,7 @@
 
 #include "console/ConsoleState.h"
 #include "console/QueueEntry.h"
+#include "platform/Disks.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
 #include "platform/Prompter.h"
@@ -23,11 +24,15 @@ class PlayQueue : public QObject {
   Q_OBJECT
 
  public:
-  PlayQueue(EventLoop& loop, Prompter& prompter, const Catalogue& catalogue, const ConsoleState& state);
+  PlayQueue(EventLoop& loop, Disks& disks, Prompter& prompter, const Catalogue& catalogue,
+            const ConsoleState& state);
 
   [[nodiscard]] int Count() const { return static_cast<int>(rows_.size()); }
   /// Index from 1 to Count.
   [[nodiscard]] const QueueEntry& Row(int index) const { return rows_[static_cast<std::size_t>(index - 1)]; }
+
+  /// Where a row stands; 0 when it is gone.
+  [[nodiscard]] int IndexOf(RowId row) const;
 
   /// The selected row's Index; 0 when none is.
   [[nodiscard]] int Selected() const { return selected_; }
@@ -61,7 +66,8 @@ class PlayQueue : public QObject {
   /// Where tracks come from. The library adds each track once only; a search adds what it is told to.
   enum class Route { Library, Search };
   /// "Add To Queue": the tracks, in this order. Asks before it gives up a group playlist. A track whose file
-  /// is gone is skipped; one from the library that stands in the queue already is only selected.
+  /// is gone is skipped; one from the library that stands in the queue already is only selected. What the
+  /// operator selects meanwhile stays selected.
   [[nodiscard]] Job<> AddTracks(std::vector<Mref> tracks, Route route = Route::Library);
   /// Adds a row as it stands at the end, with its Tag; the base of every other way in. `seconds` is added to
   /// the total.
@@ -92,9 +98,8 @@ class PlayQueue : public QObject {
   void MarkQueueRow(Mref track, QueueStatus status);
   /// All rows lose their comment and take the reset colour: automatic play starts.
   void ResetMarks();
-  /// The row that the last mark or load was about.
-  [[nodiscard]] int QueueRow() const { return queueRow_; }
-  void SetQueueRow(int index) { queueRow_ = index; }
+  /// What the operator should know of a command that did less than was asked.
+  std::function<void(const QString&)> OnTold;
 
  Q_SIGNALS:
   /// Rows came, went or changed places.
@@ -120,6 +125,7 @@ class PlayQueue : public QObject {
   void SortRows();
 
   EventLoop& loop_;
+  Disks& disks_;
   Prompter& prompter_;
   const Catalogue& catalogue_;
   const ConsoleState& state_;
@@ -135,7 +141,8 @@ class PlayQueue : public QObject {
   bool showsTimings_ = false;
   QString trackHead_;
   QString genreHead_;
-  int queueRow_ = 0;
+  int lastId_ = 0;
+  int selections_ = 0;  ///< counts what was selected from outside
   int highestTag_ = 0;
   int revision_ = 0;  ///< counts the changes of the rows' number and order
   Job<> editing_;

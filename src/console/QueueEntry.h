@@ -36,8 +36,12 @@ enum QueueColumn : int {
   QueueColumnCount,
 };
 
+/// A row for as long as it is in the queue, wherever it moves.
+enum class RowId : int { None = 0 };
+
 /// A row of the play queue. A value.
 struct QueueEntry {
+  RowId Id = RowId::None;  ///< given by the queue
   std::array<QString, QueueColumnCount> columns;
   int Tag = 0;  ///< list position from 1, what "By List Position" sorts on
   QueueColour ForeColor = QueueColour::Plain;

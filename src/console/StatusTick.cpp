@@ -58,8 +58,30 @@ void StatusTick::Beat() {
   Guarded(kTag, [this] {
     if (hooks.EverySecond) hooks.EverySecond();
   });
+  const bool silentBefore = status_.airSilent;
+  Guarded(kTag, [this] { WatchAir(); });
   leftOut_ = !leftOut_ && Says(hooks.WalkRuns);
   if (!leftOut_) Tick();
+  // An alarm does not wait for a fade.
+  if (leftOut_ && status_.airSilent != silentBefore) Q_EMIT Ticked();
+}
+
+void StatusTick::WatchAir() {
+  if (!hooks.Air) return;
+  air_.Look(hooks.Air(), services_.loop.Elapsed());
+  if (air_.Silent() && !status_.airSilent) NoteInLog(QStringLiteral("The air is silent"));
+  status_.airSilent = air_.Silent();
+}
+
+void StatusTick::AcceptSilence() {
+  air_.Accept();
+  if (!std::exchange(status_.airSilent, false)) return;
+  Q_EMIT Ticked();
+}
+
+void StatusTick::SetSilentDisks(const QStringList& names) {
+  status_.silentDisks = names;
+  Q_EMIT Ticked();
 }
 
 void StatusTick::Tick() {
@@ -154,7 +176,9 @@ void StatusTick::BlinkQueue() {
   status_.queueBlinks =
       services_.state.AutoPlayOn && status_.queueCount > 0 && !services_.queue.GroupQueueFlag();
   status_.queueLit = status_.queueBlinks && !status_.queueLit;
-  status_.queuePosition = status_.queueBlinks ? services_.queue.QueueRow() : 0;
+  const std::optional<Deck> onAir = services_.decks.OnAir();
+  status_.queuePosition =
+      status_.queueBlinks && onAir ? services_.queue.IndexOf(services_.decks.Record(*onAir).Row) : 0;
 }
 
 void StatusTick::ShowTime() {

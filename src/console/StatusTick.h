@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/MediaPlayer.h"
+#include "console/AirWatch.h"
 #include "console/ConfirmationPanel.h"
 #include "console/ConsoleState.h"
 #include "console/DeckEngine.h"
@@ -53,6 +54,12 @@ class StatusTick : public QObject {
   /// The sound that warns of a deck that runs out: played again and again while that is so.
   void SetAudioWarning(bool on, const QString& filePath);
 
+  /// A deck was started by hand or by the desk: from now on silence is told, unless it is planned.
+  void ExpectSound() { air_.Expect(services_.loop.Elapsed()); }
+  /// The operator wants the silence that there is.
+  void AcceptSilence();
+  void SetSilentDisks(const QStringList& names);
+
   /// What the other parts of the desk answer and do. All may be empty: then nothing walks, rips, or plays by
   /// itself.
   struct Hooks {
@@ -60,6 +67,7 @@ class StatusTick : public QObject {
     /// Each second, before the beat and also when that is left out: for what must not wait for a walk or a
     /// rip.
     std::function<void()> EverySecond;
+    std::function<AirFacts()> Air;         ///< asked each second, never left out
     std::function<bool()> RipRuns;         ///< a CD is ripped: the whole beat is left out
     std::function<MemoryStatus()> Memory;  ///< ReadMemoryStatus at first
     std::function<QString()> StatusLine;   ///< the line at the foot of the desk
@@ -86,6 +94,7 @@ class StatusTick : public QObject {
 
  private:
   void Beat();
+  void WatchAir();
   void ShowDecks();
   void ShowIndicator(Deck deck);
   [[nodiscard]] bool Heard(Deck deck) const;
@@ -105,6 +114,7 @@ class StatusTick : public QObject {
 
   Services services_;
   DeskStatus status_;
+  AirWatch air_;
   Timer timer_;
   bool leftOut_ = false;
   QString playingLine_;

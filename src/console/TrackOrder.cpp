@@ -74,7 +74,7 @@ QString LibraryText(const Catalogue& catalogue, Mref track, LibraryColumn column
     case LibraryColumn::MainGenre:
       return catalogue.MainGenre(track);
     case LibraryColumn::Time:
-      return MinutesSeconds(catalogue.TrackDurations(track));
+      return LengthText(catalogue.TrackDurations(track));
   }
   return {};
 }
@@ -100,7 +100,7 @@ Job<> TrackOrder::Sort(EventLoop& loop, LibraryColumn column) {
     for (const SortKey& key : all->keys) order.push_back(key.track);
     return order;
   };
-  order_ = co_await loop.Offload(EventLoop::Lane::Media, sort);
+  order_ = co_await loop.Offload(EventLoop::Lane::Apart, sort);
 }
 
 const std::vector<Mref>& TrackOrder::Tracks() {

@@ -146,21 +146,24 @@ Job<> Transitions::StartFade(Deck deck, TransitionKind kind) {
   services_.state.NextTrackDue = false;
   if (!WalkActive()) record_.TransitionDeck = deck;
   if (record.State == DeckState::Empty) co_return;
-  if (record.State == DeckState::Loaded) {
+  const bool first = record.State == DeckState::Loaded;
+  if (first) {
     decks.StartDeck(deck);
-    Job<> audio = decks.WaitForAudio([this] { return record_.StartCancelled; });
-    co_await std::move(audio);
-    co_await services_.loop.Yield();
-    // A deck that was stopped or loaded anew meanwhile, or gives no sound, has nothing to fade in: the other
-    // one stays on air.
-    if (record_.StartCancelled || !(decks.GivesSound(deck) || record.PlayedOut)) co_return;
-    co_await Transition(deck, kind);
-    co_await services_.loop.Yield();
-    if (!record_.StartCancelled && AfterStart) AfterStart(deck);
-    co_return;
+  } else {
+    decks.RestartDeck(deck);
   }
-  decks.RestartDeck(deck);
-  if (FromEnd(deck) > kArrived) co_await Transition(deck, kind);
+  Job<> audio = decks.WaitForAudio(deck, [this] { return record_.StartCancelled; });
+  co_await std::move(audio);
+  if (first) co_await services_.loop.Yield();
+  if (record_.StartCancelled) co_return;
+  // A deck that was stopped or loaded anew meanwhile, or gives no sound, has nothing to fade in: the other
+  // one stays on air.
+  const bool overAlready = record.PlayedOut && !decks.Moves(Other(deck));
+  if (!decks.GivesSound(deck) && !overAlready) co_return;
+  if (first || FromEnd(deck) > kArrived) co_await Transition(deck, kind);
+  if (!first) co_return;
+  co_await services_.loop.Yield();
+  if (!record_.StartCancelled && AfterStart) AfterStart(deck);
 }
 
 Job<> Transitions::StartDub(Deck deck) {

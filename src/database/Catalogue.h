@@ -19,7 +19,7 @@ struct CatalogueRow {
   QString hi = QStringLiteral("0");
   QString startEnd = QStringLiteral("1,0");
   QString gain = QStringLiteral("?");
-  double duration = 0;
+  double duration = -1;  ///< seconds; below 0 is unknown
 };
 
 /// The whole media database in memory, filled once by the CatalogueLoader and patched by what changes the

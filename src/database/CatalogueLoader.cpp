@@ -1,6 +1,7 @@
 #include "database/CatalogueLoader.h"
 
 #include "audio/AudioSystem.h"
+#include "database/UtilityListing.h"
 #include "platform/ErrorLog.h"
 #include "platform/ShellLink.h"
 #include "platform/Words.h"
@@ -47,27 +48,6 @@ void RemoveShortcuts(const QString& folder) {
   } catch (const Failure&) {
     return;
   }
-}
-
-/// The files waiting in the folders of the utility folder; those that hold none are deleted. Failures are
-/// skipped.
-int CountStagedFiles(const QString& folder) {
-  int waiting = 0;
-  try {
-    const FolderListing listing = ListFolder(folder, EntryKind::Folders);
-    for (const QString& name : listing.names) {
-      const QString staged = QDir(folder).filePath(name);
-      // A folder with deeper folders in it is not empty: rmdir leaves it alone.
-      if (!HoldsFiles(staged)) {
-        QDir().rmdir(staged);
-      } else {
-        waiting += static_cast<int>(ListFolder(staged, EntryKind::Files).names.size());
-      }
-    }
-  } catch (const Failure&) {
-    return waiting;  // nothing is staged where nothing can be read
-  }
-  return waiting;
 }
 
 std::size_t Utf8Size(const QStringList& names) {
@@ -118,7 +98,7 @@ Job<LoadOutcome> CatalogueLoader::Load() {
   const auto drop = [before] { *before = Catalogue(); };
   LoadOutcome outcome = LoadOutcome::Done;
   try {
-    co_await loop_.Offload(EventLoop::Lane::Media, drop);
+    co_await loop_.Offload(EventLoop::Lane::Apart, drop);
     co_await LoadReferences(Paths::Categories, QStringLiteral("Loading Genres ("), &catalogue_.GenreList,
                             true);
     co_await LoadReferences(Paths::Albums, QStringLiteral("Loading Albums ("), &catalogue_.AlbumList, true);
@@ -138,7 +118,7 @@ Job<LoadOutcome> CatalogueLoader::Load() {
 
 Job<FolderListing> CatalogueLoader::List(QString folder, EntryKind kind) {
   const auto work = [folder, kind] { return ListFolder(folder, kind); };
-  FolderListing listing = co_await loop_.Offload(EventLoop::Lane::Media, work);
+  FolderListing listing = co_await loop_.Offload(EventLoop::Lane::Apart, work);
   for (const QString& name : listing.unusable) {
     NoteInLog(QStringLiteral("The name of a file in %1 is no valid text, the file is passed over: %2")
                   .arg(folder, name));
@@ -169,7 +149,7 @@ Job<> CatalogueLoader::LoadReferences(Paths::Slot slot, QString words, QStringLi
     const auto work = [folder, some] {
       for (const QString& name : some) RemoveShortcuts(QDir(folder).filePath(name));
     };
-    co_await loop_.Offload(EventLoop::Lane::Media, work);
+    co_await loop_.Offload(EventLoop::Lane::Apart, work);
   }
 }
 
@@ -193,8 +173,8 @@ Job<> CatalogueLoader::LoadSoundBites() {
 }
 
 Job<> CatalogueLoader::LoadUtility() {
-  const auto work = [folder = paths_(Paths::Utility)] { return CountStagedFiles(folder); };
-  catalogue_.UtilityCount = co_await loop_.Offload(EventLoop::Lane::Media, work);
+  const auto work = [paths = paths_] { return CleanUtilityFolder(paths); };
+  catalogue_.UtilityCount = co_await loop_.Offload(EventLoop::Lane::Apart, work);
 }
 
 Job<> CatalogueLoader::AppendMissing(QString name, QString extension) {
@@ -298,7 +278,7 @@ Job<LoadOutcome> CatalogueLoader::LoadTracks() {
     for (auto& reader : readers) reader = std::make_shared<InfoReader>(folder);
     return std::make_pair(readers, Utf8Size(*names));
   };
-  const auto [readers, nameBytes] = co_await loop_.Offload(EventLoop::Lane::Media, prepare);
+  const auto [readers, nameBytes] = co_await loop_.Offload(EventLoop::Lane::Apart, prepare);
   const qsizetype count = names->size();
   catalogue_.Reserve(static_cast<std::size_t>(count), nameBytes);
   tracks = LoadBar{};
@@ -329,7 +309,7 @@ Job<LoadOutcome> CatalogueLoader::LoadTracks() {
     }
   }
   const auto forget = [names] { names->clear(); };
-  co_await loop_.Offload(EventLoop::Lane::Media, forget);
+  co_await loop_.Offload(EventLoop::Lane::Apart, forget);
   ShowDone(tracks);
   co_return LoadOutcome::Done;
 }

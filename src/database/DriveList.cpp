@@ -25,7 +25,7 @@ void DriveList::Refresh() {
 
 Job<> DriveList::RunRefresh() {
   const auto list = [] { return ListVolumes(); };
-  const std::vector<MountedVolume> volumes = co_await loop_.Offload(EventLoop::Lane::Import, list);
+  const std::vector<MountedVolume> volumes = co_await loop_.Offload(EventLoop::Lane::Apart, list);
   places_.clear();
   for (const MountedVolume& volume : volumes) places_.push_back({volume.kind, volume.path});
   for (const Place& place : added_) {

@@ -1,6 +1,7 @@
 #include "database/FolderListing.h"
 
 #include "platform/ErrorLog.h"
+#include "platform/LinkTargets.h"
 
 #include <QFile>
 
@@ -12,6 +13,7 @@
 #include <cerrno>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -27,14 +29,29 @@ FolderHandle OpenFolder(const QString& folder) {
   return FolderHandle(opendir(QFile::encodeName(folder).constData()));
 }
 
-EntryKind KindOf(DIR* folder, const dirent& entry, bool* known) {
-  *known = true;
+/// What an entry is; none when it is neither or that cannot be told.
+std::optional<EntryKind> KindOf(DIR* folder, const QString& place, const dirent& entry, LinkTargets& links) {
   if (entry.d_type == DT_REG) return EntryKind::Files;
   if (entry.d_type == DT_DIR) return EntryKind::Folders;
+  if (entry.d_type == DT_LNK) {
+    const QString name = QFile::decodeName(static_cast<const char*>(entry.d_name));
+    switch (links.KindOf(place + QLatin1Char('/') + name)) {
+      case LinkTargets::Kind::File:
+        return EntryKind::Files;
+      case LinkTargets::Kind::Folder:
+        return EntryKind::Folders;
+      case LinkTargets::Kind::Other:
+        return std::nullopt;
+      case LinkTargets::Kind::Unknown:
+        // A track on a disk that does not answer now is a track all the same.
+        return name.contains(QLatin1Char('.')) ? EntryKind::Files : EntryKind::Folders;
+    }
+  }
   struct stat facts {};
-  const bool found = fstatat(dirfd(folder), static_cast<const char*>(entry.d_name), &facts, 0) == 0;
-  *known = found && (S_ISREG(facts.st_mode) || S_ISDIR(facts.st_mode));
-  return S_ISDIR(facts.st_mode) ? EntryKind::Folders : EntryKind::Files;
+  if (fstatat(dirfd(folder), static_cast<const char*>(entry.d_name), &facts, 0) != 0) return std::nullopt;
+  if (S_ISREG(facts.st_mode)) return EntryKind::Files;
+  if (S_ISDIR(facts.st_mode)) return EntryKind::Folders;
+  return std::nullopt;
 }
 
 struct Entry {
@@ -64,6 +81,7 @@ FolderListing ListFolder(const QString& folder, EntryKind kind) {
   const FolderHandle handle = OpenFolder(folder);
   if (!handle) fail(errno);
   FolderListing listing;
+  LinkTargets links;
   std::vector<Entry> entries;
   for (;;) {
     errno = 0;
@@ -73,8 +91,7 @@ FolderListing ListFolder(const QString& folder, EntryKind kind) {
     if (entry == nullptr) break;
     const std::string_view name = static_cast<const char*>(entry->d_name);
     if (name.starts_with('.')) continue;
-    bool known = false;
-    if (KindOf(handle.get(), *entry, &known) != kind || !known) continue;
+    if (KindOf(handle.get(), folder, *entry, links) != kind) continue;
     const QString text = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
     if (text.contains(QChar::ReplacementCharacter)) {
       listing.unusable.append(text);
@@ -93,9 +110,9 @@ FolderListing ListFolder(const QString& folder, EntryKind kind) {
 bool HoldsFiles(const QString& folder) {
   const FolderHandle handle = OpenFolder(folder);
   if (!handle) return false;
+  LinkTargets links;
   while (const dirent* entry = readdir(handle.get())) {
-    bool known = false;
-    if (KindOf(handle.get(), *entry, &known) == EntryKind::Files && known) return true;
+    if (KindOf(handle.get(), folder, *entry, links) == EntryKind::Files) return true;
   }
   return false;
 }

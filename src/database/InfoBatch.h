@@ -27,7 +27,7 @@ class InfoBatch {
   struct Record {
     Status status = Status::Missing;
     std::uint32_t offsets[FieldCount + 1] = {};
-    double duration = 0;
+    double duration = -1;
   };
 
   [[nodiscard]] std::string_view Text(const Record& record, Field field) const {

@@ -129,7 +129,7 @@ Job<> JingleImport::RunImport(std::vector<JingleRow> picked) {
       for (const QString& name : ListFolder(folder, EntryKind::Files).names) standing->insert(name.toUpper());
       return standing;
     };
-    const auto standing = co_await services_.loop.Offload(EventLoop::Lane::Import, read);
+    const auto standing = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
     for (step_ = 0; step_ < steps_ && !stop_ && !tally.noRoom; ++step_) {
       co_await ImportOne(picked[step_], standing, tally);
     }
@@ -154,7 +154,7 @@ Job<> JingleImport::ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> stan
   words_ = QStringLiteral("Importing ") + row.name;
   Q_EMIT Changed();
   const auto look = [path = row.path] { return CheckMediaFile(path); };
-  const bool fit = co_await services_.loop.Offload(EventLoop::Lane::Import, look);
+  const bool fit = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
   if (!fit) {
     ++tally.tooSmall;
     co_return;
@@ -169,7 +169,7 @@ Job<> JingleImport::ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> stan
   const auto measure = [hasRoom = HasRoom, folder, path = row.path] {
     return hasRoom(folder, QFileInfo(path).size());
   };
-  tally.noRoom = !co_await services_.loop.Offload(EventLoop::Lane::Import, measure);
+  tally.noRoom = !co_await services_.loop.Offload(EventLoop::Lane::Apart, measure);
   if (tally.noRoom || stop_) co_return;
   try {
     copy_ = std::make_shared<CopyControl>();
@@ -240,7 +240,7 @@ Job<bool> JingleImport::DeleteOne(JingleRow row) {
     return std::pair(QStringList{folder + QLatin1Char('/') + file.fileName(), file.canonicalFilePath()},
                      isJingle);
   };
-  const auto [places, isJingle] = co_await services_.loop.Offload(EventLoop::Lane::Import, look);
+  const auto [places, isJingle] = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
   if (std::any_of(places.begin(), places.end(), IsSystemFile)) {
     Prompt refusal;
     refusal.text = row.name + QStringLiteral(" Is A System Media File !");
@@ -260,7 +260,7 @@ Job<bool> JingleImport::DeleteOne(JingleRow row) {
     const bool gone = file.remove() || !file.exists();
     return gone ? QString() : file.errorString();
   };
-  const QString trouble = co_await services_.loop.Offload(EventLoop::Lane::Import, remove);
+  const QString trouble = co_await services_.loop.Offload(EventLoop::Lane::Apart, remove);
   if (!trouble.isEmpty()) {
     throw Failure(QStringLiteral("Cannot delete %1 : %2").arg(row.path, trouble), 0, row.path);
   }

@@ -139,7 +139,7 @@ Job<> MediaSearch::Run(QStringList roots, MediaWalk::Tags tags) {
     while (!*stop) {
       const auto next = [walk, steps, stop] { return walk->Next(steps, *stop); };
       const Nanoseconds begun = loop_.Elapsed();
-      const MediaWalk::Piece piece = co_await loop_.Offload(EventLoop::Lane::Import, next);
+      const MediaWalk::Piece piece = co_await loop_.Offload(EventLoop::Lane::Apart, next);
       const Nanoseconds taken = loop_.Elapsed() - begun;
       if (taken < kShortPiece) steps = std::min(steps * 2, kMostSteps);
       if (taken > kLongPiece) steps = std::max(steps / 2, kFewestSteps);

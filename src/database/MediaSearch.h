@@ -69,7 +69,7 @@ class MediaWalk {
   std::set<std::pair<std::uint64_t, std::uint64_t>> entered_;
 };
 
-/// A search in Lane::Import, told in pieces small enough to be shown between two turns. Owned by the form's
+/// A search in Lane::Apart, told in pieces small enough to be shown between two turns. Owned by the form's
 /// logic, which it must not outlive; logic thread.
 class MediaSearch : public QObject {
   Q_OBJECT

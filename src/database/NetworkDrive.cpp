@@ -74,7 +74,7 @@ Job<std::optional<QString>> MapNetworkDrive(EventLoop& loop, Prompter& prompter,
   const QString typed = (co_await prompter.AskText(title, words, QString())).trimmed();
   if (typed.isEmpty()) co_return std::nullopt;
   const auto look = [typed] { return QFileInfo(typed).isDir() && QFileInfo(typed).isAbsolute(); };
-  const bool local = co_await loop.Offload(EventLoop::Lane::Import, look);
+  const bool local = co_await loop.Offload(EventLoop::Lane::Apart, look);
   if (local) co_return typed;
 
   Prompt trouble;

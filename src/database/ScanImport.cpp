@@ -197,7 +197,7 @@ Job<> ScanImport::RunImport(std::vector<int> rows) {
       const auto read = [paths = services_.paths] {
         return std::make_shared<StandingNames>(StandingNames::Read(paths));
       };
-      const auto standing = co_await services_.loop.Offload(EventLoop::Lane::Import, read);
+      const auto standing = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
       for (importRow_ = 0; importRow_ < importRows_ && !stop_ && !tally.noRoom; ++importRow_) {
         co_await CopyRow(rows[static_cast<std::size_t>(importRow_)], standing, tally);
       }
@@ -227,7 +227,7 @@ Job<> ScanImport::CopyRow(int row, std::shared_ptr<StandingNames> standing, Tall
   StagedName name = StagedNameOf(rows_.Row(row));
   name.artist = standing->ArtistFolder(name.artist);
   const auto look = [source] { return CheckMediaFile(source); };
-  const bool fit = co_await services_.loop.Offload(EventLoop::Lane::Import, look);
+  const bool fit = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
   if (!fit) {
     NoteInLog(QStringLiteral("scan: cannot be imported: ") + source);
     ++tally.unfit;
@@ -263,7 +263,7 @@ Job<> ScanImport::CopyFileOf(int row, StagedName name, std::shared_ptr<StandingN
     if (!QDir().mkpath(folder)) throw Failure(QStringLiteral("Cannot make the folder ") + folder, 0, folder);
     return true;
   };
-  tally.noRoom = !co_await services_.loop.Offload(EventLoop::Lane::Import, prepare);
+  tally.noRoom = !co_await services_.loop.Offload(EventLoop::Lane::Apart, prepare);
   if (tally.noRoom || stop_) co_return;
 
   copy_ = std::make_shared<CopyControl>();
@@ -285,7 +285,7 @@ Job<> ScanImport::CopyFileOf(int row, StagedName name, std::shared_ptr<StandingN
 Job<> ScanImport::DeleteSource(int row, QString copy, Tally& tally) {
   const QString source = rows_.Row(row).Text(ScanPathColumn);
   const auto remove = [paths = services_.paths, source, copy] { return RemoveSource(paths, source, copy); };
-  const bool removed = co_await services_.loop.Offload(EventLoop::Lane::Import, remove);
+  const bool removed = co_await services_.loop.Offload(EventLoop::Lane::Apart, remove);
   if (removed) {
     tally.gone.push_back(row);
   } else {
@@ -297,7 +297,7 @@ Job<> ScanImport::DeleteSource(int row, QString copy, Tally& tally) {
 Job<> ScanImport::TellNoRoom() {
   const QString utility = services_.paths(Paths::Utility);
   const auto look = [utility] { return FreeBytes(utility); };
-  const std::int64_t free = co_await services_.loop.Offload(EventLoop::Lane::Import, look);
+  const std::int64_t free = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
   Prompt trouble;
   trouble.text = QStringLiteral("Cannot Continue...Not Enough Free Disc Space on Drive ") + utility +
                  kNewLine + QStringLiteral("Free Disc Space : ") +

@@ -43,7 +43,7 @@ void ScanRows::Clear() {
   gone->first.swap(rows_);
   gone->second.swap(paths_);
   loop_.RunOffThread(
-      EventLoop::Lane::Import, [gone = std::move(gone)]() mutable { gone.reset(); }, [] {});
+      EventLoop::Lane::Apart, [gone = std::move(gone)]() mutable { gone.reset(); }, [] {});
   Q_EMIT RowsRemoved();
 }
 

@@ -66,7 +66,7 @@ Job<> Transfer::RunList() {
   progress_ = {};
   try {
     const auto list = [paths = services_.paths] { return ListUtilityFolder(paths); };
-    const UtilityListing waiting = co_await services_.loop.Offload(EventLoop::Lane::Import, list);
+    const UtilityListing waiting = co_await services_.loop.Offload(EventLoop::Lane::Apart, list);
     for (const QString& line : waiting.passedOver) NoteInLog(line);
     for (qsizetype start = 0; start < waiting.files.size(); start += kFilesAtOnce) {
       const auto read = [some = waiting.files.mid(start, kFilesAtOnce)] {
@@ -74,7 +74,7 @@ Job<> Transfer::RunList() {
         std::transform(some.begin(), some.end(), std::back_inserter(rows), ReadTransferRow);
         return rows;
       };
-      std::vector<TransferRow> rows = co_await services_.loop.Offload(EventLoop::Lane::Import, read);
+      std::vector<TransferRow> rows = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
       for (TransferRow& row : rows) {
         const auto before = typed.constFind(row.path);
         if (before == typed.constEnd() || before->bytes != row.bytes) continue;
@@ -169,7 +169,7 @@ Job<> Transfer::MoveAll(const std::vector<int>& ids) {
   const auto read = [paths = services_.paths] {
     return std::make_shared<DatabaseNames>(DatabaseNames::Read(paths));
   };
-  names_ = co_await services_.loop.Offload(EventLoop::Lane::Import, read);
+  names_ = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
   progress_ = {};
   progress_.files = static_cast<int>(ids.size());
   int moved = 0;
@@ -198,7 +198,7 @@ Job<> Transfer::MoveAll(const std::vector<int>& ids) {
   progress_.megabytes.clear();
   // The names of a large database take their time to be freed.
   const auto forget = [names = std::exchange(names_, nullptr)] { *names = DatabaseNames(); };
-  co_await services_.loop.Offload(EventLoop::Lane::Import, forget);
+  co_await services_.loop.Offload(EventLoop::Lane::Apart, forget);
 }
 
 Job<Transfer::Outcome> Transfer::MoveOne(TransferRow row, QString* step) {
@@ -222,7 +222,7 @@ Job<Transfer::Outcome> Transfer::MoveOne(TransferRow row, QString* step) {
   at("room");
   const QString music = services_.paths(Paths::Music);
   const auto ask = [hasRoom = HasRoom, music, bytes = row.bytes] { return hasRoom(music, bytes); };
-  if (!co_await services_.loop.Offload(EventLoop::Lane::Import, ask)) {
+  if (!co_await services_.loop.Offload(EventLoop::Lane::Apart, ask)) {
     Prompt full;
     full.text = QStringLiteral("Cannot Continue...Free Disc Space Is Seriously low!");
     full.icon = PromptIcon::Exclamation;
@@ -257,7 +257,7 @@ Job<Transfer::Outcome> Transfer::MoveOne(TransferRow row, QString* step) {
 
 Job<bool> Transfer::Exists(QString path) {
   const auto look = [path] { return QFileInfo::exists(path); };
-  co_return co_await services_.loop.Offload(EventLoop::Lane::Import, look);
+  co_return co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
 }
 
 Job<double> Transfer::LookAt(const TransferRow& row) {

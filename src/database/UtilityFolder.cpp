@@ -49,7 +49,7 @@ Job<> UtilityFolder::RunList() {
       }
       return std::pair(std::move(read), waiting.passedOver);
     };
-    auto [read, passedOver] = co_await services_.loop.Offload(EventLoop::Lane::Import, list);
+    auto [read, passedOver] = co_await services_.loop.Offload(EventLoop::Lane::Apart, list);
     for (const QString& line : passedOver) NoteInLog(line);
     rows = std::move(read);
   } catch (...) {

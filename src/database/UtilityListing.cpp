@@ -3,24 +3,34 @@
 #include "database/FolderListing.h"
 #include "platform/ErrorLog.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 namespace kelvo {
 namespace {
 
-QStringList RootsOfTheDatabase(const Paths& paths) {
-  QStringList roots;
-  for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) {
-    roots.append(QFileInfo(paths(slot)).canonicalFilePath());
+/// The database's own folders, which the operator may have put into the utility folder.
+class OwnFolders {
+ public:
+  explicit OwnFolders(const Paths& paths) {
+    for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) {
+      folders_.append(QFileInfo(paths(slot)).canonicalFilePath());
+    }
+    folders_.removeAll(QString());
   }
-  return roots;
-}
+  [[nodiscard]] bool Hold(const QString& folder) const {
+    return folders_.contains(QFileInfo(folder).canonicalFilePath());
+  }
+
+ private:
+  QStringList folders_;
+};
 
 }  // namespace
 
 UtilityListing ListUtilityFolder(const Paths& paths) {
   const QString& utility = paths(Paths::Utility);
-  const QStringList roots = RootsOfTheDatabase(paths);
+  const OwnFolders own(paths);
   const auto nameless = [](const QString& folder, const QString& name) {
     return QStringLiteral("A name in %1 is no valid text and is passed over: %2").arg(folder, name);
   };
@@ -29,7 +39,7 @@ UtilityListing ListUtilityFolder(const Paths& paths) {
   for (const QString& name : folders.unusable) waiting.passedOver.append(nameless(utility, name));
   for (const QString& name : folders.names) {
     const QString folder = utility + QLatin1Char('/') + name;
-    if (roots.contains(QFileInfo(folder).canonicalFilePath())) continue;
+    if (own.Hold(folder)) continue;
     try {
       const FolderListing files = ListFolder(folder, EntryKind::Files);
       for (const QString& file : files.names) waiting.files.append(folder + QLatin1Char('/') + file);
@@ -37,6 +47,28 @@ UtilityListing ListUtilityFolder(const Paths& paths) {
     } catch (const Failure& unreadable) {
       waiting.passedOver.append(QString::fromUtf8(unreadable.what()));
     }
+  }
+  return waiting;
+}
+
+int CleanUtilityFolder(const Paths& paths) {
+  const QString& utility = paths(Paths::Utility);
+  const OwnFolders own(paths);
+  int waiting = 0;
+  try {
+    const FolderListing listing = ListFolder(utility, EntryKind::Folders);
+    for (const QString& name : listing.names) {
+      const QString folder = utility + QLatin1Char('/') + name;
+      if (own.Hold(folder)) continue;
+      // A folder with deeper folders in it is not empty: rmdir leaves it alone.
+      if (!HoldsFiles(folder)) {
+        QDir().rmdir(folder);
+      } else {
+        waiting += static_cast<int>(ListFolder(folder, EntryKind::Files).names.size());
+      }
+    }
+  } catch (const Failure&) {
+    return waiting;  // nothing waits where nothing can be read
   }
   return waiting;
 }

@@ -18,4 +18,8 @@ struct UtilityListing {
 /// thread.
 [[nodiscard]] UtilityListing ListUtilityFolder(const Paths& paths);
 
+/// Deletes the utility folder's subfolders that hold nothing, except the database's own, and counts the files
+/// that wait in the others. What fails is skipped. Blocks; any thread.
+[[nodiscard]] int CleanUtilityFolder(const Paths& paths);
+
 }  // namespace kelvo

@@ -11,25 +11,43 @@
 
 namespace kelvo {
 
-void ReplaceFile(const QString& path, const QByteArray& bytes) {
-  const QByteArray target = BehindLinks(EncodedPath(path));
-  struct stat old {};
-  const bool exists = ::lstat(target.constData(), &old) == 0;
-  if (exists && S_ISDIR(old.st_mode)) FailOn("write", target, EISDIR);
-  if (exists && !S_ISREG(old.st_mode)) FailOn("write", target, EINVAL);
-  // A rename would pass over the write protection that the operator gave to the file itself.
-  if (exists && ::faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0)
-    FailOn("write", target, errno);
+namespace {
 
-  NewFile file(target, exists ? S_IRUSR | S_IWUSR : 0666);
+/// The file that is to be replaced: what stands there now may be.
+struct Target {
+  explicit Target(const QString& name);
+  QByteArray path;
+  struct stat old {};
+  bool exists;
+};
+
+Target::Target(const QString& name) : path(BehindLinks(EncodedPath(name))) {
+  exists = ::lstat(path.constData(), &old) == 0;
+  if (exists && S_ISDIR(old.st_mode)) FailOn("write", path, EISDIR);
+  if (exists && !S_ISREG(old.st_mode)) FailOn("write", path, EINVAL);
+  // A rename would pass over the write protection that the operator gave to the file itself.
+  if (exists && ::faccessat(AT_FDCWD, path.constData(), W_OK, AT_EACCESS) != 0) FailOn("write", path, errno);
+}
+
+}  // namespace
+
+void ReplaceFile(const QString& path, const QByteArray& bytes) {
+  const Target target(path);
+  NewFile file(target.path, target.exists ? S_IRUSR | S_IWUSR : 0666);
   file.Write(bytes.constData(), bytes.size());
-  if (exists) {
+  if (target.exists) {
     // A group that this user is not in cannot be kept; the permissions are worth more than that.
-    const bool sameGroup = ::fchown(file.Number(), static_cast<uid_t>(-1), old.st_gid) == 0;
-    const mode_t kept = old.st_mode & (sameGroup ? 07777U : 01777U);
-    if (::fchmod(file.Number(), kept) != 0) FailOn("set the permissions of", target, errno);
+    const bool sameGroup = ::fchown(file.Number(), static_cast<uid_t>(-1), target.old.st_gid) == 0;
+    const mode_t kept = target.old.st_mode & (sameGroup ? 07777U : 01777U);
+    if (::fchmod(file.Number(), kept) != 0) FailOn("set the permissions of", target.path, errno);
   }
   (void)file.Commit(NewFile::Place::Replace);
+}
+
+void TryToReplaceFile(const QString& path) {
+  const Target target(path);
+  NewFile file(target.path, S_IRUSR | S_IWUSR);
+  file.Write("\n", 1);
 }
 
 Job<> ReplaceFileLater(EventLoop& loop, QString path, QByteArray bytes) {

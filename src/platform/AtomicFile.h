@@ -16,7 +16,10 @@ class EventLoop;
 /// thread. Throws Failure.
 void ReplaceFile(const QString& path, const QByteArray& bytes);
 
-/// The same off the logic's thread, in the order of the calls. Rethrows the failure.
+/// Does what ReplaceFile does, up to the renaming: throws the Failure that it would meet. Changes nothing.
+void TryToReplaceFile(const QString& path);
+
+/// The same as ReplaceFile off the logic's thread, in the order of the calls. Rethrows the failure.
 [[nodiscard]] Job<> ReplaceFileLater(EventLoop& loop, QString path, QByteArray bytes);
 
 /// The whole file. Throws Failure (missing, no permission, over `limit` bytes). Any thread.

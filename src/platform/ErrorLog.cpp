@@ -3,9 +3,13 @@
 #include "platform/Job.h"
 #include "platform/Prompter.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLoggingCategory>
 
+#include <filesystem>
+#include <mutex>
 #include <system_error>
 
 namespace kelvo {
@@ -16,9 +20,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// After so long a line that was written is written again.
 constexpr Nanoseconds kSameLineAgain = 1h;
+constexpr int kSameLineWritten = 10;
 constexpr qsizetype kLinesKnown = 500;
+constexpr qsizetype kLongestLine = 4000;
+constexpr qint64 kMostBytes = qint64{4} << 20;
+constexpr int kMostOnStderr = 100;
 
 ErrorLog*& Installed() {
   static ErrorLog* log = nullptr;
@@ -27,6 +34,63 @@ ErrorLog*& Installed() {
 
 }  // namespace
 
+class ErrorLog::File {
+ public:
+  explicit File(QString path) : path_(std::move(path)) {}
+
+  [[nodiscard]] const QString& Path() const { return path_; }
+
+  /// Returns whether a write has to be asked for: none is on its way.
+  bool Add(const QByteArray& line) {
+    const std::lock_guard lock(waitingMutex_);
+    const bool first = waiting_.isEmpty();
+    // A disk that hangs meets a flood: the first lines tell what began.
+    if (waiting_.size() < kMostBytes) waiting_ += line;
+    return first;
+  }
+
+  /// Appends what waits. Gives what went wrong; empty when nothing did.
+  QString WriteWaiting() {
+    const std::lock_guard lock(fileMutex_);
+    QByteArray lines;
+    {
+      const std::lock_guard waitingLock(waitingMutex_);
+      lines.swap(waiting_);
+    }
+    if (lines.isEmpty()) return {};
+    QDir().mkpath(QFileInfo(path_).path());
+    if (QFileInfo(path_).size() + lines.size() > kMostBytes) {
+      std::error_code fails;
+      std::filesystem::rename(path_.toStdString(), path_.toStdString() + ".old", fails);
+    }
+    QFile file(path_);
+    const bool written = file.open(QIODevice::WriteOnly | QIODevice::Append) &&
+                         file.write(lines) == lines.size() && file.flush();
+    if (written) return {};
+    SayOnStderr(lines);
+    return file.errorString();
+  }
+
+ private:
+  void SayOnStderr(const QByteArray& lines) {
+    const QList<QByteArray> each = lines.trimmed().split('\n');
+    for (const QByteArray& line : each) {
+      if (onStderr_ > kMostOnStderr) return;
+      if (onStderr_++ == kMostOnStderr) {
+        qCWarning(logErrors) << "More lines come, which are not shown";
+      } else {
+        qCWarning(logErrors).noquote() << line.trimmed();
+      }
+    }
+  }
+
+  const QString path_;
+  std::mutex waitingMutex_;
+  QByteArray waiting_;
+  std::mutex fileMutex_;
+  int onStderr_ = 0;
+};
+
 Failure::Failure(const QString& description, int number, QString source, int line)
     : std::runtime_error(description.toStdString()),
       number_(number),
@@ -34,13 +98,14 @@ Failure::Failure(const QString& description, int number, QString source, int lin
       line_(line) {}
 
 ErrorLog::ErrorLog(EventLoop& loop, Prompter& prompter, QString filePath)
-    : loop_(loop), prompter_(prompter), filePath_(std::move(filePath)) {
+    : loop_(loop), prompter_(prompter), file_(std::make_shared<File>(std::move(filePath))) {
   Installed() = this;
   SetJobFailureHandler(
       [](const std::exception_ptr& failure) { basHandleError(QStringLiteral(" job"), failure); });
 }
 
 ErrorLog::~ErrorLog() {
+  Flush();
   Installed() = nullptr;
   SetJobFailureHandler(nullptr);
 }
@@ -80,37 +145,56 @@ void ErrorLog::Handle(const std::exception_ptr& failure, const QString& tag) {
 
 void ErrorLog::Note(const QString& text) {
   const Nanoseconds now = loop_.Elapsed();
-  const auto old = [now](const Written& each) { return each.at + kSameLineAgain <= now; };
-  const auto known = written_.constFind(text);
-  if (known != written_.constEnd() && !old(*known)) {
-    ++written_[text].repeats;
+  TellGathered(now - kSameLineAgain);
+  if (known_.size() >= kLinesKnown && !known_.contains(text)) TellGathered(now);
+  Known& known = known_[text];
+  if (known.written == 0) known.since = now;
+  if (known.written == kSameLineWritten) {
+    ++known.gathered;
     return;
   }
-  const int repeats = known == written_.constEnd() ? 0 : known->repeats;
-  if (written_.size() >= kLinesKnown) {
-    written_.removeIf([&old](const auto& each) { return old(each.value()); });
-    if (written_.size() >= kLinesKnown) written_.clear();
-  }
-  written_[text] = {now, 0};
-  Write(repeats == 0 ? text : text + QStringLiteral(" (and %1 times before)").arg(repeats));
+  ++known.written;
+  Write(text);
+}
+
+void ErrorLog::TellGathered(Nanoseconds time) {
+  known_.removeIf([this, time](const auto& each) {
+    if (each.value().since > time) return false;
+    if (each.value().gathered > 0) {
+      Write(each.key() + QStringLiteral(" (and %1 times more)").arg(each.value().gathered));
+    }
+    return true;
+  });
 }
 
 void ErrorLog::Write(const QString& text) {
-  const QString oneLine =
-      QString(text).replace(QLatin1Char('\r'), QString()).replace(QLatin1Char('\n'), QLatin1Char(' '));
+  const QString oneLine = QString(text)
+                              .left(kLongestLine)
+                              .replace(QLatin1Char('\r'), QString())
+                              .replace(QLatin1Char('\n'), QLatin1Char(' '));
   const QByteArray entry = (loop_.Now().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")) + QLatin1Char('\t') +
                             oneLine + QStringLiteral("\r\n"))
                                .toUtf8();
+  if (!file_->Add(entry)) return;
+  const auto trouble = std::make_shared<QString>();
   loop_.RunOffThread(
-      EventLoop::Lane::Files,
-      [path = filePath_, entry] {
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(entry) != entry.size()) {
-          qCWarning(logErrors).noquote()
-              << "cannot write" << path << "-" << file.errorString() << "-" << entry.trimmed();
-        }
-      },
-      [] {});
+      EventLoop::Lane::Files, [file = file_, trouble] { *trouble = file->WriteWaiting(); },
+      [this, trouble] {
+        if (Installed() == this) Written(*trouble);
+      });
+}
+
+void ErrorLog::Written(const QString& trouble) {
+  if (trouble.isEmpty() || std::exchange(toldTrouble_, true)) return;
+  Prompt message;
+  message.text = QStringLiteral("The Error Log %1 Cannot Be Written !\r\n%2").arg(file_->Path(), trouble);
+  message.icon = PromptIcon::Exclamation;
+  prompter_.Tell(message);
+}
+
+void ErrorLog::Flush() {
+  TellGathered(loop_.Elapsed());
+  file_->WriteWaiting();
 }
 
 void basHandleError(const QString& tag, const std::exception_ptr& failure) {

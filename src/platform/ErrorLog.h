@@ -7,6 +7,7 @@
 
 #include <exception>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -33,35 +34,48 @@ class Failure : public std::runtime_error {
 
 /// The one error path of the program: it tells the operator what failed, writes one line to the log file, and
 /// the program goes on. Owned by the program's entry; one at a time is installed for basHandleError. Logic
-/// thread.
+/// thread, the disk off it.
+///
+/// What fails again and again does not fill the disk: the same line is written ten times within an hour and
+/// then only counted, and the count is written when it goes on after that hour or the log closes. A file that
+/// has grown to 4 MB becomes FILE.old, in the place of the one before. When the file cannot be written the
+/// operator is told once, and the lines go to stderr, a hundred of them at most.
 class ErrorLog {
  public:
   /// `filePath` is appended to, one line a failure: date and time, a tab, the text.
   ErrorLog(EventLoop& loop, Prompter& prompter, QString filePath);
+  /// Flushes.
   ~ErrorLog();
   ErrorLog(const ErrorLog&) = delete;
   ErrorLog& operator=(const ErrorLog&) = delete;
 
   void Handle(const std::exception_ptr& failure, const QString& tag);
-  /// Writes a line to the log without a message: for what was put right by itself. The same line within an
-  /// hour is only counted, so that what fails again and again all night does not fill the disk.
+  /// Writes a line to the log without a message: for what was put right by itself.
   void Note(const QString& text);
+  /// Writes what is not on disk yet, and the counts, before it returns. For the end of the program.
+  void Flush();
 
   /// "ERROR " number " in " tag, and what else is known of the failure.
   [[nodiscard]] static QString Compose(const std::exception_ptr& failure, const QString& tag);
 
  private:
-  void Write(const QString& text);
-
-  struct Written {
-    Nanoseconds at{0};
-    int repeats = 0;  ///< since then, not written
+  /// The file, on whatever thread.
+  class File;
+  struct Known {
+    Nanoseconds since{0};
+    int written = 0;
+    int gathered = 0;  ///< not written any more
   };
+  void Write(const QString& text);
+  void Written(const QString& trouble);
+  /// Writes the counts of lines that were first seen before `time`, and forgets those lines.
+  void TellGathered(Nanoseconds time);
 
   EventLoop& loop_;
   Prompter& prompter_;
-  QString filePath_;
-  QHash<QString, Written> written_;
+  std::shared_ptr<File> file_;
+  QHash<QString, Known> known_;
+  bool toldTrouble_ = false;
 };
 
 /// Handles the exception being caught, or `failure`. `tag` tells the place in the logs (" conc4"). Without an

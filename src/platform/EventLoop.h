@@ -47,11 +47,10 @@ class EventLoop {
  public:
   using Callback = std::function<void()>;
 
-  /// Where work off the logic's thread is done. Work of one lane is done in the order in which it was given:
-  /// `Files` writes what the program keeps, `Media` reads, `Import` copies and looks through drives that may
-  /// be slow or gone. `Apart` keeps no order: each work has a thread of its own, and nobody waits for one
-  /// that never ends. See OffloadWithin.
-  enum class Lane { Files, Media, Import, Apart };
+  /// Where work off the logic's thread is done. `Files` writes what the program keeps, in the order in which
+  /// it was given. `Apart` keeps no order: each work has a thread of its own, so one that hangs on a disk
+  /// holds up its caller and nobody else. See Disks for looks at disks that may not answer.
+  enum class Lane { Files, Apart };
 
   EventLoop();
   virtual ~EventLoop();
@@ -98,6 +97,19 @@ class EventLoop {
 
   /// Does `work` off the logic's thread, then calls `done` on it. See Offload.
   virtual void RunOffThread(Lane lane, std::function<void()> work, Callback done) = 0;
+
+  /// A file system, by what tells it from any other that was or will be mounted in its place.
+  struct Disk {
+    QString key;   ///< empty: unknown
+    QString name;  ///< where it is mounted, for people
+  };
+  /// The disk that `path` names, links not followed. Asks no disk anything.
+  [[nodiscard]] virtual Disk DiskOf(const QString& path) const = 0;
+  /// RunOffThread in Lane::Apart, for work that looks at `path`: in simulated time its disk can be made to
+  /// hang.
+  virtual void RunLook(const QString& path, std::function<void()> work, Callback done) = 0;
+  /// Whether a look at `path` would hang; known in simulated time alone.
+  [[nodiscard]] virtual bool Hangs(const QString& /*path*/) const { return false; }
 
  protected:
   /// Runs what is due at `now`, except what is added meanwhile: that waits for the next turn.

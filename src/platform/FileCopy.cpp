@@ -79,7 +79,7 @@ CopyResult CopyFile(const CopyOrder& order, CopyControl& control) {
 Job<CopyResult> CopyFileLater(EventLoop& loop, CopyOrder order, std::shared_ptr<CopyControl> control) {
   auto stopWhenDropped = qScopeGuard([control] { control->stop = true; });
   const auto work = [order, control] { return CopyFile(order, *control); };
-  const CopyResult result = co_await loop.Offload(EventLoop::Lane::Import, work);
+  const CopyResult result = co_await loop.Offload(EventLoop::Lane::Apart, work);
   stopWhenDropped.dismiss();
   co_return result;
 }

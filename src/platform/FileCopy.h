@@ -38,7 +38,7 @@ struct CopyControl {
 /// else that the system refuses. Blocks; any thread.
 [[nodiscard]] CopyResult CopyFile(const CopyOrder& order, CopyControl& control);
 
-/// The same in Lane::Import. Dropping the job stops the copy.
+/// The same in Lane::Apart. Dropping the job stops the copy.
 [[nodiscard]] Job<CopyResult> CopyFileLater(EventLoop& loop, CopyOrder order,
                                             std::shared_ptr<CopyControl> control);
 

@@ -5,7 +5,10 @@
 #include <QFileInfo>
 #include <QSet>
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <array>
 
 namespace kelvo {
 namespace {
@@ -72,9 +75,12 @@ bool IsOptical(const Mount& mount) {
   return mount.type == QLatin1StringView("iso9660") || mount.type == QLatin1StringView("udf");
 }
 
-QByteArray ReadMountTable() {
-  QFile file(QStringLiteral("/proc/self/mounts"));
+QByteArray ReadTable(const QString& path) {
+  QFile file(path);
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+QByteArray ReadMountTable() {
+  return ReadTable(QStringLiteral("/proc/self/mounts"));
 }
 
 /// Whether a device can be taken away: a drive of changing media, or anything on the universal serial bus.
@@ -134,6 +140,48 @@ std::vector<MountedVolume> ListVolumes() {
     if (!isFile) volumes.push_back(volume);
   }
   return volumes;
+}
+
+EventLoop::Disk DiskIn(const QByteArray& mountInfo, const QString& path) {
+  constexpr qsizetype kId = 0;
+  constexpr qsizetype kMountPoint = 4;
+  const QString clean = QDir::cleanPath(path);
+  EventLoop::Disk disk;
+  for (const QByteArray& line : mountInfo.split('\n')) {
+    const QList<QByteArray> fields = line.split(' ');
+    if (fields.size() <= kMountPoint) continue;
+    const QString place = Unescaped(fields[kMountPoint]);
+    const bool root = place == QLatin1StringView("/");
+    const bool holds = root || clean == place || clean.startsWith(place + QLatin1Char('/'));
+    // Of two mounts in one place the later one is seen.
+    if (!holds || place.size() < disk.name.size()) continue;
+    disk = {QString::fromLatin1(fields[kId]) + QLatin1Char(' ') + place, place};
+  }
+  return disk;
+}
+
+EventLoop::Disk DiskThatHolds(const QString& path) {
+  return DiskIn(ReadTable(QStringLiteral("/proc/self/mountinfo")), path);
+}
+
+bool FollowLinks(const QString& path, const std::function<bool(const QString& place)>& mayGoOn) {
+  constexpr int kMostLinks = 40;
+  QString reached;
+  QStringList rest = QDir::cleanPath(path).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+  for (int links = 0; !rest.isEmpty();) {
+    const QString next = QDir::cleanPath(reached + QLatin1Char('/') + rest.takeFirst());
+    if (!mayGoOn(next)) return false;
+    std::array<char, 4096> target{};
+    const ssize_t length = ::readlink(QFile::encodeName(next).constData(), target.data(), target.size());
+    if (length <= 0 || ++links > kMostLinks) {
+      reached = next;
+      continue;
+    }
+    const QString to = QFile::decodeName(QByteArray(target.data(), length));
+    if (to.startsWith(QLatin1Char('/'))) reached.clear();
+    rest = to.split(QLatin1Char('/'), Qt::SkipEmptyParts) + rest;
+  }
+  return true;
 }
 
 QStringList OtherMountsOf(const QByteArray& mountTable, const QString& root) {

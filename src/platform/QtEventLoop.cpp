@@ -1,12 +1,14 @@
 #include "platform/QtEventLoop.h"
 
 #include "platform/ErrorLog.h"
+#include "platform/MountedVolumes.h"
 
 #include <QCoreApplication>
 
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <condition_variable>
 #include <mutex>
 #include <thread>
 
@@ -15,29 +17,34 @@ namespace kelvo {
 namespace {
 
 constexpr int kApartNice = 5;
+/// How long an end waits for work in Lane::Apart. Whoever asked for it is gone by then, and files are copied
+/// so that a copy cut short leaves nothing under its final name.
+constexpr Nanoseconds kApartAllowance = std::chrono::seconds(2);
 
 }  // namespace
 
 struct QtEventLoop::Address {
   std::mutex mutex;
-  QtEventLoop* loop;
+  std::condition_variable changed;
+  QtEventLoop* loop = nullptr;
+  int working = 0;  ///< threads in Lane::Apart
 };
 
 QtEventLoop::QtEventLoop() : address_(std::make_shared<Address>()) {
   address_->loop = this;
   clock_.start();
-  for (QThreadPool& lane : lanes_) lane.setMaxThreadCount(1);
+  files_.setMaxThreadCount(1);
   wake_.setSingleShot(true);
   wake_.setTimerType(Qt::PreciseTimer);
   QObject::connect(&wake_, &QTimer::timeout, this, [this] { Turn(); });
 }
 
 QtEventLoop::~QtEventLoop() {
-  {
-    const std::lock_guard lock(address_->mutex);
-    address_->loop = nullptr;
-  }
-  for (QThreadPool& lane : lanes_) lane.waitForDone();
+  files_.waitForDone();
+  std::unique_lock lock(address_->mutex);
+  address_->loop = nullptr;
+  address_->changed.wait_for(lock, kApartAllowance, [this] { return address_->working == 0; });
+  lock.unlock();
   Clear();
 }
 
@@ -51,24 +58,42 @@ Nanoseconds QtEventLoop::Elapsed() const {
 
 void QtEventLoop::RunOffThread(Lane lane, std::function<void()> work, Callback done) {
   if (lane == Lane::Apart) {
-    std::thread([address = address_, work = std::move(work), done = std::move(done)]() mutable {
-      // Of this thread alone: several at once must not take the processors from the logic's.
-      ::setpriority(PRIO_PROCESS, 0, kApartNice);
-      work();
-      work = nullptr;
-      const std::lock_guard lock(address->mutex);
-      if (address->loop == nullptr) return;
-      QMetaObject::invokeMethod(
-          address->loop, [done = std::move(done)] { done(); }, Qt::QueuedConnection);
-    }).detach();
+    RunApart(std::move(work), std::move(done));
     return;
   }
-  LaneOf(lane).start([this, work = std::move(work), done = std::move(done)]() mutable {
+  files_.start([this, work = std::move(work), done = std::move(done)]() mutable {
     work();
     work = nullptr;
     QMetaObject::invokeMethod(
         this, [done = std::move(done)] { done(); }, Qt::QueuedConnection);
   });
+}
+
+void QtEventLoop::RunApart(std::function<void()> work, Callback done) {
+  {
+    const std::lock_guard lock(address_->mutex);
+    ++address_->working;
+  }
+  std::thread([address = address_, work = std::move(work), done = std::move(done)]() mutable {
+    // Of this thread alone: several at once must not take the processors from the logic's.
+    ::setpriority(PRIO_PROCESS, 0, kApartNice);
+    work();
+    work = nullptr;
+    const std::lock_guard lock(address->mutex);
+    --address->working;
+    address->changed.notify_all();
+    if (address->loop == nullptr) return;
+    QMetaObject::invokeMethod(
+        address->loop, [done = std::move(done)] { done(); }, Qt::QueuedConnection);
+  }).detach();
+}
+
+EventLoop::Disk QtEventLoop::DiskOf(const QString& path) const {
+  return DiskThatHolds(path);
+}
+
+void QtEventLoop::RunLook(const QString& /*path*/, std::function<void()> work, Callback done) {
+  RunApart(std::move(work), std::move(done));
 }
 
 void QtEventLoop::QueueChanged() {

@@ -7,7 +7,6 @@
 #include <QThreadPool>
 #include <QTimer>
 
-#include <array>
 #include <memory>
 
 namespace kelvo {
@@ -16,13 +15,16 @@ namespace kelvo {
 class QtEventLoop : public QObject, public EventLoop {
  public:
   QtEventLoop();
-  /// Waits until the work of every lane but Apart is done: what was given to be written is written.
+  /// Waits until what was given to be written is written, and a moment for work in Lane::Apart: a disk that
+  /// hangs is left behind.
   ~QtEventLoop() override;
 
   [[nodiscard]] QDateTime Now() const override;
   [[nodiscard]] Nanoseconds Elapsed() const override;
   [[nodiscard]] Nanoseconds TurnClock() override { return Elapsed(); }
   void RunOffThread(Lane lane, std::function<void()> work, Callback done) override;
+  [[nodiscard]] Disk DiskOf(const QString& path) const override;
+  void RunLook(const QString& path, std::function<void()> work, Callback done) override;
 
  protected:
   void QueueChanged() override;
@@ -30,13 +32,12 @@ class QtEventLoop : public QObject, public EventLoop {
  private:
   /// Where work on a thread of its own finds the loop, which it may outlive.
   struct Address;
+  void RunApart(std::function<void()> work, Callback done);
   void Turn();
   void Arm();
-  [[nodiscard]] QThreadPool& LaneOf(Lane lane) { return lanes_[static_cast<std::size_t>(lane)]; }
-
   QElapsedTimer clock_;
   QTimer wake_;
-  std::array<QThreadPool, 3> lanes_;  ///< by Lane, of one thread each; none for Apart
+  QThreadPool files_;  ///< of one thread
   std::shared_ptr<Address> address_;
   bool inTurn_ = false;
 };

@@ -15,6 +15,15 @@
 
 namespace kelvo {
 
+namespace {
+
+bool LeadsNowhere(const QString& path) {
+  const QFileInfo info(path);
+  return info.isSymLink() && !info.exists();
+}
+
+}  // namespace
+
 class SettingsStore::Disk {
  public:
   explicit Disk(QString filePath) : filePath_(std::move(filePath)) {}
@@ -51,19 +60,21 @@ QString SettingsStore::DefaultFilePath() {
 void SettingsStore::Read() {
   try {
     text_ = SettingsText::FromBytes(ReadWholeFile(filePath_));
-    unreadable_ = text_.IsBinary();
+    if (text_.IsGarbage()) whyUnreadable_ = QStringLiteral("What Is In It Are No Settings");
   } catch (const Failure& failure) {
-    unreadable_ = failure.Number() != ENOENT && failure.Number() != ENOTDIR;
+    const bool missing = failure.Number() == ENOENT || failure.Number() == ENOTDIR;
+    // A link into a disk that is not there: the settings are, elsewhere.
+    const bool elsewhere = LeadsNowhere(filePath_) || LeadsNowhere(QFileInfo(filePath_).path());
+    if (!missing || elsewhere) whyUnreadable_ = QString::fromUtf8(failure.what());
   }
-  if (unreadable_) {
-    text_ = {};
-    NoteInLog(QStringLiteral("The settings file cannot be read and counts as empty : ") + filePath_);
-  }
+  if (whyUnreadable_.isEmpty()) return;
+  text_ = {};
+  NoteInLog(QStringLiteral("The settings file cannot be read and counts as empty : ") + filePath_);
 }
 
 /// Keeps the file that could not be read for whoever can mend it. Throws Failure.
 void SettingsStore::SetAside() {
-  if (!unreadable_) return;
+  if (whyUnreadable_.isEmpty()) return;
   const QString stem = filePath_ + loop_.Now().toString(QStringLiteral("'.unreadable-'yyyyMMdd-hhmmss"));
   QString name = stem;
   for (int number = 2; QFileInfo::exists(name); ++number)
@@ -76,8 +87,13 @@ void SettingsStore::SetAside() {
         QStringLiteral("Cannot set aside %1 : %2").arg(filePath_, QString::fromStdString(error.message())),
         error.value(), filePath_);
   }
-  unreadable_ = false;
+  whyUnreadable_.clear();
   NoteInLog(QStringLiteral("The settings file could not be read and was kept as ") + name);
+}
+
+void SettingsStore::TryToWrite(const QString& filePath) {
+  QDir().mkpath(QFileInfo(filePath).path());
+  TryToReplaceFile(filePath);
 }
 
 QString SettingsStore::GetSetting(const QString& title, const QString& section, const QString& key,

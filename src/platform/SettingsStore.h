@@ -24,7 +24,7 @@ class EventLoop;
 /// logged, before anything is written in its place.
 class SettingsStore {
  public:
-  /// Reads `filePath`; a missing file is an empty store.
+  /// Reads `filePath`; a missing file is an empty store, one that cannot be read is too: see WhyUnreadable.
   SettingsStore(EventLoop& loop, QString filePath);
   /// Writes what is not on disk yet; a failure goes to the log.
   ~SettingsStore();
@@ -33,6 +33,12 @@ class SettingsStore {
 
   /// `settings.ini` in this program's folder of the XDG config folder.
   [[nodiscard]] static QString DefaultFilePath();
+
+  [[nodiscard]] const QString& FilePath() const { return filePath_; }
+  /// Why the file that is there could not be read; empty when it could, or there is none.
+  [[nodiscard]] const QString& WhyUnreadable() const { return whyUnreadable_; }
+  /// Throws the Failure that a write would meet at present. Writes nothing; any thread, blocks for the disk.
+  static void TryToWrite(const QString& filePath);
 
   [[nodiscard]] QString GetSetting(const QString& title, const QString& section, const QString& key,
                                    const QString& fallback = {}) const;
@@ -56,7 +62,7 @@ class SettingsStore {
   EventLoop& loop_;
   QString filePath_;
   SettingsText text_;
-  bool unreadable_ = false;
+  QString whyUnreadable_;
   bool dirty_ = false;
   std::uint64_t version_ = 0;
   std::shared_ptr<Disk> disk_;

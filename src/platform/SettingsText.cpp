@@ -113,7 +113,7 @@ std::optional<SettingsText::Entry> SettingsText::EntryInLine(QStringView line) {
 
 SettingsText SettingsText::FromBytes(const QByteArray& bytes) {
   SettingsText text;
-  text.binary_ = bytes.contains('\0');
+  bool odd = false;
   text.sections_.emplace_back();
   qsizetype begin = 0;
   while (begin < bytes.size()) {
@@ -124,6 +124,8 @@ SettingsText SettingsText::FromBytes(const QByteArray& bytes) {
     // A line in another encoding says nothing: its value would not be the one that was meant.
     const QString decoded = raw.isValidUtf8() ? QString::fromUtf8(raw) : QString();
     const QStringView line = QStringView(decoded).trimmed();
+    odd = odd || !(raw.trimmed().isEmpty() || line.startsWith(QLatin1Char(';')) ||
+                   line.startsWith(QLatin1Char('#')) || line.startsWith(QLatin1Char('[')));
     if (line.startsWith(QLatin1Char('['))) {
       text.sections_.push_back({NameInHead(line), raw, {}});
     } else {
@@ -131,6 +133,7 @@ SettingsText SettingsText::FromBytes(const QByteArray& bytes) {
     }
   }
   text.Index();
+  text.garbage_ = bytes.contains('\0') || (odd && text.places_.empty());
   return text;
 }
 

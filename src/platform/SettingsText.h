@@ -26,8 +26,9 @@ class SettingsText {
   bool SetValue(const QString& title, const QString& section, const QString& key, const QString& value);
   bool Remove(const QString& title, const QString& section, const QString& key);
 
-  /// True when the bytes were no text at all: nothing of them is worth to be kept in a settings file.
-  [[nodiscard]] bool IsBinary() const { return binary_; }
+  /// True when the bytes were no settings at all: no text, or not one line of it that says anything beside
+  /// remarks and blanks. Nothing of them is worth to be kept in a settings file.
+  [[nodiscard]] bool IsGarbage() const { return garbage_; }
 
  private:
   struct Entry {
@@ -59,7 +60,7 @@ class SettingsText {
 
   std::vector<Section> sections_;
   std::map<Address, Place> places_;
-  bool binary_ = false;
+  bool garbage_ = false;
 };
 
 }  // namespace kelvo

@@ -33,6 +33,34 @@ void SimulatedEventLoop::RunOffThread(Lane /*lane*/, std::function<void()> work,
   Post(std::move(done));
 }
 
+QString SimulatedEventLoop::HungPlaceOf(const QString& path) const {
+  const auto holds = [&path](const QString& place) {
+    return path == place || path.startsWith(place + QLatin1Char('/'));
+  };
+  const auto found = std::find_if(hanging_.begin(), hanging_.end(), holds);
+  return found == hanging_.end() ? QString() : *found;
+}
+
+EventLoop::Disk SimulatedEventLoop::DiskOf(const QString& path) const {
+  const QString place = HungPlaceOf(path);
+  return place.isEmpty() ? Disk{QStringLiteral("/"), QStringLiteral("/")} : Disk{place, place};
+}
+
+void SimulatedEventLoop::RunLook(const QString& path, std::function<void()> work, Callback done) {
+  if (Hangs(path)) {
+    hungLooks_.push_back({path, std::move(work), std::move(done)});
+  } else {
+    RunOffThread(Lane::Apart, std::move(work), std::move(done));
+  }
+}
+
+void SimulatedEventLoop::AnswerAgain(const QString& place) {
+  hanging_.remove(place);
+  for (HungLook& each : std::exchange(hungLooks_, {})) {
+    RunLook(each.path, std::move(each.work), std::move(each.done));
+  }
+}
+
 void SimulatedEventLoop::MoveTo(Nanoseconds to) {
   if (to <= elapsed_) return;
   for (const auto& [owner, follower] : followers_) follower(to);

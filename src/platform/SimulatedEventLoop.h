@@ -2,7 +2,10 @@
 
 #include "platform/EventLoop.h"
 
+#include <QSet>
+
 #include <deque>
+#include <vector>
 
 namespace kelvo {
 
@@ -22,6 +25,15 @@ class SimulatedEventLoop : public EventLoop {
   /// Does the work at once; `done` comes at the next turn.
   void RunOffThread(Lane lane, std::function<void()> work, Callback done) override;
 
+  [[nodiscard]] Disk DiskOf(const QString& path) const override;
+  void RunLook(const QString& path, std::function<void()> work, Callback done) override;
+
+  /// From now on a look at `place`, or at anything in it, does not come back until AnswerAgain.
+  void HangDisk(const QString& place) { hanging_.insert(place); }
+  /// What hung at `place` is done now.
+  void AnswerAgain(const QString& place);
+  [[nodiscard]] bool Hangs(const QString& path) const override { return !HungPlaceOf(path).isEmpty(); }
+
   /// Lets `duration` pass.
   void RunFor(Nanoseconds duration);
   /// Lets time pass until `condition` holds after an event, `limit` at most. Returns whether it holds.
@@ -37,6 +49,12 @@ class SimulatedEventLoop : public EventLoop {
   void QueueChanged() override {}
 
  private:
+  struct HungLook {
+    QString path;
+    std::function<void()> work;
+    Callback done;
+  };
+  [[nodiscard]] QString HungPlaceOf(const QString& path) const;
   bool Step(Nanoseconds limit);
   void MoveTo(Nanoseconds to);
 
@@ -44,6 +62,8 @@ class SimulatedEventLoop : public EventLoop {
   Nanoseconds elapsed_{0};
   Nanoseconds looked_{0};
   std::deque<std::pair<const void*, Follower>> followers_;
+  QSet<QString> hanging_;
+  std::vector<HungLook> hungLooks_;
 };
 
 }  // namespace kelvo

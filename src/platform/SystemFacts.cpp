@@ -1,10 +1,9 @@
 #include "platform/SystemFacts.h"
 
-#include "platform/ErrorLog.h"
-
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QStorageInfo>
 #include <QSysInfo>
@@ -38,6 +37,24 @@ PlatformFacts ReadPlatformFacts() {
   return {name, QSysInfo::prettyProductName() + QStringLiteral(", kernel ") + QSysInfo::kernelVersion()};
 }
 
+std::vector<DisplayMode> ReadDisplayModes(const QString& folder) {
+  std::vector<DisplayMode> modes;
+  const QDir connectors(folder);
+  const QStringList names = connectors.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+  for (const QString& name : names) {
+    QFile file(connectors.filePath(name + QStringLiteral("/modes")));
+    if (!file.open(QIODevice::ReadOnly)) continue;
+    // Lines such as "1920x1080" and "1920x1080i".
+    static const QRegularExpression size(QStringLiteral("^([0-9]+)x([0-9]+)"));
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    for (const QByteArray& line : lines) {
+      const QRegularExpressionMatch match = size.match(QString::fromUtf8(line));
+      if (match.hasMatch()) modes.push_back({match.captured(1).toInt(), match.captured(2).toInt()});
+    }
+  }
+  return modes;
+}
+
 std::int64_t FreeBytes(const QString& path) {
   // What is yet to be made will lie on the file system of the nearest folder above it.
   QString existing = QFileInfo(path).absoluteFilePath();
@@ -55,10 +72,7 @@ QString DocumentsFolder() {
 }
 
 QString ProgramFolder() {
-  QString folder =
-      QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/kelvo");
-  if (!QDir().mkpath(folder)) throw Failure(QStringLiteral("Cannot make the folder ") + folder, 0, folder);
-  return folder;
+  return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/kelvo");
 }
 
 }  // namespace kelvo

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <vector>
 
 namespace kelvo {
 
@@ -20,13 +21,23 @@ struct PlatformFacts {
 };
 [[nodiscard]] PlatformFacts ReadPlatformFacts();
 
+/// What a display can show, in pixels.
+struct DisplayMode {
+  int width = 0;
+  int height = 0;
+};
+/// The modes of the displays that are connected, as the kernel lists them below `folder`; empty where it
+/// lists none.
+[[nodiscard]] std::vector<DisplayMode> ReadDisplayModes(
+    const QString& folder = QStringLiteral("/sys/class/drm"));
+
 /// Free bytes on the file system that holds `path`; -1 when unknown.
 [[nodiscard]] std::int64_t FreeBytes(const QString& path);
 
 /// The folder of this user's documents; it need not exist.
 [[nodiscard]] QString DocumentsFolder();
 
-/// The folder that holds this program's own data of this user (XDG data folder), created when missing.
+/// The folder that holds this program's own data of this user (XDG data folder); it need not exist.
 [[nodiscard]] QString ProgramFolder();
 
 }  // namespace kelvo

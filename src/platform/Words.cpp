@@ -177,6 +177,10 @@ QString MinutesSeconds(double seconds) {
   return Format00(whole / 60) + QLatin1Char(':') + Format00(whole % 60);
 }
 
+QString LengthText(double seconds) {
+  return seconds < 0 ? QStringLiteral("?") : MinutesSeconds(seconds);
+}
+
 QString HoursMinutesSeconds(qint64 seconds) {
   const qint64 whole = std::max<qint64>(seconds, 0);
   return Format00(whole / 3600) + QLatin1Char(':') + Format00(whole / 60 % 60) + QLatin1Char(':') +

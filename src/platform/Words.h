@@ -29,6 +29,8 @@ namespace kelvo {
 
 /// Seconds as minutes and seconds, each "00" ("61:05" for an hour and 65 seconds); below 0 counts as 0.
 [[nodiscard]] QString MinutesSeconds(double seconds);
+/// The length of a track as MinutesSeconds; "?" when it is not known (below 0).
+[[nodiscard]] QString LengthText(double seconds);
 /// Seconds as hours, minutes and seconds, each "00".
 [[nodiscard]] QString HoursMinutesSeconds(qint64 seconds);
 

@@ -1,4 +1,5 @@
 #include "app/windows/DeskWindows.h"
+#include "app/windows/WaitPointer.h"
 #include "console/DeskFixture.h"
 #include "console/windows/ConsoleWindow.h"
 #include "database/windows/JingleImportWindow.h"
@@ -147,6 +148,19 @@ TEST_F(BesideTheDesk, ClosesItsWindowsWithTheDeskAndKeepsTheirPlace) {
   beside_.reset();
   EXPECT_EQ(Search(), nullptr);
   EXPECT_EQ(settings_.GetSetting(u"Kelvo"_s, u"Startup"_s, u"SearchPosx"_s), u"200"_s);
+}
+
+TEST_F(DeskTest, ThePointerWaitsFromTheConsolesShowingUntilItsCatalogueIsLoaded) {
+  AddThreeTracks();
+  Make();
+  QWidget window;
+  const WaitPointer pointer(*desk_, window);
+  EXPECT_EQ(window.cursor().shape(), Qt::WaitCursor);
+  desk_->Activate();
+  ASSERT_NE(desk_->Load(), nullptr);
+  EXPECT_EQ(window.cursor().shape(), Qt::WaitCursor);
+  ASSERT_TRUE(loop_.RunUntil([this] { return desk_->CatalogueLoaded(); }));
+  EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor);
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "app/windows/InstallerWindow.h"
 #include "app/windows/Program.h"
 #include "app/windows/SplashWindow.h"
 #include "console/windows/ConsoleWindow.h"
@@ -30,6 +31,7 @@ class WholeProgram : public ::testing::Test {
     qputenv("XDG_CONFIG_HOME", tree_.MakeFolder(u"config"_s).toUtf8());
     qputenv("XDG_DATA_HOME", tree_.MakeFolder(u"data"_s).toUtf8());
     qputenv("KELVO_SILENT", "1");
+    QApplication::setQuitOnLastWindowClosed(false);
     const Paths paths = Paths::Below(tree_.MakeFolder(u"music"_s));
     for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) QDir().mkpath(paths(slot));
     SimulatedEventLoop loop;
@@ -37,6 +39,7 @@ class WholeProgram : public ::testing::Test {
         .SaveSetting(ProgramFacts().title, u"Startup"_s, u"Paths"_s, paths.ToSetting());
   }
   void TearDown() override {
+    QApplication::setQuitOnLastWindowClosed(true);
     for (std::size_t index = 0; index < names_.size(); ++index) {
       if (old_[index].isNull()) {
         qunsetenv(names_[index]);
@@ -67,10 +70,32 @@ class WholeProgram : public ::testing::Test {
     }));
     Shown<ConsoleWindow>()->resize(width, 876);
     QTimer::singleShot(0, tell);
+    return Run();
+  }
+  static int Run() {
     QTimer never;
     QObject::connect(&never, &QTimer::timeout, [] { QCoreApplication::exit(kNeverEnded); });
-    never.start(10000);
+    never.start(30000);
     return QApplication::exec();
+  }
+  /// The exit code of a program in whose start every box is answered by `answer`, the splash is clicked away
+  /// and the installer is given up; what the boxes said is in `told_`.
+  int StartWith(const std::function<void(QDialog&)>& answer) {
+    Program program;
+    program.Start();
+    QTimer person;
+    QObject::connect(&person, &QTimer::timeout, [&] {
+      if (auto* box = Shown<QDialog>()) {
+        told_ += box->accessibleDescription() + u'\n';
+        answer(*box);
+      } else if (auto* installer = Shown<InstallerWindow>()) {
+        installer->close();
+      } else if (auto* splash = Shown<SplashWindow>()) {
+        QTest::mouseClick(splash, Qt::LeftButton);
+      }
+    });
+    person.start(10);
+    return Run();
   }
   [[nodiscard]] static QString Saved(const QString& key) {
     SimulatedEventLoop loop;
@@ -78,8 +103,10 @@ class WholeProgram : public ::testing::Test {
         .GetSetting(ProgramFacts().title, u"ConStartup"_s, key);
   }
 
- private:
   TemporaryTree tree_;
+  QString told_;
+
+ private:
   const std::array<const char*, 3> names_{"XDG_CONFIG_HOME", "XDG_DATA_HOME", "KELVO_SILENT"};
   std::array<QByteArray, 3> old_;
 };
@@ -93,6 +120,34 @@ TEST_F(WholeProgram, EndsWithoutAQuestionAndWithItsSettingsSavedWhenTheSystemWan
   const std::function<void()> endOfSession = [] { QCoreApplication::quit(); };
   EXPECT_EQ(EndBy(endOfSession, 1300), 0);
   EXPECT_EQ(Saved(u"Width"_s), u"1300"_s);
+}
+
+TEST_F(WholeProgram, EndsWithAFailureWhenTheOperatorGivesUpTheStart) {
+  const auto reject = [](QDialog& box) { box.reject(); };
+  const QString settings = SettingsStore::DefaultFilePath();
+  ASSERT_TRUE(QFile::remove(settings));
+  EXPECT_EQ(StartWith(reject), 1) << "the installer";
+  ASSERT_TRUE(QDir().mkpath(settings));
+  EXPECT_EQ(StartWith(reject), 1);
+  EXPECT_TRUE(told_.contains(u"Cannot Be Read !"_s)) << told_.toStdString();
+  EXPECT_TRUE(QFileInfo(settings).isDir()) << "nothing is written over what could not be read";
+}
+
+TEST_F(WholeProgram, EndsWithAFailureWhenTheDatabaseCannotBeLoaded) {
+  tree_.Write(u"music/Kelvo2007_Music files/song.mp3"_s, "sound");
+  tree_.Write(u"music/Kelvo2007_Extra/song.kif"_s, "one line\r\n");
+  EXPECT_EQ(StartWith([](QDialog& box) { box.accept(); }), 1);
+  EXPECT_TRUE(told_.contains(u"Unstable File/s"_s)) << told_.toStdString();
+}
+
+TEST_F(WholeProgram, StartsWithoutAPlaceForItsDataAndSaysSo) {
+  tree_.Write(u"nowhere"_s, "in the folder's place");
+  qputenv("XDG_DATA_HOME", tree_.Path(u"nowhere/data"_s).toUtf8());
+  tree_.Write(u"music/Kelvo2007_Music files/song.mp3"_s, "sound");
+  tree_.Write(u"music/Kelvo2007_Extra/song.kif"_s, "one line\r\n");
+  EXPECT_EQ(StartWith([](QDialog& box) { box.accept(); }), 1);
+  EXPECT_TRUE(told_.contains(u"nowhere/data/kelvo cannot be written to"_s)) << told_.toStdString();
+  EXPECT_TRUE(told_.contains(u"Unstable File/s"_s)) << "that far it came";
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "app/DatabaseCheck.h"
 #include "app/SplashChecks.h"
+#include "app/windows/SplashWindow.h"
 #include "audio/ClockAudio.h"
 #include "platform/ErrorLog.h"
 #include "platform/SettingsStore.h"
@@ -35,11 +36,15 @@ class DeadDisks : public SimulatedEventLoop {
   int looks = 0;
 };
 
+/// The looks that come before those at the database's folders: whether the settings can be written.
+constexpr int kFirstLook = 1;
+
 class StartUp : public ::testing::Test {
  protected:
-  std::optional<Paths> Check() {
+  std::optional<Paths> Check() { return Check(settings); }
+  std::optional<Paths> Check(SettingsStore& store) {
     const DatabaseCheck::Install install = [this](Paths paths) { return Install(std::move(paths)); };
-    DatabaseCheck check(loop, prompter, settings, facts, install);
+    DatabaseCheck check(loop, prompter, store, facts, install);
     std::optional<Paths> result;
     bool ended = false;
     Job<> run = Await(check, &result, &ended);
@@ -197,7 +202,7 @@ TEST_F(StartUp, AFolderThatDoesNotAnswerIsMissingAfterTenSecondsAndCanBeRepaired
   Paths paths = MakeDatabase(QStringLiteral("music"));
   const QString gone = paths(Paths::Music);
   const QString near = tree.MakeFolder(QStringLiteral("near"));
-  loop.dead = {Paths::Music, Paths::Utility};
+  loop.dead = {kFirstLook + Paths::Music, kFirstLook + Paths::Utility};
   prompter.answers = {Answer::No};
   prompter.texts = {near};
   paths.Set(Paths::Music, near);
@@ -210,11 +215,41 @@ TEST_F(StartUp, AFolderThatDoesNotAnswerIsMissingAfterTenSecondsAndCanBeRepaired
 
 TEST_F(StartUp, NoConsoleOpensOnTrackInfoFilesThatCouldNotBeLookedThrough) {
   const Paths paths = MakeDatabase(QStringLiteral("music"));
-  loop.dead = {Paths::kLast + 1};
+  loop.dead = {kFirstLook + Paths::kLast + 1};
   prompter.answers = {Answer::Yes};
   EXPECT_EQ(Check(), std::nullopt);
   EXPECT_EQ(prompter.asked[0].text, QStringLiteral("Cannot Find path ") + paths(Paths::Info) +
                                         QStringLiteral(" Run Install Again ?"));
+}
+
+TEST_F(StartUp, SettingsThatCannotBeReadAreNoFirstStartUnlessTheOperatorSaysSo) {
+  tree.MakeFolder(QStringLiteral("odd.ini"));
+  SettingsStore odd(loop, tree.Path(QStringLiteral("odd.ini")));
+  prompter.answers = {Answer::No};
+  EXPECT_EQ(Check(odd), std::nullopt);
+  EXPECT_TRUE(installs.empty());
+  ASSERT_EQ(prompter.asked.size(), 1U);
+  EXPECT_THAT(prompter.asked[0].text.toStdString(),
+              HasSubstr("The Settings File " + odd.FilePath().toStdString() + " Cannot Be Read !"));
+  EXPECT_EQ(prompter.asked[0].buttons, Buttons::YesNo);
+
+  prompter.answers = {Answer::Yes};
+  installed = MakeDatabase(QStringLiteral("music"));
+  EXPECT_EQ(Check(odd), installed);
+  EXPECT_EQ(installs.size(), 1U);
+  EXPECT_EQ(prompter.asked.size(), 2U) << "it can be written when the folder is set aside";
+}
+
+TEST_F(StartUp, SettingsThatCannotBeWrittenAreToldAndTheStartGoesOn) {
+  const Paths paths = MakeDatabase(QStringLiteral("music"));
+  tree.Write(QStringLiteral("file"), "in the folder's place");
+  SettingsStore lost(loop, tree.Path(QStringLiteral("file/settings.ini")));
+  lost.SaveSetting(facts.title, QStringLiteral("Startup"), QStringLiteral("Paths"), paths.ToSetting());
+  prompter.answers = {Answer::Ok};
+  EXPECT_EQ(Check(lost), paths);
+  ASSERT_EQ(prompter.asked.size(), 1U);
+  EXPECT_TRUE(prompter.asked[0].text.startsWith(QStringLiteral("The Settings Cannot Be Saved !")));
+  QFile::remove(tree.Path(QStringLiteral("file")));
 }
 
 class Splash : public StartUp {
@@ -227,7 +262,7 @@ class Splash : public StartUp {
                                settings,
                                facts,
                                MakeDatabase(QStringLiteral("music")),
-                               tree.MakeFolder(QStringLiteral("program")),
+                               programFolder,
                                display,
                                {QStringLiteral("Linux"), QStringLiteral("Test 1")}});
     checks->OnStatus = [this](const QString& line) { lines.append(line); };
@@ -236,6 +271,7 @@ class Splash : public StartUp {
     return *checks;
   }
 
+  QString programFolder = tree.MakeFolder(QStringLiteral("program"));
   ClockAudio audio{loop};
   std::unique_ptr<SplashChecks> checks;
   Job<> run;
@@ -280,8 +316,65 @@ TEST_F(Splash, TellsOfADisplayThatIsTooSmallAndGoesOn) {
   ASSERT_EQ(prompter.asked.size(), 2U);
   EXPECT_EQ(prompter.asked[0].text,
             QStringLiteral("Kelvo 2007 Cannot Continue at The Current Display Settings !"));
-  EXPECT_THAT(lines,
-              Contains(QStringLiteral("Your P.C. Cannot Display At The Optimum Resolution of 1280 x 1024!")));
+  EXPECT_THAT(prompter.asked[1].text.toStdString(),
+              HasSubstr("Your Pc Cannot Display At The Minimum Display Resolution of 1024 x 768"));
+  EXPECT_THAT(lines, Contains(QStringLiteral("Your Current Screen Resolution Is Set To 800 x 600")));
+}
+
+TEST_F(Splash, SaysOfADisplayOnlyWhatIsKnownToBeTrue) {
+  const QString optimum =
+      QStringLiteral("For Optimum Display, Kelvo 2007 Requires A Resolution Of 1280 x 1024 !");
+  const QString cannot = QStringLiteral("Your P.C. Cannot Display At The Optimum Resolution of 1280 x 1024!");
+  Run({1366, 768, {{1366, 768}, {1024, 768}}});
+  EXPECT_TRUE(lines.contains(cannot));
+  EXPECT_FALSE(lines.contains(optimum));
+  lines.clear();
+  Run({1024, 768, {{1920, 1080}, {1024, 768}}});
+  EXPECT_TRUE(lines.contains(optimum)) << "it could";
+  EXPECT_FALSE(lines.contains(cannot));
+  EXPECT_TRUE(prompter.asked.empty());
+  prompter.answers = {Answer::Ok};
+  Run({800, 600, {{1920, 1080}, {800, 600}}});
+  ASSERT_EQ(prompter.asked.size(), 1U) << "that it cannot show more is not true";
+  lines.clear();
+  Run({1280, 1024, {{800, 600}}});
+  EXPECT_FALSE(lines.join(QLatin1Char('\n')).contains(QStringLiteral("1280 x 1024")));
+}
+
+TEST_F(Splash, WaitsWithThePointerToItsEnd) {
+  Run();
+  SplashWindow window(loop, *checks, facts);
+  bool closed = false;
+  QObject::connect(&window, &SplashWindow::Closed, [&] { closed = true; });
+  window.show();
+  loop.RunFor(9s);
+  EXPECT_FALSE(closed);
+  EXPECT_EQ(window.cursor().shape(), Qt::WaitCursor) << "its checks are through, the console is to come";
+  loop.RunFor(2s);
+  EXPECT_TRUE(closed);
+}
+
+TEST(DisplayModes, AreThoseThatTheKernelListsForEachConnector) {
+  const TemporaryTree tree;
+  tree.Write(QStringLiteral("card0-HDMI-A-1/modes"), "1920x1080\n1920x1080i\nodd\n");
+  tree.Write(QStringLiteral("card0-DP-1/modes"), "");
+  tree.Write(QStringLiteral("version"), "drm 1.1.0");
+  const std::vector<DisplayMode> modes = ReadDisplayModes(tree.Path());
+  ASSERT_EQ(modes.size(), 2U);
+  EXPECT_EQ(modes[0].width, 1920);
+  EXPECT_EQ(modes[1].height, 1080);
+  EXPECT_TRUE(ReadDisplayModes(tree.Path(QStringLiteral("nowhere"))).empty());
+}
+
+TEST_F(Splash, ADataFolderThatCannotBeWrittenIsOneMessageAndTheStartGoesOn) {
+  const ErrorLog log(loop, prompter, tree.Path(QStringLiteral("kelvo.log")));
+  tree.Write(QStringLiteral("file"), "in the folder's place");
+  programFolder = tree.Path(QStringLiteral("file/kelvo"));
+  Run();
+  EXPECT_FALSE(checks->AudioFailed());
+  ASSERT_EQ(prompter.asked.size(), 1U);
+  EXPECT_THAT(prompter.asked[0].text.toStdString(),
+              HasSubstr(programFolder.toStdString() + " cannot be written to"));
 }
 
 TEST_F(Splash, PlacesTheProgramsMediaOnceAndNeverOverAFileOfTheOperator) {

@@ -150,6 +150,19 @@ TEST(Devices, WithoutAnyDeviceTimeGoesOnInRealTime) {
   EXPECT_NEAR(player->CurrentPosition(), 0.5, 0.001);
 }
 
+TEST(Devices, SilenceThatWasAskedForIsNoLostDevice) {
+  SimulatedEventLoop loop;
+  AudioEngine engine(loop, std::make_unique<NoDeviceBackend>(QStringList{QStringLiteral("Nowhere")}, false));
+  bool told = false;
+  engine.OnDefaultOutputChanged = [&told](const OutputStatus&) { told = true; };
+  EXPECT_EQ(engine.DefaultOutputStatus().kind, kOnAir) << "from the first moment";
+  const auto other = engine.MakePlayer(QStringLiteral("No such device"));
+  loop.RunFor(5s);
+  EXPECT_EQ(engine.DefaultOutputStatus(), (OutputStatus{kOnAir, QStringLiteral("Nowhere")}));
+  EXPECT_FALSE(told);
+  EXPECT_EQ(engine.StatusOf(QStringLiteral("No such device"))->kind, kOnClock);
+}
+
 TEST(Devices, TheMachinesOwnDevicesAreOpenedAndClosedBesideTheLogic) {
   // The driver without hardware: it goes the whole way of a real one.
   qputenv("SDL_AUDIODRIVER", "dummy");

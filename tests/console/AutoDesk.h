@@ -30,13 +30,14 @@ class AutoDesk {
   AutoDesk(const QString& folder, Prompter& prompter, std::uint64_t seed, AutoPlaySettings settings = {})
       : paths(Paths::Below(folder)),
         random(seed),
-        queue(loop, prompter, catalogue, state),
+        disks(loop),
+        queue(loop, disks, prompter, catalogue, state),
         panel(loop),
-        decks(
-            {loop, audio, catalogue, queue, panel, state, recorder, paths, TrackDefaults(), DeckSettings()}),
+        decks({loop, disks, audio, catalogue, queue, panel, state, recorder, paths, TrackDefaults(),
+               DeckSettings()}),
         transitions({loop, state, decks, panel, recorder}),
         speak({loop, state, decks}),
-        play({loop, prompter, state, decks, queue, catalogue, random, settings, 3,
+        play({loop, disks, prompter, state, decks, queue, catalogue, random, settings, 3,
               [this](Deck deck) { Start(deck, TransitionKind::PartFade); },
               [this](Deck deck) { Start(deck, TransitionKind::Dub); },
               [this](Deck deck) { Start(deck, TransitionKind::Pan); },
@@ -126,6 +127,7 @@ class AutoDesk {
   ConsoleState state;
   RandomSource random;
   NoRecorder recorder;
+  Disks disks;
   PlayQueue queue;
   ConfirmationPanel panel;
   DeckEngine decks;

@@ -2,6 +2,7 @@
 
 #include "console/ConsoleOnScreen.h"
 #include "console/windows/TimerForm.h"
+#include "ui/Fader.h"
 
 #include <QCheckBox>
 #include <QPlainTextEdit>
@@ -75,15 +76,25 @@ TEST_F(ConsoleKeys, AHandThatWentElsewhereDuringAFadeStaysThere) {
   EXPECT_TRUE(text.hasFocus());
 }
 
-TEST_F(ConsoleKeys, AQuestionIsAnsweredByEnterAndEscapeAndNotByTheSpaceBar) {
+TEST_F(ConsoleKeys, AQuestionIsAnsweredByEnterAndEscapeAndTheSpaceBarSpeaksMeanwhile) {
   OpenOnAir();
   QueueList().setFocus();
   AskToReplace();
   QTest::keyPress(window_->windowHandle(), Qt::Key_Space);
   loop_.RunFor(500ms);
   EXPECT_TRUE(Panel().Visible());
-  EXPECT_EQ(Record(Deck::One).Loss, 0);
+  EXPECT_EQ(Record(Deck::One).Loss, 1000);
+  Key(Qt::Key_Escape);
   QTest::keyRelease(window_->windowHandle(), Qt::Key_Space);
+  loop_.RunFor(1s);
+  EXPECT_EQ(Record(Deck::One).Loss, 0) << "let go after the answer";
+  QTest::keyPress(window_->windowHandle(), Qt::Key_Space);
+  loop_.RunFor(500ms);
+  AskToReplace();
+  QTest::keyRelease(window_->windowHandle(), Qt::Key_Space);
+  loop_.RunFor(1s);
+  EXPECT_TRUE(Panel().Visible());
+  EXPECT_EQ(Record(Deck::One).Loss, 0) << "let go while the question stands";
   Key(Qt::Key_Escape);
   EXPECT_FALSE(Panel().Visible());
   loop_.RunFor(1s);
@@ -117,6 +128,63 @@ TEST_F(ConsoleKeys, TheSpaceBarSpeaksFromAnEmptyFilterBoxAndTypesInOneWithWords)
   loop_.RunFor(1s);
   EXPECT_EQ(Box().text(), u"a "_s);
   EXPECT_EQ(Record(Deck::One).Loss, 0);
+}
+
+TEST_F(ConsoleKeys, TheSpaceBarSpeaksWhileAStartCanBeTakenBack) {
+  OpenOnAir();
+  QTest::keyPress(window_->windowHandle(), Qt::Key_F12);
+  loop_.RunFor(500ms);
+  ASSERT_TRUE(Find<QPushButton>(u"CmdConfirm2"_s).isVisible());
+  QTest::keyPress(window_->windowHandle(), Qt::Key_Space);
+  loop_.RunFor(1s);
+  ASSERT_TRUE(Find<QPushButton>(u"CmdConfirm2"_s).isVisible()) << "the space bar presses no button";
+  EXPECT_EQ(Record(Deck::One).Loss, 1000);
+  EXPECT_EQ(Record(Deck::Two).Loss, 1000);
+  QTest::keyRelease(window_->windowHandle(), Qt::Key_Space);
+  loop_.RunFor(1s);
+  EXPECT_LE(Record(Deck::One).Loss, 10);
+  EXPECT_EQ(Record(Deck::Two).Loss, 0);
+  QTest::keyRelease(window_->windowHandle(), Qt::Key_F12);
+}
+
+TEST_F(ConsoleKeys, AHandOnTheLevelUnderTheVoiceSetsWhereTheDeckComesBackTo) {
+  OpenOnAir();
+  auto& level = Find<Fader>(u"SldVolLeft"_s);
+  const DeckRecord& deck = Record(Deck::One);
+  QTest::keyPress(window_->windowHandle(), Qt::Key_Space);
+  loop_.RunFor(1s);
+  ASSERT_EQ(deck.Loss, 1000);
+  EXPECT_EQ(level.value(), 0);
+  QWheelEvent turn(level.rect().center(), level.mapToGlobal(level.rect().center()), {}, {0, -120},
+                   Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&level, &turn);
+  EXPECT_EQ(deck.Level, level.singleStep());
+  EXPECT_EQ(deck.Loss, 1000) << "the voice still has it";
+
+  QPoint spot = level.HandleCentre();
+  const auto drag = [&](int pixels) {
+    spot += QPoint(0, pixels);
+    QTest::mouseMove(&level, spot);
+  };
+  QTest::mousePress(&level, Qt::LeftButton, {}, spot);
+  drag(4);
+  drag(4);
+  const int held = deck.Level;
+  EXPECT_GT(held, level.singleStep());
+  EXPECT_LT(held, 500);
+  EXPECT_EQ(deck.Loss, 1000);
+  QTest::keyRelease(window_->windowHandle(), Qt::Key_Space);
+  for (int before = deck.Loss; deck.Loss > held; before = deck.Loss) {
+    ASSERT_TRUE(loop_.RunUntil([&] { return deck.Loss != before; }, 1s));
+    ASSERT_GE(deck.Loss, before - 60) << "it comes back step by step";
+  }
+  EXPECT_EQ(deck.Loss, held);
+  drag(1);
+  EXPECT_NEAR(deck.Loss, held, 2000 / level.height() + 25) << "and goes on under the hand";
+  QTest::mouseRelease(&level, Qt::LeftButton, {}, spot);
+  loop_.RunFor(1s);
+  EXPECT_EQ(deck.Loss, deck.Level);
+  EXPECT_EQ(level.value(), deck.Level);
 }
 
 TEST_F(ConsoleKeys, TheNumberPadWalksTheSliderByItsDigitsAndMovesInListsByItsArrows) {

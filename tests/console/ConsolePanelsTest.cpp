@@ -1,7 +1,10 @@
 // What the panels of the desk show, and which of their commands they offer.
 
 #include "console/ConsoleOnScreen.h"
+#include "console/windows/AirAlarm.h"
+#include "ui/NoticeBar.h"
 
+#include <QAbstractSlider>
 #include <QHeaderView>
 #include <QPlainTextEdit>
 #include <QScrollBar>
@@ -52,6 +55,76 @@ TEST_F(ConsolePanels, TheFieldOfADeckMovesWhileItPlaysAndNamesTheTrackThatIsHear
   desk_->Decks().StopDeck(Deck::One);
   loop_.RunFor(2s);
   EXPECT_EQ(one.grab().toImage(), rest);
+}
+
+TEST_F(ConsolePanels, TheTitlesOfTheDecksAreYellowAndReadable) {
+  OpenWindow();
+  EnqueueAll();
+  Load(Deck::One, 1);
+  Load(Deck::Two, 2);
+  for (const QString& name : {u"lbldisplay1"_s, u"lbldisplay2"_s}) {
+    const QColor ink = Find<QLabel>(name).palette().color(QPalette::Active, QPalette::WindowText);
+    EXPECT_NEAR(ink.hslHue(), 58, 8) << name.toStdString();
+    EXPECT_GT(Theme::Contrast(ink, Theme::GroupGround(Group::Decks)), 7) << name.toStdString();
+  }
+}
+
+TEST_F(ConsolePanels, ASilentAirIsCriedOutAndNothingMovesForIt) {
+  OpenWindow();
+  auto& alarm = Find<AirAlarm>(u"AirAlarm"_s);
+  const auto places = [this] {
+    QHash<const QWidget*, QRect> found;
+    const QList<QWidget*> all = window_->findChildren<QWidget*>();
+    for (const QWidget* each : all) {
+      const bool takesHand =
+          qobject_cast<const QAbstractButton*>(each) || qobject_cast<const QAbstractSlider*>(each) ||
+          qobject_cast<const QAbstractItemView*>(each) || qobject_cast<const QLineEdit*>(each);
+      if (takesHand && each->isVisible()) found[each] = QRect(each->mapTo(&*window_, QPoint()), each->size());
+    }
+    return found;
+  };
+  const auto brightness = [&alarm] {
+    const QImage picture = alarm.grab().toImage().convertToFormat(QImage::Format_Grayscale8);
+    double sum = 0;
+    for (int x = 0; x < picture.width(); ++x) sum += qGray(picture.pixel(x, 2));
+    return sum / picture.width();
+  };
+  for (const int width : {1024, 1600}) {
+    window_->resize(width, 768);
+    QTest::qWait(20);
+    EXPECT_FALSE(alarm.isVisible());
+    const auto before = places();
+    DeskStatus status;
+    status.airSilent = true;
+    window_->ShowAir(status);
+    ASSERT_TRUE(alarm.isVisible());
+    EXPECT_EQ(places(), before);
+    const QRect place(alarm.mapTo(&*window_, QPoint()), alarm.size());
+    for (const QRect& each : before) EXPECT_FALSE(place.intersects(each)) << width;
+    ASSERT_TRUE(loop_.RunUntil([&] { return alarm.Lit(); }, 1s));
+    const double lit = brightness();
+    ASSERT_TRUE(loop_.RunUntil([&] { return !alarm.Lit(); }, 1s));
+    EXPECT_GT(lit, brightness() + 100) << "seen without red too";
+    window_->ShowAir({});
+  }
+}
+
+TEST_F(ConsolePanels, DisksThatDoNotAnswerAreNamedUntilTheyDo) {
+  OpenWindow();
+  auto& notices = *window_->findChild<NoticeBar*>();
+  DeskStatus status;
+  status.silentDisks = {u"MUSIC"_s, u"ARCHIVE"_s};
+  window_->ShowAir(status);
+  window_->ShowAir(status);
+  const QString text = u"The disk %1 doesn't answer: its tracks are passed over"_s;
+  EXPECT_EQ(notices.Text(), text.arg(u"ARCHIVE"_s));
+  EXPECT_EQ(notices.toolTip().count(u"<p>"_s), 2) << "each once";
+  EXPECT_FALSE(Find<QWidget>(u"AirAlarm"_s).isVisible());
+  status.silentDisks = {u"MUSIC"_s};
+  window_->ShowAir(status);
+  EXPECT_EQ(notices.Text(), text.arg(u"MUSIC"_s));
+  window_->ShowAir({});
+  EXPECT_EQ(notices.Text(), QString());
 }
 
 TEST_F(ConsolePanels, TheQueueOffersOnlyWhatItDoes) {

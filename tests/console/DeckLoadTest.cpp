@@ -252,8 +252,8 @@ TEST_F(DeckLoadTest, AFileThatIsGoneOrNoSoundLeavesTheDeckAsItWas) {
   Load(Deck::One, 1);
   const QString gone = catalogue_.TrackPaths(ToMref(2));
   QFile::remove(gone);
-  std::vector<bool> ended;
-  Decks().OnLoaded = [&ended](Deck, bool loaded) { ended.push_back(loaded); };
+  std::vector<DeckLoad> ended;
+  Decks().OnLoaded = [&ended](Deck, DeckLoad outcome) { ended.push_back(outcome); };
   Load(Deck::One, 2);
   const QString broken = catalogue_.TrackPaths(ToMref(3));
   audio_.SetDuration(broken, -1);
@@ -263,15 +263,29 @@ TEST_F(DeckLoadTest, AFileThatIsGoneOrNoSoundLeavesTheDeckAsItWas) {
   EXPECT_EQ(Record(Deck::One).Title, u"Alpha"_s);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Loaded);
   EXPECT_EQ(Player(Deck::One).FileName(), catalogue_.TrackPaths(ToMref(1)));
-  EXPECT_THAT(ended, ElementsAre(false, false));
+  EXPECT_THAT(ended, ElementsAre(DeckLoad::BadFile, DeckLoad::BadFile));
   EXPECT_THAT(SessionCodes(), ElementsAre(1));
+}
+
+TEST_F(DeckLoadTest, TheConfirmedLoadIsOfTheRowThatWasAskedAbout) {
+  OpenDesk();
+  PlayDeckOne();
+  Queue().Click(2);
+  Decks().LoadCommand(Deck::One);
+  ASSERT_TRUE(Panel().Visible());
+  Queue().Click(3);
+  Queue().MoveSelectedUp();
+  Panel().Confirm();
+  loop_.RunFor(1s);
+  EXPECT_EQ(Record(Deck::One).Title, u"Beta"_s);
 }
 
 TEST_F(DeckLoadTest, ALoadThatHangsIsGivenUpAfterTenSecondsAndDisturbsNothingLater) {
   OpenDesk();
   Load(Deck::Two, 3);
   Decks().ManualStart(Deck::Two);
-  audio_.openTime = 60s;
+  const QString hung = catalogue_.TrackPaths(ToMref(1));
+  audio_.Hangs = [hung](const QString& path) { return path == hung; };
   Queue().Click(1);
   Decks().LoadCommand(Deck::One);
   Decks().ManualStart(Deck::One);
@@ -280,12 +294,12 @@ TEST_F(DeckLoadTest, ALoadThatHangsIsGivenUpAfterTenSecondsAndDisturbsNothingLat
   EXPECT_GT(Record(Deck::Two).Position, 9) << "the other deck plays on";
   loop_.RunFor(1s);
   EXPECT_FALSE(Record(Deck::One).Loading);
-  EXPECT_EQ(Record(Deck::One).Info, u"Bad File "_s + catalogue_.TrackPaths(ToMref(1)));
+  EXPECT_EQ(Record(Deck::One).Info, u"Disk Does Not Answer : "_s + hung);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Empty);
   EXPECT_TRUE(Log().contains(u"was given up"_s));
-  audio_.openTime = 20ms;
   Load(Deck::One, 2);
   EXPECT_EQ(Record(Deck::One).Title, u"Beta"_s);
+  audio_.Hangs = nullptr;
   loop_.RunFor(80s);
   EXPECT_EQ(Player(Deck::One).FileName(), catalogue_.TrackPaths(ToMref(2))) << "the late answer is not heard";
 }

@@ -276,7 +276,7 @@ TEST_F(DeckPlayTest, FastMovesAreRefusedOnEmptyAndPlayingDecks) {
 TEST_F(DeckPlayTest, WaitingForSoundEndsHalfASecondIntoTheTrackOrWhenItStops) {
   OpenDesk();
   Decks().ManualStart(Deck::One);
-  Job<> wait = Decks().WaitForAudio();
+  Job<> wait = Decks().WaitForAudio(Deck::One);
   loop_.RunFor(450ms);
   EXPECT_TRUE(wait.Running());
   loop_.RunFor(100ms);
@@ -284,10 +284,92 @@ TEST_F(DeckPlayTest, WaitingForSoundEndsHalfASecondIntoTheTrackOrWhenItStops) {
   Decks().StopDeck(Deck::One);
   Decks().SetPosition(Deck::One, 0);
   Decks().ManualStart(Deck::One);
-  wait = Decks().WaitForAudio();
+  wait = Decks().WaitForAudio(Deck::One);
   Player(Deck::One).Stop();
   loop_.RunFor(50ms);
   EXPECT_FALSE(wait.Running()) << "a deck that is silent for good is not waited for";
+}
+
+TEST_F(DeckPlayTest, ADeckThatIsStoppedBehindItsEndBeginsAnewByEveryStart) {
+  // The stored length and the true one differ in practice.
+  AddTrack(u"alpha"_s, 20, 19.4);
+  AddTrack(u"beta"_s, 600, 600);
+  Open();
+  EnqueueAll();
+  Load(Deck::One, 1);
+  Load(Deck::Two, 2);
+  Decks().ManualStart(Deck::Two);
+  const auto playOutAndStop = [this] {
+    Decks().ManualStart(Deck::One);
+    loop_.RunFor(25s);
+    ASSERT_EQ(Record(Deck::One).State, DeckState::Done);
+    Decks().StopByHand(Deck::One);
+    EXPECT_EQ(Record(Deck::One).State, DeckState::Done);
+  };
+  const auto expectPlaying = [this](const char* how) {
+    EXPECT_EQ(Player(Deck::One).State(), PlayState::Playing) << how;
+    EXPECT_EQ(Record(Deck::One).State, DeckState::Playing) << how;
+    EXPECT_LT(Player(Deck::One).CurrentPosition(), 6) << how;
+    EXPECT_GT(Player(Deck::One).CurrentPosition(), 1) << how;
+  };
+  playOutAndStop();
+  Decks().ManualStart(Deck::One);
+  loop_.RunFor(4s);
+  expectPlaying("start");
+  loop_.RunFor(20s);
+  for (const TransitionKind kind : {TransitionKind::PartFade, TransitionKind::Pan, TransitionKind::Dub}) {
+    playOutAndStop();
+    desk_->Fades().SetCrossPan(200);
+    desk_->Fades().StartRoutine(Deck::One, kind);
+    loop_.RunFor(4s);
+    expectPlaying("transition");
+    loop_.RunFor(20s);
+  }
+}
+
+TEST_F(DeckPlayTest, AFadeNeverWalksFromADeckThatSoundsIntoOneThatDoesNot) {
+  OpenDesk();
+  Load(Deck::Two, 3);
+  Decks().ManualStart(Deck::Two);
+  desk_->Fades().SetCrossPan(200);
+  loop_.RunFor(2s);
+  for (const bool stopped : {false, true}) {
+    if (stopped) Decks().StopDeck(Deck::One);
+    Disk(Deck::One).StandStill();
+    desk_->Fades().StartRoutine(Deck::One, TransitionKind::PartFade);
+    loop_.RunFor(6s);
+    EXPECT_EQ(desk_->Fades().CrossPan(), 200);
+    EXPECT_EQ(Record(Deck::Two).Loss, 0);
+    Disk(Deck::One).Stop();
+  }
+}
+
+TEST_F(DeckPlayTest, AStartThatGivesNoSoundSaysSoAndIsLogged) {
+  OpenDesk();
+  Decks().ManualStart(Deck::One);
+  Disk(Deck::One).StandStill();
+  loop_.RunFor(1500ms);
+  EXPECT_FALSE(Record(Deck::One).Info.startsWith(u"Start Failed"_s));
+  loop_.RunFor(1s);
+  EXPECT_EQ(Record(Deck::One).Info, u"Start Failed : Nothing Is Heard"_s);
+  EXPECT_EQ(desk_->StatusLine(), u"Start Failed, Nothing Is Heard Of : Alpha"_s);
+  EXPECT_TRUE(Log().contains(u"A start failed"_s));
+}
+
+TEST_F(DeckPlayTest, AFadedDeckThatStillPlaysAndIsStartedAgainCountsAsPlaying) {
+  OpenDesk();
+  Decks().ManualStart(Deck::One);
+  desk_->Fades().SetCrossPan(-200);
+  loop_.RunFor(2s);
+  // As automatic play leaves a deck that fades out.
+  Decks().SetState(Deck::One, DeckState::Done);
+  Decks().ManualStart(Deck::One);
+  EXPECT_EQ(Record(Deck::One).State, DeckState::Playing);
+  loop_.RunFor(2s);
+  EXPECT_EQ(desk_->StatusLine(), u"Currently Playing: Alpha"_s);
+  Queue().Click(2);
+  Decks().LoadCommand(Deck::One);
+  EXPECT_TRUE(Panel().Visible()) << "it is live";
 }
 
 }  // namespace

@@ -39,6 +39,7 @@ class DeskTest : public ::testing::Test {
   }
 
   void Make() {
+    audio_.Hangs = [this](const QString& path) { return loop_.Hangs(path); };
     desk_.emplace(Console::Services{loop_,
                                     prompter_,
                                     audio_,

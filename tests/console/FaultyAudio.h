@@ -28,10 +28,24 @@ class FaultyPlayer : public MediaPlayer {
 
   Job<OpenResult> Open(QString path) override {
     OpenResult result = co_await player_->Open(std::move(path));
-    if (result.Ok()) stands_ = false;
+    if (result.Ok()) {
+      DiskIsBack();
+      stands_ = false;
+    }
     co_return result;
   }
+  /// Its disk owes data since now, and sound is left for `left`; then it stands still.
+  void LoseDisk(EventLoop& loop, Nanoseconds left) {
+    lateSince_ = loop.Elapsed();
+    loop_ = &loop;
+    runsDry_ = loop.After(left, [this] { StandStill(); });
+  }
+  [[nodiscard]] std::uint64_t OpenSteps() const override { return player_->OpenSteps(); }
+  [[nodiscard]] Nanoseconds DataLateFor() const override {
+    return lateSince_ ? loop_->Elapsed() - *lateSince_ : Nanoseconds(0);
+  }
   void Close() override {
+    DiskIsBack();
     stands_ = false;
     player_->Close();
   }
@@ -56,8 +70,16 @@ class FaultyPlayer : public MediaPlayer {
   [[nodiscard]] double Rate() const override { return player_->Rate(); }
 
  private:
+  void DiskIsBack() {
+    lateSince_.reset();
+    runsDry_.Stop();
+  }
+
   std::unique_ptr<MediaPlayer> player_;
   bool stands_ = false;
+  EventLoop* loop_ = nullptr;
+  std::optional<Nanoseconds> lateSince_;
+  Timer runsDry_;
 };
 
 /// ClockAudio whose streams can stand still or break off.

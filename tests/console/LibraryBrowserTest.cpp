@@ -87,7 +87,8 @@ class Browsing : public ::testing::Test {
   ConsoleState state_;
   Catalogue catalogue_;
   TrackFilter filter_{catalogue_};
-  PlayQueue queue_{loop_, prompter_, catalogue_, state_};
+  Disks disks_{loop_};
+  PlayQueue queue_{loop_, disks_, prompter_, catalogue_, state_};
   LibraryBrowser browser_{loop_, catalogue_, filter_, queue_, state_};
 };
 

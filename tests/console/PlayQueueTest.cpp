@@ -201,7 +201,8 @@ class BusyPrompter : public testing::ScriptedPrompter {
 TEST_F(PlayQueueTest, AutomaticPlayThatBeganWhileTheQuestionStoodKeepsItsRows) {
   BusyPrompter prompter;
   ConsoleState state;
-  PlayQueue queue(loop_, prompter, catalogue_, state);
+  Disks disks(loop_);
+  PlayQueue queue(loop_, disks, prompter, catalogue_, state);
   Finish(queue.AddTracks({ToMref(1), ToMref(2)}));
   prompter.answers = {Answer::Ok, Answer::Yes};
   prompter.meanwhile = [&state] { state.AutoPlayOn = true; };
@@ -316,11 +317,23 @@ TEST_F(PlayQueueTest, AMarkTellsWhatBecameOfTheFirstRowOfATrack) {
   EXPECT_EQ(mark(QueueStatus::Stopped), std::pair(u"Stopped 9:05"_s, QueueColour::Played));
   EXPECT_EQ(mark(QueueStatus::Played), std::pair(u"Played- 9:05"_s, QueueColour::Played));
   EXPECT_EQ(Queue().Row(4).ForeColor, QueueColour::Request) << "only the first row of the track";
-  EXPECT_EQ(Queue().QueueRow(), 2);
 
   desk_->State().PreviewOn = true;
   Queue().MarkQueueRow(ToMref(1), QueueStatus::Played);
   EXPECT_EQ(Queue().Row(1).Text(CommentColumn), u"Play Me"_s);
+}
+
+TEST_F(PlayQueueTest, TracksThatComeMeanwhileLeaveTheOperatorsSelection) {
+  EnqueueAll();
+  loop_.HangDisk(catalogue_.TrackPaths(ToMref(1)));
+  AddRequest(ToMref(2));
+  Queue().Click(1);
+  Job<> adding = Queue().AddTracks({ToMref(1), ToMref(2), ToMref(3)}, PlayQueue::Route::Search);
+  loop_.RunFor(100ms);
+  Queue().Click(2);
+  ASSERT_TRUE(loop_.RunUntil([&adding] { return !adding.Running(); }, 5s));
+  EXPECT_EQ(Queue().Count(), 6);
+  EXPECT_EQ(Queue().Selected(), 2);
 }
 
 TEST_F(PlayQueueTest, APlayedRequestIsNoRequestAnyMore) {

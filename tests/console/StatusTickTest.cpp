@@ -319,7 +319,8 @@ TEST_F(StatusTickTest, AutomaticPlayHasItsTurnUnlessAFadeWalks) {
 
 TEST_F(StatusTickTest, TheRowInPlayBlinksInAutomaticPlayButNotOfAGroupList) {
   EnqueueAll();
-  Queue().SetQueueRow(2);
+  Load(Deck::One, 2);
+  Decks().ManualStart(Deck::One);
   tick_->Tick();
   EXPECT_FALSE(Status().queueBlinks);
   desk_->State().AutoPlayOn = true;
@@ -329,6 +330,18 @@ TEST_F(StatusTickTest, TheRowInPlayBlinksInAutomaticPlayButNotOfAGroupList) {
   tick_->Tick();
   EXPECT_FALSE(Status().queueLit);
   EXPECT_TRUE(Status().queueBlinks);
+
+  // Whatever becomes of the rows it is the one on air.
+  Queue().Click(2);
+  Queue().MoveSelectedUp();
+  Load(Deck::Two, 3);
+  Queue().MarkQueueRow(ToMref(3), QueueStatus::Stopped);
+  tick_->Tick();
+  EXPECT_EQ(Status().queuePosition, 1);
+  Decks().ManualStart(Deck::Two);
+  tick_->Tick();
+  EXPECT_EQ(Status().queuePosition, 3) << "the one that was started last";
+
   Queue().SetGroup({u"line"_s});
   tick_->Tick();
   EXPECT_FALSE(Status().queueBlinks);

@@ -211,6 +211,26 @@ TEST_F(CatalogueLoaderTest, EmptyUtilityFoldersAreDeletedAndStagedFilesCounted) 
   EXPECT_THAT(catalogue_.SoundBitePaths, ElementsAre(database_.paths(Paths::Jingles) + u"/Horn.wav"_s));
 }
 
+TEST_F(CatalogueLoaderTest, TheDatabasesOwnFoldersAreNeverTakenForEmptyUtilityFolders) {
+  const QString own = database_.tree.MakeFolder(Paths::FolderName(Paths::Utility) + u"/Playlists"_s);
+  const QString jingles = database_.tree.MakeFolder(Paths::FolderName(Paths::Utility) + u"/Jingles"_s);
+  database_.Add(Paths::Utility, u"Jingles/Horn.wav"_s);
+  database_.paths.Set(Paths::Playlists, own);
+  database_.paths.Set(Paths::Jingles, jingles);
+  Load();
+  EXPECT_TRUE(database_.Holds(Paths::Utility, u"Playlists"_s));
+  EXPECT_EQ(catalogue_.UtilityCount, 0) << "what is in them does not wait";
+}
+
+TEST_F(CatalogueLoaderTest, TheLengthOfATrackWhoseInfoFileCannotBeReadIsNotKnown) {
+  database_.AddTrack(u"song"_s);
+  database_.Add(Paths::Music, u"odd.mp3"_s);
+  database_.tree.MakeFolder(Paths::FolderName(Paths::Info) + u"/odd.kif"_s);
+  EXPECT_EQ(Load(), LoadOutcome::Done);
+  ASSERT_EQ(catalogue_.TrackNames[ToMref(1)], u"odd"_s);
+  EXPECT_EQ(catalogue_.TrackDurations(ToMref(1)), -1);
+}
+
 TEST_F(CatalogueLoaderTest, AFolderThatCannotBeReadIsToldAndTheRestIsLoaded) {
   database_.AddTrack(u"song"_s);
   for (const Paths::Slot gone : {Paths::Albums, Paths::Jingles, Paths::Utility}) {

@@ -130,7 +130,6 @@ TEST(SystemFacts, TellWhatTheMachineHas) {
   EXPECT_EQ(ReadPlatformFacts().name, u"Linux"_s);
   const TemporaryTree tree;
   EXPECT_GT(FreeBytes(tree.Path(u"yet/to/be/made"_s)), 0);
-  EXPECT_TRUE(QFileInfo(ProgramFolder()).isDir());
 }
 
 }  // namespace

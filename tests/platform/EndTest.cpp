@@ -59,5 +59,17 @@ TEST(EndLimitDeathTest, AProcessThatWaitsForADeadDiskEndsAllTheSame) {
       ::testing::ExitedWithCode(EXIT_FAILURE), "a disk does not answer");
 }
 
+TEST(EndLimitDeathTest, TheExitCodeIsAnOrdinaryOneWhenOnlyReadersHang) {
+  EXPECT_EXIT(
+      {
+        const EndLimit limit(1s);
+        QtEventLoop loop;
+        const auto hang = [] { std::this_thread::sleep_for(1h); };
+        loop.RunOffThread(EventLoop::Lane::Apart, hang, [] {});
+        loop.RunOffThread(EventLoop::Lane::Files, limit.WhenWritten(EXIT_SUCCESS), [] {});
+      },
+      ::testing::ExitedWithCode(EXIT_SUCCESS), "a disk does not answer");
+}
+
 }  // namespace
 }  // namespace kelvo

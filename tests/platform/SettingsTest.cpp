@@ -49,7 +49,7 @@ TEST(SettingsText, AnyTextComesBackFromAnyPlace) {
     text.SetValue(u"Desk"_s, u"Values"_s, QString::number(texts.indexOf(each)), each);
   }
   const SettingsText again = SettingsText::FromBytes(text.ToBytes());
-  EXPECT_FALSE(again.IsBinary());
+  EXPECT_FALSE(again.IsGarbage());
   for (const QString& each : texts) {
     EXPECT_EQ(again.Value(each, u"Startup"_s, u"Key"_s), u"title"_s) << each.toStdString();
     EXPECT_EQ(again.Value(u"Desk"_s, each, u"Key"_s), u"section"_s) << each.toStdString();
@@ -149,6 +149,35 @@ TEST(SettingsStore, AFileThatIsNoTextIsSetAsideBeforeItsPlaceIsTaken) {
   }
   EXPECT_EQ(tree.Read(u"settings.ini.unreadable-20070601-200000"_s), binary);
   EXPECT_TRUE(tree.Exists(u"folder.ini.unreadable-20070601-200000"_s));
+}
+
+TEST(SettingsStore, SettingsThatAreThereButCannotBeReadAreToldApartFromNone) {
+  const TemporaryTree tree;
+  SimulatedEventLoop loop;
+  const auto why = [&](const QString& name) { return SettingsStore(loop, tree.Path(name)).WhyUnreadable(); };
+  EXPECT_EQ(why(u"none.ini"_s), QString());
+  EXPECT_EQ(why(u"no/folder/none.ini"_s), QString());
+  tree.Write(u"empty.ini"_s, "\n; nothing yet\n");
+  EXPECT_EQ(why(u"empty.ini"_s), QString());
+  tree.Write(u"good.ini"_s, "garbage\n[Desk / A]\nB=1\n");
+  EXPECT_EQ(why(u"good.ini"_s), QString());
+  tree.Write(u"garbage.ini"_s, "\xFF\xD8\xFFthis is a picture\n");
+  EXPECT_NE(why(u"garbage.ini"_s), QString());
+  tree.MakeFolder(u"folder.ini"_s);
+  EXPECT_NE(why(u"folder.ini"_s), QString());
+  ASSERT_TRUE(QFile::link(tree.Path(u"unmounted/settings.ini"_s), tree.Path(u"link.ini"_s)));
+  EXPECT_NE(why(u"link.ini"_s), QString()) << "they are on a disk that is not there";
+  ASSERT_TRUE(QFile::link(tree.Path(u"unmounted"_s), tree.Path(u"kelvo"_s)));
+  EXPECT_NE(why(u"kelvo/settings.ini"_s), QString());
+}
+
+TEST(SettingsStore, ATrialSaysWhetherAWriteWouldSucceedAndLeavesNothing) {
+  const TemporaryTree tree;
+  tree.Write(u"file"_s, "in the folder's place");
+  EXPECT_THROW(SettingsStore::TryToWrite(tree.Path(u"file/settings.ini"_s)), Failure);
+  EXPECT_THROW(SettingsStore::TryToWrite(u"/proc/kelvo/settings.ini"_s), Failure);
+  SettingsStore::TryToWrite(tree.Path(u"kelvo/settings.ini"_s));
+  EXPECT_TRUE(QDir(tree.Path(u"kelvo"_s)).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
 TEST(SettingsStore, AFailedWriteIsTriedAgainWithTheNextChange) {

@@ -91,6 +91,8 @@ TEST(Words, DurationsCountMinutesOnAndNeverShowSixtySeconds) {
   EXPECT_EQ(MinutesSeconds(-1), u"00:00"_s);
   EXPECT_EQ(MinutesSeconds(std::numeric_limits<double>::quiet_NaN()), u"00:00"_s);
   EXPECT_EQ(HoursMinutesSeconds(360000 + 61), u"100:01:01"_s);
+  EXPECT_EQ(LengthText(0), u"00:00"_s);
+  EXPECT_EQ(LengthText(-1), u"?"_s) << "not known is not nothing";
   EXPECT_EQ(HoursMinutesSeconds(-61), u"00:00:00"_s);
 }
 

@@ -25,6 +25,8 @@ class ScriptedPrompter : public Prompter {
   std::deque<QString> texts;
   std::deque<std::optional<QString>> paths;
 
+  bool away = false;  ///< nobody answers an Ask: it stands until it is dropped
+
   int secretsAsked = 0;
   std::vector<Prompt> asked;               ///< every Ask, AskText (title and prompt) and Tell, in order
   [[nodiscard]] QStringList Told() const;  ///< the texts of `asked`

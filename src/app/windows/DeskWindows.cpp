@@ -60,6 +60,10 @@ DeskWindows::DeskWindows(Console& console, ConsoleWindow& window) : console_(con
 DeskWindows::~DeskWindows() {
   window_.MayClose = nullptr;
   // Closed, not only dropped: a window writes its place when it goes off the screen.
+  Close();
+}
+
+void DeskWindows::Close() {
   for (QWidget* each : Windows()) each->close();
 }
 

@@ -27,6 +27,8 @@ class DeskWindows : public QObject {
   Q_OBJECT
  public:
   DeskWindows(Console& console, ConsoleWindow& window);
+  /// Takes them off the screen; each writes its place.
+  void Close();
   /// Closes them. What still runs in one is stopped: a file that is being copied stays where it was.
   ~DeskWindows() override;
 

@@ -4,6 +4,7 @@
 #include "app/windows/DeskWindows.h"
 #include "app/windows/InstallerWindow.h"
 #include "app/windows/SplashWindow.h"
+#include "app/windows/WaitPointer.h"
 #include "audio/engine/NoDeviceBackend.h"
 #include "audio/engine/PulseBackend.h"
 #include "audio/engine/SdlBackend.h"
@@ -12,8 +13,12 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QScreen>
+#include <QSessionManager>
+
+#include <cstdlib>
 
 namespace kelvo {
 
@@ -21,8 +26,20 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Far longer than any disk that works needs for the few files that are still to be written.
-constexpr Nanoseconds kEndLimit = 30s;
+/// Long for any disk that works, with the few files that are still to be written; short for a person who
+/// waits, or for a system that is going down.
+constexpr Nanoseconds kEndLimit = 4500ms;
+
+class QtSession : public SessionManager {
+ public:
+  explicit QtSession(QSessionManager& manager) : manager_(manager) {}
+  [[nodiscard]] bool AllowsInteraction() override { return manager_.allowsInteraction(); }
+  void Release() override { manager_.release(); }
+  void Cancel() override { manager_.cancel(); }
+
+ private:
+  QSessionManager& manager_;
+};
 
 std::unique_ptr<OutputBackend> MakeBackend() {
   if (qEnvironmentVariableIsSet("KELVO_SILENT")) {
@@ -61,15 +78,21 @@ Program::Program()
       prompter_([this] { return TopWindow(); }, facts_.title),
       errorLog_(loop_, prompter_, programFolder_ + QStringLiteral("/kelvo.log")),
       audio_(loop_, MakeBackend()) {
-  // A session manager that has the state saved may still be told to let the session go on.
-  connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { SaveDesk(); });
+  // Direct: the manager wants its answer when the signal returns.
+  connect(
+      qApp, &QGuiApplication::commitDataRequest, this,
+      [this](QSessionManager& manager) {
+        QtSession session(manager);
+        EndWithSession(session);
+      },
+      Qt::DirectConnection);
   qApp->installEventFilter(this);
 }
 
 Program::~Program() {
-  // The windows look at the desk, the desk at everything else. The players go with the desk: nothing sounds
-  // while the disks are waited for.
+  // The windows look at the desk, the desk at everything else.
   beside_.reset();
+  waitPointer_.reset();
   window_.reset();
   console_.reset();
   splash_.reset();
@@ -94,14 +117,34 @@ void Program::Start() {
 Job<> Program::Main() {
   // Whoever starts it gets control back first: an end before the event loop runs would be lost.
   co_await loop_.Yield();
+  std::exception_ptr failure;
+  try {
+    const std::optional<Paths> paths = co_await CheckDatabase();
+    if (paths) {
+      OpenSplash(*paths);
+    } else {
+      End(EXIT_FAILURE);
+    }
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  if (failure) co_await TellAndEnd(failure);
+}
+
+Job<std::optional<Paths>> Program::CheckDatabase() {
   const DatabaseCheck::Install install = [this](Paths present) { return RunInstaller(present); };
   databaseCheck_ = std::make_unique<DatabaseCheck>(loop_, prompter_, settings_, facts_, install);
-  const std::optional<Paths> paths = co_await databaseCheck_->Run();
-  if (!paths) {
-    End();
-    co_return;
-  }
-  OpenSplash(*paths);
+  co_return co_await databaseCheck_->Run();
+}
+
+/// Without a window there is nobody left to end the program.
+Job<> Program::TellAndEnd(std::exception_ptr failure) {
+  Prompt message;
+  message.text = ErrorLog::Compose(failure, QStringLiteral(" Main"));
+  message.icon = PromptIcon::Critical;
+  NoteInLog(message.text);
+  co_await prompter_.Ask(message);
+  End(EXIT_FAILURE);
 }
 
 Job<std::optional<Paths>> Program::RunInstaller(Paths present) {
@@ -119,15 +162,16 @@ void Program::OpenSplash(const Paths& paths) {
   paths_ = paths;
   const QSize screen =
       QGuiApplication::primaryScreen()->size() * QGuiApplication::primaryScreen()->devicePixelRatio();
-  checks_ = std::make_unique<SplashChecks>(SplashChecks::Services{loop_,
-                                                                  prompter_,
-                                                                  audio_,
-                                                                  settings_,
-                                                                  facts_,
-                                                                  paths_,
-                                                                  programFolder_,
-                                                                  {screen.width(), screen.height()},
-                                                                  ReadPlatformFacts()});
+  checks_ = std::make_unique<SplashChecks>(
+      SplashChecks::Services{loop_,
+                             prompter_,
+                             audio_,
+                             settings_,
+                             facts_,
+                             paths_,
+                             programFolder_,
+                             {screen.width(), screen.height(), ReadDisplayModes()},
+                             ReadPlatformFacts()});
   splash_ = std::make_unique<SplashWindow>(loop_, *checks_, facts_);
   connect(splash_.get(), &SplashWindow::Closed, this,
           [this] { loop_.Post([this] { main_ = AfterSplash(); }); });
@@ -136,7 +180,13 @@ void Program::OpenSplash(const Paths& paths) {
 
 Job<> Program::AfterSplash() {
   if (!checks_->AudioFailed()) {
-    OpenConsole();
+    std::exception_ptr failure;
+    try {
+      OpenConsole();
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    if (failure) co_await TellAndEnd(failure);
     co_return;
   }
   Prompt message;
@@ -144,7 +194,7 @@ Job<> Program::AfterSplash() {
                  facts_.title + QStringLiteral(" Needs To Close Down !");
   message.icon = PromptIcon::Critical;
   co_await prompter_.Ask(message);
-  End();
+  End(EXIT_FAILURE);
 }
 
 void Program::OpenConsole() {
@@ -160,10 +210,11 @@ void Program::OpenConsole() {
                                                          facts_.Version(),
                                                          {},
                                                          DocumentsFolder()});
-  console_->OnMustEnd = [this] { End(); };
+  console_->OnMustEnd = [this] { End(EXIT_FAILURE); };
   window_ = std::make_unique<ConsoleWindow>(*console_);
+  waitPointer_ = std::make_unique<WaitPointer>(*console_, *window_);
   beside_ = std::make_unique<DeskWindows>(*console_, *window_);
-  connect(window_.get(), &ConsoleWindow::Closed, this, [this] { End(); });
+  connect(window_.get(), &ConsoleWindow::Closed, this, [this] { End(EXIT_SUCCESS); });
   window_->show();
   window_->activateWindow();
   splash_.reset();
@@ -176,27 +227,67 @@ bool Program::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
+void Program::EndWithSession(SessionManager& manager) {
+  if (!console_ || endLimit_ || asksForSession_) return;
+  // The answer is owed when this returns, and decks, fades and timers have to go on while a person thinks. A
+  // nested loop does no harm here, and only here: Qt calls from its own loop, outside every turn of ours.
+  QEventLoop waiting;
+  bool answered = false;
+  asksForSession_ = true;
+  const Job<> asking = AskBeforeSessionEnds(manager, &answered, waiting);
+  // A signal that ends the program ends this loop too.
+  if (!answered) waiting.exec();
+  asksForSession_ = false;
+}
+
+Job<> Program::AskBeforeSessionEnds(SessionManager& manager, bool* answered, QEventLoop& waiting) {
+  bool quit = false;
+  try {
+    const DeskAtSessionEnd desk{[this] { return console_->Plays(); },
+                                [this] { return console_->QueryClose(true); },
+                                [this] {
+                                  SaveDesk();
+                                  FlushSettings();
+                                }};
+    quit = co_await AnswerSessionEnd(manager, desk);
+  } catch (...) {
+    basHandleError(QStringLiteral(" session"));
+  }
+  *answered = true;
+  waiting.quit();
+  if (quit) End(EXIT_SUCCESS);
+}
+
 void Program::EndBySystem() {
   if (endLimit_) return;
   NoteInLog(QStringLiteral("The system ends the program"));
   SaveDesk();
-  End();
+  End(EXIT_SUCCESS);
 }
 
 void Program::SaveDesk() {
   if (!console_ || !window_) return;
   console_->SaveSettings(window_->width(), window_->height());
-  FlushSettings();
 }
 
-void Program::FlushSettings() {
-  Guarded(QStringLiteral(" ending"), [this] { settings_.Flush(); });
+bool Program::FlushSettings() {
+  return Guarded(QStringLiteral(" ending"), [this] { settings_.Flush(); });
 }
 
-void Program::End() {
+void Program::End(int exitCode) {
   if (endLimit_) return;
   endLimit_.emplace(kEndLimit);
-  QCoreApplication::exit(0);
+  // What the person would miss is safe before anything is waited for that may hang, and nothing sounds
+  // meanwhile.
+  if (console_) {
+    for (const Deck deck : kDecks) console_->Decks().Player(deck).Stop();
+  }
+  if (beside_) beside_->Close();
+  if (!FlushSettings()) exitCode = EXIT_FAILURE;
+  errorLog_.Flush();
+  // Behind all that was given to be written so far.
+  loop_.RunOffThread(EventLoop::Lane::Files, endLimit_->WhenWritten(exitCode), [] {});
+  QCoreApplication::exit(exitCode);
 }
 
 }  // namespace kelvo

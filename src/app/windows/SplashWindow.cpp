@@ -24,6 +24,7 @@ SplashWindow::SplashWindow(EventLoop& loop, SplashChecks& checks, const ProgramF
   connect(this, &SplashPanel::BackgroundClicked, this, [this] {
     if (++clicks_ > kClicksToClose) CloseWhenReady();
   });
+  // To its end: the console has it from here on.
   setCursor(Qt::WaitCursor);
 }
 
@@ -37,7 +38,6 @@ void SplashWindow::showEvent(QShowEvent* event) {
 Job<> SplashWindow::RunChecks() {
   co_await checks_.Run();
   checked_ = true;
-  setCursor(Qt::ArrowCursor);
   if (wantsToClose_) {
     CloseWhenReady();
   } else {

@@ -49,8 +49,8 @@ std::size_t Decoder::Read(std::span<float> target) {
   return done;
 }
 
-std::unique_ptr<Decoder> OpenDecoder(const QString& path, CancelFlag cancelled) {
-  auto file = std::make_unique<SoundFile>(path, std::move(cancelled));
+std::unique_ptr<Decoder> OpenDecoder(const QString& path, OpeningPtr opening) {
+  auto file = std::make_unique<SoundFile>(path, std::move(opening));
   SoundFile& opened = *file;
   auto decoder = Choose(std::move(file));
   const bool rateIsSane = decoder->Rate() >= 1000 && decoder->Rate() <= 768000;
@@ -59,16 +59,17 @@ std::unique_ptr<Decoder> OpenDecoder(const QString& path, CancelFlag cancelled) 
     throw Failure(QStringLiteral("%1 holds no sound that can be played.").arg(path), 0, path);
   }
   decoder->Seek(0);
-  opened.ForgetCancel();
+  opened.EndOpening();
   return decoder;
 }
 
-bool HoldsSound(Decoder& decoder, const CancelFlag& cancelled) {
+bool HoldsSound(Decoder& decoder, const OpeningPtr& opening) {
   std::vector<float> block(kChannels * kBlockFrames);
   const FrameIndex most = kLongestSilence * decoder.Rate();
   bool heard = false;
   for (FrameIndex seen = 0; !heard && seen < most;) {
-    if (cancelled && cancelled->load(std::memory_order_relaxed)) break;
+    if (opening && opening->cancelled.load(std::memory_order_relaxed)) break;
+    if (opening) opening->steps.fetch_add(1, std::memory_order_relaxed);
     const std::size_t frames = decoder.Read(block);
     heard = std::any_of(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(frames * kChannels),
                         [](float sample) { return std::abs(sample) > kAudible; });

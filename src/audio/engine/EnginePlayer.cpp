@@ -11,7 +11,7 @@ namespace kelvo {
 
 /// A file on its way. Shared by the job that waits, the player and the thread that opens.
 struct EnginePlayer::OpenRequest {
-  std::shared_ptr<std::atomic<bool>> cancelled = std::make_shared<std::atomic<bool>>(false);
+  OpeningPtr opening = std::make_shared<Opening>();
   std::atomic<bool> done{false};
   // Written by the thread before `done`:
   std::unique_ptr<EngineSource> source;
@@ -22,8 +22,8 @@ struct EnginePlayer::OpenRequest {
 
   void Work(const QString& path) {
     try {
-      auto decoder = OpenDecoder(path, cancelled);
-      hasSound = HoldsSound(*decoder, cancelled);
+      auto decoder = OpenDecoder(path, opening);
+      hasSound = HoldsSound(*decoder, opening);
       source = std::make_unique<EngineSource>(std::move(decoder));
     } catch (const std::exception& failure) {
       error = QString::fromUtf8(failure.what());
@@ -41,13 +41,14 @@ EnginePlayer::EnginePlayer(AudioEngine& engine, std::shared_ptr<Output> output,
 
 EnginePlayer::~EnginePlayer() {
   Supersede();
+  engine_.Forget(*this);
   core_->voice.Want(generation_, false);
-  engine_.Retire(*this, std::move(output_), std::move(core_));
+  engine_.Retire(std::move(output_), std::move(core_));
 }
 
 void EnginePlayer::Supersede() {
   if (!opening_) return;
-  opening_->cancelled->store(true, std::memory_order_relaxed);
+  opening_->opening->cancelled.store(true, std::memory_order_relaxed);
   // From the loop: whoever waits must not run inside the call that overtook it.
   engine_.Loop().Post(
       [request = std::move(opening_)] { request->verdict.Set(OpenResult::Kind::Superseded); });
@@ -59,10 +60,10 @@ Job<OpenResult> EnginePlayer::Open(QString path) {
   const auto request = std::make_shared<OpenRequest>();
   opening_ = request;
   struct CancelAtEnd {
-    std::shared_ptr<std::atomic<bool>> flag;
-    ~CancelAtEnd() { flag->store(true, std::memory_order_relaxed); }
+    OpeningPtr opening;
+    ~CancelAtEnd() { opening->cancelled.store(true, std::memory_order_relaxed); }
   };
-  const CancelAtEnd whenDropped{request->cancelled};
+  const CancelAtEnd whenDropped{request->opening};
   engine_.OpenApart([request, path] { request->Work(path); });
 
   OpenResult result;
@@ -77,10 +78,25 @@ Job<OpenResult> EnginePlayer::Open(QString path) {
   co_return result;
 }
 
+std::uint64_t EnginePlayer::OpenSteps() const {
+  return opening_ ? opening_->opening->steps.load(std::memory_order_relaxed) : 0;
+}
+
+void EnginePlayer::RenewCore() {
+  auto fresh = engine_.MakeCore(*output_);
+  core_->voice.Want(generation_, false);
+  engine_.Retire(output_, std::exchange(core_, std::move(fresh)));
+  ApplyGains();
+  core_->voice.SetRate(rate_);
+  reads_ = 0;
+  dataLateFor_ = Nanoseconds(0);
+}
+
 void EnginePlayer::Install(const QString& path, std::unique_ptr<EngineSource> source) {
   file_ = path;
   duration_ = source->Seconds();
   state_ = PlayState::Stopped;
+  RenewCore();
   GoTo(0, std::move(source));
 }
 
@@ -160,7 +176,16 @@ void EnginePlayer::SetRate(double rate) {
   core_->voice.SetRate(rate_);
 }
 
+void EnginePlayer::WatchData() {
+  const Nanoseconds now = engine_.Loop().Elapsed();
+  const std::uint64_t reads = core_->feeder.Reads();
+  const bool asking = reads % 2 == 1;
+  if (std::exchange(reads_, reads) != reads || !asking) readsMovedAt_ = now;
+  dataLateFor_ = now - readsMovedAt_;
+}
+
 void EnginePlayer::Poll() {
+  WatchData();
   if (opening_ && opening_->done.load(std::memory_order_acquire)) {
     const auto request = std::exchange(opening_, nullptr);
     request->verdict.Set(request->source ? OpenResult::Kind::Opened : OpenResult::Kind::Failed);

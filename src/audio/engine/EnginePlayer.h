@@ -14,7 +14,8 @@ namespace kelvo {
 
 class AudioEngine;
 
-/// The face of one voice for the logic. Made by the engine, which it must not outlive.
+/// The face of one voice for the logic. Each file that it opens has a core of its own: a decoder that hangs
+/// on the last one holds up nothing of the next. Made by the engine, which it must not outlive.
 class EnginePlayer : public MediaPlayer {
  public:
   EnginePlayer(AudioEngine& engine, std::shared_ptr<Output> output, std::shared_ptr<PlayerCore> core);
@@ -22,6 +23,7 @@ class EnginePlayer : public MediaPlayer {
   ~EnginePlayer() override;
 
   [[nodiscard]] Job<OpenResult> Open(QString path) override;
+  [[nodiscard]] std::uint64_t OpenSteps() const override;
   void Close() override;
   [[nodiscard]] QString FileName() const override { return file_; }
   [[nodiscard]] double Duration() const override { return duration_; }
@@ -31,6 +33,7 @@ class EnginePlayer : public MediaPlayer {
   [[nodiscard]] PlayState State() const override { return state_; }
   void Play() override;
   void Stop() override;
+  [[nodiscard]] Nanoseconds DataLateFor() const override { return dataLateFor_; }
   void SetVolume(int hundredthsOfDecibel) override;
   [[nodiscard]] int Volume() const override { return volume_; }
   void SetBalance(int hundredthsOfDecibel) override;
@@ -48,6 +51,8 @@ class EnginePlayer : public MediaPlayer {
   void Supersede();
   void Install(const QString& path, std::unique_ptr<EngineSource> source);
   void GoTo(FrameIndex frame, std::unique_ptr<EngineSource> source);
+  void RenewCore();
+  void WatchData();
   void ApplyState(PlayState state);
   void ApplyGains();
   [[nodiscard]] bool PlayedOut() const { return endDelivered_ && !file_.isEmpty(); }
@@ -67,6 +72,9 @@ class EnginePlayer : public MediaPlayer {
   double target_ = 0;          ///< where the present generation starts, in seconds
   bool endDelivered_ = false;  ///< for the present generation
   bool endAgain_ = false;      ///< Play was asked for behind the end
+  std::uint64_t reads_ = 0;    ///< of the feeder, as last seen
+  Nanoseconds readsMovedAt_{0};
+  Nanoseconds dataLateFor_{0};
 };
 
 }  // namespace kelvo

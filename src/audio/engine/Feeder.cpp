@@ -1,5 +1,7 @@
 #include "audio/engine/Feeder.h"
 
+#include <QScopeGuard>
+
 #include <chrono>
 
 namespace kelvo {
@@ -8,7 +10,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A full ring lasts for 1.5 s, so a look now and then is enough...
+/// A full ring lasts for seconds, so a look now and then is enough...
 constexpr auto kLookWhilePlaying = 40ms;
 /// ... but when blocks of an older generation stand in the way of a new one, they go with the next callback.
 constexpr auto kLookWhileWaiting = 2ms;
@@ -52,6 +54,13 @@ void Feeder::SetPlaying(bool playing) {
   changed_.notify_one();
 }
 
+template <typename Work>
+auto Feeder::Ask(Work&& work) {
+  reads_.fetch_add(1, std::memory_order_relaxed);
+  const auto asked = qScopeGuard([this] { reads_.fetch_add(1, std::memory_order_relaxed); });
+  return work();
+}
+
 void Feeder::TakeCommand() {
   std::optional<Command> command;
   {
@@ -66,7 +75,7 @@ void Feeder::TakeCommand() {
   block_.end = false;
   pushed_ = 0;
   ended_ = source_ == nullptr;
-  if (source_) source_->Seek(command->start);
+  if (source_) Ask([&] { source_->Seek(command->start); });
 }
 
 Feeder::Outcome Feeder::Step() {
@@ -74,7 +83,7 @@ Feeder::Outcome Feeder::Step() {
   if (ended_) return Outcome::Done;
   const std::size_t kept = pushed_ < kRingReserve ? 0 : kRingReserve;
   if (ring_.write_available() <= kept) return Outcome::RingIsFull;
-  block_.frames = static_cast<std::uint32_t>(source_->Read(block_.samples));
+  block_.frames = static_cast<std::uint32_t>(Ask([this] { return source_->Read(block_.samples); }));
   block_.end = block_.frames < kBlockFrames;
   ring_.push(block_);
   block_.start += block_.frames;

@@ -28,6 +28,9 @@ class Feeder {
   /// thread.
   void SetPlaying(bool playing);
 
+  /// Counts up with each stretch that the source gave, and is odd while one is asked of it. Any thread.
+  [[nodiscard]] std::uint64_t Reads() const { return reads_.load(std::memory_order_relaxed); }
+
   /// Works until `stop`. The decoder's thread.
   void Run(const std::stop_token& stop);
   /// Fills the ring as far as it goes. Where nobody Runs.
@@ -45,6 +48,9 @@ class Feeder {
   void Give(Command command);
   void TakeCommand();
   [[nodiscard]] Outcome Step();
+  /// Does what may wait for a disk.
+  template <typename Work>
+  auto Ask(Work&& work);
 
   SoundRing& ring_;
 
@@ -53,6 +59,7 @@ class Feeder {
   std::optional<Command> command_;
   bool woken_ = false;
   bool playing_ = false;
+  std::atomic<std::uint64_t> reads_{0};
 
   // The decoder's thread alone:
   std::unique_ptr<EngineSource> source_;

@@ -4,7 +4,8 @@
 
 namespace kelvo {
 
-/// No device at all: every output runs on the silent clock.
+/// No device at all: every output runs on the silent clock. With names it stands in for devices that nobody
+/// wants to hear, and tells its outputs as being on air.
 class NoDeviceBackend : public OutputBackend {
  public:
   /// `names`: what it calls itself where a machine without sound is to be worked on all the same. `threaded`
@@ -14,6 +15,7 @@ class NoDeviceBackend : public OutputBackend {
 
   [[nodiscard]] QStringList Names() const override { return names_; }
   void Open(std::shared_ptr<DeviceLink> link) override { link->SetState(DeviceLink::State::Gone); }
+  [[nodiscard]] bool MeantSilent() const override { return !names_.isEmpty(); }
   [[nodiscard]] bool Threaded() const override { return threaded_; }
 
  private:

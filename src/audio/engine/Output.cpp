@@ -44,7 +44,9 @@ OutputStatus Output::Status() const {
   OutputStatus status;
   const QStringList names = backend_.Names();
   status.device = !name_.isEmpty() ? name_ : !asked_.isEmpty() ? asked_ : names.value(0);
-  if (!link_ || !ran_ || onClock_) {
+  if (backend_.MeantSilent() && names.contains(status.device)) {
+    status.kind = OutputStatus::Kind::OnAir;
+  } else if (!link_ || !ran_ || onClock_) {
     status.kind = OutputStatus::Kind::OnSilentClock;
   } else if (name_.isEmpty() && !names.isEmpty() && !names.contains(asked_)) {
     status.kind = OutputStatus::Kind::OnDefault;

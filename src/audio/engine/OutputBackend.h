@@ -70,6 +70,8 @@ class OutputBackend {
   /// Begins to open the device that `link` names; the link's state tells how it went. A detached link's
   /// device is closed.
   virtual void Open(std::shared_ptr<DeviceLink> link) = 0;
+  /// True when its devices are meant to be none: that nothing is heard is no loss then.
+  [[nodiscard]] virtual bool MeantSilent() const { return false; }
   /// Whether players decode on threads of their own; false where time is simulated.
   [[nodiscard]] virtual bool Threaded() const { return true; }
 };

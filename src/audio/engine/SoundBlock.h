@@ -31,10 +31,11 @@ struct SoundBlock {
   std::array<float, kBlockFrames * kChannels> samples{};
 };
 
-/// 1.5 s of sound work-ahead, and a reserve that only the first blocks of a new generation may use: after a
-/// seek the new place is in the ring before the callback has emptied it of the old one.
+/// 4 s of sound work-ahead: so long the desk has to bring in another track when a disk dies under this one.
+/// And a reserve that only the first blocks of a new generation may use: after a seek the new place is in the
+/// ring before the callback has emptied it of the old one.
 inline constexpr std::size_t kRingReserve = 24;
-inline constexpr std::size_t kRingTarget = 130;
+inline constexpr std::size_t kRingTarget = 345;
 using SoundRing =
     boost::lockfree::spsc_queue<SoundBlock, boost::lockfree::capacity<kRingTarget + kRingReserve>>;
 

@@ -18,7 +18,9 @@ namespace kelvo {
 
 namespace {
 
-constexpr std::size_t kBufferBytes = 65536;
+constexpr std::int64_t kPieceBytes = 65536;
+/// Room for 20 minutes of MPEG audio at 320 kbit/s. What is beyond is read again when it is needed.
+constexpr std::int64_t kMostKept = 48 << 20;
 
 QString ErrorText(int number) {
   return QString::fromStdString(std::error_code(number, std::generic_category()).message());
@@ -26,8 +28,7 @@ QString ErrorText(int number) {
 
 }  // namespace
 
-SoundFile::SoundFile(const QString& path, CancelFlag cancelled)
-    : path_(path), cancelled_(std::move(cancelled)), buffer_(kBufferBytes) {
+SoundFile::SoundFile(const QString& path, OpeningPtr opening) : path_(path), opening_(std::move(opening)) {
   // Non-blocking, or a named pipe would hold the thread until somebody writes to it.
   descriptor_ = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (descriptor_ < 0) {
@@ -48,6 +49,7 @@ SoundFile::SoundFile(const QString& path, CancelFlag cancelled)
     throw Failure(refusal.arg(path), 0, path);
   }
   size_ = facts.st_size;
+  pieces_.resize(static_cast<std::size_t>((size_ + kPieceBytes - 1) / kPieceBytes));
 }
 
 SoundFile::~SoundFile() {
@@ -59,33 +61,45 @@ void SoundFile::LimitTo(std::int64_t begin, std::int64_t size) {
   begin_ = std::clamp<std::int64_t>(begin, 0, whole);
   size_ = std::clamp<std::int64_t>(size, 0, whole - begin_);
   position_ = 0;
-  bufferSize_ = 0;
 }
 
-bool SoundFile::FillBuffer() {
-  const auto wanted =
-      static_cast<std::size_t>(std::min(static_cast<std::int64_t>(buffer_.size()), size_ - position_));
+const SoundFile::Piece* SoundFile::PieceAt(std::int64_t offset) {
+  const std::int64_t index = offset / kPieceBytes;
+  Piece& piece = pieces_[static_cast<std::size_t>(index)];
+  if (!piece.empty()) return &piece;
+  if (passingAt_ == index) return &passing_;
+  Piece fresh(static_cast<std::size_t>(kPieceBytes));
   ssize_t got = 0;
   do {
-    got = ::pread(descriptor_, buffer_.data(), wanted, begin_ + position_);
+    got = ::pread(descriptor_, fresh.data(), fresh.size(), index * kPieceBytes);
   } while (got < 0 && errno == EINTR);
-  bufferStart_ = position_;
-  bufferSize_ = std::max<ssize_t>(got, 0);
-  return got >= 0;
+  if (got < 0) return nullptr;
+  if (opening_) opening_->steps.fetch_add(1, std::memory_order_relaxed);
+  fresh.resize(static_cast<std::size_t>(got));
+  // A short one may be the end of a file that still grows.
+  if (got == kPieceBytes && kept_ + got <= kMostKept) {
+    kept_ += got;
+    piece = std::move(fresh);
+    return &piece;
+  }
+  passing_ = std::move(fresh);
+  passingAt_ = index;
+  return &passing_;
 }
 
 std::int64_t SoundFile::Read(void* target, std::int64_t count) {
-  if (cancelled_ && cancelled_->load(std::memory_order_relaxed)) return -1;
+  if (opening_ && opening_->cancelled.load(std::memory_order_relaxed)) return -1;
   auto* out = static_cast<char*>(target);
   std::int64_t done = 0;
   while (done < count && position_ < size_) {
-    if (position_ < bufferStart_ || position_ >= bufferStart_ + bufferSize_) {
-      if (!FillBuffer()) return done > 0 ? done : -1;
-      if (bufferSize_ == 0) break;  // The file was cut shorter while it was open.
-    }
-    const std::int64_t offset = position_ - bufferStart_;
-    const std::int64_t part = std::min(count - done, bufferSize_ - offset);
-    std::memcpy(out + done, buffer_.data() + offset, static_cast<std::size_t>(part));
+    const std::int64_t at = begin_ + position_;
+    const Piece* const piece = PieceAt(at);
+    if (piece == nullptr) return done > 0 ? done : -1;
+    const std::int64_t offset = at % kPieceBytes;
+    const std::int64_t there = static_cast<std::int64_t>(piece->size()) - offset;
+    const std::int64_t part = std::min({count - done, there, size_ - position_});
+    if (part <= 0) break;  // The file was cut shorter while it was open.
+    std::memcpy(out + done, piece->data() + offset, static_cast<std::size_t>(part));
     done += part;
     position_ += part;
   }

@@ -1,26 +1,49 @@
 #include "audio/engine/ThreadYard.h"
 
+#include <condition_variable>
+#include <list>
+#include <mutex>
+#include <thread>
+
 namespace kelvo {
 
+struct ThreadYard::Shared {
+  std::mutex mutex;
+  std::condition_variable ended;
+  std::list<std::stop_source> running;
+};
+
+ThreadYard::ThreadYard() : shared_(std::make_shared<Shared>()) {}
+
 ThreadYard::~ThreadYard() {
-  for (Entry& each : threads_) each.thread.request_stop();
-  threads_.clear();
+  std::unique_lock lock(shared_->mutex);
+  // Copies: whoever is stopped may end, and leave the list, at once.
+  const std::list<std::stop_source> running = shared_->running;
+  lock.unlock();
+  for (std::stop_source each : running) each.request_stop();
+  lock.lock();
+  shared_->ended.wait_for(lock, kEndAllowance, [this] { return shared_->running.empty(); });
 }
 
 std::stop_source ThreadYard::Start(std::function<void(std::stop_token)> work) {
-  auto done = std::make_shared<std::atomic<bool>>(false);
-  std::jthread thread([work = std::move(work), done](std::stop_token stop) mutable {
-    work(std::move(stop));
+  std::stop_source source;
+  {
+    const std::lock_guard lock(shared_->mutex);
+    shared_->running.push_back(source);
+  }
+  std::thread([shared = shared_, source, work = std::move(work)]() mutable {
+    work(source.get_token());
     work = nullptr;
-    done->store(true, std::memory_order_release);
-  });
-  std::stop_source source = thread.get_stop_source();
-  threads_.push_back({std::move(done), std::move(thread)});
+    const std::lock_guard lock(shared->mutex);
+    shared->running.remove(source);
+    shared->ended.notify_all();
+  }).detach();
   return source;
 }
 
-void ThreadYard::Sweep() {
-  std::erase_if(threads_, [](const Entry& each) { return each.done->load(std::memory_order_acquire); });
+int ThreadYard::Running() const {
+  const std::lock_guard lock(shared_->mutex);
+  return static_cast<int>(shared_->running.size());
 }
 
 }  // namespace kelvo

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
-#include <thread>
-#include <vector>
+#include <stop_token>
 
 namespace kelvo {
 
@@ -12,23 +11,23 @@ namespace kelvo {
 /// Logic thread.
 class ThreadYard {
  public:
-  ThreadYard() = default;
-  /// Asks all to stop and waits for them.
+  ThreadYard();
+  /// Asks all to stop and waits a moment for them. One that hangs on a disk is left behind: it owns all that
+  /// it touches.
   ~ThreadYard();
   ThreadYard(const ThreadYard&) = delete;
   ThreadYard& operator=(const ThreadYard&) = delete;
 
+  static constexpr std::chrono::milliseconds kEndAllowance{1500};
+
   /// Runs `work` on a thread of its own; `work` owns all that it touches.
   std::stop_source Start(std::function<void(std::stop_token)> work);
-  /// Lets go of the threads that have ended.
-  void Sweep();
+  /// The threads that have not ended.
+  [[nodiscard]] int Running() const;
 
  private:
-  struct Entry {
-    std::shared_ptr<std::atomic<bool>> done;
-    std::jthread thread;
-  };
-  std::vector<Entry> threads_;
+  struct Shared;
+  std::shared_ptr<Shared> shared_;
 };
 
 }  // namespace kelvo

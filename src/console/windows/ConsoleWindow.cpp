@@ -1,5 +1,6 @@
 #include "console/windows/ConsoleWindow.h"
 
+#include "console/windows/AirAlarm.h"
 #include "console/windows/AutoPlayPanel.h"
 #include "console/windows/ClockPanel.h"
 #include "console/windows/ConfirmationView.h"
@@ -31,6 +32,7 @@ namespace kelvo {
 namespace {
 
 const QString kDeviceNotice = QStringLiteral("device");
+const QString kDiskNotice = QStringLiteral("disk ");
 
 }  // namespace
 
@@ -42,7 +44,8 @@ ConsoleWindow::ConsoleWindow(Console& console)
       library_(new LibraryPanel(console.Browser(), console.Tracks(), console.GetServices().loop, columns_)),
       foot_(new QWidget(desk_)),
       notices_(new NoticeBar(desk_)),
-      status_(new ElidedLabel(desk_)) {
+      status_(new ElidedLabel(desk_)),
+      alarm_(new AirAlarm(desk_)) {
   setObjectName(QStringLiteral("frmCons"));
   setWindowTitle(console.Title());
   BuildDesk();
@@ -58,6 +61,7 @@ ConsoleWindow::ConsoleWindow(Console& console)
   connect(library_, &LibraryPanel::SearchWanted, this, &ConsoleWindow::SearchWanted);
   connect(&console_.Panel(), &ConfirmationPanel::Changed, this, [this] { ShowPanel(); });
   for (DeckPanel* deck : decks_) connect(&pulse_, &Pulse::Beat, deck, &DeckPanel::SetLit);
+  connect(&pulse_, &Pulse::Beat, alarm_, &AirAlarm::SetLit);
   ShowStatus();
 }
 
@@ -117,6 +121,7 @@ void ConsoleWindow::BuildDesk() {
   confirmation_ = new ConfirmationView(console_.Panel(), desk_);
   new DeskKeys(console_, *this);
   connect(&console_.Status(), &StatusTick::Ticked, this, [this] { ShowTick(); });
+  connect(alarm_, &AirAlarm::Accepted, this, [this] { console_.Status().AcceptSilence(); });
   connect(&console_.Lock(), &ScreenLock::Changed, this, [this] { EnableSections(); });
   connect(&console_.Fades(), &Transitions::Changed, this, [this] { EnableSections(); });
   connect(&console_.Fades(), &Transitions::Changed, queue_, &QueuePanel::ShowCommands);
@@ -130,6 +135,28 @@ void ConsoleWindow::ShowTick() {
   confirmation_->SetCaution(status.caution);
   quit_->setEnabled(status.idle);
   queue_->SetLitRow(status.queueBlinks && status.queueLit ? status.queuePosition : 0);
+  ShowAir(status);
+}
+
+void ConsoleWindow::ShowAir(const DeskStatus& status) {
+  for (const QString& disk : std::as_const(silentDisks_)) {
+    if (!status.silentDisks.contains(disk)) notices_->Clear(kDiskNotice + disk);
+  }
+  for (const QString& disk : status.silentDisks) {
+    if (silentDisks_.contains(disk)) continue;
+    notices_->Show(kDiskNotice + disk, NoticeBar::Severity::Warning,
+                   tr("The disk %1 doesn't answer: its tracks are passed over").arg(disk));
+  }
+  silentDisks_ = status.silentDisks;
+  PlaceAlarm();
+  alarm_->Show(status);
+}
+
+void ConsoleWindow::PlaceAlarm() {
+  // Over the status line and down over the heads of the panels: words, and nothing that takes a hand.
+  const Panel* under = decks_[Deck::One];
+  const int bottom = under->mapTo(desk_, under->HeaderRect().bottomLeft()).y();
+  alarm_->setGeometry(QRect(QPoint(status_->x(), 0), QPoint(status_->geometry().right(), bottom)));
 }
 
 void ConsoleWindow::EnableSections() {
@@ -223,6 +250,7 @@ void ConsoleWindow::ReadPlace() {
 
 void ConsoleWindow::ShowStatus() {
   status_->setText(console_.StatusLine());
+  ShowAir(console_.Status().Status());
   if (console_.DeviceNotice().isEmpty()) {
     notices_->Clear(kDeviceNotice);
   } else {
@@ -267,6 +295,7 @@ void ConsoleWindow::PlaceOverlays() {
 void ConsoleWindow::resizeEvent(QResizeEvent* event) {
   QMainWindow::resizeEvent(event);
   PlaceOverlays();
+  PlaceAlarm();
 }
 
 bool ConsoleWindow::event(QEvent* event) {

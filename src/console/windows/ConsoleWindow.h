@@ -15,6 +15,7 @@ class QSplitter;
 
 namespace kelvo {
 
+class AirAlarm;
 class ConfirmationView;
 class DeckPanel;
 class LibraryPanel;
@@ -32,6 +33,9 @@ class ConsoleWindow : public QMainWindow {
   /// Reads the colour settings and colours the panels; a setting that is no colour leaves its panels as they
   /// are.
   void ApplyColours();
+  /// What the desk tells of the programme that goes out: whether it is silent, and the disks that do not
+  /// answer.
+  void ShowAir(const DeskStatus& status);
 
   /// Asked before the desk itself is, when the operator closes it: false keeps it open.
   std::function<Job<bool>()> MayClose;
@@ -63,6 +67,7 @@ class ConsoleWindow : public QMainWindow {
   void EnableSections();
   void ShowTick();
   void PlaceOverlays();
+  void PlaceAlarm();
   void ReadPlace();
   [[nodiscard]] Job<> AskToClose();
 
@@ -80,6 +85,8 @@ class ConsoleWindow : public QMainWindow {
   QWidget* foot_;
   NoticeBar* notices_;
   QLabel* status_;
+  AirAlarm* alarm_;
+  QStringList silentDisks_;       ///< those that the notices tell of
   QPointer<QWidget> keysBefore_;  ///< had the keyboard when its panel closed
   bool activated_ = false;
   bool closing_ = false;

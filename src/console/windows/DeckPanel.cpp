@@ -291,6 +291,12 @@ void DeckPanel::Show() {
     title_->setFont(Theme::Font(record.Title.size() > 27 ? 1.0 : 1.25, QFont::DemiBold));
     title_->setText(title);
     title_->setToolTip(record.Title);
+    QPalette colours = palette();
+    const QColor ink = record.Title.isEmpty() ? Theme::Palette().muted : Theme::Palette().title;
+    // A locked desk dims it like all its words.
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
+      colours.setColor(group, QPalette::WindowText, ink);
+    title_->setPalette(colours);
   }
   if (info_->text() != record.Info) {
     info_->setText(record.Info);
@@ -337,6 +343,16 @@ void DeckPanel::ShowTime(const DeckRecord& record) {
   }
 }
 
+void DeckPanel::ShowLevel(const DeckRecord& record) {
+  // Under the operator's voice the fader keeps the level that the deck comes back to: a hand on it begins
+  // there. The words tell what is heard.
+  level_->setValue(record.Level);
+  levelWords_->setText(DecibelText(record.Loss));
+  QPalette colours = palette();
+  if (record.Loss != record.Level) colours.setColor(QPalette::WindowText, Theme::Palette().amber);
+  if (levelWords_->palette() != colours) levelWords_->setPalette(colours);
+}
+
 void DeckPanel::ShowCommands(const DeckRecord& record) {
   const bool byHand = !console_.State().PlaysByItself() && !console_.Speak().SectionDisabled();
   const bool walks = console_.Fades().WalkActive();
@@ -350,8 +366,7 @@ void DeckPanel::ShowCommands(const DeckRecord& record) {
     moves_[place]->setEnabled(byHand && !walks &&
                               (standing || (skip && record.State == DeckState::Playing && !record.Live())));
   }
-  if (level_->value() != record.Loss && !level_->isSliderDown()) level_->setValue(record.Loss);
-  levelWords_->setText(DecibelText(record.Loss));
+  ShowLevel(record);
   setCursor(record.Loading ? Qt::BusyCursor : Qt::ArrowCursor);
 }
 

@@ -35,6 +35,7 @@ class DeckPanel : public Panel {
   void Connect();
   void Show();
   void ShowTime(const DeckRecord& record);
+  void ShowLevel(const DeckRecord& record);
   void ShowCommands(const DeckRecord& record);
   QPushButton* AddCommand(const QString& name, const QString& text, const QString& tooltip,
                           const QKeySequence& key);

@@ -102,14 +102,13 @@ bool DeskKeys::Press(const QKeyEvent& event, bool typing) {
   if (typing) return false;
   // A locked screen takes no hand, the loading window neither.
   if (console_.Lock().Locked() || console_.Load() != nullptr) return false;
-  const bool asks = console_.Panel().Visible();
-  if (asks && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+  if (console_.Panel().Visible() && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
     console_.Panel().Confirm();
     return true;
   }
   if (key == Qt::Key_Space) {
     held_.try_emplace(key);
-    if (!asks) console_.Speak().Press();
+    console_.Speak().Press();
     return true;
   }
   if (!WalksSlider(event)) return false;

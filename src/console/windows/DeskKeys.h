@@ -13,8 +13,8 @@ namespace kelvo {
 
 /// The keys of the desk that work wherever the focus is in the console: F6 to F8 and F10 to F12 start
 /// transitions (also from the windows beside it), 4 and 6 of the number pad walk the slider, the space bar is
-/// press-to-speak. A box that takes text keeps its own keys; an empty filter box has no use for a space.
-/// While the desk asks, Return and Enter are its yes and the space bar is dead. Owned by the console window;
+/// press-to-speak, also while the desk asks. A box that takes text keeps its own keys; an empty filter box
+/// has no use for a space. While the desk asks, Return and Enter are its yes. Owned by the console window;
 /// GUI thread.
 class DeskKeys : public QObject {
   Q_OBJECT

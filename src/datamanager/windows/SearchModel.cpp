@@ -44,7 +44,7 @@ QString SearchModel::TextOf(Mref track, int column) const {
     case Bpm:
       return catalogue_.TrackBpm[track];
     case Time:
-      return MinutesSeconds(catalogue_.TrackDurations(track));
+      return LengthText(catalogue_.TrackDurations(track));
     default:
       return QString::number(ToInt(track));
   }
