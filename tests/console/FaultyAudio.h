@@ -11,6 +11,7 @@ class FaultyPlayer : public MediaPlayer {
  public:
   explicit FaultyPlayer(std::unique_ptr<MediaPlayer> player) : player_(std::move(player)) {
     player_->OnEndOfStream = [this] {
+      DiskIsBack();
       if (OnEndOfStream) OnEndOfStream();
     };
   }
@@ -59,6 +60,7 @@ class FaultyPlayer : public MediaPlayer {
     if (!stands_) player_->Play();
   }
   void Stop() override {
+    DiskIsBack();
     stands_ = false;
     player_->Stop();
   }

@@ -17,56 +17,15 @@ namespace {
 const QString kTitle = u"Kelvo"_s;
 const QString kAway = u" away"_s;
 
-/// Whose Open makes no progress while its file hangs.
-class SoakPlayer : public FaultyPlayer {
- public:
-  SoakPlayer(std::unique_ptr<MediaPlayer> player, EventLoop& loop, const QSet<QString>& hanging)
-      : FaultyPlayer(std::move(player)), loop_(loop), hanging_(hanging) {}
-
-  Job<OpenResult> Open(QString path) override {
-    const int mine = ++opens_;
-    while (mine == opens_ && hanging_.contains(path)) co_await loop_.Sleep(100ms);
-    OpenResult result;
-    result.kind = OpenResult::Kind::Superseded;
-    if (mine == opens_) result = co_await FaultyPlayer::Open(path);
-    co_return result;
-  }
-
- private:
-  EventLoop& loop_;
-  const QSet<QString>& hanging_;
-  int opens_ = 0;
-};
-
 }  // namespace
-
-std::unique_ptr<MediaPlayer> SoakAudio::MakePlayer(const QString& output) {
-  return std::make_unique<SoakPlayer>(ClockAudio::MakePlayer(output), loop_, hanging);
-}
-
-class SoakDesk::NobodyThere : public Prompter {
- public:
-  Job<Answer> Ask(Prompt /*prompt*/) override { co_return Answer::No; }
-  Job<QString> AskText(QString /*title*/, QString /*prompt*/, QString /*initial*/) override {
-    co_return QString();
-  }
-  Job<QString> AskSecret(QString /*title*/, QString /*prompt*/) override { co_return QString(); }
-  Job<std::optional<QString>> PickFolder(QString /*title*/, QString /*initial*/) override {
-    co_return std::nullopt;
-  }
-  Job<std::optional<QString>> PickFile(QString /*title*/, QString /*initial*/, QString /*filter*/) override {
-    co_return std::nullopt;
-  }
-  void Tell(Prompt /*prompt*/) override {}
-};
 
 SoakDesk::SoakDesk(const QString& folder, const SoakSettings& settings, std::uint64_t seed)
     : folder_(folder),
       paths_(Paths::Below(folder)),
       seed_(seed),
-      nobody_(std::make_unique<NobodyThere>()),
-      log_(loop_, *nobody_, folder + u"/kelvo.log"_s),
+      log_(loop_, nobody_, folder + u"/kelvo.log"_s),
       settings_(loop_, folder + u"/settings.ini"_s) {
+  audio_.Hangs = [this](const QString& path) { return loop_.Hangs(path); };
   for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) QDir().mkpath(paths_(slot));
   const auto set = [this](const QString& section, const QString& key, const QString& value) {
     settings_.SaveSetting(kTitle, section, key, value);
@@ -94,7 +53,7 @@ void SoakDesk::AddTrack(const QString& name, double stored, double length, const
 
 void SoakDesk::Open(int rows) {
   desk_.emplace(Console::Services{loop_,
-                                  *nobody_,
+                                  nobody_,
                                   audio_,
                                   settings_,
                                   catalogue_,
@@ -203,8 +162,9 @@ void SoakDesk::BringMusicBack() {
   QDir().rename(paths_(Paths::Music) + kAway, paths_(Paths::Music));
 }
 
-void SoakDesk::SetHanging(const QSet<QString>& paths) {
-  audio_.hanging = paths;
+void SoakDesk::SetHanging(const QSet<QString>& places) {
+  for (const QString& place : std::exchange(hanging_, places)) loop_.AnswerAgain(place);
+  for (const QString& place : hanging_) loop_.HangDisk(place);
 }
 
 void SoakDesk::SetDeviceLost(bool lost) {

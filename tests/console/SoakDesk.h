@@ -5,6 +5,7 @@
 #include "platform/ErrorLog.h"
 #include "platform/SettingsStore.h"
 #include "platform/SimulatedEventLoop.h"
+#include "support/NobodyThere.h"
 
 #include <QFile>
 #include <QHash>
@@ -64,17 +65,6 @@ struct DeskPlan {
   Deck lawSide = Deck::One;
 };
 
-/// Players whose Open can hang.
-class SoakAudio : public FaultyAudio {
- public:
-  explicit SoakAudio(EventLoop& loop) : FaultyAudio(loop), loop_(loop) {}
-  [[nodiscard]] std::unique_ptr<MediaPlayer> MakePlayer(const QString& output = {}) override;
-  QSet<QString> hanging;
-
- private:
-  EventLoop& loop_;
-};
-
 /// The joined desk of the program over a database in a folder, in simulated time, and everything that a
 /// person, a disk or a device can do to it. All that a soak knows of the product's insides is in here.
 class SoakDesk {
@@ -121,13 +111,16 @@ class SoakDesk {
   [[nodiscard]] double OpenTime() const { return std::chrono::duration<double>(audio_.openTime).count(); }
   void TakeMusicAway();
   void BringMusicBack();
-  /// Looks at these files and their opening do not come back until they hang no more.
-  void SetHanging(const QSet<QString>& paths);
+  /// Looks at these files, or at all in these folders, do not come back until they hang no more.
+  void SetHanging(const QSet<QString>& places);
+  [[nodiscard]] QString MusicFolder() const { return paths_(Paths::Music); }
   void SetDeviceLost(bool lost);
   /// No beat for so many seconds.
   void DelayBeats(int seconds);
   void BreakOff(Deck deck) { Disk(deck).BreakOff(); }
   void StandStill(Deck deck) { Disk(deck).StandStill(); }
+  /// Its disk gives no more data; what is in memory lasts for so many seconds.
+  void LoseDisk(Deck deck, int left) { Disk(deck).LoseDisk(loop_, std::chrono::seconds(left)); }
 
   [[nodiscard]] bool NothingPlayable() { return desk_->Automatic().NothingPlayable(); }
   [[nodiscard]] QString StatusText() { return desk_->Automatic().StatusText(); }
@@ -136,8 +129,6 @@ class SoakDesk {
   [[nodiscard]] QString Impossible();
 
  private:
-  /// Nobody sits at the desk.
-  class NobodyThere;
   /// Where its file lies now: the music may have been taken away.
   [[nodiscard]] QString PlaceOf(const SoakTrack& track) const;
   [[nodiscard]] FaultyPlayer& Disk(Deck deck) { return FaultyAudio::Of(desk_->Decks().Player(deck)); }
@@ -146,14 +137,15 @@ class SoakDesk {
   Paths paths_;
   std::uint64_t seed_;
   SimulatedEventLoop loop_{QDateTime(QDate(2007, 6, 1), QTime(9, 0))};
-  std::unique_ptr<Prompter> nobody_;
+  NobodyThere nobody_;
   ErrorLog log_;
-  SoakAudio audio_{loop_};
+  FaultyAudio audio_{loop_};
   SettingsStore settings_;
   Catalogue catalogue_;
   std::vector<SoakTrack> tracks_;
   QHash<QString, std::size_t> byPath_;
   QHash<QString, Mref> mrefs_;
+  QSet<QString> hanging_;
   std::optional<Console> desk_;
   Nanoseconds openedAt_{0};
   Timer beatsBack_;

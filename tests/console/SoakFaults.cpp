@@ -22,6 +22,8 @@ constexpr int kFewestRows = 8;
 constexpr int kGiveUp = 16;
 /// It finds out in five that a deck stands still.
 constexpr int kStandsStill = 6;
+/// Seconds of sound that a player has in memory, at the least.
+constexpr int kLeastMemory = 5;
 /// After these the first start has come.
 constexpr int kSwitchTime = 10;
 /// The longest rise of the levels; one that a start asks for begins when its deck is heard.
@@ -245,13 +247,15 @@ void SoakFaults::BreakDisk() {
     if (loadDueAt_ + 2 > Now()) OnLoadDue();
   } else {
     const QString reason = kind == 1 ? u"all disks hang"_s : u"all files gone"_s;
-    if (kind == 1) desk.SetOpenTime(1h);
+    if (kind == 1) desk.SetHanging({desk.MusicFolder()});
     if (kind == 2) desk.TakeMusicAway();
     scene_.excuses.Add(reason, Now(), Now() + lasts + kGiveUp, {Touch::Load, Touch::Silence});
-    parts_.bad.NoteAll(Now() + lasts);
   }
+  // What is not read in time is left alone for a while.
+  parts_.bad.NoteAll(Now() + lasts);
   After(lasts, [this, kind] {
     scene_.desk.SetOpenTime(20ms);
+    if (kind == 1) scene_.desk.SetHanging({});
     if (kind == 2) scene_.desk.BringMusicBack();
     slow_.clear();
     diskBroken_ = false;
@@ -293,13 +297,21 @@ void SoakFaults::HangDisk() {
 
 void SoakFaults::KillStream(const DeskSight& now) {
   const Deck deck = chance_.Below(2) == 0 ? Deck::One : Deck::Two;
-  const bool broken = chance_.Below(2) == 0;
+  const int kind = chance_.Below(3);
   if (!now.decks[deck].playing) return;
   parts_.bad.Note(now.decks[deck].path, Now());
-  if (broken) {
+  if (kind == 0) {
     parts_.starts.OnBrokeOff(deck);
     scene_.desk.BreakOff(deck);
     scene_.excuses.Add(u"stream broke off"_s, Now(), Now() + 0.2, {Touch::Cut, Touch::Kill});
+  } else if (kind == 1) {
+    // What is in memory is for the start of the next one: that is no reason for silence.
+    const int left = kLeastMemory + chance_.Below(6);
+    scene_.desk.LoseDisk(deck, left);
+    const auto lost = u"disk lost on air"_s;
+    parts_.bad.Note(now.decks[deck].path, Now() + left);
+    scene_.excuses.Add(lost, Now(), Now() + left + kStandsStill, {Touch::Cut, Touch::Start, Touch::Load});
+    scene_.excuses.Add(lost, Now() + left, Now() + left + 0.2, {Touch::Kill});
   } else {
     scene_.desk.StandStill(deck);
     // Until it is found out, and the tick behind that.

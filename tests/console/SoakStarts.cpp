@@ -107,6 +107,8 @@ void SoakStarts::OnLoaded(Deck deck, const SoakLook& look) {
   decks_[deck] = course;
   if (!look.now.on) return;
   plan_ = PlanAfterLoad(scene_.options.mode, plan_, course.rules, !other.isEmpty());
+  // The two decks of a desk that is switched on are filled in one go, before what they hold decides.
+  if (firstStart_ && levels_.Starting(look.now.at)) Resync(u"switched on"_s);
   if (!course.unknown.isEmpty()) planUnknown_ = course.unknown;
   planFrom_ = look.now.at;
   rounds_.OnLoaded(path, old.path, other);
@@ -120,7 +122,8 @@ void SoakStarts::OnStarted(Deck deck, const SoakLook& look) {
   const double now = look.now.at;
   const double due = course.dueFrom >= 0 ? course.dueFrom : Due(deck, {look.before, look.now}) ? now : -1;
   QString excuse = scene_.excuses.For(Touch::Start, due >= 0 ? due : look.before.at, now);
-  if (std::exchange(switched_, false)) excuse = u"switched on"_s;
+  firstStart_ = std::exchange(switched_, false);
+  if (firstStart_) excuse = u"switched on"_s;
   if (excuse.isEmpty()) excuse = levels_.Excused();
   if (excuse.isEmpty()) excuse = planUnknown_;
   if (excuse.isEmpty()) {

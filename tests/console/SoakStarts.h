@@ -67,6 +67,7 @@ class SoakStarts {
   double planFrom_ = 0;  ///< the desk may work on it until a moment later
   QHash<QString, double> infoChanged_;
   bool switched_ = false;
+  bool firstStart_ = false;  ///< the last one was that with which the desk was switched on
   bool loadDue_ = false;
   bool disturbed_ = false;
 };
