@@ -216,8 +216,7 @@ TEST(Devices, PlayersOnRealThreadsKeepTheirWitsUnderHeavyHandling) {
   std::vector<std::unique_ptr<MediaPlayer>> players;
   JobList jobs;
   int ends = 0;
-  const auto until = loop.Elapsed() + 4s;
-  while (loop.Elapsed() < until) {
+  for (int step = 0; step < 800; ++step) {
     if (players.size() < 4) {
       players.push_back(engine->MakePlayer());
       players.back()->OnEndOfStream = [&ends] { ++ends; };
@@ -253,11 +252,24 @@ TEST(Devices, PlayersOnRealThreadsKeepTheirWitsUnderHeavyHandling) {
     }
     QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
   }
-  EXPECT_GT(ends, 0);
-  EXPECT_GT(loudest.load(), 0.05F);
-  const double position = players.front()->CurrentPosition();
-  EXPECT_GE(position, 0);
   jobs.CancelAll();
+  // Whatever was done to it, a player that is left in peace plays a file to its end once.
+  MediaPlayer& player = *players.front();
+  const auto turnUntil = [&](auto condition) {
+    while (!condition()) QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+  };
+  for (const auto& each : players) each->OnEndOfStream = nullptr;
+  player.SetVolume(0);
+  player.SetRate(1);
+  const Job<> last = OpenAndPlay(player, paths[2]);
+  turnUntil([&] { return !last.Running(); });
+  loudest = 0;
+  ends = 0;
+  player.OnEndOfStream = [&ends] { ++ends; };
+  turnUntil([&] { return ends > 0; });
+  EXPECT_GT(loudest.load(), 0.05F);
+  EXPECT_NEAR(player.CurrentPosition(), 1, 0.001);
+  EXPECT_EQ(player.State(), PlayState::Stopped);
   players.clear();
   device.request_stop();
   device.join();

@@ -121,6 +121,13 @@ TEST(Files, AFileOfFloatsCannotHarmTheOutput) {
   studio.loop.RunFor(500ms);
   EXPECT_TRUE(std::all_of(studio.heard.begin(), studio.heard.end(),
                           [](float sample) { return std::abs(sample) <= 1.0F; }));
+  // Each wild sample spoils what is near it and no more.
+  const auto fine = std::count_if(studio.heard.begin(), studio.heard.end(),
+                                  [](float sample) { return std::abs(sample - 0.5F) < 0.005F; });
+  const auto all =
+      std::count_if(studio.heard.begin(), studio.heard.end(), [](float sample) { return sample != 0.0F; });
+  EXPECT_GT(static_cast<double>(fine), 0.8 * static_cast<double>(sound.size()) / 1.3);
+  EXPECT_GT(static_cast<double>(fine), 0.8 * static_cast<double>(all));
 }
 
 TEST(Files, DurationsAreReadWithoutAPlayer) {

@@ -327,12 +327,18 @@ TEST_F(DeckLoadTest, ALoadThatIsOvertakenInItsPlayerLeavesTheRecord) {
 }
 
 TEST_F(DeckLoadTest, TheDeskMayGoWhileItLoadsAndWrites) {
-  OpenDesk();
+  AddTrack(u"wrong"_s, 60, 40);
+  Open();
+  EnqueueAll();
+  Load(Deck::Two, 1);
+  Decks().ManualStart(Deck::Two);
+  ASSERT_TRUE(loop_.RunUntil([this] { return Record(Deck::Two).PlayedOut; }));
   Queue().Click(1);
-  Decks().LoadCommand(Deck::One);
-  Decks().LoadCommand(Deck::Two);
+  Decks().LoadDeck(Deck::One);
+  ASSERT_TRUE(Record(Deck::One).Loading);
   desk_.reset();
   loop_.RunFor(1min);
+  EXPECT_EQ(database_.Info(u"wrong"_s), InfoBytes("40")) << "what is to be written is";
 }
 
 TEST_F(DeckLoadTest, PreviewTakesARandomTrackAndLeavesTheQueueAlone) {

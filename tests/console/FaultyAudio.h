@@ -12,6 +12,7 @@ class FaultyPlayer : public MediaPlayer {
  public:
   explicit FaultyPlayer(std::unique_ptr<MediaPlayer> player) : player_(std::move(player)) {
     player_->OnEndOfStream = [this] {
+      DiskIsBack();
       if (OnEndOfStream) OnEndOfStream();
     };
   }
@@ -60,6 +61,7 @@ class FaultyPlayer : public MediaPlayer {
     if (!stands_) player_->Play();
   }
   void Stop() override {
+    DiskIsBack();
     stands_ = false;
     player_->Stop();
   }

@@ -152,8 +152,17 @@ TEST_F(JobTest, AListLetsGoOfFinishedJobsAndEndsTheOthersWithItself) {
   {
     JobList jobs;
     jobs.Add(Outer(1s));
-    jobs.Add(Outer(10s));
+    // A frame keeps its arguments until it is let go.
+    const auto kept = std::make_shared<int>();
+    const auto keeps = [](std::shared_ptr<int> /*held*/, SimulatedEventLoop* on) -> Job<> {
+      co_await on->Sleep(1s);
+    };
+    jobs.Add(keeps(kept, &loop));
     loop.RunFor(2s);
+    EXPECT_FALSE(jobs.Running());
+    EXPECT_EQ(kept.use_count(), 2);
+    jobs.Add(Outer(10s));
+    EXPECT_EQ(kept.use_count(), 1);
     EXPECT_TRUE(jobs.Running());
     log.clear();
   }
