@@ -123,7 +123,6 @@ void AutoLoader::CueAgain(Deck deck) {
   decks.Player(deck).Stop();
   decks.SetPosition(deck, 0);
   decks.SetState(deck, DeckState::Loaded);
-  if (OnCuedAgain) OnCuedAgain(deck);
 }
 
 std::optional<Mref> AutoLoader::PickPreview() {
@@ -162,6 +161,7 @@ Job<bool> AutoLoader::Fill(Deck deck, From from, bool atStart) {
     filled = co_await FillFromQueue(deck, from, atStart);
   }
   tried_.clear();
+  if (filled) services_.decks.TakeFadeIn(deck);
   lastHope_ = false;
   nothingPlayable_ = !filled;
   co_return filled;

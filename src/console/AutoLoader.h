@@ -78,8 +78,6 @@ class AutoLoader {
   PreviewPicks UsedPicks;
   /// A track was passed over: its title and why. Told again for the same file after an hour at the earliest.
   std::function<void(const QString& title, const QString& why)> OnSkipped;
-  /// After a load in a deck that held its track already: as DeckEngine::CheckFadeOverride.
-  std::function<void(Deck)> OnCuedAgain;
 
  private:
   struct Bad {

@@ -23,7 +23,6 @@ AutoPlay::AutoPlay(Services services)
                services_.catalogue, services_.random, services_.FadedOut, [this] { return SecondsLeft(); }}) {
   SetDelta(services_.delta);
   loader_.OnSkipped = [this](const QString& title, const QString& why) { TellSkipped(title, why); };
-  loader_.OnCuedAgain = [this](Deck deck) { CheckFadeOverride(deck); };
   services_.decks.PickPreview = [this] { return loader_.PickPreview(); };
   services_.decks.CheckFadeOverride = [this](Deck deck) { CheckFadeOverride(deck); };
 }

@@ -149,7 +149,8 @@ int AutoPlay::SecondsLeft() const {
 }
 
 void AutoPlay::LoadNext() {
-  if (!services_.state.AutoPlayOn || loading_.Running()) return;
+  // The next track adds to what the one that is starting says of it, never the other way round.
+  if (!services_.state.AutoPlayOn || loading_.Running() || Starting()) return;
   const std::optional<Deck> deck = FreeDeck(false);
   if (!deck || services_.loop.Elapsed() < nextRound_) return;
   loading_ = RunLoad(*deck);

@@ -311,7 +311,8 @@ void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInf
   if (old.State != DeckState::Empty && old.Position > 0 && old.Position < old.Duration) {
     services_.queue.MarkQueueRow(old.CatalogueIndex, QueueStatus::Faded);
   }
-  if (state.AutoPlayOn && !state.PreviewOn && CheckFadeOverride) CheckFadeOverride(deck);
+  // Automatic play looks at the track first.
+  if (!state.AutoPlayOn) TakeFadeIn(deck);
   if (!state.PlaysByItself()) RecordSession(SessionCode::Loaded, deck);
 }
 
@@ -339,12 +340,18 @@ void DeckEngine::TakeTrackInfo(DeckRecord& record, const TextFile& lines) {
   }
   record.TrackInfoText = text;
 
+  record.Info = QStringLiteral("Starts: ") + word(record.StartStyle) + QStringLiteral(" : ") +
+                QStringLiteral("Ends: ") + word(record.EndStyle);
+}
+
+void DeckEngine::TakeFadeIn(Deck deck) {
+  const DeckRecord& record = decks_[deck];
+  const ConsoleState& state = services_.state;
   const bool fadesIn = Val(LastField(record.PlayMode)) > 1 && Val(LastField(record.FadePosition)) > 3;
   if (services_.settings.AfadeSet && fadesIn && record.FadeSpeed.contains(QLatin1Char(',')) && OnFadeSpeed) {
     OnFadeSpeed(50 - WholeNumber(record.FadeSpeed.section(QLatin1Char(','), 1, 1), 0, 50));
   }
-  record.Info = QStringLiteral("Starts: ") + word(record.StartStyle) + QStringLiteral(" : ") +
-                QStringLiteral("Ends: ") + word(record.EndStyle);
+  if (state.AutoPlayOn && !state.PreviewOn && CheckFadeOverride) CheckFadeOverride(deck);
 }
 
 void DeckEngine::StartDeck(Deck deck) {

@@ -68,6 +68,10 @@ class DeckEngine : public QObject {
   void LoadTrack(Deck deck, const LoadRequest& request, Disks::Patience patience = Disks::Patience::Person);
   /// A load that the air cannot wait for ends as NoAnswer.
   void GiveUpLoad(Deck deck);
+  /// The track in the deck is going to be played: its own fade-in speed goes to the slider, and in automatic
+  /// play it may lengthen the overlap. Each load by hand does so; automatic play once it has found the track
+  /// good.
+  void TakeFadeIn(Deck deck);
   /// "Manual start": a loaded or stopped deck starts; one that played out starts from its beginning.
   void ManualStart(Deck deck);
   /// The stop command, with its guards.
@@ -116,7 +120,7 @@ class DeckEngine : public QObject {
 
   /// A random track for a preview, with its path; none when there is none.
   std::function<std::optional<Mref>()> PickPreview;
-  /// After a load in automatic play outside preview: the track may lengthen the overlap.
+  /// In automatic play outside preview: the loaded track may lengthen the overlap.
   std::function<void(Deck)> CheckFadeOverride;
   /// The track's own fade-in speed goes to the fade speed slider (0..50).
   std::function<void(int)> OnFadeSpeed;

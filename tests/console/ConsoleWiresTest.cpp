@@ -129,7 +129,7 @@ TEST_F(ConsoleWires, TheRowThatAutomaticPlayIsAtBlinks) {
   Queue().Select(1);
   Click(u"Option5"_s);
   loop_.RunFor(10s);
-  const int row = Queue().QueueRow();
+  const int row = Queue().IndexOf(Record(*Decks().OnAir()).Row);
   ASSERT_GT(row, 0);
   // The selection would lie over it.
   QueueList().clearSelection();

@@ -187,6 +187,8 @@ TEST_F(DeckLoadTest, ADeckThatPlaysUnheardAndAutomaticPlayLoadWithoutAsking) {
   const std::size_t records = SessionCodes().size();
   Load(Deck::One, 3);
   EXPECT_EQ(Record(Deck::One).Title, u"Gamma"_s);
+  EXPECT_EQ(overrides, 0) << "only a track that it has looked at";
+  Decks().TakeFadeIn(Deck::One);
   EXPECT_EQ(overrides, 1);
   EXPECT_EQ(SessionCodes().size(), records) << "automatic play records no load";
 }
