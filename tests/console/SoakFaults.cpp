@@ -71,7 +71,7 @@ QByteArray SoakFaults::RandomInfo(double stored) {
   const QByteArray kinds = number(1, 3) + ',' + number(1, 3);
   QByteArray places = number(0, 20) + ',' + number(0, 25);
   // Now and then longer than many a track.
-  if (chance_.Below(12) == 0) places = number(100, 400) + ',' + number(60, 300);
+  if (chance_.Below(5) == 0) places = number(100, 400) + ',' + number(60, 300);
   QByteArray speeds = number(0, 51) + ',' + number(0, 51);
   if (chance_.Below(8) == 0) places = number(0, 15);
   if (chance_.Below(8) == 0) speeds = number(0, 50);

@@ -11,7 +11,7 @@ namespace {
 /// The desk leaves a file that failed alone for a minute.
 constexpr double kLeftAlone = 75;
 /// The chance that a row is left out of so many draws may be one in this many.
-constexpr double kEvenings = 1e9;
+constexpr double kEvenings = 1e6;
 
 }  // namespace
 
@@ -26,7 +26,7 @@ bool SoakBadFiles::Lately(const QString& path, double now) const {
 
 void SoakRounds::OnSwitch() {
   edited_ = unknown_ = switched_ = true;
-  missed_.clear();
+  if (scene_.options.mode != SoakMode::Random) missed_.clear();
   heard_.clear();
   failed_.clear();
   failedBefore_.clear();

@@ -28,7 +28,7 @@ class SoakBadFiles {
 };
 
 /// Watches that the rows of the queue come in their order and that none is left out: in random order within
-/// so many loads that one in a thousand million evenings would fail; in preview that no track comes a second
+/// so many loads that one in a million evenings would fail; in preview that no track comes a second
 /// time before all have been heard.
 class SoakRounds {
  public:
