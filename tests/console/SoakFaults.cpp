@@ -55,7 +55,8 @@ void SoakFaults::SwitchOn() {
   }
   scene_.excuses.Add(u"switched on"_s, Now(), Now() + kSwitchTime,
                      {Touch::Silence, Touch::Start, Touch::Load, Touch::Cut});
-  scene_.excuses.Add(u"switched on"_s, Now(), Now() + 1, {Touch::Order});
+  // A load that hung before may come back as late.
+  scene_.excuses.Add(u"switched on"_s, Now(), Now() + kSwitchTime + 2, {Touch::Order});
   parts_.starts.OnSwitch();
   parts_.rounds.OnSwitch();
   scene_.desk.SwitchOn(mode == SoakMode::Jukebox   ? AutoMode::Jukebox

@@ -109,7 +109,9 @@ void SoakRounds::CountMissed(const QString& path, const QString& other, const QS
 }
 
 void SoakRounds::CheckPreview(const QString& path) {
-  if (heard_.contains(path)) {
+  // Perhaps chosen before the desk was switched off.
+  if (!scene_.excuses.For(Touch::Order, scene_.desk.Now()).isEmpty()) failedBefore_.insert(path);
+  if (heard_.contains(path) && !failedBefore_.contains(path)) {
     for (const SoakTrack& track : scene_.desk.Tracks()) {
       const bool failed = failed_.contains(track.path) || failedBefore_.contains(track.path);
       if (failed || heard_.contains(track.path)) continue;

@@ -80,9 +80,12 @@ void SoakStarts::SeeDeck(Deck deck, const SoakLook& look) {
     if (!excused) scene_.Violate(u"%1 was loaded and gave way before it was heard"_s.arg(course.path));
     course.done = course.started = true;
   }
-  const bool loaded = (now.loaded && (!before.loaded || other)) || (other && now.playing);
+  const bool starts = now.playing && (!before.playing || other || back);
+  // A load may be followed by its start between two looks.
+  const bool atOnce = starts && (other || (switched_ && !before.loaded));
+  const bool loaded = now.loaded ? !before.loaded || other : atOnce;
   if (loaded && now.hasSound && now.length >= kShortest) OnLoaded(deck, look);
-  if (now.playing && (!before.playing || other || back)) OnStarted(deck, look);
+  if (starts) OnStarted(deck, look);
   if (!now.loading) course.loadingFrom = look.now.at;
 }
 
