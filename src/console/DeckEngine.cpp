@@ -7,7 +7,6 @@
 #include <QFileInfo>
 
 #include <cmath>
-#include <limits>
 
 namespace kelvo {
 
@@ -16,7 +15,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Nanoseconds kFrameUpdate = 200ms;
-constexpr Nanoseconds kOpenPoll = 250ms;
 /// A deck whose position stands for so long after its start gives no sound.
 constexpr Nanoseconds kNoSound = 2s;
 /// The going deck is waited for only when it has just begun.
@@ -32,43 +30,20 @@ constexpr double kHeard = 0.5;
 /// Pace of a held position button: the next pulse waits until the last one can be seen.
 constexpr Nanoseconds kFastMovePulse = 20ms;
 
-const QString kLoadTag = QStringLiteral(" loaddk");
+}  // namespace
 
-int RemainOf(const DeckRecord& record) {
+int DeckEngine::RemainOf(const DeckRecord& record) {
   return static_cast<int>(std::clamp<qint64>(Int(record.Duration - record.Position), 0, 32767));
 }
 
-QString DeckWord(Deck deck) {
+QString DeckEngine::DeckWord(Deck deck) {
   return QStringLiteral("DECK ") + QString::number(DisplayNumber(deck));
 }
 
-PanelQuestion PlayingLive(Deck deck, const QString& button, PanelAction action, LoadRequest load = {}) {
+PanelQuestion DeckEngine::PlayingLive(Deck deck, const QString& button, PanelAction action,
+                                      LoadRequest load) {
   return {DeckWord(deck) + QStringLiteral(" IS PLAYING LIVE !\r\n"), button, action, deck, std::move(load)};
 }
-
-/// The second to the fifth entry of a reference line, or "None".
-QString ListForDisplay(const QString& line) {
-  const QStringList fields = line.split(QLatin1Char(','));
-  if (fields.size() <= 1) return QStringLiteral("None");
-  return fields.mid(1, 4).join(QStringLiteral(": "));
-}
-
-/// As it stands: a number that is neither soft nor strong has its meaning too.
-int Style(const QString& text) {
-  return WholeNumber(text, std::numeric_limits<qint16>::min(), std::numeric_limits<qint16>::max());
-}
-
-QString LastField(const QString& list) {
-  return list.section(QLatin1Char(','), -1);
-}
-
-}  // namespace
-
-/// What the track info file said.
-struct DeckEngine::TrackInfoFile {
-  std::optional<TextFile> lines;
-  std::exception_ptr failure;  ///< it is there and cannot be read
-};
 
 DeckEngine::DeckEngine(Services services) : services_(std::move(services)) {
   for (const Deck deck : kDecks) {
@@ -95,263 +70,6 @@ QString DeckEngine::BaseNameOf(const QString& path) {
 
 void DeckEngine::RecordSession(SessionCode code, Deck deck, double position) {
   services_.session.RecordSessionEvent({code, deck, decks_[deck].CatalogueIndex, position});
-}
-
-bool DeckEngine::FadeFailsLoad(Deck deck) const {
-  const int side = services_.state.CrossPan;
-  const int fromRest = deck == Deck::One ? side + 200 : 200 - side;
-  return services_.state.TransitionActive && fromRest < 100;
-}
-
-bool DeckEngine::LoadCommandActs(Deck deck) const {
-  return services_.state.TransitionActive ? FadeFailsLoad(deck) : !decks_[deck].Loading;
-}
-
-bool DeckEngine::Holds(Deck deck, const QueueEntry& row) const {
-  const auto same = [&row](const QString& title, const QString& path) {
-    return title.compare(row.Text(TrackColumn), Qt::CaseInsensitive) == 0 ||
-           (!path.isEmpty() && path == row.Text(PathColumn));
-  };
-  return same(decks_[deck].Title, decks_[deck].FilePath) ||
-         same(BaseNameOf(loadPaths_[deck]), loadPaths_[deck]);
-}
-
-void DeckEngine::LoadCommand(Deck deck, Disks::Patience patience) {
-  DeckRecord& record = decks_[deck];
-  const ConsoleState& state = services_.state;
-  if (state.TransitionActive) {
-    record.LoadFailed = FadeFailsLoad(deck);
-    Q_EMIT Changed(deck);
-    return;
-  }
-  if (std::exchange(record.LoadFailed, false)) Q_EMIT Changed(deck);
-  if (record.Loading) return;
-  const std::optional<LoadRequest> request = FindRequest();
-  if (!state.PreviewOn) {
-    if (!request) return;
-    const QueueEntry& row = services_.queue.Row(services_.queue.Selected());
-    if (row.Text(TrackColumn).compare(record.Title, Qt::CaseInsensitive) == 0) return;
-    if (!state.AutoPlayOn) {
-      if (record.Live()) {
-        services_.panel.Open(
-            PlayingLive(deck, QStringLiteral("LOAD NEW TRACK"), PanelAction::LoadTrack, *request));
-        return;
-      }
-      if (Holds(Other(deck), row)) {
-        services_.panel.Open(
-            {QStringLiteral("TRACK ALREADY LOADED IN ") + DeckWord(Other(deck)) + QStringLiteral(" !\r\n"),
-             QStringLiteral("LOAD SAME TRACK"), PanelAction::LoadTrack, deck, *request});
-        return;
-      }
-    }
-  }
-  if (request) {
-    LoadTrack(deck, *request, patience);
-  } else {
-    EndLoad(deck, DeckLoad::Dropped);
-  }
-}
-
-std::optional<LoadRequest> DeckEngine::FindRequest() {
-  LoadRequest request;
-  if (services_.state.PreviewOn) {
-    const std::optional<Mref> picked = PickPreview ? PickPreview() : std::nullopt;
-    if (!picked) return std::nullopt;
-    request.track = *picked;
-    request.path = services_.catalogue.TrackPaths(*picked);
-    return request;
-  }
-  const int selected = services_.queue.Selected();
-  if (selected == 0) return std::nullopt;
-  const QueueEntry& row = services_.queue.Row(selected);
-  request.row = row.Id;
-  request.track = row.Track();
-  request.path = row.Text(PathColumn);
-  request.requestText = row.Text(ReqdataColumn);
-  return request;
-}
-
-void DeckEngine::LoadDeck(Deck deck, Disks::Patience patience) {
-  if (decks_[deck].Loading) return;
-  if (const std::optional<LoadRequest> request = FindRequest()) {
-    LoadTrack(deck, *request, patience);
-  } else {
-    EndLoad(deck, DeckLoad::Dropped);
-  }
-}
-
-void DeckEngine::LoadTrack(Deck deck, const LoadRequest& request, Disks::Patience patience) {
-  DeckRecord& record = decks_[deck];
-  if (record.Loading) return;
-  record.Loading = true;
-  loadPaths_[deck] = request.path;
-  record.Info.clear();
-  Q_EMIT Changed(deck);
-  loads_[deck] = RunLoad(deck, request, patience);
-}
-
-Job<> DeckEngine::RunLoad(Deck deck, LoadRequest request, Disks::Patience patience) {
-  DeckLoad outcome = DeckLoad::Dropped;
-  try {
-    outcome = co_await Load(deck, request, patience);
-  } catch (...) {
-    basHandleError(kLoadTag);
-  }
-  EndLoad(deck, outcome);
-}
-
-Job<DeckLoad> DeckEngine::Load(Deck deck, LoadRequest request, Disks::Patience patience) {
-  const QString path = request.path;
-  Job<TrackInfoFile> info = ReadInfo(TrackInfoPath(services_.paths, BaseNameOf(path)));
-  const auto look = [path] { return CheckMediaFile(path); };
-  const std::optional<bool> good = co_await services_.disks.Look(path, look, patience);
-  if (!good) co_return DeckLoad::NoAnswer;
-  if (!*good) co_return DeckLoad::BadFile;
-  const TrackInfoFile file = co_await std::move(info);
-  openWatches_[deck] = {0, services_.loop.Elapsed(), false,
-                        services_.loop.Every(kOpenPoll, [this, deck] { WatchOpen(deck); })};
-  const OpenResult opened = co_await players_[deck]->Open(path);
-  if (opened.kind == OpenResult::Kind::Superseded) co_return DeckLoad::Dropped;
-  if (opened.kind == OpenResult::Kind::Failed) {
-    NoteInLog(opened.error);
-    co_return DeckLoad::BadFile;
-  }
-  TakeTrack(deck, request, file);
-  co_return DeckLoad::Loaded;
-}
-
-Job<DeckEngine::TrackInfoFile> DeckEngine::ReadInfo(QString path) {
-  TrackInfoFile file;
-  try {
-    const auto read = [path]() -> std::optional<TextFile> {
-      const QString found = FindFile(path);
-      if (found.isEmpty()) return std::nullopt;
-      return TextFile::Read(found);
-    };
-    // Whatever its disk does, a track can be played with the defaults.
-    auto lines = co_await services_.disks.Look(path, read, Disks::Patience::Air);
-    if (lines) file.lines = std::move(*lines);
-    if (!lines) NoteInLog(QStringLiteral("The disk of %1 does not answer: the defaults are taken").arg(path));
-  } catch (...) {
-    file.failure = std::current_exception();
-  }
-  co_return file;
-}
-
-void DeckEngine::WatchOpen(Deck deck) {
-  OpenWatch& watch = openWatches_[deck];
-  const Nanoseconds now = services_.loop.Elapsed();
-  const std::uint64_t steps = players_[deck]->OpenSteps();
-  if (std::exchange(watch.steps, steps) != steps) watch.movedAt = now;
-  const Nanoseconds waited = now - watch.movedAt;
-  if (waited >= kOpenPoll * 2 && !std::exchange(watch.suspected, true))
-    services_.disks.Suspect(loadPaths_[deck]);
-  if (waited >= Disks::kLookLimit) GiveUpLoad(deck);
-}
-
-void DeckEngine::GiveUpLoad(Deck deck) {
-  if (!decks_[deck].Loading) return;
-  loads_[deck].Cancel();
-  EndLoad(deck, DeckLoad::NoAnswer);
-}
-
-void DeckEngine::EndLoad(Deck deck, DeckLoad outcome) {
-  DeckRecord& record = decks_[deck];
-  openWatches_[deck].timer.Stop();
-  const QString path = std::exchange(loadPaths_[deck], QString());
-  record.Loading = false;
-  record.LastLoad = outcome;
-  if (outcome == DeckLoad::BadFile) record.Info = QStringLiteral("Bad File ") + path;
-  if (outcome == DeckLoad::NoAnswer) {
-    record.Info = tr("Disk Does Not Answer : ") + path;
-    NoteInLog(QStringLiteral("The load of %1 was given up: its disk does not answer").arg(path));
-  }
-  Q_EMIT Changed(deck);
-  if (OnLoaded) OnLoaded(deck, outcome);
-}
-
-void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInfoFile& file) {
-  DeckRecord& record = decks_[deck];
-  const DeckRecord old = record;
-  const ConsoleState& state = services_.state;
-
-  // A button still held was meant for the track before.
-  fastMoves_[deck].Cancel();
-  moved_[deck] = false;
-  record.Title = ProperCase(BaseNameOf(request.path));
-  record.CatalogueIndex = request.track;
-  record.Row = request.row;
-  record.PlayedOut = false;
-  const double known = services_.catalogue.TrackDurations(request.track);
-  record.Duration = known > 0 ? known : players_[deck]->Duration();
-  record.Position = 0;
-  record.RemainSeconds = RemainOf(record);
-  record.State = DeckState::Loaded;
-  record.FilePath = request.path;
-
-  if (file.failure) basHandleError(kLoadTag, file.failure);
-  if (file.lines) {
-    TakeTrackInfo(record, *file.lines);
-  } else {
-    const TrackDefaults& defaults = services_.defaults;
-    record.TrackInfoText = QStringLiteral("Undefined Media File");
-    record.Info = QStringLiteral("Default - Track Start:");
-    record.PlayMode = QString::number(defaults.DefaultFade) + QStringLiteral(",1,1");
-    record.FadePosition = QString::number(defaults.DefaultDelta);
-    record.FadeSpeed = QString::number(defaults.DefaultFadeSpeed);
-    record.StartStyle = defaults.DefaultStartType;
-    record.EndStyle = defaults.DefaultEndType;
-  }
-  if (!state.PreviewOn && !request.requestText.isEmpty()) {
-    const QString stars(std::max(infoTextWidth_ - 8, 1), QLatin1Char('*'));
-    record.TrackInfoText.prepend(stars + QStringLiteral("REQUESTS") + stars + QStringLiteral("\r\n") +
-                                 request.requestText + QStringLiteral("\r\n"));
-  }
-
-  if (old.State != DeckState::Empty && old.Position > 0 && old.Position < old.Duration) {
-    services_.queue.MarkQueueRow(old.CatalogueIndex, QueueStatus::Faded);
-  }
-  // Automatic play looks at the track first.
-  if (!state.AutoPlayOn) TakeFadeIn(deck);
-  if (!state.PlaysByItself()) RecordSession(SessionCode::Loaded, deck);
-}
-
-void DeckEngine::TakeTrackInfo(DeckRecord& record, const TextFile& lines) {
-  const auto line = [&lines](InfoLine::Line number) { return lines.Line(number); };
-  const auto word = [](int style) { return style > 0 ? QStringLiteral("Strong") : QStringLiteral("Soft"); };
-  record.PlayMode = CompletePlayMode(line(InfoLine::PlayMode));
-  record.FadePosition = line(InfoLine::FadePosition);
-  record.FadeSpeed = line(InfoLine::FadeSpeed);
-  record.StartStyle = Style(line(InfoLine::StartStyle));
-  record.EndStyle = line(InfoLine::EndStyle).trimmed().isEmpty() ? services_.defaults.DefaultEndType
-                                                                 : Style(line(InfoLine::EndStyle));
-
-  const QString gap = QStringLiteral("   ");
-  const QString lineBreak = QStringLiteral("\r\n");
-  QString text = QStringLiteral("Date : ") + line(InfoLine::ReleaseDate) + gap + QStringLiteral("Hi Pos : ") +
-                 line(InfoLine::HiPos) + gap + QStringLiteral("BPM : ") + line(InfoLine::Bpm) + gap +
-                 QStringLiteral("Dur : ") + MinutesSeconds(record.Duration) + lineBreak;
-  text += QStringLiteral("Genres  ") + ListForDisplay(line(InfoLine::Categories)) + lineBreak;
-  text += QStringLiteral("Artists   ") + ListForDisplay(line(InfoLine::Artists)) + lineBreak;
-  text += QStringLiteral("Albums  ") + ListForDisplay(line(InfoLine::Albums)) + lineBreak;
-  for (qsizetype number = InfoLine::Comments; number < lines.Count(); ++number) {
-    const QString comment = lines.Line(number);
-    if (!comment.isEmpty()) text += comment + lineBreak;
-  }
-  record.TrackInfoText = text;
-
-  record.Info = QStringLiteral("Starts: ") + word(record.StartStyle) + QStringLiteral(" : ") +
-                QStringLiteral("Ends: ") + word(record.EndStyle);
-}
-
-void DeckEngine::TakeFadeIn(Deck deck) {
-  const DeckRecord& record = decks_[deck];
-  const ConsoleState& state = services_.state;
-  const bool fadesIn = Val(LastField(record.PlayMode)) > 1 && Val(LastField(record.FadePosition)) > 3;
-  if (services_.settings.AfadeSet && fadesIn && record.FadeSpeed.contains(QLatin1Char(',')) && OnFadeSpeed) {
-    OnFadeSpeed(50 - WholeNumber(record.FadeSpeed.section(QLatin1Char(','), 1, 1), 0, 50));
-  }
-  if (state.AutoPlayOn && !state.PreviewOn && CheckFadeOverride) CheckFadeOverride(deck);
 }
 
 void DeckEngine::StartDeck(Deck deck) {

@@ -162,6 +162,11 @@ class DeckEngine : public QObject {
   /// The deck holds the track of this queue row, or is about to.
   [[nodiscard]] bool Holds(Deck deck, const QueueEntry& row) const;
   [[nodiscard]] static QString BaseNameOf(const QString& path);
+  /// Whole seconds left.
+  [[nodiscard]] static int RemainOf(const DeckRecord& record);
+  [[nodiscard]] static QString DeckWord(Deck deck);
+  [[nodiscard]] static PanelQuestion PlayingLive(Deck deck, const QString& button, PanelAction action,
+                                                 LoadRequest load = {});
 
   Services services_;
   PerDeck<DeckRecord> decks_;
