@@ -11,6 +11,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace kelvo {
 
@@ -27,7 +28,8 @@ struct QtEventLoop::Address {
   std::mutex mutex;
   std::condition_variable changed;
   QtEventLoop* loop = nullptr;
-  int working = 0;  ///< threads in Lane::Apart
+  int working = 0;             ///< threads in Lane::Apart
+  std::vector<Callback> done;  ///< of those that have ended
 };
 
 QtEventLoop::QtEventLoop() : address_(std::make_shared<Address>()) {
@@ -83,9 +85,19 @@ void QtEventLoop::RunApart(std::function<void()> work, Callback done) {
     --address->working;
     address->changed.notify_all();
     if (address->loop == nullptr) return;
-    QMetaObject::invokeMethod(
-        address->loop, [done = std::move(done)] { done(); }, Qt::QueuedConnection);
+    address->done.push_back(std::move(done));
+    // The event belongs to Qt.
+    QCoreApplication::postEvent(address->loop, new QEvent(QEvent::User));
   }).detach();
+}
+
+void QtEventLoop::customEvent(QEvent* /*event*/) {
+  std::vector<Callback> done;
+  {
+    const std::lock_guard lock(address_->mutex);
+    done.swap(address_->done);
+  }
+  for (const Callback& each : done) Guarded(QStringLiteral(" loop"), each);
 }
 
 EventLoop::Disk QtEventLoop::DiskOf(const QString& path) const {

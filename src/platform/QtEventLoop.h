@@ -28,6 +28,8 @@ class QtEventLoop : public QObject, public EventLoop {
 
  protected:
   void QueueChanged() override;
+  /// Work in Lane::Apart has ended.
+  void customEvent(QEvent* event) override;
 
  private:
   /// Where work on a thread of its own finds the loop, which it may outlive.
