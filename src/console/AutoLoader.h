@@ -80,6 +80,10 @@ class AutoLoader {
   std::function<void(const QString& title, const QString& why)> OnSkipped;
 
  private:
+  /// A load has so long in any case, and longer only while its track is not needed at once. After each one
+  /// that was given up though its disk answers, the next has three times as long: where every file is slow,
+  /// giving up each in turn would never end.
+  static constexpr Nanoseconds kLoadAllowance = std::chrono::milliseconds(1500);
   struct Bad {
     Nanoseconds retryAt{0};
     Nanoseconds toldAt{0};
@@ -94,7 +98,13 @@ class AutoLoader {
   [[nodiscard]] Job<bool> FillFromCatalogue(Deck deck, bool atStart);
   [[nodiscard]] Job<> DeckFree(Deck deck, bool atStart);
   void CueAgain(Deck deck);
-  void Skip(const QString& path, const QString& title, const DeckRecord& record);
+  /// Loads the row that is selected, or the pick of a preview.
+  [[nodiscard]] Job<DeckLoad> LoadInTime(Deck deck);
+  [[nodiscard]] Job<DeckLoad> InTime(Deck deck, Job<DeckLoad> load);
+  /// Gives up the load that has run since `begun` when its time is over.
+  void CheckTime(Deck deck, Nanoseconds begun);
+  /// A load into the deck gave nothing to play.
+  void Skip(const QString& path, const QString& title, Deck deck, DeckLoad outcome);
 
   Services services_;
   QHash<QString, Bad> bad_;
@@ -102,6 +112,7 @@ class AutoLoader {
   Mref lastPick_ = Mref::None;
   bool lastHope_ = false;  ///< what is tried failed of late; nothing better is left, so it has its time
   bool nothingPlayable_ = false;
+  Nanoseconds allowance_ = kLoadAllowance;  ///< of the next load, when its track is needed
 };
 
 }  // namespace kelvo

@@ -208,7 +208,7 @@ std::optional<UpNext> AutoPlay::Next() const {
     next.title = record.Title;
     next.seconds = decision.secondsLeft;
     for (int index = 1; !services_.state.PreviewOn && index <= services_.queue.Count(); ++index) {
-      if (services_.queue.Row(index).Track() != record.CatalogueIndex) continue;
+      if (services_.queue.Row(index).track != record.CatalogueIndex) continue;
       next.queueIndex = index;
       break;
     }
@@ -217,7 +217,7 @@ std::optional<UpNext> AutoPlay::Next() const {
   const std::optional<Deck> deck = FreeDeck(true);
   if (!deck) return std::nullopt;
   next.queueIndex = loader_.Foreseen(*deck);
-  if (next.queueIndex != 0) next.title = services_.queue.Row(next.queueIndex).Text(TrackColumn);
+  if (next.queueIndex != 0) next.title = services_.queue.Row(next.queueIndex).title;
   const DeckRecord& playing = services_.decks.Record(Other(*deck));
   const qint64 left = Int(playing.Duration - std::max(now_.AutoDelta, 1)) - Int(playing.Position);
   next.seconds = static_cast<int>(std::clamp<qint64>(left, 0, 1 << 30));

@@ -18,6 +18,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace kelvo {
 
@@ -58,16 +59,24 @@ class DeckEngine : public QObject {
   [[nodiscard]] const DeckRecord& Record(Deck deck) const { return decks_[deck]; }
   [[nodiscard]] MediaPlayer& Player(Deck deck) { return *players_[deck]; }
 
-  /// The load command of the operator or of automatic play, with its guards.
-  void LoadCommand(Deck deck, Disks::Patience patience = Disks::Patience::Person);
+  /// The load command of the operator, with its guards and questions: the selected row of the queue, or a
+  /// track of the preview.
+  void LoadCommand(Deck deck);
   /// The load command does something now: it loads, asks, or shows that it failed.
   [[nodiscard]] bool LoadCommandActs(Deck deck) const;
-  /// Loads the selected queue row, or in preview the track that PickPreview gives, without asking.
-  void LoadDeck(Deck deck, Disks::Patience patience = Disks::Patience::Person);
+  /// The same by automatic play, which is asked nothing. Dropped at once when there is nothing to load, or
+  /// the deck has it already. The load goes on though the job is dropped.
+  [[nodiscard]] Job<DeckLoad> LoadDeck(Deck deck);
   /// Loads what the operator was asked about, without asking again.
-  void LoadTrack(Deck deck, const LoadRequest& request, Disks::Patience patience = Disks::Patience::Person);
+  void LoadTrack(Deck deck, const LoadRequest& request) {
+    BeginLoad(deck, request, Disks::Patience::Person);
+  }
+  /// What comes of the load that is under way; Dropped at once when there is none.
+  [[nodiscard]] Job<DeckLoad> LoadEnds(Deck deck);
   /// A load that the air cannot wait for ends as NoAnswer.
   void GiveUpLoad(Deck deck);
+  /// The file of the load is being opened, and its disk gives data.
+  [[nodiscard]] bool LoadGetsOn(Deck deck) const;
   /// The track in the deck is going to be played: its own fade-in speed goes to the slider, and in automatic
   /// play it may lengthen the overlap. Each load by hand does so; automatic play once it has found the track
   /// good.
@@ -126,8 +135,6 @@ class DeckEngine : public QObject {
   std::function<void(int)> OnFadeSpeed;
   /// A deck ran out; the status line falls back to the about line.
   std::function<void(Deck)> OnEndOfStream;
-  /// A load has ended.
-  std::function<void(Deck, DeckLoad)> OnLoaded;
   std::function<void(Deck)> OnStarted;
   std::function<void(Deck)> OnStoppedByHand;
   /// A deck was started and gives no sound.
@@ -141,6 +148,9 @@ class DeckEngine : public QObject {
   /// A load during the fade that runs is told to have failed.
   [[nodiscard]] bool FadeFailsLoad(Deck deck) const;
   [[nodiscard]] std::optional<LoadRequest> FindRequest();
+  /// What the load command is to load; none when a guard or a question holds it up.
+  [[nodiscard]] std::optional<LoadRequest> Commanded(Deck deck);
+  void BeginLoad(Deck deck, const LoadRequest& request, Disks::Patience patience);
   [[nodiscard]] Job<> RunLoad(Deck deck, LoadRequest request, Disks::Patience patience);
   [[nodiscard]] Job<DeckLoad> Load(Deck deck, LoadRequest request, Disks::Patience patience);
   [[nodiscard]] Job<TrackInfoFile> ReadInfo(QString path);
@@ -173,8 +183,10 @@ class DeckEngine : public QObject {
   PerDeck<std::unique_ptr<MediaPlayer>> players_;
   PerDeck<Job<>> loads_;
   PerDeck<QString> loadPaths_;  ///< of the loads on their way
+  PerDeck<std::vector<std::shared_ptr<OneShot<DeckLoad>>>> loadWaits_;
   /// The Open of a load.
   struct OpenWatch {
+    std::uint64_t stepsAtFirst = 0;
     std::uint64_t steps = 0;
     Nanoseconds movedAt{0};
     bool suspected = false;

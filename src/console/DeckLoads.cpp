@@ -14,6 +14,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Nanoseconds kOpenPoll = 250ms;
+constexpr Nanoseconds kOpenStalls = 1s;
 
 const QString kLoadTag = QStringLiteral(" loaddk");
 
@@ -53,47 +54,59 @@ bool DeckEngine::LoadCommandActs(Deck deck) const {
 
 bool DeckEngine::Holds(Deck deck, const QueueEntry& row) const {
   const auto same = [&row](const QString& title, const QString& path) {
-    return title.compare(row.Text(TrackColumn), Qt::CaseInsensitive) == 0 ||
-           (!path.isEmpty() && path == row.Text(PathColumn));
+    return title.compare(row.title, Qt::CaseInsensitive) == 0 || (!path.isEmpty() && path == row.path);
   };
   return same(decks_[deck].Title, decks_[deck].FilePath) ||
          same(BaseNameOf(loadPaths_[deck]), loadPaths_[deck]);
 }
 
-void DeckEngine::LoadCommand(Deck deck, Disks::Patience patience) {
+std::optional<LoadRequest> DeckEngine::Commanded(Deck deck) {
   DeckRecord& record = decks_[deck];
   const ConsoleState& state = services_.state;
   if (state.TransitionActive) {
     record.LoadFailed = FadeFailsLoad(deck);
     Q_EMIT Changed(deck);
-    return;
+    return std::nullopt;
   }
   if (std::exchange(record.LoadFailed, false)) Q_EMIT Changed(deck);
-  if (record.Loading) return;
-  const std::optional<LoadRequest> request = FindRequest();
-  if (!state.PreviewOn) {
-    if (!request) return;
-    const QueueEntry& row = services_.queue.Row(services_.queue.Selected());
-    if (row.Text(TrackColumn).compare(record.Title, Qt::CaseInsensitive) == 0) return;
-    if (!state.AutoPlayOn) {
-      if (record.Live()) {
-        services_.panel.Open(
-            PlayingLive(deck, QStringLiteral("LOAD NEW TRACK"), PanelAction::LoadTrack, *request));
-        return;
-      }
-      if (Holds(Other(deck), row)) {
-        services_.panel.Open(
-            {QStringLiteral("TRACK ALREADY LOADED IN ") + DeckWord(Other(deck)) + QStringLiteral(" !\r\n"),
-             QStringLiteral("LOAD SAME TRACK"), PanelAction::LoadTrack, deck, *request});
-        return;
-      }
-    }
+  if (record.Loading) return std::nullopt;
+  std::optional<LoadRequest> request = FindRequest();
+  if (state.PreviewOn || !request) return request;
+  const QueueEntry& row = services_.queue.Row(services_.queue.Selected());
+  if (row.title.compare(record.Title, Qt::CaseInsensitive) == 0) return std::nullopt;
+  if (state.AutoPlayOn) return request;
+  if (record.Live()) {
+    services_.panel.Open(
+        PlayingLive(deck, QStringLiteral("LOAD NEW TRACK"), PanelAction::LoadTrack, *request));
+    return std::nullopt;
   }
-  if (request) {
-    LoadTrack(deck, *request, patience);
-  } else {
-    EndLoad(deck, DeckLoad::Dropped);
+  if (Holds(Other(deck), row)) {
+    services_.panel.Open(
+        {QStringLiteral("TRACK ALREADY LOADED IN ") + DeckWord(Other(deck)) + QStringLiteral(" !\r\n"),
+         QStringLiteral("LOAD SAME TRACK"), PanelAction::LoadTrack, deck, *request});
+    return std::nullopt;
   }
+  return request;
+}
+
+void DeckEngine::LoadCommand(Deck deck) {
+  if (const std::optional<LoadRequest> request = Commanded(deck))
+    BeginLoad(deck, *request, Disks::Patience::Person);
+}
+
+Job<DeckLoad> DeckEngine::LoadDeck(Deck deck) {
+  const bool fades = services_.state.TransitionActive;
+  const std::optional<LoadRequest> request = fades ? FindRequest() : Commanded(deck);
+  if (!request || decks_[deck].Loading) co_return DeckLoad::Dropped;
+  BeginLoad(deck, *request, Disks::Patience::Air);
+  co_return co_await LoadEnds(deck);
+}
+
+Job<DeckLoad> DeckEngine::LoadEnds(Deck deck) {
+  if (!decks_[deck].Loading) co_return DeckLoad::Dropped;
+  const auto end = std::make_shared<OneShot<DeckLoad>>();
+  loadWaits_[deck].push_back(end);
+  co_return co_await end->Wait();
 }
 
 std::optional<LoadRequest> DeckEngine::FindRequest() {
@@ -108,27 +121,19 @@ std::optional<LoadRequest> DeckEngine::FindRequest() {
   const int selected = services_.queue.Selected();
   if (selected == 0) return std::nullopt;
   const QueueEntry& row = services_.queue.Row(selected);
-  request.row = row.Id;
-  request.track = row.Track();
-  request.path = row.Text(PathColumn);
-  request.requestText = row.Text(ReqdataColumn);
+  request.row = row.id;
+  request.track = row.track;
+  request.path = row.path;
+  request.requestText = row.requestText;
   return request;
 }
 
-void DeckEngine::LoadDeck(Deck deck, Disks::Patience patience) {
-  if (decks_[deck].Loading) return;
-  if (const std::optional<LoadRequest> request = FindRequest()) {
-    LoadTrack(deck, *request, patience);
-  } else {
-    EndLoad(deck, DeckLoad::Dropped);
-  }
-}
-
-void DeckEngine::LoadTrack(Deck deck, const LoadRequest& request, Disks::Patience patience) {
+void DeckEngine::BeginLoad(Deck deck, const LoadRequest& request, Disks::Patience patience) {
   DeckRecord& record = decks_[deck];
   if (record.Loading) return;
   record.Loading = true;
   loadPaths_[deck] = request.path;
+  openWatches_[deck] = {};
   record.Info.clear();
   Q_EMIT Changed(deck);
   loads_[deck] = RunLoad(deck, request, patience);
@@ -152,7 +157,8 @@ Job<DeckLoad> DeckEngine::Load(Deck deck, LoadRequest request, Disks::Patience p
   if (!good) co_return DeckLoad::NoAnswer;
   if (!*good) co_return DeckLoad::BadFile;
   const TrackInfoFile file = co_await std::move(info);
-  openWatches_[deck] = {0, services_.loop.Elapsed(), false,
+  const std::uint64_t steps = players_[deck]->OpenSteps();
+  openWatches_[deck] = {steps, steps, services_.loop.Elapsed(), false,
                         services_.loop.Every(kOpenPoll, [this, deck] { WatchOpen(deck); })};
   const OpenResult opened = co_await players_[deck]->Open(path);
   if (opened.kind == OpenResult::Kind::Superseded) co_return DeckLoad::Dropped;
@@ -193,6 +199,11 @@ void DeckEngine::WatchOpen(Deck deck) {
   if (waited >= Disks::kLookLimit) GiveUpLoad(deck);
 }
 
+bool DeckEngine::LoadGetsOn(Deck deck) const {
+  const OpenWatch& watch = openWatches_[deck];
+  return watch.steps != watch.stepsAtFirst && services_.loop.Elapsed() - watch.movedAt < kOpenStalls;
+}
+
 void DeckEngine::GiveUpLoad(Deck deck) {
   if (!decks_[deck].Loading) return;
   loads_[deck].Cancel();
@@ -204,14 +215,15 @@ void DeckEngine::EndLoad(Deck deck, DeckLoad outcome) {
   openWatches_[deck].timer.Stop();
   const QString path = std::exchange(loadPaths_[deck], QString());
   record.Loading = false;
-  record.LastLoad = outcome;
   if (outcome == DeckLoad::BadFile) record.Info = QStringLiteral("Bad File ") + path;
   if (outcome == DeckLoad::NoAnswer) {
     record.Info = tr("Disk Does Not Answer : ") + path;
     NoteInLog(QStringLiteral("The load of %1 was given up: its disk does not answer").arg(path));
   }
   Q_EMIT Changed(deck);
-  if (OnLoaded) OnLoaded(deck, outcome);
+  // Later: who waits may begin the next load, which takes the place of the job that ends here.
+  for (const auto& wait : std::exchange(loadWaits_[deck], {}))
+    services_.loop.Post([wait, outcome] { wait->Set(outcome); });
 }
 
 void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInfoFile& file) {
@@ -253,7 +265,7 @@ void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInf
   }
 
   if (old.State != DeckState::Empty && old.Position > 0 && old.Position < old.Duration) {
-    services_.queue.MarkQueueRow(old.CatalogueIndex, QueueStatus::Faded);
+    services_.queue.MarkQueueRow(old.CatalogueIndex, RowStatus::Faded);
   }
   // Automatic play looks at the track first.
   if (!state.AutoPlayOn) TakeFadeIn(deck);

@@ -35,7 +35,6 @@ struct DeckRecord {
   bool PlayedOut = false;   ///< the progress bar is amber
   bool LoadFailed = false;  ///< "Load Fail" is shown
   bool Loading = false;     ///< a load is on its way: no further load or start
-  DeckLoad LastLoad = DeckLoad::Dropped;
   RowId Row = RowId::None;  ///< the queue's row that the track came from
 
   [[nodiscard]] bool Live() const { return State == DeckState::Playing && Level < kLiveLoss; }

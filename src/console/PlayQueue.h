@@ -11,6 +11,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace kelvo {
@@ -60,8 +61,8 @@ class PlayQueue : public QObject {
   [[nodiscard]] bool MayCut() const;
   [[nodiscard]] bool MayClear() const;
   [[nodiscard]] bool MaySort() const;
-  /// The comment of the first row of this track; empty when there is none.
-  [[nodiscard]] QString CommentOf(Mref track) const;
+  /// What became of the first row of this track; none when there is no such row.
+  [[nodiscard]] std::optional<RowStatus> StatusOf(Mref track) const;
 
   /// Where tracks come from. The library adds each track once only; a search adds what it is told to.
   enum class Route { Library, Search };
@@ -94,9 +95,9 @@ class PlayQueue : public QObject {
   [[nodiscard]] QString TimingsCaption() const;
   void SwitchTimings();
 
-  /// What became of a track, in its first row. Nothing while a preview runs.
-  void MarkQueueRow(Mref track, QueueStatus status);
-  /// All rows lose their comment and take the reset colour: automatic play starts.
+  /// What became of a track, in its first row; a request is met by that. Nothing while a preview runs.
+  void MarkQueueRow(Mref track, RowStatus status);
+  /// Automatic play starts: nothing was played yet, and requests are rows like all others.
   void ResetMarks();
   /// What the operator should know of a command that did less than was asked.
   std::function<void(const QString&)> OnTold;
@@ -118,7 +119,8 @@ class PlayQueue : public QObject {
   void TellRowsChanged();
   [[nodiscard]] QString GenreColumnText(Mref track) const;
   [[nodiscard]] int FindTrack(Mref track) const;
-  [[nodiscard]] qint64 SecondsOf(const QueueEntry& entry) const;
+  /// Whole seconds of a track, for the total; 0 when its length is unknown.
+  [[nodiscard]] qint64 SecondsOf(Mref track) const;
   [[nodiscard]] bool MoveSelected(int step);
   void ClearAll();
   [[nodiscard]] Job<> RunEdit(int index, QString path);

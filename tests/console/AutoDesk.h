@@ -83,10 +83,10 @@ class AutoDesk {
   }
   void Enqueue(Mref track) {
     QueueEntry entry;
-    entry.Set(TrackColumn, catalogue.TrackNames[track]);
-    entry.Set(CommentColumn, QStringLiteral("Play Me"));
-    entry.Set(PathColumn, catalogue.TrackPaths(track));
-    entry.Set(MrefColumn, QString::number(ToInt(track)));
+    entry.title = catalogue.TrackNames[track];
+    entry.note = QStringLiteral("Play Me");
+    entry.path = catalogue.TrackPaths(track);
+    entry.track = track;
     queue.AppendRow(entry, Int(catalogue.TrackDurations(track)));
   }
   [[nodiscard]] FaultyPlayer& Disk(Deck deck) { return FaultyAudio::Of(decks.Player(deck)); }

@@ -274,7 +274,7 @@ TEST_F(AutoPlayTest, BadFilesArePassedOverAtOnceAndTold) {
   MakeQueue(7, 60, kStrong);
   QFile::remove(Path(2));
   desk_->audio.SetDuration(Path(3), -1);
-  desk_->catalogue.SetTrackDuration(desk_->queue.Row(4).Track(), 0);
+  desk_->catalogue.SetTrackDuration(desk_->queue.Row(4).track, 0);
   desk_->audio.SetDuration(Path(4), 0);
   desk_->audio.SetSilent(Path(5));
   On();
@@ -292,7 +292,7 @@ TEST_F(AutoPlayTest, ASilentFileThatWasLoadedForARunThatEndedIsPassedOver) {
   MakeQueue(4, 60, kStrong);
   desk_->audio.SetSilent(Path(2));
   Play().ToggleAutoPlay();
-  desk_->Run(0.05);
+  desk_->Run(0.03);
   ASSERT_TRUE(Record(Deck::Two).Loading);
   Play().ToggleAutoPlay();
   desk_->Run(1);

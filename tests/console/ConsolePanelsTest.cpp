@@ -249,7 +249,7 @@ TEST_F(ConsolePanels, TheBannerOfARequestIsAsWideAsItsBox) {
   OpenWindow();
   EnqueueAll();
   QueueEntry wish = Queue().Row(1);
-  wish.Set(ReqdataColumn, u"Request From: Ann"_s);
+  wish.requestText = u"Request From: Ann"_s;
   Queue().AppendRow(wish, 0);
   auto& box = Find<QPlainTextEdit>(u"TrackInfoText1"_s);
   qsizetype before = 0;

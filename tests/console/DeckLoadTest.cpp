@@ -94,10 +94,10 @@ TEST_F(DeckLoadTest, ARequestStandsAboveTheTrackInABanner) {
   OpenDesk();
   Decks().SetInfoTextWidth(12);
   QueueEntry entry;
-  entry.Set(TrackColumn, u"Wish"_s);
-  entry.Set(PathColumn, catalogue_.TrackPaths(ToMref(3)));
-  entry.Set(MrefColumn, u"3"_s);
-  entry.Set(ReqdataColumn, u"Request From: Ann\r\nTo: Bob\r\nMessage: Hi"_s);
+  entry.title = u"Wish"_s;
+  entry.path = catalogue_.TrackPaths(ToMref(3));
+  entry.track = ToMref(3);
+  entry.requestText = u"Request From: Ann\r\nTo: Bob\r\nMessage: Hi"_s;
   Queue().AppendRow(entry, 0);
   Load(Deck::One, 4);
   EXPECT_TRUE(Record(Deck::One).TrackInfoText.startsWith(
@@ -138,7 +138,7 @@ TEST_F(DeckLoadTest, NothingIsLoadedWithoutASelectionOrOverTheSameTitle) {
   EXPECT_FALSE(Record(Deck::One).Loading);
   Load(Deck::One, 1);
   QueueEntry twin = Queue().Row(1);
-  twin.Set(TrackColumn, u"ALPHA"_s);
+  twin.title = u"ALPHA"_s;
   Queue().AppendRow(twin, 0);
   Queue().Click(4);
   Decks().LoadCommand(Deck::One);
@@ -170,7 +170,7 @@ TEST_F(DeckLoadTest, ALiveDeckIsLoadedOnlyOnConfirmation) {
   EXPECT_EQ(Record(Deck::One).State, DeckState::Loaded);
   EXPECT_EQ(Player(Deck::One).State(), PlayState::Stopped);
   EXPECT_TRUE(Queue().Row(1).Text(CommentColumn).startsWith(u"Faded- 9:00"_s));
-  EXPECT_EQ(Queue().Row(1).ForeColor, QueueColour::Faded);
+  EXPECT_EQ(Queue().Row(1).status, RowStatus::Faded);
 }
 
 TEST_F(DeckLoadTest, ADeckThatPlaysUnheardAndAutomaticPlayLoadWithoutAsking) {
@@ -254,8 +254,6 @@ TEST_F(DeckLoadTest, AFileThatIsGoneOrNoSoundLeavesTheDeckAsItWas) {
   Load(Deck::One, 1);
   const QString gone = catalogue_.TrackPaths(ToMref(2));
   QFile::remove(gone);
-  std::vector<DeckLoad> ended;
-  Decks().OnLoaded = [&ended](Deck, DeckLoad outcome) { ended.push_back(outcome); };
   Load(Deck::One, 2);
   const QString broken = catalogue_.TrackPaths(ToMref(3));
   audio_.SetDuration(broken, -1);
@@ -265,7 +263,6 @@ TEST_F(DeckLoadTest, AFileThatIsGoneOrNoSoundLeavesTheDeckAsItWas) {
   EXPECT_EQ(Record(Deck::One).Title, u"Alpha"_s);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Loaded);
   EXPECT_EQ(Player(Deck::One).FileName(), catalogue_.TrackPaths(ToMref(1)));
-  EXPECT_THAT(ended, ElementsAre(DeckLoad::BadFile, DeckLoad::BadFile));
   EXPECT_THAT(SessionCodes(), ElementsAre(1));
 }
 
@@ -336,7 +333,8 @@ TEST_F(DeckLoadTest, TheDeskMayGoWhileItLoadsAndWrites) {
   Decks().ManualStart(Deck::Two);
   ASSERT_TRUE(loop_.RunUntil([this] { return Record(Deck::Two).PlayedOut; }));
   Queue().Click(1);
-  Decks().LoadDeck(Deck::One);
+  const QueueEntry& row = Queue().Row(1);
+  Decks().LoadTrack(Deck::One, {.row = row.id, .track = row.track, .path = row.path, .requestText = {}});
   ASSERT_TRUE(Record(Deck::One).Loading);
   desk_.reset();
   loop_.RunFor(1min);
@@ -350,10 +348,10 @@ TEST_F(DeckLoadTest, PreviewTakesARandomTrackAndLeavesTheQueueAlone) {
   desk_->State().AutoPlayOn = true;
   Queue().Select(0);
   Decks().PickPreview = nullptr;
-  Decks().LoadDeck(Deck::One);
-  EXPECT_FALSE(Record(Deck::One).Loading) << "nobody picks";
+  const Job<DeckLoad> nothing = Decks().LoadDeck(Deck::One);
+  EXPECT_FALSE(nothing.Running()) << "nobody picks";
   Decks().PickPreview = [] { return std::optional(ToMref(3)); };
-  Decks().LoadDeck(Deck::One);
+  const Job<DeckLoad> load = Decks().LoadDeck(Deck::One);
   loop_.RunFor(1s);
   EXPECT_EQ(Record(Deck::One).Title, u"Gamma"_s);
   EXPECT_TRUE(Queue().Row(1).Text(CommentColumn).startsWith(u"Now Playing"_s));

@@ -139,7 +139,7 @@ void SoakDesk::AddRow(const SoakTrack& track) {
 QStringList SoakDesk::RowPaths() {
   QStringList paths;
   const PlayQueue& queue = desk_->Queue();
-  for (int row = 1; row <= queue.Count(); ++row) paths.append(catalogue_.TrackPaths(queue.Row(row).Track()));
+  for (int row = 1; row <= queue.Count(); ++row) paths.append(catalogue_.TrackPaths(queue.Row(row).track));
   return paths;
 }
 
