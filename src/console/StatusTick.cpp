@@ -190,12 +190,16 @@ void StatusTick::ShowTime() {
 }
 
 void StatusTick::ShowIdle() {
+  status_.idle = Idle();
+}
+
+bool StatusTick::Idle() const {
   const bool sounds = services_.decks.Player(Deck::One).State() == PlayState::Playing ||
                       services_.decks.Player(Deck::Two).State() == PlayState::Playing ||
                       Says(hooks.JinglePlays);
   const QString name = SessionName();
   const bool named = !name.isEmpty() && name != kNoName;
-  status_.idle = !sounds && !Says(hooks.MonitorShown) && !Says(hooks.JingleActive) && !named;
+  return !sounds && !Says(hooks.MonitorShown) && !Says(hooks.JingleActive) && !named;
 }
 
 bool StatusTick::RunsOut(Deck deck) const {

@@ -63,7 +63,7 @@ class Transfer : public QObject {
 
   [[nodiscard]] bool Listing() const { return listing_; }
   /// A run or a deletion goes on.
-  [[nodiscard]] bool Running() const { return running_; }
+  [[nodiscard]] bool Busy() const { return running_; }
   [[nodiscard]] const TransferProgress& Progress() const { return progress_; }
 
   /// Whether a file of so many bytes fits into the folder. Called off the logic's thread.
@@ -72,7 +72,7 @@ class Transfer : public QObject {
   std::function<void()> OnTracksAdded;
 
  Q_SIGNALS:
-  /// Progress, Listing or Running changed.
+  /// Progress, Listing or Busy changed.
   void Changed();
 
  private:

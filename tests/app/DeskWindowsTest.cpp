@@ -1,14 +1,10 @@
-#include "app/windows/DeskWindows.h"
+#include "app/BesideTheDesk.h"
 #include "app/windows/WaitPointer.h"
-#include "console/DeskFixture.h"
-#include "console/windows/ConsoleWindow.h"
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/TransferWindow.h"
 #include "datamanager/windows/SearchWindow.h"
 #include "ui/ListTable.h"
-#include "ui/Theme.h"
 
-#include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -20,31 +16,16 @@ using namespace kelvo::testing;
 
 namespace {
 
-class BesideTheDesk : public DeskTest {
+class TheWindowsOfTheDesk : public BesideTheDesk {
  protected:
   void SetUp() override {
-    Theme::Apply(*qApp);
-    AddThreeTracks();
-    Make();
-    window_.emplace(*desk_);
-    beside_.emplace(*desk_, *window_);
-    window_->show();
-    window_->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&*window_));
-    ASSERT_TRUE(loop_.RunUntil([this] { return desk_->CatalogueLoaded(); }));
+    BesideTheDesk::SetUp();
+    OpenDesk();
   }
-  template <typename Window>
-  static Window* Opened() {
-    Window* found = nullptr;
-    for (QWidget* each : QApplication::topLevelWidgets()) {
-      if (auto* window = qobject_cast<Window*>(each)) found = window;
-    }
-    return found;
-  }
-  SearchWindow* Search() { return window_->findChild<SearchWindow*>(); }
+  static SearchWindow* Search() { return Opened<SearchWindow>(); }
   /// Searches for a title and adds all that is found.
   void AddFound(const QString& title) {
-    Q_EMIT window_->SearchWanted();
+    Press(u"TrackSearch"_s);
     ASSERT_NE(Search(), nullptr);
     auto* text = Search()->findChild<QLineEdit*>(u"Text1"_s);
     text->setText(title);
@@ -53,12 +34,9 @@ class BesideTheDesk : public DeskTest {
     QTest::mouseClick(Search()->findChild<QPushButton*>(u"CmdAdd"_s), Qt::LeftButton);
     loop_.RunFor(50ms);
   }
-
-  std::optional<ConsoleWindow> window_;
-  std::optional<DeskWindows> beside_;
 };
 
-TEST_F(BesideTheDesk, WhatTheSearchFindsGoesIntoTheQueueAsOftenAsItIsAdded) {
+TEST_F(TheWindowsOfTheDesk, WhatTheSearchFindsGoesIntoTheQueueAsOftenAsItIsAdded) {
   AddFound(u"a"_s);
   EXPECT_EQ(Queue().Count(), 3);
   EXPECT_EQ(Queue().Row(1).Text(CommentColumn), u"Play Me"_s);
@@ -69,7 +47,7 @@ TEST_F(BesideTheDesk, WhatTheSearchFindsGoesIntoTheQueueAsOftenAsItIsAdded) {
   EXPECT_EQ(Queue().QueueTotalSeconds(), 60 + 60 + 90 + 60);
 }
 
-TEST_F(BesideTheDesk, TheSearchAsksBeforeItGivesUpAGroupPlaylist) {
+TEST_F(TheWindowsOfTheDesk, TheSearchAsksBeforeItGivesUpAGroupPlaylist) {
   AddFound(u"alpha"_s);
   Queue().SetName(u"Wedding"_s);
   Queue().SetGroup({u"line"_s});
@@ -83,21 +61,10 @@ TEST_F(BesideTheDesk, TheSearchAsksBeforeItGivesUpAGroupPlaylist) {
   EXPECT_EQ(Queue().Name(), u"(No Name)"_s);
 }
 
-TEST_F(BesideTheDesk, ALockedScreenTakesNoHandInAnyWindow) {
-  Q_EMIT window_->SearchWanted();
-  prompter_.texts = {u"code"_s, u"code"_s};
-  desk_->Lock().Lockscr();
-  loop_.RunFor(10ms);
-  EXPECT_FALSE(Search()->isEnabled());
-  desk_->Lock().Lockscr();
-  loop_.RunFor(10ms);
-  EXPECT_TRUE(Search()->isEnabled());
-}
-
-TEST_F(BesideTheDesk, MusicThatIsTransferredIsFoundOnTheDeskAtOnce) {
+TEST_F(TheWindowsOfTheDesk, MusicThatIsTransferredIsFoundOnTheDeskAtOnce) {
   database_.Add(Paths::Utility, u"Delta/Delta - Song#2001-Mar#Album#.mp3"_s);
   audio_.SetDuration(database_.tree.Path(u"Kelvo2007_Utility/Delta/Delta - Song#2001-Mar#Album#.mp3"_s), 77);
-  Q_EMIT window_->TransferWanted();
+  Press(u"Transfer"_s);
   auto* window = Opened<TransferWindow>();
   ASSERT_NE(window, nullptr);
   auto* list = window->findChild<ListTable*>();
@@ -113,19 +80,20 @@ TEST_F(BesideTheDesk, MusicThatIsTransferredIsFoundOnTheDeskAtOnce) {
   EXPECT_EQ(Column(TrackColumn), QStringList{u"Delta - Song"_s});
 }
 
-TEST_F(BesideTheDesk, TheFunctionKeysOfTheDeskWorkInEveryWindow) {
+TEST_F(TheWindowsOfTheDesk, TheFunctionKeysOfTheDeskWorkInEveryWindow) {
   EnqueueAll();
   Load(Deck::One, 1);
   Load(Deck::Two, 2);
-  Q_EMIT window_->SearchWanted();
+  QTest::mouseClick(window_->findChild<QPushButton*>(u"Command34"_s), Qt::LeftButton);
+  ASSERT_NE(Search(), nullptr) << "the console's own button opens it too";
   QTest::keyClick(Search()->findChild<QLineEdit*>(u"Text1"_s), Qt::Key_F7);
   loop_.RunFor(10s);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Playing);
   EXPECT_EQ(desk_->Fades().CrossPan(), -200);
 }
 
-TEST_F(BesideTheDesk, AsksBeforeAnImportThatRunsIsStoppedByTheEnd) {
-  Q_EMIT window_->JinglesWanted();
+TEST_F(TheWindowsOfTheDesk, AsksBeforeAnImportThatRunsIsStoppedByTheEnd) {
+  Press(u"Jingles"_s);
   prompter_.answers = {Answer::No};
   window_->close();
   Opened<JingleImportWindow>()->Work().Search(database_.tree.Path());
@@ -142,8 +110,8 @@ TEST_F(BesideTheDesk, AsksBeforeAnImportThatRunsIsStoppedByTheEnd) {
   EXPECT_FALSE(window_->isVisible());
 }
 
-TEST_F(BesideTheDesk, ClosesItsWindowsWithTheDeskAndKeepsTheirPlace) {
-  Q_EMIT window_->SearchWanted();
+TEST_F(TheWindowsOfTheDesk, ClosesItsWindowsWithTheDeskAndKeepsTheirPlace) {
+  Press(u"TrackSearch"_s);
   Search()->move(200, 90);
   beside_.reset();
   EXPECT_EQ(Search(), nullptr);

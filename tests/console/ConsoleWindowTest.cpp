@@ -78,9 +78,10 @@ TEST_F(ConsoleOnScreen, ChoosesInTheLibraryByMouseAndKeys) {
   EXPECT_EQ(QueueList().model()->rowCount(), 3);
   EXPECT_EQ(all.text(), u"Select All"_s);
   EXPECT_TRUE(Library().selectionModel()->selectedRows().isEmpty());
-  QSignalSpy search(&*window_, &ConsoleWindow::SearchWanted);
+  QSignalSpy wanted(&*window_, &ConsoleWindow::WindowWanted);
   QTest::keyClick(&*window_, Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
-  EXPECT_EQ(search.count(), 1);
+  ASSERT_EQ(wanted.count(), 1);
+  EXPECT_EQ(wanted.front().front().toString(), u"TrackSearch"_s);
 }
 
 TEST_F(ConsoleOnScreen, TellsOfATrackAtARightClickUntilEscapeOrTheNextClick) {

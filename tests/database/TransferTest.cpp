@@ -72,7 +72,7 @@ class TransferTest : public ::testing::Test {
   void MoveAll(std::deque<Answer> answers) {
     prompter_.answers = std::move(answers);
     transfer_->Move(Ids());
-    EXPECT_TRUE(loop_.RunUntil([this] { return !transfer_->Running(); }));
+    EXPECT_TRUE(loop_.RunUntil([this] { return !transfer_->Busy(); }));
     EXPECT_TRUE(prompter_.answers.empty());
   }
   [[nodiscard]] QString Cell(int row, TransferRows::Column column) {
@@ -294,8 +294,8 @@ TEST_F(TransferTest, WhereverTheProgramEndsNothingIsLostAndRunningAgainMendsIt) 
     prompter_.answers = {Answer::Yes};
     transfer_->Move(Ids());
     int passed = 0;
-    loop_.RunUntil([&] { return passed++ >= events || !transfer_->Running(); }, 5s);
-    complete = !transfer_->Running();
+    loop_.RunUntil([&] { return passed++ >= events || !transfer_->Busy(); }, 5s);
+    complete = !transfer_->Busy();
     transfer_.reset();
     ++ends;
 
@@ -344,7 +344,7 @@ TEST_F(TransferTest, DeletingAsksAndTakesFilesAndRows) {
   prompter_.answers = {Answer::No, Answer::Yes};
   const auto remove = [this](int id) {
     transfer_->Delete({id});
-    EXPECT_TRUE(loop_.RunUntil([this] { return !transfer_->Running(); }));
+    EXPECT_TRUE(loop_.RunUntil([this] { return !transfer_->Busy(); }));
   };
   const int first = Ids().front();
   remove(first);

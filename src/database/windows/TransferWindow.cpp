@@ -208,7 +208,7 @@ void TransferWindow::CmdSelect_Click() {
 }
 
 void TransferWindow::Show() {
-  const bool running = transfer_.Running();
+  const bool running = transfer_.Busy();
   const int rows = transfer_.Rows().rowCount();
   const bool selected = list_->selectionModel()->hasSelection();
   const TransferProgress& progress = transfer_.Progress();
