@@ -5,6 +5,7 @@
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/TransferWindow.h"
 #include "datamanager/windows/SearchWindow.h"
+#include "support/TurnUntil.h"
 #include "ui/ListTable.h"
 #include "ui/Theme.h"
 
@@ -30,7 +31,7 @@ class BesideTheDesk : public DeskTest {
     beside_.emplace(*desk_, *window_);
     window_->show();
     window_->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&*window_));
+    ASSERT_TRUE(TurnUntil([this] { return window_->isActiveWindow(); }));
     ASSERT_TRUE(loop_.RunUntil([this] { return desk_->CatalogueLoaded(); }));
   }
   template <typename Window>
