@@ -9,6 +9,7 @@
 #include "platform/ErrorLog.h"
 #include "platform/SimulatedEventLoop.h"
 #include "support/ScriptedPrompter.h"
+#include "support/TurnUntil.h"
 #include "ui/Fader.h"
 #include "ui/ListTable.h"
 #include "ui/ProgressStrip.h"
@@ -58,7 +59,7 @@ class ImportWindow : public ::testing::Test {
     window_ = &window;
     window.show();
     window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    ASSERT_TRUE(testing::TurnUntil([&window] { return window.isActiveWindow(); }));
     loop_.RunFor(10ms);
   }
   template <typename Widget>

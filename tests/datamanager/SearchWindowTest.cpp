@@ -3,6 +3,7 @@
 #include "platform/SimulatedEventLoop.h"
 #include "support/ScriptedPrompter.h"
 #include "support/TemporaryTree.h"
+#include "support/TurnUntil.h"
 #include "ui/ListTable.h"
 #include "ui/Theme.h"
 
@@ -40,7 +41,7 @@ class SearchOnScreen : public ::testing::Test {
     window->OnAdd = [this](std::vector<Mref> tracks) { added = std::move(tracks); };
     window->show();
     window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&*window));
+    ASSERT_TRUE(TurnUntil([this] { return window->isActiveWindow(); }));
   }
   template <typename Widget>
   Widget& Find(const QString& name) {
