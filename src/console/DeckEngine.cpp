@@ -326,19 +326,18 @@ void DeckEngine::AdjustTrackTime(Mref track, Deck deck, double position) {
   if (!services_.settings.FixTrackDur || !services_.catalogue.IsTrack(track)) return;
   const auto seconds = static_cast<double>(Int(position));
   services_.catalogue.SetTrackDuration(track, seconds);
-  writes_.Add(WriteDuration(decks_[deck].FilePath, DurationText(seconds)));
+  writes_.Add(WriteDuration(decks_[deck].FilePath, seconds));
   decks_[deck].Title = QStringLiteral("Track Time Was Adjusted!");
 }
 
-Job<> DeckEngine::WriteDuration(QString filePath, QString duration) {
+Job<> DeckEngine::WriteDuration(QString filePath, double seconds) {
   try {
     const QString path = TrackInfoPath(services_.paths, BaseNameOf(filePath));
-    const auto patch = [path, duration] {
-      const QString found = FindFile(path);
-      if (found.isEmpty()) return;
-      TextFile lines = TextFile::Read(found);
-      lines.SetLine(InfoLine::DurationSeconds, duration);
-      lines.Write(found);
+    const auto patch = [path, seconds] {
+      std::optional<TrackInfo> info = ReadTrackInfo(path);
+      if (!info) return;
+      info->Set(InfoFields::DurationSeconds, seconds);
+      WriteTrackInfo(path, *info);
     };
     co_await services_.loop.Offload(EventLoop::Lane::Files, patch);
   } catch (...) {

@@ -157,7 +157,6 @@ class DeckEngine : public QObject {
   /// Looks whether the file that a deck opens gets on.
   void WatchOpen(Deck deck);
   void TakeTrack(Deck deck, const LoadRequest& request, const TrackInfoFile& file);
-  void TakeTrackInfo(DeckRecord& record, const TextFile& lines);
   void EndLoad(Deck deck, DeckLoad outcome);
   void CheckStart(Deck deck);
   [[nodiscard]] bool StandsAtEnd(Deck deck) const;
@@ -165,7 +164,7 @@ class DeckEngine : public QObject {
   /// A stored duration that is wrong is corrected, where the stream came to the end of its file.
   void CheckTrackTime(Deck deck);
   void AdjustTrackTime(Mref track, Deck deck, double position);
-  [[nodiscard]] Job<> WriteDuration(QString filePath, QString duration);
+  [[nodiscard]] Job<> WriteDuration(QString filePath, double seconds);
   [[nodiscard]] Job<> RunFastMove(Deck deck, FastMove move);
   void FrameUpdate();
   void RecordSession(SessionCode code, Deck deck, double position = -1);

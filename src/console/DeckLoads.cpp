@@ -1,11 +1,10 @@
 // How a track comes into a deck.
 
 #include "console/DeckEngine.h"
+#include "console/DeckWords.h"
 #include "database/TrackNames.h"
 #include "platform/ErrorLog.h"
 #include "platform/Words.h"
-
-#include <limits>
 
 namespace kelvo {
 
@@ -18,27 +17,11 @@ constexpr Nanoseconds kOpenStalls = 1s;
 
 const QString kLoadTag = QStringLiteral(" loaddk");
 
-/// The second to the fifth entry of a reference line, or "None".
-QString ListForDisplay(const QString& line) {
-  const QStringList fields = line.split(QLatin1Char(','));
-  if (fields.size() <= 1) return QStringLiteral("None");
-  return fields.mid(1, 4).join(QStringLiteral(": "));
-}
-
-/// As it stands: a number that is neither soft nor strong has its meaning too.
-int Style(const QString& text) {
-  return WholeNumber(text, std::numeric_limits<qint16>::min(), std::numeric_limits<qint16>::max());
-}
-
-QString LastField(const QString& list) {
-  return list.section(QLatin1Char(','), -1);
-}
-
 }  // namespace
 
 /// What the track info file said.
 struct DeckEngine::TrackInfoFile {
-  std::optional<TextFile> lines;
+  std::optional<TrackInfo> info;
   std::exception_ptr failure;  ///< it is there and cannot be read
 };
 
@@ -173,15 +156,11 @@ Job<DeckLoad> DeckEngine::Load(Deck deck, LoadRequest request, Disks::Patience p
 Job<DeckEngine::TrackInfoFile> DeckEngine::ReadInfo(QString path) {
   TrackInfoFile file;
   try {
-    const auto read = [path]() -> std::optional<TextFile> {
-      const QString found = FindFile(path);
-      if (found.isEmpty()) return std::nullopt;
-      return TextFile::Read(found);
-    };
+    const auto read = [path] { return ReadTrackInfo(path); };
     // Whatever its disk does, a track can be played with the defaults.
-    auto lines = co_await services_.disks.Look(path, read, Disks::Patience::Air);
-    if (lines) file.lines = std::move(*lines);
-    if (!lines) NoteInLog(QStringLiteral("The disk of %1 does not answer: the defaults are taken").arg(path));
+    auto info = co_await services_.disks.Look(path, read, Disks::Patience::Air);
+    if (info) file.info = std::move(*info);
+    if (!info) NoteInLog(QStringLiteral("The disk of %1 does not answer: the defaults are taken").arg(path));
   } catch (...) {
     file.failure = std::current_exception();
   }
@@ -246,23 +225,17 @@ void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInf
   record.FilePath = request.path;
 
   if (file.failure) basHandleError(kLoadTag, file.failure);
-  if (file.lines) {
-    TakeTrackInfo(record, *file.lines);
+  if (file.info) {
+    record.Play = file.info->Play(services_.defaults);
+    record.TrackInfoText = TrackInfoWords(*file.info, record.Duration);
+    record.Info = StyleWords(record.Play);
   } else {
-    const TrackDefaults& defaults = services_.defaults;
+    record.Play = DefaultTrackInfo({}, record.Duration, services_.defaults, {}).Play(services_.defaults);
     record.TrackInfoText = QStringLiteral("Undefined Media File");
     record.Info = QStringLiteral("Default - Track Start:");
-    record.PlayMode = QString::number(defaults.DefaultFade) + QStringLiteral(",1,1");
-    record.FadePosition = QString::number(defaults.DefaultDelta);
-    record.FadeSpeed = QString::number(defaults.DefaultFadeSpeed);
-    record.StartStyle = defaults.DefaultStartType;
-    record.EndStyle = defaults.DefaultEndType;
   }
-  if (!state.PreviewOn && !request.requestText.isEmpty()) {
-    const QString stars(std::max(infoTextWidth_ - 8, 1), QLatin1Char('*'));
-    record.TrackInfoText.prepend(stars + QStringLiteral("REQUESTS") + stars + QStringLiteral("\r\n") +
-                                 request.requestText + QStringLiteral("\r\n"));
-  }
+  if (!state.PreviewOn && !request.requestText.isEmpty())
+    record.TrackInfoText.prepend(RequestWords(request.requestText, infoTextWidth_));
 
   if (old.State != DeckState::Empty && old.Position > 0 && old.Position < old.Duration) {
     services_.queue.MarkQueueRow(old.CatalogueIndex, RowStatus::Faded);
@@ -272,41 +245,12 @@ void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInf
   if (!state.PlaysByItself()) RecordSession(SessionCode::Loaded, deck);
 }
 
-void DeckEngine::TakeTrackInfo(DeckRecord& record, const TextFile& lines) {
-  const auto line = [&lines](InfoLine::Line number) { return lines.Line(number); };
-  const auto word = [](int style) { return style > 0 ? QStringLiteral("Strong") : QStringLiteral("Soft"); };
-  record.PlayMode = CompletePlayMode(line(InfoLine::PlayMode));
-  record.FadePosition = line(InfoLine::FadePosition);
-  record.FadeSpeed = line(InfoLine::FadeSpeed);
-  record.StartStyle = Style(line(InfoLine::StartStyle));
-  record.EndStyle = line(InfoLine::EndStyle).trimmed().isEmpty() ? services_.defaults.DefaultEndType
-                                                                 : Style(line(InfoLine::EndStyle));
-
-  const QString gap = QStringLiteral("   ");
-  const QString lineBreak = QStringLiteral("\r\n");
-  QString text = QStringLiteral("Date : ") + line(InfoLine::ReleaseDate) + gap + QStringLiteral("Hi Pos : ") +
-                 line(InfoLine::HiPos) + gap + QStringLiteral("BPM : ") + line(InfoLine::Bpm) + gap +
-                 QStringLiteral("Dur : ") + MinutesSeconds(record.Duration) + lineBreak;
-  text += QStringLiteral("Genres  ") + ListForDisplay(line(InfoLine::Categories)) + lineBreak;
-  text += QStringLiteral("Artists   ") + ListForDisplay(line(InfoLine::Artists)) + lineBreak;
-  text += QStringLiteral("Albums  ") + ListForDisplay(line(InfoLine::Albums)) + lineBreak;
-  for (qsizetype number = InfoLine::Comments; number < lines.Count(); ++number) {
-    const QString comment = lines.Line(number);
-    if (!comment.isEmpty()) text += comment + lineBreak;
-  }
-  record.TrackInfoText = text;
-
-  record.Info = QStringLiteral("Starts: ") + word(record.StartStyle) + QStringLiteral(" : ") +
-                QStringLiteral("Ends: ") + word(record.EndStyle);
-}
-
 void DeckEngine::TakeFadeIn(Deck deck) {
-  const DeckRecord& record = decks_[deck];
   const ConsoleState& state = services_.state;
-  const bool fadesIn = Val(LastField(record.PlayMode)) > 1 && Val(LastField(record.FadePosition)) > 3;
-  if (services_.settings.AfadeSet && fadesIn && record.FadeSpeed.contains(QLatin1Char(',')) && OnFadeSpeed) {
-    OnFadeSpeed(50 - WholeNumber(record.FadeSpeed.section(QLatin1Char(','), 1, 1), 0, 50));
-  }
+  const TrackPlaySettings& play = decks_[deck].Play;
+  const bool fadesIn = IsFade(play.Mode.fadeIn) && play.FadePosition.FadeIn() > 3 && play.FadeSpeed.ownFadeIn;
+  if (services_.settings.AfadeSet && fadesIn && OnFadeSpeed)
+    OnFadeSpeed(kMostFadeSpeed - *play.FadeSpeed.ownFadeIn);
   if (state.AutoPlayOn && !state.PreviewOn && CheckFadeOverride) CheckFadeOverride(deck);
 }
 

@@ -12,10 +12,6 @@ namespace {
 const QString kSelectAll = QStringLiteral("Select All");
 const QString kClearAll = QStringLiteral("Clear All");
 
-bool IsInternal(const QString& name) {
-  return name.startsWith(QLatin1Char('~'));
-}
-
 }  // namespace
 
 LibraryBrowser::LibraryBrowser(EventLoop& loop, const Catalogue& catalogue, const TrackFilter& filter,
@@ -69,7 +65,7 @@ void LibraryBrowser::Release(Stage stage) {
 void LibraryBrowser::ShowAll(Stage stage, const QStringList& names) {
   NameList& list = At(stage);
   list.names = names;
-  list.names.removeIf(IsInternal);
+  list.names.removeIf(IsInternalName);
   list.yellow = false;
   RecomputeFiltered();
   Q_EMIT NamesReset(stage);
@@ -79,7 +75,7 @@ void LibraryBrowser::ShowAll(Stage stage, const QStringList& names) {
 void LibraryBrowser::ReplaceNames(Stage stage, const QStringList& names) {
   NameList& list = At(stage);
   const QStringList before = std::exchange(list.names, names);
-  list.names.removeIf(IsInternal);
+  list.names.removeIf(IsInternalName);
   if (list.names == before) return;
   for (int* row : {&list.selected, &list.Tag}) {
     if (*row >= 0) *row = static_cast<int>(list.names.indexOf(before[*row]));
@@ -307,16 +303,15 @@ Job<> LibraryBrowser::RunAdd(std::vector<Mref> tracks) {
 void LibraryBrowser::OpenInfo(Mref track) {
   if (!catalogue_.IsTrack(track)) return;
   const QString text = LibraryText(catalogue_, track, LibraryColumn::Track);
-  const QStringList kinds = catalogue_.TrackStartEnd[track].split(QLatin1Char(','));
-  const auto kind = [&kinds](qsizetype place) {
-    return Val(kinds.value(place)) == 0 ? QStringLiteral("Soft") : QStringLiteral("Strong");
-  };
+  const Styles styles = StylesIn(catalogue_.TrackStartEnd[track]);
+  const auto word = [](int style) { return style == 0 ? QStringLiteral("Soft") : QStringLiteral("Strong"); };
   TrackDetails details;
   details.title = text.mid(text.indexOf(QLatin1Char('-')) + 1);
-  details.genres = catalogue_.TrackGenres[track].split(QLatin1Char(','), Qt::SkipEmptyParts);
-  details.genres.removeIf(IsInternal);
-  details.starts = QStringLiteral("Starts: ") + kind(0);
-  details.ends = QStringLiteral("Ends: ") + kind(1);
+  for (const QStringView genre : ShownItems(catalogue_.TrackGenres[track])) {
+    details.genres.append(genre.toString());
+  }
+  details.starts = QStringLiteral("Starts: ") + word(styles.start);
+  details.ends = QStringLiteral("Ends: ") + word(styles.end);
   info_ = std::move(details);
   Q_EMIT InfoChanged();
 }

@@ -61,7 +61,7 @@ void SessionList::RecordSessionEvent(const SessionEntry& entry) {
   event.Time = time;
   event.Track = entry.track;
   event.OnDeck = entry.deck;
-  event.FadeType = entry.fadeType.value_or(facts.fadeType);
+  event.FadeType = entry.fadeType;
   const bool fade = entry.code == SessionCode::FadeStarted || entry.code == SessionCode::FadeEnded;
   event.Speed = fade ? std::max(1, 50 - facts.fadeSpeed) : -1;
   event.Code = entry.code;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "database/InfoBatch.h"
+#include "database/InfoFields.h"
 #include "database/TextColumns.h"
 
 #include <QStringList>
@@ -11,10 +12,10 @@ namespace kelvo {
 struct CatalogueRow {
   QString name;       ///< base name of the music file
   QString extension;  ///< with its dot, as on disk
-  QString genres = QStringLiteral("~ALL CATEGORIES");
-  QString artists = QStringLiteral("~ALL ARTISTS");
-  QString albums = QStringLiteral("~ALL ALBUMS");
-  QString date = QStringLiteral("0000-xxx");
+  QString genres = kAllCategories;
+  QString artists = kAllArtists;
+  QString albums = kAllAlbums;
+  QString date = kNoDate;
   QString bpm = QStringLiteral("0");
   QString hi = QStringLiteral("0");
   QString startEnd = QStringLiteral("1,0");
@@ -43,7 +44,7 @@ class Catalogue {
   void SetTrackDuration(Mref row, double seconds);
   /// Full path of the music file: the music folder, the name and its own extension.
   [[nodiscard]] QString TrackPaths(Mref row) const;
-  /// First genre that does not begin with "~"; `none` when the line has no second item.
+  /// First genre that is shown; `none` when the line has no second item.
   [[nodiscard]] QString MainGenre(Mref row, const QString& none = QStringLiteral("UnDefined")) const;
 
   QStringList GenreList;

@@ -237,8 +237,8 @@ Job<Transfer::Outcome> Transfer::MoveOne(TransferRow row, QString* step) {
   at("info");
   rows_.SetTaken(row.id, true);
   const QString today = services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy"));
-  const TextFile fresh = NewTrackInfo(row, duration, services_.defaults, today);
-  const TextFile info = co_await WriteInfo(BaseName(fileName), fresh);
+  const TrackInfo fresh = NewTrackInfo(row, duration, services_.defaults, today);
+  const TrackInfo info = co_await WriteInfo(BaseName(fileName), fresh);
   const QString path = music + QLatin1Char('/') + fileName;
   StoreRow(catalogue, RowFrom(info, fileName, duration), path);
   changed_ = true;
@@ -320,21 +320,23 @@ Job<QString> Transfer::CopyMusic(const TransferRow& row) {
   }
 }
 
-Job<TextFile> Transfer::WriteInfo(QString baseName, TextFile fresh) {
+Job<TrackInfo> Transfer::WriteInfo(QString baseName, TrackInfo fresh) {
   const QString name = baseName + QStringLiteral(".kif");
   const QString standing = names_->Find(Paths::Info, name);
   const QString file = standing.isEmpty() ? name : standing;
   const QString today = services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy"));
   const auto write = [path = services_.paths(Paths::Info) + QLatin1Char('/') + file, fresh, baseName,
                       defaults = services_.defaults, today] {
-    TextFile info = fresh;
-    if (QFileInfo::exists(path)) {
-      info = ReplacedTrackInfo(TextFile::Read(path), fresh, baseName, defaults, today);
+    std::optional<TrackInfo> old = ReadTrackInfo(path);
+    if (!old) {
+      CreateTrackInfo(path, fresh);
+      return fresh;
     }
-    info.Write(path);
+    TrackInfo info = ReplacedTrackInfo(*std::move(old), fresh, baseName, defaults, today);
+    WriteTrackInfo(path, info);
     return info;
   };
-  TextFile info = co_await services_.loop.Offload(EventLoop::Lane::Files, write);
+  TrackInfo info = co_await services_.loop.Offload(EventLoop::Lane::Files, write);
   names_->Add(Paths::Info, file);
   co_return info;
 }

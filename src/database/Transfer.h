@@ -89,7 +89,7 @@ class Transfer : public QObject {
   [[nodiscard]] Job<QString> EnsureReference(Paths::Slot slot, QString name, QStringList* list);
   /// The name under which the music file stands in the database; empty when the operator left it out.
   [[nodiscard]] Job<QString> CopyMusic(const TransferRow& row);
-  [[nodiscard]] Job<TextFile> WriteInfo(QString baseName, TextFile fresh);
+  [[nodiscard]] Job<TrackInfo> WriteInfo(QString baseName, TrackInfo fresh);
   [[nodiscard]] Job<bool> Exists(QString path);
   [[nodiscard]] bool DatesAreGood(const std::vector<int>& ids);
   [[nodiscard]] std::vector<int> InListOrder(const std::vector<int>& ids) const;

@@ -15,7 +15,6 @@ namespace {
 
 constexpr double kMegabyte = 1024.0 * 1024.0;
 const QString kUnknown = QStringLiteral("Unknown");
-const QString kNoDate = QStringLiteral("0000-xxx");
 
 bool IsReference(int column) {
   return column == TransferRows::Artist || column == TransferRows::Album || column == TransferRows::Category;
@@ -39,7 +38,7 @@ QString StagedDate(const QString& text) {
 
 QString ReferenceName(const QString& text) {
   const QString name = SafeFileName(text);
-  if (name == kUnknown || name.startsWith(QLatin1Char('~'))) return {};
+  if (name == kUnknown || IsInternalName(name)) return {};
   return FittingName(name);
 }
 
@@ -105,7 +104,7 @@ void TransferRows::SetTaken(int id, bool taken) {
 
 TransferRows::Choice TransferRows::ChoiceOf(int column) const {
   const auto choice = [](const QString& words, QStringList names) {
-    names.removeIf([](const QString& name) { return name.startsWith(QLatin1Char('~')); });
+    names.removeIf(IsInternalName);
     return Choice{words, std::move(names)};
   };
   switch (column) {

@@ -21,7 +21,7 @@ struct TransferRow {
   QString artist;
   QString album;
   QString category;
-  QString date = QStringLiteral("0000-xxx");
+  QString date = kNoDate;
   bool taken = false;  ///< its music file stands in the database, the rest is under way
 };
 

@@ -210,8 +210,4 @@ QString TrackSearch::ShownName(Mref track) const {
   return text(halves.title) + QStringLiteral(" - ") + text(halves.artist);
 }
 
-QString FirstReference(const QString& line, const QString& baseItem) {
-  return line.mid(baseItem.size() + 1).section(QLatin1Char(','), 0, 0);
-}
-
 }  // namespace kelvo

@@ -72,7 +72,4 @@ class TrackSearch : public QObject {
   Job<> run_;
 };
 
-/// The first item of a reference line behind its base item ("~ALL ARTISTS" and a comma).
-[[nodiscard]] QString FirstReference(const QString& line, const QString& baseItem);
-
 }  // namespace kelvo

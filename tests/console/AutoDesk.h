@@ -38,9 +38,7 @@ class AutoDesk {
         transitions({loop, state, decks, panel, recorder}),
         speak({loop, state, decks}),
         play({loop, disks, prompter, state, decks, queue, catalogue, random, settings, 3,
-              [this](Deck deck) { Start(deck, TransitionKind::PartFade); },
-              [this](Deck deck) { Start(deck, TransitionKind::Dub); },
-              [this](Deck deck) { Start(deck, TransitionKind::Pan); },
+              [this](Deck deck, TransitionKind kind) { Start(deck, kind); },
               [this](int value) { fadeSpeed = value; },
               [this](const QString& title) {
                 if (logged.size() < 100) logged.append(title);
@@ -99,7 +97,7 @@ class AutoDesk {
   void Start(Deck deck, TransitionKind kind) {
     if (OnStart) OnStart(deck);
     ++starts;
-    lastTransition = static_cast<int>(kind);
+    lastTransition = kind;
     transitions.StartRoutine(deck, kind);
   }
   void Beat() {
@@ -136,7 +134,7 @@ class AutoDesk {
   AutoPlay play;
   int fadeSpeed = 25;
   int starts = 0;
-  int lastTransition = 0;
+  TransitionKind lastTransition = TransitionKind::None;
   int lateBeats = 0;  ///< so many of the next beats do not come
   QStringList logged;
   QString timerText;

@@ -46,7 +46,9 @@ TEST_F(DeckLoadTest, ALoadedTrackShowsAllThatIsKnownOfIt) {
             u"Date : 1999-Dec   Hi Pos : 7   BPM : 120   Dur : 01:40\r\nGenres  One: Two: Three: Four\r\n"
             "Artists   The Band\r\nAlbums  None\r\nFirst comment\r\nSecond comment\r\n"_s);
   EXPECT_EQ(record.Info, u"Starts: Soft : Ends: Strong"_s);
-  EXPECT_EQ(record.PlayMode, u"1,2,3"_s);
+  EXPECT_EQ(
+      record.Play,
+      (TrackPlaySettings{{true, TransitionKind::PartFade, TransitionKind::Pan}, {10, 5}, {20, 30}, 0, 1}));
   EXPECT_EQ(Player(Deck::One).FileName(), path);
   EXPECT_EQ(Player(Deck::One).State(), PlayState::Stopped);
   EXPECT_THAT(SessionCodes(), ElementsAre(1));
@@ -73,11 +75,10 @@ TEST_F(DeckLoadTest, ATrackWithoutAnInfoFileIsPlayedWithTheDefaults) {
   const DeckRecord& record = Record(Deck::One);
   EXPECT_EQ(record.TrackInfoText, u"Undefined Media File"_s);
   EXPECT_EQ(record.Info, u"Default - Track Start:"_s);
-  EXPECT_EQ(record.PlayMode, u"1,1,1"_s);
-  EXPECT_EQ(record.FadePosition, u"6"_s);
-  EXPECT_EQ(record.FadeSpeed, u"25"_s);
-  EXPECT_EQ(record.StartStyle, 1);
-  EXPECT_EQ(record.EndStyle, 0);
+  EXPECT_EQ(
+      record.Play,
+      (TrackPlaySettings{
+          {true, TransitionKind::Dub, TransitionKind::Dub}, {6, std::nullopt}, {25, std::nullopt}, 1, 0}));
   EXPECT_TRUE(prompter_.asked.empty());
 
   // An info file that is there and can't be read is told, and the show goes on.

@@ -1,6 +1,6 @@
 #include "datamanager/windows/SearchModel.h"
 
-#include "database/TrackInfo.h"
+#include "database/ReferenceLine.h"
 #include "platform/Words.h"
 
 namespace kelvo {
@@ -32,11 +32,11 @@ QString SearchModel::TextOf(Mref track, int column) const {
     case Track:
       return search_.ShownName(track);
     case Artist:
-      return FirstReference(catalogue_.TrackArtists[track], kAllArtists);
+      return FirstReference(catalogue_.TrackArtists[track]);
     case Album:
-      return FirstReference(catalogue_.TrackAlbums[track], kAllAlbums);
+      return FirstReference(catalogue_.TrackAlbums[track]);
     case Category:
-      return FirstReference(catalogue_.TrackGenres[track], kAllCategories);
+      return FirstReference(catalogue_.TrackGenres[track]);
     case Date:
       return catalogue_.TrackDates[track];
     case Hi:
