@@ -9,6 +9,7 @@
 #include "platform/RandomSource.h"
 
 #include <QHash>
+#include <QObject>
 #include <QSet>
 
 #include <functional>
@@ -36,7 +37,7 @@ class AutoLoader {
     std::function<int()> SecondsLeft;    ///< until a track is needed; 0 when it is needed now
   };
 
-  explicit AutoLoader(Services services) : services_(std::move(services)) {}
+  explicit AutoLoader(Services services);
 
   /// Which row a Fill looks at first.
   enum class From { Selected, BehindSelected, Random };
@@ -95,8 +96,10 @@ class AutoLoader {
   [[nodiscard]] Job<> DeckFree(Deck deck, bool atStart);
   void CueAgain(Deck deck);
   void Skip(const QString& path, const QString& title, const DeckRecord& record);
+  void FileWasRenamed(const QString& pathBefore, const QString& path);
 
   Services services_;
+  QObject listener_;  ///< to the catalogue
   QHash<QString, Bad> bad_;
   QSet<QString> tried_;  ///< in the present round
   Mref lastPick_ = Mref::None;

@@ -1,6 +1,6 @@
 #include "console/PlayQueue.h"
 
-#include "database/Catalogue.h"
+#include "database/KeptTracks.h"
 #include "platform/ErrorLog.h"
 #include "platform/Words.h"
 
@@ -29,7 +29,9 @@ PlayQueue::PlayQueue(EventLoop& loop, Disks& disks, Prompter& prompter, const Ca
       state_(state),
       name_(kNoName),
       trackHead_(QStringLiteral("Tracks (By Position Or Contents)")),
-      genreHead_(QStringLiteral("Main Genre")) {}
+      genreHead_(QStringLiteral("Main Genre")) {
+  FollowCatalogue();
+}
 
 int PlayQueue::IndexOf(RowId row) const {
   const auto found =
@@ -90,6 +92,7 @@ bool PlayQueue::QueueHasRequests() const {
 }
 
 int PlayQueue::FindTrack(Mref track) const {
+  if (track == Mref::None) return 0;
   const QString wanted = QString::number(ToInt(track));
   const auto found = std::find_if(rows_.begin(), rows_.end(),
                                   [&](const QueueEntry& row) { return row.Text(MrefColumn) == wanted; });
@@ -157,6 +160,7 @@ int PlayQueue::AppendRow(QueueEntry entry, qint64 seconds) {
 
 Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
   if (state_.GroupPlayOn || tracks.empty()) co_return;
+  const KeptTracks kept(catalogue_, std::move(tracks));
   try {
     if (Count() > 0 && groupQueueFlag_) {
       Prompt question;
@@ -178,8 +182,8 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
     }
     QStringList paths;
     Turn turn(loop_);
-    for (const Mref track : tracks) {
-      paths.append(catalogue_.TrackPaths(track));
+    for (std::size_t place = 0; place < kept.Count(); ++place) {
+      paths.append(catalogue_.TrackPaths(kept[place]));
       co_await turn.Yield();
     }
     const int selections = selections_;
@@ -192,23 +196,24 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
     if (silent > 0 && OnTold) OnTold(tr("Tracks Not Added, Their Disk Does Not Answer : %1").arg(silent));
     std::unordered_set<int> present;
     int known = revision_ - 1;
-    int shown = 0;               // the row that was added last
-    Mref standing = Mref::None;  // the last track that was there before
+    int shown = 0;                        // the row that was added last
+    std::optional<std::size_t> standing;  // the last track that was there before
     Nanoseconds turnStart = loop_.TurnClock();
-    for (std::size_t place = 0; place < tracks.size(); ++place) {
+    for (std::size_t place = 0; place < kept.Count(); ++place) {
+      const Mref track = kept[place];
       if (known != revision_) {
         // Looked up once for many tracks, and again when the rows changed during a turn of the loop.
         present.clear();
         for (const QueueEntry& row : rows_) present.insert(ToInt(row.Track()));
         known = revision_;
       }
-      if (there[place].value_or(false)) {
-        const bool added = present.insert(ToInt(tracks[place])).second || route == Route::Search;
-        shown = added ? InsertRow(EntryOf(tracks[place]), Int(catalogue_.TrackDurations(tracks[place]))) : 0;
+      if (there[place].value_or(false) && track != Mref::None) {
+        const bool added = present.insert(ToInt(track)).second || route == Route::Search;
+        shown = added ? InsertRow(EntryOf(track), Int(catalogue_.TrackDurations(track))) : 0;
         if (!added) {
-          standing = tracks[place];
+          standing = place;
         } else if (!state_.AutoPlayOn) {
-          standing = Mref::None;
+          standing.reset();
           if (selections == selections_) selected_ = shown;
         }
       }
@@ -220,7 +225,7 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
         turnStart = loop_.TurnClock();
       }
     }
-    if (standing != Mref::None && selections == selections_) selected_ = FindTrack(standing);
+    if (standing && selections == selections_) selected_ = FindTrack(kept[*standing]);
     TellRowsChanged();
     Q_EMIT SelectionChanged();
     Q_EMIT RowShown(shown != 0 ? shown : selected_);
@@ -262,14 +267,19 @@ void PlayQueue::MoveTo(int from, int to) {
 void PlayQueue::CutSelected() {
   if (!MayCut()) return;
   totalSeconds_ -= SecondsOf(Row(selected_));
-  const int behind = Row(selected_).Tag + 1;
-  rows_.erase(rows_.begin() + (selected_ - 1));
+  RemoveRow(selected_);
+  TellRowsChanged();
+  Q_EMIT SelectionChanged();
+}
+
+void PlayQueue::RemoveRow(int index) {
+  const int behind = Row(index).Tag + 1;
+  rows_.erase(rows_.begin() + (index - 1));
   for (QueueEntry& row : rows_) {
     if (row.Tag >= behind) --row.Tag;
   }
+  if (selected_ > index) --selected_;
   selected_ = std::min(selected_, Count());
-  TellRowsChanged();
-  Q_EMIT SelectionChanged();
 }
 
 void PlayQueue::ClearAll() {

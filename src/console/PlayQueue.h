@@ -16,6 +16,9 @@
 namespace kelvo {
 
 class Catalogue;
+struct TrackChanged;
+struct TrackRemoved;
+struct TrackRenamed;
 
 /// The ordered list of what the desk is going to play, and the running record of what became of it: the only
 /// way by which a track reaches a deck. Rows are numbered from 1 (their Index). One row at most is selected.
@@ -113,6 +116,15 @@ class PlayQueue : public QObject {
   void FactsChanged();
 
  private:
+  // What happens to the catalogue.
+  void FollowCatalogue();
+  void TrackWasChanged(const TrackChanged& change);
+  void FileWasRenamed(const QString& pathBefore, const QString& path);
+  /// Rows that are still to be played go, those that tell what was played stay.
+  void TrackWasRemoved(const TrackRemoved& removed);
+  void CatalogueWasReplaced();
+  void RemoveRow(int index);
+
   [[nodiscard]] QueueEntry EntryOf(Mref track) const;
   int InsertRow(QueueEntry entry, qint64 seconds);
   void TellRowsChanged();

@@ -113,7 +113,6 @@ void DeskWindows::OpenTransfer() {
     transfer_ = std::make_unique<TransferWindow>(
         TransferWindow::Services{desk.loop, desk.prompter, desk.settings, desk.audio, desk.catalogue,
                                  desk.paths, console_.Settings().defaults, desk.title});
-    transfer_->Work().OnTracksAdded = [this] { console_.CatalogueChanged(); };
   }
   BringUp(*transfer_, window_);
 }
@@ -122,7 +121,7 @@ void DeskWindows::OpenUtility() {
   if (!utility_) {
     const Console::Services& desk = console_.GetServices();
     utility_ = std::make_unique<UtilityWindow>(
-        UtilityFolder::Services{desk.loop, desk.settings, desk.audio, desk.paths, desk.title});
+        UtilityFolder::Services{desk.loop, desk.settings, desk.audio, desk.catalogue, desk.paths, desk.title});
   }
   BringUp(*utility_, window_);
 }
