@@ -128,6 +128,13 @@ void PreviewPicks::Clear() {
   count_ = 0;
 }
 
+void PreviewPicks::Remove(Mref track) {
+  const auto row = static_cast<std::size_t>(track);
+  if (row >= used_.size()) return;
+  if (used_[row]) --count_;
+  used_.erase(used_.begin() + ToInt(track));
+}
+
 std::optional<Mref> PreviewPicks::Take(int from, int lastTrack) {
   for (int step = 0; step < lastTrack; ++step) {
     const int row = (from - 1 + step) % lastTrack + 1;

@@ -115,6 +115,8 @@ class PreviewPicks {
   }
   [[nodiscard]] int Count() const { return count_; }
   void Clear();
+  /// The track is gone, and those behind it have the number before theirs.
+  void Remove(Mref track);
 
  private:
   static constexpr int kMostDraws = 50;

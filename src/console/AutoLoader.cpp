@@ -23,6 +23,25 @@ constexpr int kNeeded = 6;
 
 }  // namespace
 
+AutoLoader::AutoLoader(Services services) : services_(std::move(services)) {
+  services_.catalogue.Listen(
+      &listener_, [this](const TrackRenamed& renamed) { FileWasRenamed(renamed.pathBefore, renamed.path); },
+      [this](const TrackRemoved& removed) {
+        UsedPicks.Remove(removed.track);
+        lastPick_ = removed.Renumbered(lastPick_);
+        bad_.remove(removed.path);
+      },
+      [this](const CatalogueReplaced&) {
+        UsedPicks.Clear();
+        lastPick_ = Mref::None;
+      });
+}
+
+void AutoLoader::FileWasRenamed(const QString& pathBefore, const QString& path) {
+  if (bad_.contains(pathBefore)) bad_.insert(path, bad_.take(pathBefore));
+  if (tried_.remove(pathBefore)) tried_.insert(path);
+}
+
 void AutoLoader::Reset() {
   bad_.clear();
   tried_.clear();

@@ -9,6 +9,7 @@
 #include "platform/RandomSource.h"
 
 #include <QHash>
+#include <QObject>
 #include <QSet>
 
 #include <functional>
@@ -36,7 +37,7 @@ class AutoLoader {
     std::function<int()> SecondsLeft;    ///< until a track is needed; 0 when it is needed now
   };
 
-  explicit AutoLoader(Services services) : services_(std::move(services)) {}
+  explicit AutoLoader(Services services);
 
   /// Which row a Fill looks at first.
   enum class From { Selected, BehindSelected, Random };
@@ -105,8 +106,10 @@ class AutoLoader {
   void CheckTime(Deck deck, Nanoseconds begun);
   /// A load into the deck gave nothing to play.
   void Skip(const QString& path, const QString& title, Deck deck, DeckLoad outcome);
+  void FileWasRenamed(const QString& pathBefore, const QString& path);
 
   Services services_;
+  QObject listener_;  ///< to the catalogue
   QHash<QString, Bad> bad_;
   QSet<QString> tried_;  ///< in the present round
   Mref lastPick_ = Mref::None;

@@ -25,6 +25,11 @@ AutoPlay::AutoPlay(Services services)
   loader_.OnSkipped = [this](const QString& title, const QString& why) { TellSkipped(title, why); };
   services_.decks.PickPreview = [this] { return loader_.PickPreview(); };
   services_.decks.CheckFadeOverride = [this](Deck deck) { CheckFadeOverride(deck); };
+  services_.catalogue.Listen(this, [this](const TrackRenamed& renamed) {
+    for (Seen& seen : seen_) {
+      if (seen.path == renamed.pathBefore) seen.path = renamed.path;
+    }
+  });
 }
 
 AutoPlay::~AutoPlay() {

@@ -206,7 +206,8 @@ std::optional<UpNext> AutoPlay::Next() const {
     next.title = record.Title;
     next.seconds = decision.secondsLeft;
     for (int index = 1; !services_.state.PreviewOn && index <= services_.queue.Count(); ++index) {
-      if (services_.queue.Row(index).track != record.CatalogueIndex) continue;
+      const Mref track = services_.queue.Row(index).track;
+      if (track == Mref::None || track != record.CatalogueIndex) continue;
       next.queueIndex = index;
       break;
     }

@@ -109,6 +109,9 @@ void Console::JoinParts() {
   tick_.hooks.StatusLine = [this] { return statusLine_; };
   tick_.hooks.SetStatusLine = [this](const QString& text) { SetStatusLine(text); };
   tick_.hooks.BlinkFilterWords = [this] { browser_.BlinkFilterWords(); };
+  services_.catalogue.Listen(
+      this, [this](const TrackAdded&) { ShowTotalTracks(); },
+      [this](const TrackRemoved&) { ShowTotalTracks(); });
   tick_.hooks.JinglePlays = [this] { return jinglePlayer_->State() == PlayState::Playing; };
 }
 
@@ -206,7 +209,7 @@ Job<> Console::LoadCatalogue() {
     if (OnMustEnd) OnMustEnd();
     co_return;
   }
-  co_await FillBrowser();
+  while (browser_.TakingIn()) co_await services_.loop.Yield();
   catalogueLoaded_ = true;
   pendingCatalogueLoad_ = false;
   loader_.reset();
@@ -215,19 +218,8 @@ Job<> Console::LoadCatalogue() {
   Q_EMIT LoadChanged();
 }
 
-void Console::CatalogueChanged() {
+void Console::ShowTotalTracks() {
   if (statusLine_.startsWith(kTotalTracks)) SetStatusLine(TotalTracks(services_.catalogue));
-  refill_ = TakeInTracks();
-}
-
-Job<> Console::FillBrowser() {
-  co_await filter_.Build(services_.loop);
-  co_await browser_.FillLists();
-}
-
-Job<> Console::TakeInTracks() {
-  co_await filter_.Build(services_.loop);
-  co_await browser_.TakeIn();
 }
 
 bool Console::Plays() {

@@ -54,6 +54,7 @@ DeckEngine::DeckEngine(Services services) : services_(std::move(services)) {
     SetLoss(deck, 0);
   }
   frameUpdateTimer_ = services_.loop.Every(kFrameUpdate, [this] { FrameUpdate(); });
+  FollowCatalogue();
 }
 
 DeckEngine::~DeckEngine() {
@@ -325,7 +326,9 @@ void DeckEngine::CheckTrackTime(Deck deck) {
 void DeckEngine::AdjustTrackTime(Mref track, Deck deck, double position) {
   if (!services_.settings.FixTrackDur || !services_.catalogue.IsTrack(track)) return;
   const auto seconds = static_cast<double>(Int(position));
-  services_.catalogue.SetTrackDuration(track, seconds);
+  TrackEdit edit;
+  edit.duration = seconds;
+  services_.catalogue.Change(track, edit);
   writes_.Add(WriteDuration(decks_[deck].FilePath, seconds));
   decks_[deck].Title = QStringLiteral("Track Time Was Adjusted!");
 }

@@ -145,14 +145,19 @@ class DeckEngine : public QObject {
 
  private:
   struct TrackInfoFile;
+  /// What happens to the catalogue.
+  void FollowCatalogue();
+  void FileWasRenamed(const QString& pathBefore, const QString& path);
+  void RenumberTracks(const std::function<Mref(Mref track, const QString& path)>& number);
   /// A load during the fade that runs is told to have failed.
   [[nodiscard]] bool FadeFailsLoad(Deck deck) const;
   [[nodiscard]] std::optional<LoadRequest> FindRequest();
   /// What the load command is to load; none when a guard or a question holds it up.
   [[nodiscard]] std::optional<LoadRequest> Commanded(Deck deck);
   void BeginLoad(Deck deck, const LoadRequest& request, Disks::Patience patience);
-  [[nodiscard]] Job<> RunLoad(Deck deck, LoadRequest request, Disks::Patience patience);
-  [[nodiscard]] Job<DeckLoad> Load(Deck deck, LoadRequest request, Disks::Patience patience);
+  [[nodiscard]] Job<> RunLoad(Deck deck);
+  /// Loads what is coming.
+  [[nodiscard]] Job<DeckLoad> Load(Deck deck);
   [[nodiscard]] Job<TrackInfoFile> ReadInfo(QString path);
   /// Looks whether the file that a deck opens gets on.
   void WatchOpen(Deck deck);
@@ -181,7 +186,12 @@ class DeckEngine : public QObject {
   PerDeck<DeckRecord> decks_;
   PerDeck<std::unique_ptr<MediaPlayer>> players_;
   PerDeck<Job<>> loads_;
-  PerDeck<QString> loadPaths_;  ///< of the loads on their way
+  /// What is on its way into a deck.
+  struct Coming {
+    LoadRequest request;
+    Disks::Patience patience = Disks::Patience::Person;
+  };
+  PerDeck<Coming> coming_;
   PerDeck<std::vector<std::shared_ptr<OneShot<DeckLoad>>>> loadWaits_;
   /// The Open of a load.
   struct OpenWatch {

@@ -40,7 +40,7 @@ bool DeckEngine::Holds(Deck deck, const QueueEntry& row) const {
     return title.compare(row.title, Qt::CaseInsensitive) == 0 || (!path.isEmpty() && path == row.path);
   };
   return same(decks_[deck].Title, decks_[deck].FilePath) ||
-         same(BaseNameOf(loadPaths_[deck]), loadPaths_[deck]);
+         same(BaseNameOf(coming_[deck].request.path), coming_[deck].request.path);
 }
 
 std::optional<LoadRequest> DeckEngine::Commanded(Deck deck) {
@@ -115,28 +115,28 @@ void DeckEngine::BeginLoad(Deck deck, const LoadRequest& request, Disks::Patienc
   DeckRecord& record = decks_[deck];
   if (record.Loading) return;
   record.Loading = true;
-  loadPaths_[deck] = request.path;
+  coming_[deck] = {request, patience};
   openWatches_[deck] = {};
   record.Info.clear();
   Q_EMIT Changed(deck);
-  loads_[deck] = RunLoad(deck, request, patience);
+  loads_[deck] = RunLoad(deck);
 }
 
-Job<> DeckEngine::RunLoad(Deck deck, LoadRequest request, Disks::Patience patience) {
+Job<> DeckEngine::RunLoad(Deck deck) {
   DeckLoad outcome = DeckLoad::Dropped;
   try {
-    outcome = co_await Load(deck, request, patience);
+    outcome = co_await Load(deck);
   } catch (...) {
     basHandleError(kLoadTag);
   }
   EndLoad(deck, outcome);
 }
 
-Job<DeckLoad> DeckEngine::Load(Deck deck, LoadRequest request, Disks::Patience patience) {
-  const QString path = request.path;
+Job<DeckLoad> DeckEngine::Load(Deck deck) {
+  const QString path = coming_[deck].request.path;
   Job<TrackInfoFile> info = ReadInfo(TrackInfoPath(services_.paths, BaseNameOf(path)));
   const auto look = [path] { return CheckMediaFile(path); };
-  const std::optional<bool> good = co_await services_.disks.Look(path, look, patience);
+  const std::optional<bool> good = co_await services_.disks.Look(path, look, coming_[deck].patience);
   if (!good) co_return DeckLoad::NoAnswer;
   if (!*good) co_return DeckLoad::BadFile;
   const TrackInfoFile file = co_await std::move(info);
@@ -149,7 +149,7 @@ Job<DeckLoad> DeckEngine::Load(Deck deck, LoadRequest request, Disks::Patience p
     NoteInLog(opened.error);
     co_return DeckLoad::BadFile;
   }
-  TakeTrack(deck, request, file);
+  TakeTrack(deck, coming_[deck].request, file);
   co_return DeckLoad::Loaded;
 }
 
@@ -174,7 +174,7 @@ void DeckEngine::WatchOpen(Deck deck) {
   if (std::exchange(watch.steps, steps) != steps) watch.movedAt = now;
   const Nanoseconds waited = now - watch.movedAt;
   if (waited >= kOpenPoll * 2 && !std::exchange(watch.suspected, true))
-    services_.disks.Suspect(loadPaths_[deck]);
+    services_.disks.Suspect(coming_[deck].request.path);
   if (waited >= Disks::kLookLimit) GiveUpLoad(deck);
 }
 
@@ -192,7 +192,7 @@ void DeckEngine::GiveUpLoad(Deck deck) {
 void DeckEngine::EndLoad(Deck deck, DeckLoad outcome) {
   DeckRecord& record = decks_[deck];
   openWatches_[deck].timer.Stop();
-  const QString path = std::exchange(loadPaths_[deck], QString());
+  const QString path = std::exchange(coming_[deck], Coming()).request.path;
   record.Loading = false;
   if (outcome == DeckLoad::BadFile) record.Info = QStringLiteral("Bad File ") + path;
   if (outcome == DeckLoad::NoAnswer) {

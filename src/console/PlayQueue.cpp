@@ -1,6 +1,6 @@
 #include "console/PlayQueue.h"
 
-#include "database/Catalogue.h"
+#include "database/KeptTracks.h"
 #include "platform/ErrorLog.h"
 #include "platform/Words.h"
 
@@ -29,7 +29,9 @@ PlayQueue::PlayQueue(EventLoop& loop, Disks& disks, Prompter& prompter, const Ca
       state_(state),
       name_(kNoName),
       trackHead_(QStringLiteral("Tracks (By Position Or Contents)")),
-      genreHead_(QStringLiteral("Main Genre")) {}
+      genreHead_(QStringLiteral("Main Genre")) {
+  FollowCatalogue();
+}
 
 int PlayQueue::IndexOf(RowId row) const {
   const auto found =
@@ -89,8 +91,10 @@ bool PlayQueue::QueueHasRequests() const {
 }
 
 int PlayQueue::FindTrack(Mref track) const {
-  const auto found =
-      std::find_if(rows_.begin(), rows_.end(), [track](const QueueEntry& row) { return row.track == track; });
+  // A sound bite is no track, and neither is one that left the catalogue.
+  const auto found = std::find_if(rows_.begin(), rows_.end(), [track](const QueueEntry& row) {
+    return row.track == track && (track != Mref::None || row.soundBite);
+  });
   return found == rows_.end() ? 0 : static_cast<int>(found - rows_.begin()) + 1;
 }
 
@@ -100,8 +104,12 @@ std::optional<RowStatus> PlayQueue::StatusOf(Mref track) const {
   return Row(index).status;
 }
 
+qint64 PlayQueue::WholeSeconds(double duration) {
+  return std::max<qint64>(Int(duration), 0);
+}
+
 qint64 PlayQueue::SecondsOf(Mref track) const {
-  return std::max<qint64>(Int(catalogue_.TrackDurations(track)), 0);
+  return WholeSeconds(catalogue_.TrackDurations(track));
 }
 
 QString PlayQueue::GenreColumnText(Mref track) const {
@@ -156,6 +164,7 @@ int PlayQueue::AppendRow(QueueEntry entry, qint64 seconds) {
 
 Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
   if (state_.GroupPlayOn || tracks.empty()) co_return;
+  const KeptTracks kept(catalogue_, std::move(tracks));
   try {
     if (Count() > 0 && groupQueueFlag_) {
       Prompt question;
@@ -177,8 +186,8 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
     }
     QStringList paths;
     Turn turn(loop_);
-    for (const Mref track : tracks) {
-      paths.append(catalogue_.TrackPaths(track));
+    for (std::size_t place = 0; place < kept.Count(); ++place) {
+      paths.append(catalogue_.TrackPaths(kept[place]));
       co_await turn.Yield();
     }
     const int selections = selections_;
@@ -191,23 +200,24 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
     if (silent > 0 && OnTold) OnTold(tr("Tracks Not Added, Their Disk Does Not Answer : %1").arg(silent));
     std::unordered_set<int> present;
     int known = revision_ - 1;
-    int shown = 0;               // the row that was added last
-    Mref standing = Mref::None;  // the last track that was there before
+    int shown = 0;                        // the row that was added last
+    std::optional<std::size_t> standing;  // the last track that was there before
     Nanoseconds turnStart = loop_.TurnClock();
-    for (std::size_t place = 0; place < tracks.size(); ++place) {
+    for (std::size_t place = 0; place < kept.Count(); ++place) {
+      const Mref track = kept[place];
       if (known != revision_) {
         // Looked up once for many tracks, and again when the rows changed during a turn of the loop.
         present.clear();
         for (const QueueEntry& row : rows_) present.insert(ToInt(row.track));
         known = revision_;
       }
-      if (there[place].value_or(false)) {
-        const bool added = present.insert(ToInt(tracks[place])).second || route == Route::Search;
-        shown = added ? InsertRow(EntryOf(tracks[place]), SecondsOf(tracks[place])) : 0;
+      if (there[place].value_or(false) && track != Mref::None) {
+        const bool added = present.insert(ToInt(track)).second || route == Route::Search;
+        shown = added ? InsertRow(EntryOf(track), SecondsOf(track)) : 0;
         if (!added) {
-          standing = tracks[place];
+          standing = place;
         } else if (!state_.AutoPlayOn) {
-          standing = Mref::None;
+          standing.reset();
           if (selections == selections_) selected_ = shown;
         }
       }
@@ -219,7 +229,7 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
         turnStart = loop_.TurnClock();
       }
     }
-    if (standing != Mref::None && selections == selections_) selected_ = FindTrack(standing);
+    if (standing && selections == selections_) selected_ = FindTrack(kept[*standing]);
     TellRowsChanged();
     Q_EMIT SelectionChanged();
     Q_EMIT RowShown(shown != 0 ? shown : selected_);
@@ -259,14 +269,19 @@ void PlayQueue::MoveTo(int from, int to) {
 void PlayQueue::CutSelected() {
   if (!MayCut()) return;
   totalSeconds_ -= SecondsOf(Row(selected_).track);
-  const int behind = Row(selected_).Tag + 1;
-  rows_.erase(rows_.begin() + (selected_ - 1));
+  RemoveRow(selected_);
+  TellRowsChanged();
+  Q_EMIT SelectionChanged();
+}
+
+void PlayQueue::RemoveRow(int index) {
+  const int behind = Row(index).Tag + 1;
+  rows_.erase(rows_.begin() + (index - 1));
   for (QueueEntry& row : rows_) {
     if (row.Tag >= behind) --row.Tag;
   }
+  if (selected_ > index) --selected_;
   selected_ = std::min(selected_, Count());
-  TellRowsChanged();
-  Q_EMIT SelectionChanged();
 }
 
 void PlayQueue::ClearAll() {

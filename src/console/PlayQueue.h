@@ -17,6 +17,9 @@
 namespace kelvo {
 
 class Catalogue;
+struct TrackChanged;
+struct TrackRemoved;
+struct TrackRenamed;
 
 /// The ordered list of what the desk is going to play, and the running record of what became of it: the only
 /// way by which a track reaches a deck. Rows are numbered from 1 (their Index). One row at most is selected.
@@ -114,12 +117,22 @@ class PlayQueue : public QObject {
   void FactsChanged();
 
  private:
+  // What happens to the catalogue.
+  void FollowCatalogue();
+  void TrackWasChanged(const TrackChanged& change);
+  void FileWasRenamed(const QString& pathBefore, const QString& path);
+  /// Rows that are still to be played go, those that tell what was played stay.
+  void TrackWasRemoved(const TrackRemoved& removed);
+  void CatalogueWasReplaced();
+  void RemoveRow(int index);
+
   [[nodiscard]] QueueEntry EntryOf(Mref track) const;
   int InsertRow(QueueEntry entry, qint64 seconds);
   void TellRowsChanged();
   [[nodiscard]] QString GenreColumnText(Mref track) const;
   [[nodiscard]] int FindTrack(Mref track) const;
-  /// Whole seconds of a track, for the total; 0 when its length is unknown.
+  /// For the total; 0 when the length is unknown.
+  [[nodiscard]] static qint64 WholeSeconds(double duration);
   [[nodiscard]] qint64 SecondsOf(Mref track) const;
   [[nodiscard]] bool MoveSelected(int step);
   void ClearAll();

@@ -17,6 +17,7 @@ struct SessionEvent {
   QString Description;
   double Time = 0;  ///< the session clock, seconds
   Mref Track = Mref::None;
+  QString Path;  ///< of the track's file
   Deck OnDeck = Deck::One;
   TransitionKind FadeType = TransitionKind::None;
   int Speed = -1;  ///< of a fade, at least 1; else -1
@@ -51,6 +52,8 @@ class SessionList : public QObject, public SessionRecorder {
   void Changed();
 
  private:
+  void FollowCatalogue();
+
   const Catalogue& catalogue_;
   std::function<SessionFacts(Deck)> facts_;
   std::vector<SessionEvent> events_;

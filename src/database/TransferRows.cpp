@@ -87,11 +87,13 @@ void TransferRows::Append(std::vector<TransferRow> rows) {
   endInsertRows();
 }
 
-void TransferRows::Remove(int id) {
-  const int index = IndexOf(id);
-  if (index < 0) return;
+void TransferRows::Remove(const QString& path) {
+  const auto found = std::find_if(rows_.begin(), rows_.end(),
+                                  [&path](const TransferRow& row) { return row.path == path; });
+  if (found == rows_.end()) return;
+  const int index = static_cast<int>(found - rows_.begin());
   beginRemoveRows({}, index, index);
-  rows_.erase(rows_.begin() + index);
+  rows_.erase(found);
   endRemoveRows();
 }
 

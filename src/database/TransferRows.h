@@ -50,7 +50,8 @@ class TransferRows : public QAbstractTableModel {
   [[nodiscard]] const TransferRow* Find(int id) const;
   void Clear();
   void Append(std::vector<TransferRow> rows);
-  void Remove(int id);
+  /// The row of this file, if there is one.
+  void Remove(const QString& path);
   void SetTaken(int id, bool taken);
   void SetLocked(bool locked) { locked_ = locked; }
 

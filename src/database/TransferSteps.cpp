@@ -3,7 +3,10 @@
 #include "database/FolderListing.h"
 #include "platform/Words.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
+#include <map>
 
 namespace kelvo {
 namespace {
@@ -48,6 +51,28 @@ DatabaseNames DatabaseNames::Read(const Paths& paths) {
 void DatabaseNames::Add(Paths::Slot slot, const QString& name) {
   names_[static_cast<std::size_t>(slot)].insert(name.toUpper(), name);
   if (slot == Paths::Music) musicBases_.insert(BaseName(name).toUpper());
+}
+
+void DatabaseNames::Rename(const QString& pathBefore, const QString& path) {
+  const auto infoName = [](const QString& fileName) { return BaseName(fileName) + QStringLiteral(".kif"); };
+  const QString before = QFileInfo(pathBefore).fileName();
+  // Its base stays taken: another music file may share it.
+  names_[Paths::Music].remove(before.toUpper());
+  names_[Paths::Info].remove(infoName(before).toUpper());
+  if (path.isEmpty()) return;
+  const QString name = QFileInfo(path).fileName();
+  Add(Paths::Music, name);
+  Add(Paths::Info, infoName(name));
+}
+
+void DatabaseNames::Rename(const ReferenceChanged& change) {
+  static const std::map<ReferenceSet, Paths::Slot> slots{{ReferenceSet::Genres, Paths::Categories},
+                                                         {ReferenceSet::Artists, Paths::Artists},
+                                                         {ReferenceSet::Albums, Paths::Albums}};
+  const auto slot = slots.find(change.set);
+  if (slot == slots.end()) return;
+  names_[static_cast<std::size_t>(slot->second)].remove(change.before.toUpper());
+  if (!change.name.isEmpty()) Add(slot->second, change.name);
 }
 
 QString DatabaseNames::FirstFree(const QString& fileName) const {
@@ -117,30 +142,19 @@ CatalogueRow RowFrom(const TrackInfo& info, const QString& fileName, double dura
 }
 
 void StoreRow(Catalogue& catalogue, const CatalogueRow& row, const QString& path) {
-  const std::string name = row.name.toStdString();
-  int number = 1;
-  while (number <= catalogue.LastTrack() && (catalogue.TrackNames.Utf8(ToMref(number)) != name ||
-                                             catalogue.TrackPaths(ToMref(number)) != path)) {
-    ++number;
-  }
-  if (number > catalogue.LastTrack()) {
+  const Mref track = catalogue.Find(path);
+  if (track == Mref::None) {
     catalogue.Append(row);
     return;
   }
-  const Mref track = ToMref(number);
-  catalogue.TrackGenres.Set(track, row.genres);
-  catalogue.TrackArtists.Set(track, row.artists);
-  catalogue.TrackAlbums.Set(track, row.albums);
-  catalogue.TrackDates.Set(track, row.date);
-  catalogue.TrackGain.Set(track, row.gain);
-  catalogue.SetTrackDuration(track, row.duration);
-}
-
-void AddInOrder(QStringList& list, const QString& name) {
-  const auto place = std::lower_bound(
-      list.begin(), list.end(), name,
-      [](const QString& left, const QString& right) { return left.toUpper() < right.toUpper(); });
-  list.insert(place, name);
+  TrackEdit edit;
+  edit.genres = row.genres;
+  edit.artists = row.artists;
+  edit.albums = row.albums;
+  edit.date = row.date;
+  edit.gain = row.gain;
+  edit.duration = row.duration;
+  catalogue.Change(track, edit);
 }
 
 }  // namespace kelvo

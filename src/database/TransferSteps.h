@@ -25,6 +25,9 @@ class DatabaseNames {
     return names_[static_cast<std::size_t>(slot)].value(name.toUpper());
   }
   void Add(Paths::Slot slot, const QString& name);
+  /// A music file, with its track info file, has another path, or is gone when `path` is empty.
+  void Rename(const QString& pathBefore, const QString& path);
+  void Rename(const ReferenceChanged& change);
   /// The music file name with the first running number before its extension that no track has.
   [[nodiscard]] QString FirstFree(const QString& fileName) const;
 
@@ -50,7 +53,4 @@ class DatabaseNames {
 [[nodiscard]] CatalogueRow RowFrom(const TrackInfo& info, const QString& fileName, double durationSeconds);
 /// Puts the row into the catalogue: in the place of the row of the same file, or behind the last.
 void StoreRow(Catalogue& catalogue, const CatalogueRow& row, const QString& path);
-/// Adds a name to a list of the catalogue, in the list's order.
-void AddInOrder(QStringList& list, const QString& name);
-
 }  // namespace kelvo

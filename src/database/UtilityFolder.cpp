@@ -6,6 +6,7 @@
 #include "platform/Words.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace kelvo {
@@ -25,6 +26,7 @@ UtilityFolder::UtilityFolder(Services services)
   volume_ = WholeNumber(kept, 0, kMostLoss);
   player_->SetVolume(-2 * volume_);
   player_->OnEndOfStream = [this] { Stop(); };
+  services_.catalogue.Listen(this, [this](const StagedFileChanged& change) { Follow(change); });
 }
 
 UtilityFolder::~UtilityFolder() {
@@ -37,26 +39,38 @@ void UtilityFolder::List() {
   Q_EMIT Changed();
 }
 
+UtilityFolder::Row UtilityFolder::RowOf(const QString& path) {
+  const StagedFile file = ReadStagedPath(path);
+  return {file.trackName, file.name.artist, path};
+}
+
+void UtilityFolder::Follow(const StagedFileChanged& change) {
+  if (listing_) return;  // its end shows all
+  const auto found = std::find_if(rows_.begin(), rows_.end(),
+                                  [&change](const Row& row) { return row.path == change.path; });
+  if (change.waits && found == rows_.end()) {
+    beginInsertRows({}, rowCount(), rowCount());
+    rows_.push_back(RowOf(change.path));
+    endInsertRows();
+  } else if (!change.waits && found != rows_.end()) {
+    const int row = static_cast<int>(found - rows_.begin());
+    beginRemoveRows({}, row, row);
+    rows_.erase(found);
+    endRemoveRows();
+  }
+  Q_EMIT Changed();
+}
+
 Job<> UtilityFolder::RunList() {
-  std::vector<Row> rows;
   try {
-    const auto list = [paths = services_.paths] {
-      const UtilityListing waiting = ListUtilityFolder(paths);
-      std::vector<Row> read;
-      for (const QString& path : waiting.files) {
-        const StagedFile file = ReadStagedPath(path);
-        read.push_back({file.trackName, file.name.artist, path});
-      }
-      return std::pair(std::move(read), waiting.passedOver);
-    };
-    auto [read, passedOver] = co_await services_.loop.Offload(EventLoop::Lane::Apart, list);
-    for (const QString& line : passedOver) NoteInLog(line);
-    rows = std::move(read);
+    co_await FindStagedFiles(services_.loop, services_.catalogue, services_.paths);
   } catch (...) {
     basHandleError(QStringLiteral(" frmUtil list"));
   }
   beginResetModel();
-  rows_ = std::move(rows);
+  const QStringList& paths = services_.catalogue.StagedFiles;
+  rows_.clear();
+  std::transform(paths.begin(), paths.end(), std::back_inserter(rows_), RowOf);
   endResetModel();
   listing_ = false;
   Q_EMIT Changed();

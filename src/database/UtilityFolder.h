@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/AudioSystem.h"
+#include "database/Catalogue.h"
 #include "database/Paths.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
@@ -27,6 +28,7 @@ class UtilityFolder : public QAbstractTableModel {
     EventLoop& loop;
     SettingsStore& settings;
     AudioSystem& audio;
+    Catalogue& catalogue;
     Paths paths;
     QString title;
   };
@@ -34,7 +36,7 @@ class UtilityFolder : public QAbstractTableModel {
   explicit UtilityFolder(Services services);
   ~UtilityFolder() override;
 
-  /// Lists the folder anew.
+  /// Lists the folder anew. The rows follow by themselves what the program stages and takes away.
   void List();
   [[nodiscard]] bool Listing() const { return listing_; }
 
@@ -64,6 +66,8 @@ class UtilityFolder : public QAbstractTableModel {
     QString artist;
     QString path;
   };
+  [[nodiscard]] static Row RowOf(const QString& path);
+  void Follow(const StagedFileChanged& change);
   [[nodiscard]] Job<> RunList();
   [[nodiscard]] Job<> Start(Row row);
   void Say(const QString& playing);

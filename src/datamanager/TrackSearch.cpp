@@ -1,5 +1,6 @@
 #include "datamanager/TrackSearch.h"
 
+#include "database/KeptTracks.h"
 #include "platform/ErrorLog.h"
 #include "platform/Words.h"
 
@@ -131,7 +132,43 @@ class Matcher {
 }  // namespace
 
 TrackSearch::TrackSearch(EventLoop& loop, Prompter& prompter, const Catalogue& catalogue)
-    : loop_(loop), prompter_(prompter), catalogue_(catalogue) {}
+    : loop_(loop), prompter_(prompter), catalogue_(catalogue) {
+  FollowCatalogue();
+}
+
+void TrackSearch::FollowCatalogue() {
+  catalogue_.Listen(
+      this, [this](const TrackChanged& change) { ShowTrack(change.track); },
+      [this](const TrackRenamed& renamed) { ShowTrack(renamed.track); },
+      [this](const TrackRemoved& removed) { TrackWasRemoved(removed); },
+      [this](const CatalogueReplaced&) {
+        run_.Cancel();
+        running_ = false;
+        results_.clear();
+        told_ = 0;
+        resultWords_.clear();
+        stateWords_.clear();
+        Q_EMIT ResultsCleared();
+        Q_EMIT Changed();
+      });
+}
+
+void TrackSearch::ShowTrack(Mref track) {
+  for (std::size_t row = 0; row < told_; ++row) {
+    if (results_[row] == track) Q_EMIT ResultChanged(static_cast<int>(row));
+  }
+}
+
+void TrackSearch::TrackWasRemoved(const TrackRemoved& removed) {
+  const auto found = std::find(results_.begin(), results_.end(), removed.track);
+  const auto row = static_cast<std::size_t>(found - results_.begin());
+  const bool told = row < told_;
+  if (told) Q_EMIT ResultAboutToBeRemoved(static_cast<int>(row));
+  removed.TakeFrom(results_);
+  if (!told) return;
+  --told_;
+  Q_EMIT ResultRemoved();
+}
 
 QString TrackSearch::Caption() const {
   return running_ ? QStringLiteral("CANCEL") : QStringLiteral("SEARCH");
@@ -182,10 +219,11 @@ Job<> TrackSearch::Run(SearchQuestion question) {
 Job<bool> TrackSearch::Look(const SearchQuestion& question) {
   Matcher matches(catalogue_, question);
   Nanoseconds turnStart = loop_.TurnClock();
-  for (int row = 1; row <= catalogue_.LastTrack(); ++row) {
-    if (matches(ToMref(row))) results_.push_back(ToMref(row));
+  TrackWalk walk(catalogue_);
+  while (walk.Next()) {
+    if (matches(walk.Track())) results_.push_back(walk.Track());
     // A look at the clock costs as much as a track.
-    if (row % kRowsALook != 0 || !loop_.TurnIsOver(turnStart)) continue;
+    if (ToInt(walk.Track()) % kRowsALook != 0 || !loop_.TurnIsOver(turnStart)) continue;
     TellAdded();
     co_await loop_.Yield();
     if (stop_) co_return false;

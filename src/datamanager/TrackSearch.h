@@ -24,7 +24,7 @@ struct SearchQuestion {
   bool titleFirst = false;   ///< shows the tracks as title and artist
 };
 
-/// Finds tracks in the catalogue, with no look at the disk. Owned by who shows it; the catalogue outlives it;
+/// Finds tracks in the catalogue, with no look at the disk. What it found follows the catalogue. Owned by who shows it; the catalogue outlives it;
 /// logic thread.
 class TrackSearch : public QObject {
   Q_OBJECT
@@ -51,6 +51,9 @@ class TrackSearch : public QObject {
   void ResultsCleared();
   /// Results from row `first`, from 0, on are new.
   void ResultsAdded(int first);
+  void ResultAboutToBeRemoved(int row);
+  void ResultRemoved();
+  void ResultChanged(int row);
   /// A search began or ended.
   void Changed();
 
@@ -58,6 +61,9 @@ class TrackSearch : public QObject {
   [[nodiscard]] Job<> Run(SearchQuestion question);
   [[nodiscard]] Job<bool> Look(const SearchQuestion& question);
   void TellAdded();
+  void FollowCatalogue();
+  void TrackWasRemoved(const TrackRemoved& removed);
+  void ShowTrack(Mref track);
 
   EventLoop& loop_;
   Prompter& prompter_;

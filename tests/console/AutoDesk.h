@@ -46,7 +46,7 @@ class AutoDesk {
               nullptr, nullptr, [this] { return transitions.Starting(); },
               [this](Deck deck) { return transitions.FadedOut(deck); }}) {
     for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) QDir().mkpath(paths(slot));
-    catalogue.Clear(paths(Paths::Music));
+    catalogue.Replace(CatalogueTables(paths(Paths::Music)));
     transitions.AfterStart = [this](Deck deck) { play.AfterStart(deck); };
     transitions.FadeSpeed = [this] { return fadeSpeed; };
     transitions.WriteLoss = [this](Deck deck, int loss) { speak.SetLevel(deck, loss); };

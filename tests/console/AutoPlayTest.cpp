@@ -274,7 +274,9 @@ TEST_F(AutoPlayTest, BadFilesArePassedOverAtOnceAndTold) {
   MakeQueue(7, 60, kStrong);
   QFile::remove(Path(2));
   desk_->audio.SetDuration(Path(3), -1);
-  desk_->catalogue.SetTrackDuration(desk_->queue.Row(4).track, 0);
+  TrackEdit edit;
+  edit.duration = 0;
+  desk_->catalogue.Change(desk_->queue.Row(4).track, edit);
   desk_->audio.SetDuration(Path(4), 0);
   desk_->audio.SetSilent(Path(5));
   On();

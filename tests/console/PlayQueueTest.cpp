@@ -297,7 +297,9 @@ TEST_F(PlayQueueTest, TheLastColumnShowsGenresOrTimings) {
   Queue().SwitchTimings();
   EXPECT_EQ(Queue().TimingsCaption(), u"Timings"_s) << "an empty queue has nothing to show";
   Enqueue({ToMref(3)});
-  catalogue_.TrackGenres.Set(ToMref(1), u"~ALL CATEGORIES"_s);
+  TrackEdit edit;
+  edit.genres = u"~ALL CATEGORIES"_s;
+  catalogue_.Change(ToMref(1), edit);
   Queue().SwitchTimings();
   EXPECT_EQ(Queue().GenreHead(), u"Timings"_s);
   EXPECT_EQ(Queue().TimingsCaption(), u"Genres"_s);

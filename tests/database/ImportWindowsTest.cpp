@@ -302,7 +302,7 @@ class HeardAudio : public ClockAudio {
 class UtilityOnScreen : public ImportWindow {
  protected:
   void OpenUtility() {
-    utility_.emplace(UtilityFolder::Services{loop_, settings_, heard_, database_.paths, u"Kelvo"_s});
+    utility_.emplace(UtilityFolder::Services{loop_, settings_, heard_, catalogue_, database_.paths, u"Kelvo"_s});
     Show(*utility_);
   }
   QString Playing() { return Find<QLabel>(u"Label1"_s).text(); }
@@ -459,7 +459,8 @@ TEST_F(TransferOnScreen, FilesAreSelectedEditedAndDeletedByTheirButtons) {
   EXPECT_EQ(Find<QPushButton>(u"CmdSelect"_s).text(), u"Select All"_s);
   EXPECT_FALSE(Enabled(u"CmdDelete"_s));
 
-  catalogue_.GenreList = {u"Blues"_s, u"Rock"_s};
+  catalogue_.AddReference(ReferenceSet::Genres, u"Blues"_s);
+  catalogue_.AddReference(ReferenceSet::Genres, u"Rock"_s);
   const QModelIndex category = List().model()->index(0, TransferRows::Category);
   List().setCurrentIndex(category);
   QTest::keyClick(&List(), Qt::Key_F2);

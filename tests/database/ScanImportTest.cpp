@@ -191,7 +191,7 @@ TEST_F(ScanImportTest, TracksAreStagedUnderTheirNamesAndTheSumIsTold) {
       Sum(),
       u"2 Tracks Copied Successfully\r\n1 Track/s Not Copied Which Are Gone, Unreadable Or Too Small"_s);
   EXPECT_EQ(prompter_.asked.back().title, u"File Import"_s);
-  EXPECT_EQ(catalogue_.UtilityCount, 2);
+  EXPECT_EQ(catalogue_.UtilityCount(), 2);
   EXPECT_EQ(Mark(0), ScanMark::Copied);
   EXPECT_TRUE(QFile::exists(scan_->Rows().Row(0).Text(ScanPathColumn)));
 }

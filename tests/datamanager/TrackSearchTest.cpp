@@ -99,7 +99,9 @@ TEST_F(TrackSearchTest, FoldsTheCaseOfEveryScript) {
 TEST_F(TrackSearchTest, DateBpmAndHiPosRuleOutByTheirWholeValue) {
   Add(u"A - One"_s);
   Add(u"A - Two"_s);
-  catalogue.TrackBpm.Set(ToMref(2), u"12"_s);
+  TrackEdit edit;
+  edit.bpm = u"12"_s;
+  catalogue.Change(ToMref(2), edit);
   SearchQuestion question;
   question.date = u"1999-DEC"_s;
   EXPECT_THAT(Find(question), ElementsAre(u"A - One"_s, u"A - Two"_s));

@@ -44,7 +44,7 @@ WindowLine ImportLine(Console& desk, QWidget& console) {
 WindowLine TransferLine(Console& desk, QWidget& console) {
   const auto make = [&desk, &console] {
     const Console::Services& have = desk.GetServices();
-    auto made = std::make_unique<Hosted<TransferWindow>>(
+    return std::make_unique<Hosted<TransferWindow>>(
         console, TransferWindow::Services{.loop = have.loop,
                                           .prompter = have.prompter,
                                           .settings = have.settings,
@@ -53,8 +53,6 @@ WindowLine TransferLine(Console& desk, QWidget& console) {
                                           .paths = have.paths,
                                           .defaults = desk.Settings().defaults,
                                           .title = have.title});
-    made->window.Work().OnTracksAdded = [&desk] { desk.CatalogueChanged(); };
-    return made;
   };
   return {.id = QStringLiteral("Transfer"),
           .words = Text::tr("&Transfer To Database..."),
@@ -66,11 +64,13 @@ WindowLine TransferLine(Console& desk, QWidget& console) {
 WindowLine UtilityLine(Console& desk, QWidget& console) {
   const auto make = [&desk, &console] {
     const Console::Services& have = desk.GetServices();
-    return std::make_unique<Hosted<UtilityWindow>>(console, UtilityFolder::Services{.loop = have.loop,
-                                                                                    .settings = have.settings,
-                                                                                    .audio = have.audio,
-                                                                                    .paths = have.paths,
-                                                                                    .title = have.title});
+    return std::make_unique<Hosted<UtilityWindow>>(console,
+                                                   UtilityFolder::Services{.loop = have.loop,
+                                                                           .settings = have.settings,
+                                                                           .audio = have.audio,
+                                                                           .catalogue = have.catalogue,
+                                                                           .paths = have.paths,
+                                                                           .title = have.title});
   };
   return {.id = QStringLiteral("Utility"),
           .words = Text::tr("&Utility Folder..."),

@@ -33,7 +33,7 @@ class JingleImportWindow : public QWidget {
   explicit JingleImportWindow(const Services& services);
   ~JingleImportWindow() override;
 
-  /// Its run, and the call when the jingles changed.
+  /// Its run.
   [[nodiscard]] JingleImport& Work() { return jingles_; }
 
  protected:

@@ -10,6 +10,8 @@ JingleModel::JingleModel(JingleImport& jingles, QObject* parent)
   connect(&jingles_, &JingleImport::RowsAboutToBeRemoved, this,
           [this](int first, int last) { beginRemoveRows({}, first, last); });
   connect(&jingles_, &JingleImport::RowsRemoved, this, [this] { endRemoveRows(); });
+  connect(&jingles_, &JingleImport::RowChanged, this,
+          [this](int row) { Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1)); });
 }
 
 int JingleModel::rowCount(const QModelIndex& parent) const {

@@ -34,7 +34,7 @@ class TransferWindow : public QWidget {
   explicit TransferWindow(const Services& services);
   ~TransferWindow() override;
 
-  /// Its run: whether one goes on, its stop, the call when tracks came into the database.
+  /// Its run: whether one goes on, and its stop.
   [[nodiscard]] Transfer& Work() { return transfer_; }
 
  protected:

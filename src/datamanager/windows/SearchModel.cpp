@@ -18,6 +18,14 @@ SearchModel::SearchModel(const TrackSearch& search, const Catalogue& catalogue, 
     rows_ = count;
     endInsertRows();
   });
+  connect(&search, &TrackSearch::ResultAboutToBeRemoved, this,
+          [this](int row) { beginRemoveRows({}, row, row); });
+  connect(&search, &TrackSearch::ResultRemoved, this, [this] {
+    --rows_;
+    endRemoveRows();
+  });
+  connect(&search, &TrackSearch::ResultChanged, this,
+          [this](int row) { Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1)); });
 }
 
 int SearchModel::rowCount(const QModelIndex& parent) const {
