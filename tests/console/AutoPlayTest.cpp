@@ -80,7 +80,7 @@ TEST_F(AutoPlayTest, ThreeRowsRunForeverAndOverlapByTheDefaultTable) {
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Loaded);
   EXPECT_EQ(Play().AutoDelta(), 2);
   EXPECT_EQ(Play().SldDelta(), 2);
-  EXPECT_EQ(desk_->fadeSpeed, 11);
+  EXPECT_EQ(desk_->desk.FadeSpeed(), 11);
   EXPECT_EQ(Play().StatusText(), u"Auto Start: B In 00:39"_s);
   ASSERT_TRUE(Play().Next());
   EXPECT_EQ(Play().Next()->queueIndex, 2);
@@ -121,7 +121,7 @@ TEST_F(AutoPlayTest, ATracksOwnSettingsAndALongFadeInDecideTheStart) {
   On();
   desk_->Run(5);
   EXPECT_EQ(Record(Deck::One).Info, u"Custom - Track Start/Fade:"_s);
-  EXPECT_EQ(desk_->fadeSpeed, 20);
+  EXPECT_EQ(desk_->desk.FadeSpeed(), 20);
   desk_->Run(36.5);
   EXPECT_EQ(desk_->lastTransition, TransitionKind::PartFade);
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Playing) << "20 seconds before the end";
@@ -130,7 +130,7 @@ TEST_F(AutoPlayTest, ATracksOwnSettingsAndALongFadeInDecideTheStart) {
   EXPECT_EQ(Record(Deck::One).Info, u"Fade Overide: New Value=25"_s);
   EXPECT_EQ(Play().AutoDelta(), 25);
   EXPECT_EQ(Play().AutoTransition(), TransitionKind::Pan);
-  EXPECT_EQ(desk_->fadeSpeed, 10);
+  EXPECT_EQ(desk_->desk.FadeSpeed(), 10);
 }
 
 TEST_F(AutoPlayTest, ADeltaLongerThanTheTrackIsCutAtItsLength) {
@@ -162,7 +162,9 @@ TEST_F(AutoPlayTest, APauseHoldsAtTheEndAndGoesOnWhenItIsTakenBack) {
   EXPECT_EQ(Play().PauseCaption(), u"> ||"_s);
   Play().TogglePauseAtEnd();
   QStringList captions;
-  desk_->AfterBeat = [&] { captions.append(Play().PauseCaption()); };
+  const QObject here;
+  QObject::connect(&desk_->desk.Status(), &StatusTick::Ticked, &here,
+                   [&] { captions.append(Play().PauseCaption()); });
   desk_->Run(70);
   EXPECT_NE(captions[3], captions[4]);
   EXPECT_TRUE(captions.contains(u" >||"_s));
@@ -206,7 +208,7 @@ TEST_F(AutoPlayTest, APreviewPlaysSomeSecondsOfEachTrackOnceAndAsksToGoOn) {
   EXPECT_EQ(Record(Deck::One).Info, u"Preview Mode"_s);
   desk_->Run(1);
   EXPECT_EQ(Play().AutoDelta(), 85);
-  EXPECT_EQ(desk_->fadeSpeed, 45);
+  EXPECT_EQ(desk_->desk.FadeSpeed(), 45);
   QStringList played{Record(Deck::One).Title};
   for (int each = 0; each < 4; ++each) {
     desk_->Run(15.5);
@@ -255,7 +257,7 @@ TEST_F(AutoPlayTest, TheTimedStartFiresOnceAndEndsNothing) {
   MakeQueue(3, 60, kSoft);
   Play().ArmTimer(9, 2);
   desk_->Run(100);
-  EXPECT_EQ(desk_->timerText, u"AutoPlay Timer On :09:02"_s);
+  EXPECT_EQ(desk_->desk.Status().Status().windowTitle, u"AutoPlay Timer On :09:02"_s);
   const bool shown = Play().DisplayWord() == u"AUTOMATIC PLAY"_s;
   desk_->Run(1);
   EXPECT_EQ(Play().DisplayWord(), shown ? QString() : u"AUTOMATIC PLAY"_s) << "it blinks while idle";
