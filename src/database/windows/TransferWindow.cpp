@@ -211,7 +211,7 @@ void TransferWindow::Show() {
   const bool running = transfer_.Busy();
   const int rows = transfer_.Rows().rowCount();
   const bool selected = list_->selectionModel()->hasSelection();
-  const TransferProgress& progress = transfer_.Progress();
+  const FileProgress progress = transfer_.Progress();
   panel_->SetNote(QString::number(rows));
   list_->SetEmptyText(transfer_.Listing()
                           ? tr("Looking into the utility folder...")
@@ -224,10 +224,10 @@ void TransferWindow::Show() {
   file_->setVisible(running && progress.files > 0);
   total_->setVisible(running && progress.files > 0);
   file_->setValue(progress.total > 0 ? static_cast<int>(progress.done * kPerMille / progress.total) : 0);
-  file_->SetWords(progress.megabytes.isEmpty() ? QString() : progress.megabytes + tr(" MB"));
+  file_->SetWords(progress.total > 0 ? MegabytesText(progress.total) + tr(" MB") : QString());
   total_->setRange(0, progress.files);
-  total_->setValue(progress.file);
-  total_->SetWords(tr("%1 of %2").arg(progress.file).arg(progress.files));
+  total_->setValue(progress.File());
+  total_->SetWords(tr("%1 of %2").arg(progress.File()).arg(progress.files));
   words_->setText(progress.words.isEmpty() && rows > 0 ? hint_ : progress.words);
 }
 
