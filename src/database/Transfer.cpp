@@ -85,7 +85,7 @@ Job<> Transfer::RunList() {
       }
       rows_.Append(std::move(rows));
     }
-    services_.catalogue.UtilityCount = rows_.rowCount();
+    services_.catalogue.UtilityCount = rows_.Store().Count();
   } catch (...) {
     basHandleError(QStringLiteral(" FrmTransfer list"));
   }

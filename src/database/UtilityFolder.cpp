@@ -38,11 +38,11 @@ void UtilityFolder::List() {
 }
 
 Job<> UtilityFolder::RunList() {
-  std::vector<Row> rows;
+  std::vector<WaitingFile> rows;
   try {
     const auto list = [paths = services_.paths] {
       const UtilityListing waiting = ListUtilityFolder(paths);
-      std::vector<Row> read;
+      std::vector<WaitingFile> read;
       for (const QString& path : waiting.files) {
         const StagedFile file = ReadStagedPath(path);
         read.push_back({file.trackName, file.name.artist, path});
@@ -55,27 +55,25 @@ Job<> UtilityFolder::RunList() {
   } catch (...) {
     basHandleError(QStringLiteral(" frmUtil list"));
   }
-  beginResetModel();
-  rows_ = std::move(rows);
-  endResetModel();
+  rows_.Replace(std::move(rows));
   listing_ = false;
   Q_EMIT Changed();
 }
 
 void UtilityFolder::Play(int row) {
-  if (row < 0 || row >= rowCount()) return;
-  start_ = Start(rows_[static_cast<std::size_t>(row)]);
+  if (row < 0 || row >= rows_.Count()) return;
+  start_ = Start(rows_[row]);
 }
 
-Job<> UtilityFolder::Start(Row row) {
-  const OpenResult opened = co_await player_->Open(row.path);
+Job<> UtilityFolder::Start(WaitingFile file) {
+  const OpenResult opened = co_await player_->Open(file.path);
   if (opened.kind == OpenResult::Kind::Failed) {
     basHandleError(QStringLiteral(" frmUtil play"),
-                   std::make_exception_ptr(Failure(opened.error, 0, row.path)));
+                   std::make_exception_ptr(Failure(opened.error, 0, file.path)));
   }
   if (!opened.Ok()) co_return;
   player_->Play();
-  Say(QStringLiteral("Currently Playing Sample ") + row.fileName);
+  Say(QStringLiteral("Currently Playing Sample ") + file.fileName);
 }
 
 void UtilityFolder::Stop() {
@@ -97,37 +95,6 @@ void UtilityFolder::SetVolume(int loss) {
 
 void UtilityFolder::KeepVolume() {
   services_.settings.SaveSetting(services_.title, kSection, kVolumeKey, QString::number(volume_));
-}
-
-int UtilityFolder::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-}
-int UtilityFolder::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : ColumnCount;
-}
-
-QVariant UtilityFolder::data(const QModelIndex& index, int role) const {
-  if (!index.isValid()) return {};
-  const Row& row = rows_[static_cast<std::size_t>(index.row())];
-  if (role == Qt::ToolTipRole) return row.path;
-  if (role != Qt::DisplayRole) return {};
-  switch (index.column()) {
-    case FileName:
-      return row.fileName;
-    case Artist:
-      return row.artist;
-    case Path:
-      return row.path;
-    default:
-      return {};
-  }
-}
-
-QVariant UtilityFolder::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-  static const QStringList heads{QStringLiteral("File Name"), QStringLiteral("Artist"),
-                                 QStringLiteral("Path")};
-  return heads.value(section);
 }
 
 }  // namespace kelvo

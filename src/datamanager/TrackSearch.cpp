@@ -130,8 +130,7 @@ class Matcher {
 
 }  // namespace
 
-TrackSearch::TrackSearch(EventLoop& loop, Prompter& prompter, const Catalogue& catalogue)
-    : loop_(loop), prompter_(prompter), catalogue_(catalogue) {}
+TrackSearch::TrackSearch(Services services) : services_(services) {}
 
 QString TrackSearch::Caption() const {
   return running_ ? QStringLiteral("CANCEL") : QStringLiteral("SEARCH");
@@ -147,29 +146,26 @@ void TrackSearch::Search(const SearchQuestion& question) {
 }
 
 Job<> TrackSearch::Run(SearchQuestion question) {
-  results_.clear();
-  told_ = 0;
+  results_.Replace({});
   titleFirst_ = question.titleFirst;
   resultWords_.clear();
   stateWords_.clear();
   stop_ = false;
   running_ = true;
-  Q_EMIT ResultsCleared();
   Q_EMIT Changed();
-  const Nanoseconds start = loop_.Elapsed();
+  const Nanoseconds start = services_.loop.Elapsed();
   try {
     const bool whole = co_await Look(question);
-    TellAdded();
     if (whole) {
-      const double seconds = std::chrono::duration<double>(loop_.Elapsed() - start).count();
+      const double seconds = std::chrono::duration<double>(services_.loop.Elapsed() - start).count();
       stateWords_ = QStringLiteral("Done");
-      resultWords_ = QStringLiteral("Search Results = ") + QString::number(results_.size()) +
+      resultWords_ = QStringLiteral("Search Results = ") + QString::number(results_.Count()) +
                      QStringLiteral(" in ") + Format0Point0(seconds) + QStringLiteral(" Seconds");
     } else {
       Prompt message;
       message.text = QStringLiteral("Search Interupted By User !");
       message.icon = PromptIcon::Information;
-      prompter_.Tell(message);
+      services_.prompter.Tell(message);
     }
   } catch (...) {
     basHandleError(QStringLiteral(" srch"));
@@ -180,30 +176,25 @@ Job<> TrackSearch::Run(SearchQuestion question) {
 
 /// False when the operator stopped it.
 Job<bool> TrackSearch::Look(const SearchQuestion& question) {
-  Matcher matches(catalogue_, question);
-  Nanoseconds turnStart = loop_.TurnClock();
-  for (int row = 1; row <= catalogue_.LastTrack(); ++row) {
-    if (matches(ToMref(row))) results_.push_back(ToMref(row));
+  Matcher matches(services_.catalogue, question);
+  std::vector<Mref> found;
+  Nanoseconds turnStart = services_.loop.TurnClock();
+  for (int row = 1; row <= services_.catalogue.LastTrack(); ++row) {
+    if (matches(ToMref(row))) found.push_back(ToMref(row));
     // A look at the clock costs as much as a track.
-    if (row % kRowsALook != 0 || !loop_.TurnIsOver(turnStart)) continue;
-    TellAdded();
-    co_await loop_.Yield();
+    if (row % kRowsALook != 0 || !services_.loop.TurnIsOver(turnStart)) continue;
+    results_.Append(std::exchange(found, {}));
+    co_await services_.loop.Yield();
     if (stop_) co_return false;
-    turnStart = loop_.TurnClock();
+    turnStart = services_.loop.TurnClock();
   }
+  results_.Append(std::move(found));
   co_return true;
 }
 
-void TrackSearch::TellAdded() {
-  if (told_ == results_.size()) return;
-  const auto first = static_cast<int>(told_);
-  told_ = results_.size();
-  Q_EMIT ResultsAdded(first);
-}
-
 QString TrackSearch::ShownName(Mref track) const {
-  if (!titleFirst_) return catalogue_.TrackNames[track];
-  const NameHalves halves(catalogue_.TrackNames.Utf8(track));
+  if (!titleFirst_) return services_.catalogue.TrackNames[track];
+  const NameHalves halves(services_.catalogue.TrackNames.Utf8(track));
   const auto text = [](std::string_view half) {
     return QString::fromUtf8(half.data(), static_cast<qsizetype>(half.size())).trimmed();
   };

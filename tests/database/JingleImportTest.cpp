@@ -37,7 +37,7 @@ class JingleImportTest : public ::testing::Test {
   }
   QStringList Names() {
     QStringList names;
-    for (int row = 0; row < import_->Count(); ++row) names.append(import_->Row(row).name);
+    for (int row = 0; row < import_->Rows().Count(); ++row) names.append(import_->Rows()[row].name);
     return names;
   }
 
@@ -60,7 +60,7 @@ TEST_F(JingleImportTest, CopiesWhatIsNewAndLargeEnoughAndTellsTheSum) {
   EXPECT_EQ(import_->Words(), u"Searching "_s + database_.tree.Path(u"drive"_s) + u" (0 %)"_s);
   Finish();
   ASSERT_THAT(Names(), ElementsAre(u"a bell.wav"_s, u"b horn.mp3"_s, u"c laugh.wav"_s, u"d old.MP3"_s));
-  EXPECT_EQ(import_->Row(2).SizeText(), u"1.0000"_s);
+  EXPECT_EQ(import_->Rows()[2].SizeText(), u"1.0000"_s);
   import_->Import({0, 1, 2, 3});
   Finish();
   EXPECT_THAT(prompter_.Told(),
@@ -74,7 +74,7 @@ TEST_F(JingleImportTest, CopiesWhatIsNewAndLargeEnoughAndTellsTheSum) {
   EXPECT_EQ(catalogue_.SoundBitePaths[0], database_.paths(Paths::Jingles) + u"/b horn.mp3"_s);
   EXPECT_EQ(reloads_, 1);
 
-  QFile::remove(import_->Row(2).path);
+  QFile::remove(import_->Rows()[2].path);
   import_->Import({2});
   Finish();
   EXPECT_EQ(prompter_.Told().last(),
@@ -109,7 +109,7 @@ TEST_F(JingleImportTest, DeletesOnlyWhatIsConfirmedAndNothingOfTheSystem) {
   prompter_.answers = {Answer::Cancel};
   import_->Delete({0});
   Finish();
-  EXPECT_EQ(import_->Count(), 4);
+  EXPECT_EQ(import_->Rows().Count(), 4);
   EXPECT_EQ(prompter_.asked[0].buttons, Buttons::OkCancel);
   prompter_.answers = {Answer::Ok, Answer::Ok, Answer::Yes, Answer::No, Answer::Cancel};
   import_->Delete({3, 0, 1, 2});
