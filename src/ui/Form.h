@@ -38,9 +38,8 @@ class Form : public QWidget {
   /// No field has a message.
   [[nodiscard]] bool Fits() const;
 
-  /// The first and the last control; none before one was added.
+  /// The first control; none before one was added.
   [[nodiscard]] QWidget* First() const { return rows_.empty() ? nullptr : rows_.front().control; }
-  [[nodiscard]] QWidget* Last() const { return rows_.empty() ? nullptr : rows_.back().control; }
 
   /// A field holds something else than at first, or than at the last Settle.
   [[nodiscard]] bool Dirty() const;

@@ -17,27 +17,23 @@ FormWindow::FormWindow(const Look& look, Prompter& prompter)
                            .run = [this] {
                              if (Keep()) close();
                            }});
-  cancel_ = AddCommand(*this, {.name = QStringLiteral("CmdCancel"),
-                               .words = tr("Cancel"),
-                               .tooltip = tr("Closes without saving"),
-                               .run = [this] {
-                                 form_->Restore();
-                                 close();
-                               }});
+  QPushButton* cancel = AddCommand(*this, {.name = QStringLiteral("CmdCancel"),
+                                           .words = tr("Cancel"),
+                                           .tooltip = tr("Closes without saving"),
+                                           .run = [this] {
+                                             form_->Restore();
+                                             close();
+                                           }});
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(body_, 1);
   body_->addWidget(form_);
-  layout->addLayout(Line({kRoom, ok_, cancel_}));
+  layout->addLayout(Line({kRoom, ok_, cancel}));
   connect(form_, &Form::Changed, this, [this] { ShowState(); });
   connect(form_, &Form::Submitted, ok_, &QPushButton::click);
 }
 
 void FormWindow::Enter() {
-  if (form_->First() == nullptr) return;
-  // The fields were made after the buttons.
-  setTabOrder(form_->Last(), ok_);
-  setTabOrder(ok_, cancel_);
-  form_->First()->setFocus();
+  if (QWidget* first = form_->First()) first->setFocus();
 }
 
 void FormWindow::ShowState() {

@@ -37,7 +37,6 @@ class FormWindow : public ToolWindow {
   Form* form_;
   QVBoxLayout* body_;
   QPushButton* ok_;
-  QPushButton* cancel_;
 };
 
 }  // namespace kelvo

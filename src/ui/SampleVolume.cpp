@@ -18,10 +18,10 @@ SampleVolume::SampleVolume(int mostLoss, int loss, QWidget* parent)
   slider_->SetFillFrom(mostLoss);
   slider_->setSingleStep(mostLoss / 60);
   slider_->setPageStep(mostLoss / 10);
-  slider_->setMaximumWidth(fontMetrics().averageCharWidth() * 28);
   slider_->setValue(loss);
   auto* speaker = new QLabel(this);
   const int side = fontMetrics().height();
+  setMaximumWidth(fontMetrics().averageCharWidth() * 28 + side);
   speaker->setPixmap(ScalableIcon(Icon::Volume).pixmap(side, side));
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

@@ -2,6 +2,7 @@
 
 #include "ui/EnterKey.h"
 #include "ui/Naming.h"
+#include "ui/TabOrder.h"
 
 #include <QCloseEvent>
 #include <QShortcut>
@@ -25,7 +26,9 @@ void ToolWindow::KeepPlace(SettingsStore& settings, const PlaceKeys& keys) {
 
 void ToolWindow::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
-  if (!event->spontaneous()) Enter();
+  if (event->spontaneous()) return;
+  TabByLayout(*this);
+  Enter();
 }
 
 void ToolWindow::hideEvent(QHideEvent* event) {

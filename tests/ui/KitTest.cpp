@@ -167,6 +167,12 @@ TEST_F(PeopleOnScreen, ReturnEditsACellAndEscapeGivesUpTheEditBeforeTheWindow) {
 
 TEST_F(PeopleOnScreen, EveryWindowObeysTheSameKeys) {
   EXPECT_EQ(window_->refreshed, 1) << "when it comes up";
+  EXPECT_TRUE(FindNamed<QLineEdit>(*window_, u"TxtFilter"_s)->hasFocus()) << "the first that is read";
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(Table().hasFocus());
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(Count().hasFocus());
   QTest::keyClick(&Table(), Qt::Key_F5);
   EXPECT_EQ(window_->refreshed, 2);
   Count().setFocus();
