@@ -40,7 +40,7 @@ QString NameOf(std::mt19937& random, int words) {
   return parts.join(QLatin1Char(' '));
 }
 
-void FillCatalogue(Catalogue& catalogue, int tracks) {
+CatalogueTables MakeTables(int tracks) {
   std::mt19937 random(2007);
   const auto names = [&random](int count, int words) {
     QStringList list;
@@ -51,26 +51,27 @@ void FillCatalogue(Catalogue& catalogue, int tracks) {
   const auto pick = [&random](const QStringList& from) {
     return from[static_cast<qsizetype>(random()) % from.size()];
   };
-  catalogue.Clear(QStringLiteral("/music"));
-  catalogue.ArtistList = names(std::max(tracks / 10, 1), 2);
-  catalogue.AlbumList = names(std::max(tracks / 8, 1), 3);
-  catalogue.GenreList = names(30, 1);
-  const QStringList genres = catalogue.GenreList;
-  catalogue.GenreList.append(QStringLiteral("Party"));
+  CatalogueTables tables(QStringLiteral("/music"));
+  tables.ArtistList = names(std::max(tracks / 10, 1), 2);
+  tables.AlbumList = names(std::max(tracks / 8, 1), 3);
+  tables.GenreList = names(30, 1);
+  const QStringList genres = tables.GenreList;
+  tables.GenreList.append(QStringLiteral("Party"));
   for (int number = 0; number < tracks; ++number) {
-    const QString artist = pick(catalogue.ArtistList);
+    const QString artist = pick(tables.ArtistList);
     CatalogueRow row;
     row.name = QStringLiteral("%1 - %2 %3").arg(artist, NameOf(random, 3)).arg(number);
     row.extension = QStringLiteral(".mp3");
     row.genres += QLatin1Char(',') + pick(genres) + QLatin1Char(',') + pick(genres) +
                   (number % 2 == 0 ? QStringLiteral(",Party") : QString());
     row.artists += QLatin1Char(',') + artist;
-    row.albums += QLatin1Char(',') + pick(catalogue.AlbumList);
+    row.albums += QLatin1Char(',') + pick(tables.AlbumList);
     row.date = QStringLiteral("%1-Jul").arg(1960 + static_cast<int>(random() % 48));
     row.bpm = QString::number(70 + random() % 110);
     row.duration = static_cast<double>(120 + random() % 240);
-    catalogue.Append(row);
+    tables.Append(row);
   }
+  return tables;
 }
 
 /// Does things on the running loop and takes their time, with a beat that notes how long it had to wait.
@@ -160,15 +161,13 @@ void Run(int tracks) {
   testing::NobodyThere nobody;
   ConsoleState state;
   Catalogue catalogue;
-  FillCatalogue(catalogue, tracks);
   TrackFilter filter(catalogue);
   Disks disks(loop);
   PlayQueue queue(loop, disks, nobody, catalogue, state);
   LibraryBrowser browser(loop, catalogue, filter, queue, state);
   TrackSearch search({loop, nobody, catalogue});
-  for (const Job<>& job : {filter.Build(loop), browser.FillLists()}) {
-    while (job.Running()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  }
+  catalogue.Replace(MakeTables(tracks));
+  while (browser.TakingIn()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 
   Figures best = Round(loop, browser, search);
   for (int round = 1; round < kRounds; ++round) best = Best(best, Round(loop, browser, search));

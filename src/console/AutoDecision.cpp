@@ -2,19 +2,14 @@
 
 #include "platform/Words.h"
 
-#include <QStringList>
-
 #include <algorithm>
 
 namespace kelvo {
 namespace {
 
-constexpr int kMostDelta = 32767;
-
-/// Field `index` of a list in which one value serves for all.
-QString Field(const QString& list, int index) {
-  const QStringList fields = list.split(QLatin1Char(','));
-  return fields.size() == 1 ? fields[0] : fields.value(index);
+/// A start is always of some kind.
+TransitionKind OrDub(TransitionKind kind) {
+  return kind == TransitionKind::None ? TransitionKind::Dub : kind;
 }
 
 int FadeSpOf(int speedValue) {
@@ -29,13 +24,14 @@ bool Held(const std::optional<Mref>& deck, Mref track) {
 
 AutoSettings DefaultDecision(int startStyle, int endStyle, AutoSettings previous) {
   struct Row {
-    int start, end, delta, speed, transition;
+    int start, end, delta, speed;
+    TransitionKind transition;
   };
   static constexpr std::array<Row, 4> kTable{{
-      {1, 1, 2, 39, kAutoDub},
-      {1, 0, 4, 39, kAutoDub},
-      {0, 1, 4, 39, kAutoDub},
-      {0, 0, 8, 9, kAutoPan},
+      {1, 1, 2, 39, TransitionKind::Dub},
+      {1, 0, 4, 39, TransitionKind::Dub},
+      {0, 1, 4, 39, TransitionKind::Dub},
+      {0, 0, 8, 9, TransitionKind::Pan},
   }};
   const auto* const row = std::find_if(kTable.begin(), kTable.end(), [&](const Row& each) {
     return each.start == startStyle && each.end == endStyle;
@@ -54,10 +50,10 @@ AutoSettings TrackSettingsFor(AutoMode mode, const TrackPlaySettings& track, con
     result.info = QStringLiteral("Preview Mode");
     return result;
   }
-  if (WholeNumber(Field(track.PlayMode, 0), 0, kMostDelta) >= 1) {
-    result.AutoTransition = WholeNumber(Field(track.PlayMode, 1), kAutoDub, kAutoPan);
-    result.fadeSp = FadeSpOf(WholeNumber(Field(track.FadeSpeed, 0), 0, 50));
-    result.AutoDelta = WholeNumber(Field(track.FadePosition, 0), 0, kMostDelta);
+  if (track.Mode.custom) {
+    result.AutoTransition = OrDub(track.Mode.fadeOut);
+    result.fadeSp = FadeSpOf(track.FadeSpeed.fadeOut);
+    result.AutoDelta = track.FadePosition.fadeOut;
     result.info = QStringLiteral("Custom - Track Start/Fade:");
   } else {
     result = DefaultDecision(track.StartStyle, other.EndStyle, std::move(result));
@@ -65,20 +61,19 @@ AutoSettings TrackSettingsFor(AutoMode mode, const TrackPlaySettings& track, con
   }
   if (mode == AutoMode::Jukebox) {
     result.AutoDelta = 1;
-    result.AutoTransition = kAutoPartFade;
+    result.AutoTransition = TransitionKind::PartFade;
     result.info = QStringLiteral("Jukebox Mode:");
   }
   return result;
 }
 
 std::optional<AutoSettings> FadeOverride(const TrackPlaySettings& loaded, const AutoSettings& now) {
-  const int fadeIn = WholeNumber(Field(loaded.FadePosition, 1), 0, kMostDelta);
-  if (WholeNumber(Field(loaded.PlayMode, 0), 0, kMostDelta) <= 0 || fadeIn <= now.AutoDelta)
-    return std::nullopt;
+  const int fadeIn = loaded.FadePosition.FadeIn();
+  if (!loaded.Mode.custom || fadeIn <= now.AutoDelta) return std::nullopt;
   AutoSettings result;
-  result.AutoTransition = WholeNumber(Field(loaded.PlayMode, 1), kAutoDub, kAutoPan);
+  result.AutoTransition = OrDub(loaded.Mode.fadeOut);
   result.AutoDelta = fadeIn;
-  result.fadeSp = FadeSpOf(WholeNumber(Field(loaded.FadeSpeed, 1), 0, 50));
+  result.fadeSp = FadeSpOf(loaded.FadeSpeed.FadeIn());
   result.info = QStringLiteral("Fade Overide: New Value=") + QString::number(fadeIn);
   return result;
 }
@@ -109,9 +104,7 @@ int RandomRow(int rows, int selected, double draw) {
 
 TickDecision DecideTick(const TickQuestion& question) {
   TickDecision decision;
-  decision.transition = question.AutoTransition == kAutoPartFade || question.AutoTransition == kAutoPan
-                            ? question.AutoTransition
-                            : kAutoDub;
+  decision.transition = OrDub(question.AutoTransition);
   const int delta = std::max(question.AutoDelta, 1);
   const bool silent =
       !question.Starting && !question.decks[Deck::One].onAir && !question.decks[Deck::Two].onAir;
@@ -133,6 +126,13 @@ TickDecision DecideTick(const TickQuestion& question) {
 void PreviewPicks::Clear() {
   used_.clear();
   count_ = 0;
+}
+
+void PreviewPicks::Remove(Mref track) {
+  const auto row = static_cast<std::size_t>(track);
+  if (row >= used_.size()) return;
+  if (used_[row]) --count_;
+  used_.erase(used_.begin() + ToInt(track));
 }
 
 std::optional<Mref> PreviewPicks::Take(int from, int lastTrack) {

@@ -2,6 +2,7 @@
 
 #include "console/DeckTypes.h"
 #include "database/TextColumns.h"
+#include "database/TrackPlaySettings.h"
 
 #include <QString>
 #include <QTime>
@@ -14,25 +15,13 @@ namespace kelvo {
 /// What shapes automatic play: the option buttons `OptKelvo`, `OptJukebox`, `OptPreview`.
 enum class AutoMode { Kelvo, Jukebox, Preview };
 
-/// How the next deck comes in.
-enum AutoTransitionKind : int { kAutoDub = 1, kAutoPartFade = 2, kAutoPan = 3 };
-
 /// When and how the next track starts.
 struct AutoSettings {
-  int AutoDelta = 0;          ///< seconds before the end of the playing track
-  int AutoTransition = 0;     ///< 1 dub, 2 part fade, 3 pan; 0 not chosen yet, counts as 1
+  int AutoDelta = 0;                                     ///< seconds before the end of the playing track
+  TransitionKind AutoTransition = TransitionKind::None;  ///< None counts as a dub
   std::optional<int> fadeSp;  ///< position for the fade speed slider, 0..50; none leaves it
   QString info;               ///< the deck's line; empty leaves it
   bool operator==(const AutoSettings&) const = default;
-};
-
-/// What a track says of its own start and end.
-struct TrackPlaySettings {
-  QString PlayMode;      ///< comma list: custom flag, fade-out type, fade-in type
-  QString FadePosition;  ///< comma list, seconds: fade-out, fade-in; one value serves for both
-  QString FadeSpeed;     ///< comma list: fade-out, fade-in; one value serves for both
-  int StartStyle = 1;    ///< 0 soft, 1 strong
-  int EndStyle = 0;      ///< 0 soft, 1 strong
 };
 
 /// The default decision table: `startStyle` of the track that has just started, `endStyle` of the other
@@ -81,7 +70,7 @@ struct TickDeck {
 struct TickQuestion {
   PerDeck<TickDeck> decks;
   int AutoDelta = 0;
-  int AutoTransition = 0;
+  TransitionKind AutoTransition = TransitionKind::None;
   bool PauseAtEnd = false;
   bool Starting = false;  ///< a deck is being brought in: no second one, and no silence
 };
@@ -89,8 +78,8 @@ struct TickQuestion {
 struct TickDecision {
   std::optional<Deck> start;  ///< this deck is to start now
   std::optional<Deck> next;   ///< this deck is loaded and will start
-  int transition = kAutoDub;  ///< with this
-  int secondsLeft = 0;        ///< until then; 0 or below is now
+  TransitionKind transition = TransitionKind::Dub;  ///< with this
+  int secondsLeft = 0;                              ///< until then; 0 or below is now
 };
 
 /// Once a second: what to start, or how long until then. A loaded deck starts when the other has come to its
@@ -126,6 +115,8 @@ class PreviewPicks {
   }
   [[nodiscard]] int Count() const { return count_; }
   void Clear();
+  /// The track is gone, and those behind it have the number before theirs.
+  void Remove(Mref track);
 
  private:
   static constexpr int kMostDraws = 50;

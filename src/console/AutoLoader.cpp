@@ -18,16 +18,29 @@ constexpr double kShortestTrack = 1;
 /// So many tracks of a preview are tried in one go.
 constexpr int kMostPicks = 50;
 
-/// A load has so long in any case, and longer only while the track is not needed within kNeeded seconds.
-constexpr Nanoseconds kLoadAllowance = 1500ms;
+/// A track that is needed in fewer seconds cannot be waited for.
 constexpr int kNeeded = 6;
 
-/// Why the load that has just ended in this deck gave nothing to play.
-QString ReasonFor(const DeckRecord& record) {
-  return record.LastLoad == DeckLoad::Loaded ? QStringLiteral("No Sound In It") : record.Info;
+}  // namespace
+
+AutoLoader::AutoLoader(Services services) : services_(std::move(services)) {
+  services_.catalogue.Listen(
+      &listener_, [this](const TrackRenamed& renamed) { FileWasRenamed(renamed.pathBefore, renamed.path); },
+      [this](const TrackRemoved& removed) {
+        UsedPicks.Remove(removed.track);
+        lastPick_ = removed.Renumbered(lastPick_);
+        bad_.remove(removed.path);
+      },
+      [this](const CatalogueReplaced&) {
+        UsedPicks.Clear();
+        lastPick_ = Mref::None;
+      });
 }
 
-}  // namespace
+void AutoLoader::FileWasRenamed(const QString& pathBefore, const QString& path) {
+  if (bad_.contains(pathBefore)) bad_.insert(path, bad_.take(pathBefore));
+  if (tried_.remove(pathBefore)) tried_.insert(path);
+}
 
 void AutoLoader::Reset() {
   bad_.clear();
@@ -53,8 +66,8 @@ NextRowQuestion AutoLoader::QuestionFor(Deck deck, From from, bool atStart, bool
   question.rows.reserve(static_cast<std::size_t>(queue.Count()));
   for (int index = 1; index <= queue.Count(); ++index) {
     const QueueEntry& row = queue.Row(index);
-    const QString& path = row.Text(PathColumn);
-    question.rows.push_back({row.Track(), (!retryBad && IsBad(path)) || tried_.contains(path)});
+    const QString& path = row.path;
+    question.rows.push_back({row.track, (!retryBad && IsBad(path)) || tried_.contains(path)});
   }
   return question;
 }
@@ -85,16 +98,27 @@ bool AutoLoader::IsBad(const QString& path) const {
   return bad->retryAt > services_.loop.Elapsed();
 }
 
-Job<> AutoLoader::LoadEnded(Deck deck) {
+Job<DeckLoad> AutoLoader::InTime(Deck deck, Job<DeckLoad> load) {
   const Nanoseconds begun = services_.loop.Elapsed();
-  while (services_.decks.Record(deck).Loading) {
-    const bool needed = Silent() || (services_.SecondsLeft && services_.SecondsLeft() < kNeeded);
-    if (needed && !lastHope_ && services_.loop.Elapsed() - begun >= kLoadAllowance) {
-      services_.decks.GiveUpLoad(deck);
-      co_return;
-    }
-    co_await services_.loop.Sleep(kLoadPoll);
-  }
+  const Timer watch = services_.loop.Every(kLoadPoll, [this, deck, begun] { CheckTime(deck, begun); });
+  co_return co_await std::move(load);
+}
+
+Job<> AutoLoader::LoadEnded(Deck deck) {
+  Job<DeckLoad> others = services_.decks.LoadEnds(deck);
+  static_cast<void>(co_await InTime(deck, std::move(others)));
+}
+
+Job<DeckLoad> AutoLoader::LoadInTime(Deck deck) {
+  Job<DeckLoad> load = services_.decks.LoadDeck(deck);
+  co_return co_await InTime(deck, std::move(load));
+}
+
+void AutoLoader::CheckTime(Deck deck, Nanoseconds begun) {
+  const bool needed = Silent() || (services_.SecondsLeft && services_.SecondsLeft() < kNeeded);
+  if (!needed || lastHope_ || services_.loop.Elapsed() - begun < allowance_) return;
+  if (services_.decks.LoadGetsOn(deck)) allowance_ *= 3;
+  services_.decks.GiveUpLoad(deck);
 }
 
 Job<> AutoLoader::DeckFree(Deck deck, bool atStart) {
@@ -138,19 +162,22 @@ void AutoLoader::MarkBad(const QString& path, bool silent) {
   bad.returns = silent ? services_.disks.Returns() : -1;
 }
 
-void AutoLoader::Skip(const QString& path, const QString& title, const DeckRecord& record) {
+void AutoLoader::Skip(const QString& path, const QString& title, Deck deck, DeckLoad outcome) {
   const Nanoseconds now = services_.loop.Elapsed();
   bad_.removeIf([now](const auto& each) {
     return each.value().retryAt < now && each.value().toldAt + kTellAgain < now;
   });
   const bool told = bad_.contains(path) && bad_[path].toldAt != 0ns;
-  MarkBad(path, record.LastLoad == DeckLoad::NoAnswer);
+  MarkBad(path, outcome == DeckLoad::NoAnswer);
   if (told && bad_[path].toldAt + kTellAgain > now) return;
   bad_[path].toldAt = now;
-  if (OnSkipped) OnSkipped(title, ReasonFor(record));
+  const bool loaded = outcome == DeckLoad::Loaded;
+  if (OnSkipped)
+    OnSkipped(title, loaded ? QStringLiteral("No Sound In It") : services_.decks.Record(deck).Info);
 }
 
 Job<bool> AutoLoader::Fill(Deck deck, From from, bool atStart) {
+  allowance_ = kLoadAllowance;
   // A load of somebody else into this deck has its say first.
   co_await LoadEnded(deck);
   tried_.clear();
@@ -174,8 +201,8 @@ Job<bool> AutoLoader::FillFromQueue(Deck deck, From from, bool atStart) {
     const int row = ChooseRow(deck, next, atStart);
     if (row == 0) co_return false;
     services_.queue.Select(row);
-    const QString path = services_.queue.Row(row).Text(PathColumn);
-    const QString title = services_.queue.Row(row).Text(TrackColumn);
+    const QString path = services_.queue.Row(row).path;
+    const QString title = services_.queue.Row(row).title;
     tried_.insert(path);
     services_.state.NextTrackDue = false;
     if (services_.decks.Record(deck).State == DeckState::Done &&
@@ -183,18 +210,13 @@ Job<bool> AutoLoader::FillFromQueue(Deck deck, From from, bool atStart) {
       CueAgain(deck);
       if (HoldsGoodTrack(deck)) co_return true;
     }
-    if (services_.state.TransitionActive) {
-      services_.decks.LoadDeck(deck, Disks::Patience::Air);
-    } else {
-      services_.decks.LoadCommand(deck, Disks::Patience::Air);
-    }
-    if (services_.decks.Record(deck).Loading) {
-      co_await LoadEnded(deck);
+    const DeckLoad outcome = co_await LoadInTime(deck);
+    if (outcome != DeckLoad::Dropped) {
       if (HoldsGoodTrack(deck)) {
         bad_.remove(path);
         co_return true;
       }
-      Skip(path, title, services_.decks.Record(deck));
+      Skip(path, title, deck, outcome);
     }
     // The loop goes round between two rows, so a long queue of bad files stops nobody.
     co_await services_.loop.Yield();
@@ -207,11 +229,9 @@ Job<bool> AutoLoader::FillFromCatalogue(Deck deck, bool atStart) {
   for (int tries = 0; tries < most; ++tries) {
     co_await DeckFree(deck, atStart);
     services_.state.NextTrackDue = false;
-    services_.decks.LoadDeck(deck, Disks::Patience::Air);
-    co_await LoadEnded(deck);
+    const DeckLoad outcome = co_await LoadInTime(deck);
     if (HoldsGoodTrack(deck)) co_return true;
-    Skip(services_.catalogue.TrackPaths(lastPick_), services_.catalogue.TrackNames[lastPick_],
-         services_.decks.Record(deck));
+    Skip(services_.catalogue.TrackPaths(lastPick_), services_.catalogue.TrackNames[lastPick_], deck, outcome);
     co_await services_.loop.Yield();
   }
   co_return false;

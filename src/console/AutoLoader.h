@@ -9,6 +9,7 @@
 #include "platform/RandomSource.h"
 
 #include <QHash>
+#include <QObject>
 #include <QSet>
 
 #include <functional>
@@ -36,7 +37,7 @@ class AutoLoader {
     std::function<int()> SecondsLeft;    ///< until a track is needed; 0 when it is needed now
   };
 
-  explicit AutoLoader(Services services) : services_(std::move(services)) {}
+  explicit AutoLoader(Services services);
 
   /// Which row a Fill looks at first.
   enum class From { Selected, BehindSelected, Random };
@@ -80,6 +81,10 @@ class AutoLoader {
   std::function<void(const QString& title, const QString& why)> OnSkipped;
 
  private:
+  /// A load has so long in any case, and longer only while its track is not needed at once. After each one
+  /// that was given up though its disk answers, the next has three times as long: where every file is slow,
+  /// giving up each in turn would never end.
+  static constexpr Nanoseconds kLoadAllowance = std::chrono::milliseconds(1500);
   struct Bad {
     Nanoseconds retryAt{0};
     Nanoseconds toldAt{0};
@@ -94,14 +99,23 @@ class AutoLoader {
   [[nodiscard]] Job<bool> FillFromCatalogue(Deck deck, bool atStart);
   [[nodiscard]] Job<> DeckFree(Deck deck, bool atStart);
   void CueAgain(Deck deck);
-  void Skip(const QString& path, const QString& title, const DeckRecord& record);
+  /// Loads the row that is selected, or the pick of a preview.
+  [[nodiscard]] Job<DeckLoad> LoadInTime(Deck deck);
+  [[nodiscard]] Job<DeckLoad> InTime(Deck deck, Job<DeckLoad> load);
+  /// Gives up the load that has run since `begun` when its time is over.
+  void CheckTime(Deck deck, Nanoseconds begun);
+  /// A load into the deck gave nothing to play.
+  void Skip(const QString& path, const QString& title, Deck deck, DeckLoad outcome);
+  void FileWasRenamed(const QString& pathBefore, const QString& path);
 
   Services services_;
+  QObject listener_;  ///< to the catalogue
   QHash<QString, Bad> bad_;
   QSet<QString> tried_;  ///< in the present round
   Mref lastPick_ = Mref::None;
   bool lastHope_ = false;  ///< what is tried failed of late; nothing better is left, so it has its time
   bool nothingPlayable_ = false;
+  Nanoseconds allowance_ = kLoadAllowance;  ///< of the next load, when its track is needed
 };
 
 }  // namespace kelvo

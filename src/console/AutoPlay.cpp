@@ -25,6 +25,11 @@ AutoPlay::AutoPlay(Services services)
   loader_.OnSkipped = [this](const QString& title, const QString& why) { TellSkipped(title, why); };
   services_.decks.PickPreview = [this] { return loader_.PickPreview(); };
   services_.decks.CheckFadeOverride = [this](Deck deck) { CheckFadeOverride(deck); };
+  services_.catalogue.Listen(this, [this](const TrackRenamed& renamed) {
+    for (Seen& seen : seen_) {
+      if (seen.path == renamed.pathBefore) seen.path = renamed.path;
+    }
+  });
 }
 
 AutoPlay::~AutoPlay() {
@@ -215,7 +220,7 @@ void AutoPlay::StopFadedDeckAndStartIt() {
 }
 
 void AutoPlay::StartByFade(Deck deck) {
-  if (services_.StartPartFade) services_.StartPartFade(deck);
+  if (services_.StartTransition) services_.StartTransition(deck, TransitionKind::PartFade);
 }
 
 void AutoPlay::TogglePauseAtEnd() {
@@ -238,11 +243,6 @@ void AutoPlay::SetDelta(int seconds) {
   Q_EMIT Changed();
 }
 
-TrackPlaySettings AutoPlay::SettingsOf(Deck deck) const {
-  const DeckRecord& record = services_.decks.Record(deck);
-  return {record.PlayMode, record.FadePosition, record.FadeSpeed, record.StartStyle, record.EndStyle};
-}
-
 void AutoPlay::TakeSettings(Deck deck, const AutoSettings& settings) {
   if (!settings.info.isEmpty()) services_.decks.SetInfo(deck, settings.info);
   now_.AutoTransition = settings.AutoTransition;
@@ -252,8 +252,8 @@ void AutoPlay::TakeSettings(Deck deck, const AutoSettings& settings) {
 
 void AutoPlay::ApplyTrackSettings(Deck deck) {
   const bool otherHolds = services_.decks.Record(Other(deck)).State != DeckState::Empty;
-  const TrackPlaySettings other = SettingsOf(otherHolds ? Other(deck) : deck);
-  const AutoSettings settings = TrackSettingsFor(mode_, SettingsOf(deck), other, now_);
+  const TrackPlaySettings& other = services_.decks.Record(otherHolds ? Other(deck) : deck).Play;
+  const AutoSettings settings = TrackSettingsFor(mode_, services_.decks.Record(deck).Play, other, now_);
   if (mode_ == AutoMode::Preview) {
     services_.decks.SetInfo(deck, settings.info);
     return;
@@ -263,7 +263,8 @@ void AutoPlay::ApplyTrackSettings(Deck deck) {
 
 void AutoPlay::CheckFadeOverride(Deck deck) {
   if (services_.decks.Record(Other(deck)).State == DeckState::Empty) return;
-  if (const auto settings = FadeOverride(SettingsOf(deck), now_)) TakeSettings(deck, *settings);
+  if (const auto settings = FadeOverride(services_.decks.Record(deck).Play, now_))
+    TakeSettings(deck, *settings);
 }
 
 void AutoPlay::AfterStart(Deck deck) {
@@ -272,7 +273,7 @@ void AutoPlay::AfterStart(Deck deck) {
   const int length = static_cast<int>(std::clamp<qint64>(Int(record.Duration), 0, kMostDelta));
   if (state.AutoPlayOn && state.PreviewOn) {
     ApplyTrackSettings(deck);
-    now_.AutoTransition = kAutoPartFade;
+    now_.AutoTransition = TransitionKind::PartFade;
     if (services_.SetFadeSpeed) services_.SetFadeSpeed(45);
     now_.AutoDelta = length - services_.settings.PrevSecs;
   } else {
@@ -284,7 +285,7 @@ void AutoPlay::AfterStart(Deck deck) {
   }
   // The other deck fades out and counts as done. One that is loaded and waits for its turn keeps its track.
   const DeckState other = services_.decks.Record(Other(deck)).State;
-  if (state.AutoPlayOn && now_.AutoTransition > kAutoDub && other == DeckState::Playing) {
+  if (state.AutoPlayOn && IsFade(now_.AutoTransition) && other == DeckState::Playing) {
     services_.decks.SetState(Other(deck), DeckState::Done);
   }
   state.NextTrackDue = true;

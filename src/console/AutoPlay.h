@@ -29,8 +29,8 @@ struct AutoPlaySettings {
 struct UpNext {
   int queueIndex = 0;  ///< the queue's row, from 1; 0 when it is no row or left to chance
   int seconds = 0;     ///< until its start
-  int transition = 0;  ///< 1 dub, 2 part fade, 3 pan
-  QString title;       ///< empty when left to chance
+  TransitionKind transition = TransitionKind::Dub;
+  QString title;  ///< empty when left to chance
 };
 
 /// Automatic play: the desk runs its two decks by itself. While one plays, the next track is brought into the
@@ -52,10 +52,8 @@ class AutoPlay : public QObject {
     RandomSource& random;
     AutoPlaySettings settings;
     int delta = 3;  ///< where `SldDelta` stands at first, seconds
-    /// The start routines of the transitions, without questions. Each calls AfterStart.
-    std::function<void(Deck)> StartPartFade;
-    std::function<void(Deck)> StartDub;
-    std::function<void(Deck)> StartPan;
+    /// The start routine of the transitions, without questions. It calls AfterStart.
+    std::function<void(Deck, TransitionKind)> StartTransition;
     std::function<void(int)> SetFadeSpeed;        ///< `SldFadeSp`, 0..50
     std::function<void(const QString&)> LogPlay;  ///< a title goes on air, for the session log
     std::function<void()> RunGroup;               ///< the group runner takes over; GroupPlayOn is set
@@ -91,7 +89,7 @@ class AutoPlay : public QObject {
   void SetDelta(int seconds);
   [[nodiscard]] int SldDelta() const { return sldDelta_; }
   [[nodiscard]] int AutoDelta() const { return now_.AutoDelta; }
-  [[nodiscard]] int AutoTransition() const { return now_.AutoTransition; }
+  [[nodiscard]] TransitionKind AutoTransition() const { return now_.AutoTransition; }
 
   /// A deck was started by a transition: prepares the next one.
   void AfterStart(Deck deck);
@@ -153,11 +151,10 @@ class AutoPlay : public QObject {
   [[nodiscard]] Job<> StartPreview(bool attended);
   [[nodiscard]] Job<> StartQueue();
   void StartByFade(Deck deck);
-  void StartNext(Deck deck, int transition);
-  [[nodiscard]] Job<> StartAfterLag(Deck deck, int transition);
+  void StartNext(Deck deck, TransitionKind transition);
+  [[nodiscard]] Job<> StartAfterLag(Deck deck, TransitionKind transition);
   void StopFadedDeckAndStartIt();
   void TakeSettings(Deck deck, const AutoSettings& settings);
-  [[nodiscard]] TrackPlaySettings SettingsOf(Deck deck) const;
   [[nodiscard]] TickDecision Decide() const;
   [[nodiscard]] bool Starting() const { return services_.Starting && services_.Starting(); }
   [[nodiscard]] bool Runs(Deck deck) const;

@@ -59,7 +59,7 @@ void AutoPlay::AutoTick() {
   if (starting_.Running()) return;
   // A fade is let be, unless all sound has ended under it.
   if (loader_.FadeHolds()) return;
-  if (now_.AutoTransition == 0) now_.AutoTransition = kAutoDub;
+  if (now_.AutoTransition == TransitionKind::None) now_.AutoTransition = TransitionKind::Dub;
   const TickDecision decision = Decide();
   if (decision.start && !lag_.Running()) {
     if (mode_ == AutoMode::Jukebox && services_.settings.JukeLag > 0) {
@@ -74,14 +74,12 @@ void AutoPlay::AutoTick() {
   if (!tickBlink_) Q_EMIT QueuePositionShown(services_.queue.Selected());
 }
 
-void AutoPlay::StartNext(Deck deck, int transition) {
-  const std::function<void(Deck)>* routine = &services_.StartDub;
-  if (transition == kAutoPartFade) routine = &services_.StartPartFade;
-  if (transition == kAutoPan) routine = &services_.StartPan;
-  if (*routine) Guarded(QStringLiteral(" autostart"), [&] { (*routine)(deck); });
+void AutoPlay::StartNext(Deck deck, TransitionKind transition) {
+  if (!services_.StartTransition) return;
+  Guarded(QStringLiteral(" autostart"), [&] { services_.StartTransition(deck, transition); });
 }
 
-Job<> AutoPlay::StartAfterLag(Deck deck, int transition) {
+Job<> AutoPlay::StartAfterLag(Deck deck, TransitionKind transition) {
   co_await services_.loop.Sleep(std::chrono::seconds(services_.settings.JukeLag));
   const bool stillThere = services_.decks.Record(deck).State == DeckState::Loaded;
   if (stillThere && !pauseAtEnd_ && !loader_.FadeHolds() && !Starting()) StartNext(deck, transition);
@@ -208,7 +206,8 @@ std::optional<UpNext> AutoPlay::Next() const {
     next.title = record.Title;
     next.seconds = decision.secondsLeft;
     for (int index = 1; !services_.state.PreviewOn && index <= services_.queue.Count(); ++index) {
-      if (services_.queue.Row(index).Track() != record.CatalogueIndex) continue;
+      const Mref track = services_.queue.Row(index).track;
+      if (track == Mref::None || track != record.CatalogueIndex) continue;
       next.queueIndex = index;
       break;
     }
@@ -217,7 +216,7 @@ std::optional<UpNext> AutoPlay::Next() const {
   const std::optional<Deck> deck = FreeDeck(true);
   if (!deck) return std::nullopt;
   next.queueIndex = loader_.Foreseen(*deck);
-  if (next.queueIndex != 0) next.title = services_.queue.Row(next.queueIndex).Text(TrackColumn);
+  if (next.queueIndex != 0) next.title = services_.queue.Row(next.queueIndex).title;
   const DeckRecord& playing = services_.decks.Record(Other(*deck));
   const qint64 left = Int(playing.Duration - std::max(now_.AutoDelta, 1)) - Int(playing.Position);
   next.seconds = static_cast<int>(std::clamp<qint64>(left, 0, 1 << 30));

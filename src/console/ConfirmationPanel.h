@@ -2,6 +2,7 @@
 
 #include "console/DeckTypes.h"
 #include "console/LoadRequest.h"
+#include "database/TransitionKind.h"
 #include "platform/EventLoop.h"
 
 #include <QObject>
@@ -12,7 +13,7 @@
 namespace kelvo {
 
 /// What the confirming button of the panel does.
-enum class PanelAction { LoadTrack, StopDeck, StartPartFade, StartDub, StartPan };
+enum class PanelAction { LoadTrack, StopDeck, StartTransition };
 
 /// A question at a deck's place: its words, the word on its button, and what that button does to which deck.
 struct PanelQuestion {
@@ -22,6 +23,7 @@ struct PanelQuestion {
   Deck deck = Deck::One;
   LoadRequest load =
       {};  ///< of LoadTrack: what was asked about, whatever is selected by the time of the answer
+  TransitionKind kind = TransitionKind::None;  ///< of StartTransition
 };
 
 /// The confirmation panel of the desk. While it shows, the console's lists are disabled; unanswered it hides
@@ -40,6 +42,8 @@ class ConfirmationPanel : public QObject {
 
   [[nodiscard]] bool Visible() const { return visible_; }
   [[nodiscard]] const PanelQuestion& Question() const { return question_; }
+  /// What LoadTrack will load, to be kept true while the question stands.
+  [[nodiscard]] LoadRequest& Asked() { return question_.load; }
   /// How often the panel ran out unanswered.
   [[nodiscard]] int PanelTimeouts() const { return panelTimeouts_; }
 

@@ -50,9 +50,6 @@ Console::Console(Services services)
 }
 
 AutoPlay::Services Console::ForAutoPlay() {
-  const auto starter = [this](TransitionKind kind) {
-    return [this, kind](Deck deck) { transitions_.StartRoutine(deck, kind); };
-  };
   return {services_.loop,
           disks_,
           services_.prompter,
@@ -63,9 +60,7 @@ AutoPlay::Services Console::ForAutoPlay() {
           random_,
           {settings_.JukeLag, settings_.PrevSecs},
           settings_.play.delta,
-          starter(TransitionKind::PartFade),
-          starter(TransitionKind::Dub),
-          starter(TransitionKind::Pan),
+          [this](Deck deck, TransitionKind kind) { transitions_.StartRoutine(deck, kind); },
           [this](int speed) { SetFadeSpeed(speed); },
           [this](const QString& title) {
             if (!services_.documents.isEmpty()) log_.LogPlay(title, state_.AutoPlayOn);
@@ -114,6 +109,9 @@ void Console::JoinParts() {
   tick_.hooks.StatusLine = [this] { return statusLine_; };
   tick_.hooks.SetStatusLine = [this](const QString& text) { SetStatusLine(text); };
   tick_.hooks.BlinkFilterWords = [this] { browser_.BlinkFilterWords(); };
+  services_.catalogue.Listen(
+      this, [this](const TrackAdded&) { ShowTotalTracks(); },
+      [this](const TrackRemoved&) { ShowTotalTracks(); });
   tick_.hooks.JinglePlays = [this] { return jinglePlayer_->State() == PlayState::Playing; };
 }
 
@@ -183,9 +181,7 @@ void Console::OnPanelConfirmed(const PanelQuestion& question) {
     case PanelAction::StopDeck:
       decks_.StopByHand(question.deck);
       break;
-    case PanelAction::StartPartFade:
-    case PanelAction::StartDub:
-    case PanelAction::StartPan:
+    case PanelAction::StartTransition:
       transitions_.OnPanelConfirmed(question);
       break;
   }
@@ -213,7 +209,7 @@ Job<> Console::LoadCatalogue() {
     if (OnMustEnd) OnMustEnd();
     co_return;
   }
-  co_await FillBrowser();
+  while (browser_.TakingIn()) co_await services_.loop.Yield();
   catalogueLoaded_ = true;
   pendingCatalogueLoad_ = false;
   loader_.reset();
@@ -222,19 +218,8 @@ Job<> Console::LoadCatalogue() {
   Q_EMIT LoadChanged();
 }
 
-void Console::CatalogueChanged() {
+void Console::ShowTotalTracks() {
   if (statusLine_.startsWith(kTotalTracks)) SetStatusLine(TotalTracks(services_.catalogue));
-  refill_ = TakeInTracks();
-}
-
-Job<> Console::FillBrowser() {
-  co_await filter_.Build(services_.loop);
-  co_await browser_.FillLists();
-}
-
-Job<> Console::TakeInTracks() {
-  co_await filter_.Build(services_.loop);
-  co_await browser_.TakeIn();
 }
 
 bool Console::Plays() {

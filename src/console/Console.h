@@ -82,9 +82,6 @@ class Console : public QObject {
   void Activate();
   [[nodiscard]] bool PendingCatalogueLoad() const { return pendingCatalogueLoad_; }
   [[nodiscard]] bool CatalogueLoaded() const { return catalogueLoaded_; }
-  /// Tracks or names came to the catalogue, or tracks were replaced: the browser takes them in and keeps the
-  /// operator's choice.
-  void CatalogueChanged();
   /// The running load, for its window; none otherwise.
   [[nodiscard]] const CatalogueLoader* Load() const { return loader_.get(); }
 
@@ -126,8 +123,7 @@ class Console : public QObject {
   void JoinParts();
   [[nodiscard]] AutoPlay::Services ForAutoPlay();
   [[nodiscard]] Job<> LoadCatalogue();
-  [[nodiscard]] Job<> FillBrowser();
-  [[nodiscard]] Job<> TakeInTracks();
+  void ShowTotalTracks();
   void ShowDevice(const OutputStatus& status);
   [[nodiscard]] AirFacts Air();
   void OnPanelConfirmed(const PanelQuestion& question);
@@ -156,7 +152,6 @@ class Console : public QObject {
   LibraryBrowser browser_;
   std::unique_ptr<CatalogueLoader> loader_;
   Job<> load_;
-  Job<> refill_;
   bool pendingCatalogueLoad_ = true;
   bool catalogueLoaded_ = false;
   QString statusLine_;

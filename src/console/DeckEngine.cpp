@@ -54,6 +54,7 @@ DeckEngine::DeckEngine(Services services) : services_(std::move(services)) {
     SetLoss(deck, 0);
   }
   frameUpdateTimer_ = services_.loop.Every(kFrameUpdate, [this] { FrameUpdate(); });
+  FollowCatalogue();
 }
 
 DeckEngine::~DeckEngine() {
@@ -82,7 +83,7 @@ void DeckEngine::StartDeck(Deck deck) {
   const double from = players_[deck]->CurrentPosition();
   motions_[deck] = {from, from, services_.loop.Elapsed(),
                     services_.loop.After(kNoSound, [this, deck] { CheckStart(deck); })};
-  services_.queue.MarkQueueRow(record.CatalogueIndex, QueueStatus::NowPlaying);
+  services_.queue.MarkQueueRow(record.CatalogueIndex, RowStatus::NowPlaying);
   if (!services_.state.PlaysByItself()) RecordSession(SessionCode::TrackStarted, deck);
   Q_EMIT Changed(deck);
   if (OnStarted) OnStarted(deck);
@@ -149,7 +150,7 @@ void DeckEngine::StopDeck(Deck deck) {
     record.Position = players_[deck]->CurrentPosition();
   }
   record.State = DeckState::Done;
-  services_.queue.MarkQueueRow(record.CatalogueIndex, QueueStatus::Stopped);
+  services_.queue.MarkQueueRow(record.CatalogueIndex, RowStatus::Stopped);
   RecordSession(SessionCode::TrackStopped, deck);
   Q_EMIT Changed(deck);
 }
@@ -199,7 +200,7 @@ Job<> DeckEngine::WaitForAudio(Deck deck, std::function<bool()> givenUp) {
 
 bool DeckEngine::WasRecentlyPlayed(Deck deck) const {
   return decks_[deck].State == DeckState::Done &&
-         services_.queue.CommentOf(decks_[deck].CatalogueIndex).startsWith(QStringLiteral("Played"));
+         services_.queue.StatusOf(decks_[deck].CatalogueIndex) == RowStatus::Played;
 }
 
 void DeckEngine::BeginFastMove(Deck deck, FastMove move) {
@@ -300,7 +301,7 @@ void DeckEngine::EndOfStream(Deck deck) {
     RecordSession(SessionCode::EndOfTrack, deck, static_cast<double>(Int(record.Duration)));
   }
   record.PlayedOut = true;
-  services_.queue.MarkQueueRow(record.CatalogueIndex, QueueStatus::Played);
+  services_.queue.MarkQueueRow(record.CatalogueIndex, RowStatus::Played);
   record.Position = record.Duration;
   record.RemainSeconds = 0;
   record.State = DeckState::Done;
@@ -325,20 +326,21 @@ void DeckEngine::CheckTrackTime(Deck deck) {
 void DeckEngine::AdjustTrackTime(Mref track, Deck deck, double position) {
   if (!services_.settings.FixTrackDur || !services_.catalogue.IsTrack(track)) return;
   const auto seconds = static_cast<double>(Int(position));
-  services_.catalogue.SetTrackDuration(track, seconds);
-  writes_.Add(WriteDuration(decks_[deck].FilePath, DurationText(seconds)));
+  TrackEdit edit;
+  edit.duration = seconds;
+  services_.catalogue.Change(track, edit);
+  writes_.Add(WriteDuration(decks_[deck].FilePath, seconds));
   decks_[deck].Title = QStringLiteral("Track Time Was Adjusted!");
 }
 
-Job<> DeckEngine::WriteDuration(QString filePath, QString duration) {
+Job<> DeckEngine::WriteDuration(QString filePath, double seconds) {
   try {
     const QString path = TrackInfoPath(services_.paths, BaseNameOf(filePath));
-    const auto patch = [path, duration] {
-      const QString found = FindFile(path);
-      if (found.isEmpty()) return;
-      TextFile lines = TextFile::Read(found);
-      lines.SetLine(InfoLine::DurationSeconds, duration);
-      lines.Write(found);
+    const auto patch = [path, seconds] {
+      std::optional<TrackInfo> info = ReadTrackInfo(path);
+      if (!info) return;
+      info->Set(InfoFields::DurationSeconds, seconds);
+      WriteTrackInfo(path, *info);
     };
     co_await services_.loop.Offload(EventLoop::Lane::Files, patch);
   } catch (...) {

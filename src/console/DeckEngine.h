@@ -18,6 +18,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace kelvo {
 
@@ -58,16 +59,24 @@ class DeckEngine : public QObject {
   [[nodiscard]] const DeckRecord& Record(Deck deck) const { return decks_[deck]; }
   [[nodiscard]] MediaPlayer& Player(Deck deck) { return *players_[deck]; }
 
-  /// The load command of the operator or of automatic play, with its guards.
-  void LoadCommand(Deck deck, Disks::Patience patience = Disks::Patience::Person);
+  /// The load command of the operator, with its guards and questions: the selected row of the queue, or a
+  /// track of the preview.
+  void LoadCommand(Deck deck);
   /// The load command does something now: it loads, asks, or shows that it failed.
   [[nodiscard]] bool LoadCommandActs(Deck deck) const;
-  /// Loads the selected queue row, or in preview the track that PickPreview gives, without asking.
-  void LoadDeck(Deck deck, Disks::Patience patience = Disks::Patience::Person);
+  /// The same by automatic play, which is asked nothing. Dropped at once when there is nothing to load, or
+  /// the deck has it already. The load goes on though the job is dropped.
+  [[nodiscard]] Job<DeckLoad> LoadDeck(Deck deck);
   /// Loads what the operator was asked about, without asking again.
-  void LoadTrack(Deck deck, const LoadRequest& request, Disks::Patience patience = Disks::Patience::Person);
+  void LoadTrack(Deck deck, const LoadRequest& request) {
+    BeginLoad(deck, request, Disks::Patience::Person);
+  }
+  /// What comes of the load that is under way; Dropped at once when there is none.
+  [[nodiscard]] Job<DeckLoad> LoadEnds(Deck deck);
   /// A load that the air cannot wait for ends as NoAnswer.
   void GiveUpLoad(Deck deck);
+  /// The file of the load is being opened, and its disk gives data.
+  [[nodiscard]] bool LoadGetsOn(Deck deck) const;
   /// The track in the deck is going to be played: its own fade-in speed goes to the slider, and in automatic
   /// play it may lengthen the overlap. Each load by hand does so; automatic play once it has found the track
   /// good.
@@ -126,8 +135,6 @@ class DeckEngine : public QObject {
   std::function<void(int)> OnFadeSpeed;
   /// A deck ran out; the status line falls back to the about line.
   std::function<void(Deck)> OnEndOfStream;
-  /// A load has ended.
-  std::function<void(Deck, DeckLoad)> OnLoaded;
   std::function<void(Deck)> OnStarted;
   std::function<void(Deck)> OnStoppedByHand;
   /// A deck was started and gives no sound.
@@ -138,16 +145,23 @@ class DeckEngine : public QObject {
 
  private:
   struct TrackInfoFile;
+  /// What happens to the catalogue.
+  void FollowCatalogue();
+  void FileWasRenamed(const QString& pathBefore, const QString& path);
+  void RenumberTracks(const std::function<Mref(Mref track, const QString& path)>& number);
   /// A load during the fade that runs is told to have failed.
   [[nodiscard]] bool FadeFailsLoad(Deck deck) const;
   [[nodiscard]] std::optional<LoadRequest> FindRequest();
-  [[nodiscard]] Job<> RunLoad(Deck deck, LoadRequest request, Disks::Patience patience);
-  [[nodiscard]] Job<DeckLoad> Load(Deck deck, LoadRequest request, Disks::Patience patience);
+  /// What the load command is to load; none when a guard or a question holds it up.
+  [[nodiscard]] std::optional<LoadRequest> Commanded(Deck deck);
+  void BeginLoad(Deck deck, const LoadRequest& request, Disks::Patience patience);
+  [[nodiscard]] Job<> RunLoad(Deck deck);
+  /// Loads what is coming.
+  [[nodiscard]] Job<DeckLoad> Load(Deck deck);
   [[nodiscard]] Job<TrackInfoFile> ReadInfo(QString path);
   /// Looks whether the file that a deck opens gets on.
   void WatchOpen(Deck deck);
   void TakeTrack(Deck deck, const LoadRequest& request, const TrackInfoFile& file);
-  void TakeTrackInfo(DeckRecord& record, const TextFile& lines);
   void EndLoad(Deck deck, DeckLoad outcome);
   void CheckStart(Deck deck);
   [[nodiscard]] bool StandsAtEnd(Deck deck) const;
@@ -155,7 +169,7 @@ class DeckEngine : public QObject {
   /// A stored duration that is wrong is corrected, where the stream came to the end of its file.
   void CheckTrackTime(Deck deck);
   void AdjustTrackTime(Mref track, Deck deck, double position);
-  [[nodiscard]] Job<> WriteDuration(QString filePath, QString duration);
+  [[nodiscard]] Job<> WriteDuration(QString filePath, double seconds);
   [[nodiscard]] Job<> RunFastMove(Deck deck, FastMove move);
   void FrameUpdate();
   void RecordSession(SessionCode code, Deck deck, double position = -1);
@@ -172,9 +186,16 @@ class DeckEngine : public QObject {
   PerDeck<DeckRecord> decks_;
   PerDeck<std::unique_ptr<MediaPlayer>> players_;
   PerDeck<Job<>> loads_;
-  PerDeck<QString> loadPaths_;  ///< of the loads on their way
+  /// What is on its way into a deck.
+  struct Coming {
+    LoadRequest request;
+    Disks::Patience patience = Disks::Patience::Person;
+  };
+  PerDeck<Coming> coming_;
+  PerDeck<std::vector<std::shared_ptr<OneShot<DeckLoad>>>> loadWaits_;
   /// The Open of a load.
   struct OpenWatch {
+    std::uint64_t stepsAtFirst = 0;
     std::uint64_t steps = 0;
     Nanoseconds movedAt{0};
     bool suspected = false;

@@ -3,6 +3,7 @@
 #include "console/DeckTypes.h"
 #include "console/LoadRequest.h"
 #include "database/TextColumns.h"
+#include "database/TrackPlaySettings.h"
 
 #include <QString>
 
@@ -24,18 +25,13 @@ struct DeckRecord {
   QString Info;                      ///< one line: how it starts and ends, or a mode word, or "Bad File "
   QString FilePath;
   QString TrackInfoText;  ///< all that is known of the track
-  QString PlayMode;       ///< comma list: custom flag, fade-out type, fade-in type
-  QString FadePosition;   ///< comma list: fade-out position, fade-in position, seconds
-  QString FadeSpeed;      ///< comma list: fade-out speed, fade-in speed
-  int StartStyle = 1;     ///< 0 soft, 1 strong
-  int EndStyle = 0;       ///< 0 soft, 1 strong
+  TrackPlaySettings Play;  ///< what the track says of its own start and end
 
   int Loss = 0;             ///< 0..2000; the player's volume is minus twice this
   int Level = 0;            ///< the same apart from the operator's voice: where it comes back to
   bool PlayedOut = false;   ///< the progress bar is amber
   bool LoadFailed = false;  ///< "Load Fail" is shown
   bool Loading = false;     ///< a load is on its way: no further load or start
-  DeckLoad LastLoad = DeckLoad::Dropped;
   RowId Row = RowId::None;  ///< the queue's row that the track came from
 
   [[nodiscard]] bool Live() const { return State == DeckState::Playing && Level < kLiveLoss; }

@@ -1,5 +1,6 @@
 #include "console/LibraryBrowser.h"
 
+#include "database/KeptTracks.h"
 #include "platform/ErrorLog.h"
 #include "platform/Words.h"
 
@@ -12,13 +13,9 @@ namespace {
 const QString kSelectAll = QStringLiteral("Select All");
 const QString kClearAll = QStringLiteral("Clear All");
 
-bool IsInternal(const QString& name) {
-  return name.startsWith(QLatin1Char('~'));
-}
-
 }  // namespace
 
-LibraryBrowser::LibraryBrowser(EventLoop& loop, const Catalogue& catalogue, const TrackFilter& filter,
+LibraryBrowser::LibraryBrowser(EventLoop& loop, const Catalogue& catalogue, TrackFilter& filter,
                                PlayQueue& queue, const ConsoleState& state)
     : loop_(loop),
       catalogue_(catalogue),
@@ -27,28 +24,9 @@ LibraryBrowser::LibraryBrowser(EventLoop& loop, const Catalogue& catalogue, cons
       state_(state),
       lists_{NameList(catalogue.TrackGenres), NameList(catalogue.TrackArtists),
              NameList(catalogue.TrackAlbums)},
-      order_(catalogue) {}
-
-Job<> LibraryBrowser::FillLists() {
-  EndListingAtOnce();
-  CloseInfo();
-  for (NameList& list : lists_) list.index.Clear();
-  for (const Stage stage : kStages) {
-    ClearNames(stage);
-    At(stage).filtered = false;
-  }
-  listedRefs_.clear();
-  isListed_.clear();
-  listed_.reset();
-  summary_.clear();
-  ShowAll(Stage::Genre, catalogue_.GenreList);
-  sort_.Cancel();
-  order_.Reset();
-  FindWords();
-  RefreshRows();
-  // Ahead of the first choice, which would have to do it otherwise.
-  for (NameList& list : lists_) co_await list.index.Extend(loop_);
-  if (sortColumn_) SortBy(*sortColumn_);
+      order_(catalogue) {
+  FollowCatalogue();
+  BeginAnew();
 }
 
 void LibraryBrowser::ClearNames(Stage stage) {
@@ -69,21 +47,9 @@ void LibraryBrowser::Release(Stage stage) {
 void LibraryBrowser::ShowAll(Stage stage, const QStringList& names) {
   NameList& list = At(stage);
   list.names = names;
-  list.names.removeIf(IsInternal);
+  list.names.removeIf(IsInternalName);
   list.yellow = false;
   RecomputeFiltered();
-  Q_EMIT NamesReset(stage);
-  Q_EMIT ChoiceChanged();
-}
-
-void LibraryBrowser::ReplaceNames(Stage stage, const QStringList& names) {
-  NameList& list = At(stage);
-  const QStringList before = std::exchange(list.names, names);
-  list.names.removeIf(IsInternal);
-  if (list.names == before) return;
-  for (int* row : {&list.selected, &list.Tag}) {
-    if (*row >= 0) *row = static_cast<int>(list.names.indexOf(before[*row]));
-  }
   Q_EMIT NamesReset(stage);
   Q_EMIT ChoiceChanged();
 }
@@ -296,28 +262,29 @@ void LibraryBrowser::AddToQueue(std::vector<Mref> tracks) {
 }
 
 Job<> LibraryBrowser::RunAdd(std::vector<Mref> tracks) {
-  co_await queue_.AddTracks(tracks);
+  const KeptTracks kept(catalogue_, std::move(tracks));
+  co_await queue_.AddTracks(kept.All());
   // A group playlist that still stands was not given up: nothing was added.
   if (state_.GroupPlayOn || (queue_.Count() > 0 && queue_.GroupQueueFlag())) co_return;
   allSelected_ = false;
   // The operator may have selected others meanwhile.
-  Q_EMIT Deselect(tracks);
+  Q_EMIT Deselect(kept.All());
 }
 
 void LibraryBrowser::OpenInfo(Mref track) {
   if (!catalogue_.IsTrack(track)) return;
   const QString text = LibraryText(catalogue_, track, LibraryColumn::Track);
-  const QStringList kinds = catalogue_.TrackStartEnd[track].split(QLatin1Char(','));
-  const auto kind = [&kinds](qsizetype place) {
-    return Val(kinds.value(place)) == 0 ? QStringLiteral("Soft") : QStringLiteral("Strong");
-  };
+  const Styles styles = StylesIn(catalogue_.TrackStartEnd[track]);
+  const auto word = [](int style) { return style == 0 ? QStringLiteral("Soft") : QStringLiteral("Strong"); };
   TrackDetails details;
   details.title = text.mid(text.indexOf(QLatin1Char('-')) + 1);
-  details.genres = catalogue_.TrackGenres[track].split(QLatin1Char(','), Qt::SkipEmptyParts);
-  details.genres.removeIf(IsInternal);
-  details.starts = QStringLiteral("Starts: ") + kind(0);
-  details.ends = QStringLiteral("Ends: ") + kind(1);
+  for (const QStringView genre : ShownItems(catalogue_.TrackGenres[track])) {
+    details.genres.append(genre.toString());
+  }
+  details.starts = QStringLiteral("Starts: ") + word(styles.start);
+  details.ends = QStringLiteral("Ends: ") + word(styles.end);
   info_ = std::move(details);
+  infoTrack_ = track;
   Q_EMIT InfoChanged();
 }
 

@@ -13,6 +13,7 @@
 #include <QStringList>
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -32,21 +33,17 @@ struct TrackDetails {
 
 /// The way into the catalogue: choose a genre, an artist, an album, and the track list holds what fits all
 /// three; type words, and it shows what has them too. A listing walks through the whole catalogue in turns of
-/// the loop and can be stopped; what it found stays. Owned by the Console; logic thread.
+/// the loop and can be stopped; what it found stays. What happens to the catalogue comes to the lists by
+/// itself: the choice, what is listed and what is selected stay. Owned by the Console; logic thread.
 class LibraryBrowser : public QObject {
   Q_OBJECT
 
  public:
-  LibraryBrowser(EventLoop& loop, const Catalogue& catalogue, const TrackFilter& filter, PlayQueue& queue,
+  LibraryBrowser(EventLoop& loop, const Catalogue& catalogue, TrackFilter& filter, PlayQueue& queue,
                  const ConsoleState& state);
 
-  /// The catalogue was loaded: all lists begin anew at once, with the genres. The job makes the first choice
-  /// quick.
-  [[nodiscard]] Job<> FillLists();
-  /// Tracks or names came to the catalogue, or tracks were replaced: what fits comes to the lists; the
-  /// choice, what is listed and what is selected stay. The track filter knows the new tracks by now. Yields;
-  /// begun again before its end it does the rest too.
-  [[nodiscard]] Job<> TakeIn();
+  /// Something came to the catalogue and is not in all lists yet.
+  [[nodiscard]] bool TakingIn() const { return takeIn_.Running(); }
 
   // The lists of names: rows from 0, -1 is none.
   [[nodiscard]] int Count(Stage stage) const { return static_cast<int>(At(stage).names.size()); }
@@ -125,6 +122,12 @@ class LibraryBrowser : public QObject {
   void RowsAdded();
   /// Rows holds the same tracks in another order.
   void RowsSorted();
+  /// A row of Rows is gone.
+  void RowRemoved(int row);
+  /// What is shown of a row's track is another.
+  void RowChanged(int row);
+  /// The tracks of Rows have other numbers; they are the same in the same order.
+  void RowsRenumbered();
   /// All rows are to be selected, or none.
   void SelectRows(bool all);
   /// These tracks went to the queue: they are selected no more.
@@ -175,7 +178,21 @@ class LibraryBrowser : public QObject {
   [[nodiscard]] Job<> WalkCatalogue(std::optional<Stage> fills);
   [[nodiscard]] std::vector<Test> TestsFor(const Listed& listed) const;
   [[nodiscard]] static bool Fits(const std::vector<Test>& tests, Mref track);
-  void ReplaceNames(Stage stage, const QStringList& names);
+
+  // What happens to the catalogue.
+  void FollowCatalogue();
+  /// The catalogue was read: all lists begin anew, with the genres.
+  void BeginAnew();
+  void ShowTrack(Mref track);
+  void TrackWasRemoved(const TrackRemoved& removed);
+  void ReferenceWasChanged(const ReferenceChanged& change);
+  [[nodiscard]] bool ShowsAll(Stage stage) const { return !Yellow(stage) && Count(stage) > 0; }
+  /// Other names in a list; what is selected keeps its row by its name, which `nameNow` may change.
+  void ReplaceNames(Stage stage, const QStringList& names,
+                    const std::function<QString(const QString&)>& nameNow = {});
+  /// At the loop's next turn: many changes make one walk through the catalogue.
+  void TakeInSoon();
+  [[nodiscard]] Job<> TakeIn();
   /// False when the operator chose something else meanwhile.
   [[nodiscard]] Job<bool> TakeInTracks();
   void ShowMoreRows();
@@ -191,7 +208,7 @@ class LibraryBrowser : public QObject {
 
   EventLoop& loop_;
   const Catalogue& catalogue_;
-  const TrackFilter& filter_;
+  TrackFilter& filter_;
   PlayQueue& queue_;
   const ConsoleState& state_;
   std::array<NameList, kStages.size()> lists_;
@@ -210,6 +227,9 @@ class LibraryBrowser : public QObject {
   bool listingStopRequested_ = false;
   bool allSelected_ = false;
   std::optional<TrackDetails> info_;
+  Mref infoTrack_ = Mref::None;
+  bool moreToTakeIn_ = false;
+  Job<> takeIn_;
   Job<> walk_;
   Job<> sort_;
   JobList adding_;

@@ -1,6 +1,7 @@
 // How the browser lists tracks: the walk through the catalogue, and what comes to the catalogue later.
 
 #include "console/LibraryBrowser.h"
+#include "database/KeptTracks.h"
 #include "platform/ErrorLog.h"
 
 #include <QSet>
@@ -99,9 +100,10 @@ Job<> LibraryBrowser::WalkCatalogue(std::optional<Stage> fills) {
   std::optional<NamesOfTracks> names;
   if (fills) names.emplace(At(*fills));
   Nanoseconds turnStart = loop_.TurnClock();
-  for (int row = 1; row <= catalogue_.LastTrack(); ++row) {
+  TrackWalk walk(catalogue_);
+  while (walk.Next()) {
     if (listingStopRequested_) co_return;
-    const Mref track = ToMref(row);
+    const Mref track = walk.Track();
     if (Fits(tests, track)) {
       if (names) names->Take(track);
       AddToTrackList(track);
@@ -117,44 +119,29 @@ Job<> LibraryBrowser::WalkCatalogue(std::optional<Stage> fills) {
   if (fills) RecomputeFiltered();
 }
 
-Job<> LibraryBrowser::TakeIn() {
-  for (NameList& list : lists_) co_await list.index.Extend(loop_);
-  ReplaceNames(Stage::Genre, catalogue_.GenreList);
-  const auto showsAll = [this](Stage stage) { return !Yellow(stage) && Count(stage) > 0; };
-  if (showsAll(Stage::Artist)) ReplaceNames(Stage::Artist, catalogue_.ArtistList);
-  if (showsAll(Stage::Album)) ReplaceNames(Stage::Album, catalogue_.AlbumList);
-  for (;;) {
-    while (listing_) co_await loop_.Sleep(20ms);
-    const bool whole = co_await TakeInTracks();
-    if (whole) break;
-  }
-  // How many tracks there are is told where none is listed, too.
-  Q_EMIT ChoiceChanged();
-  if (sortColumn_) SortBy(*sortColumn_);
-}
-
 Job<bool> LibraryBrowser::TakeInTracks() {
   struct Target {
-    int from;
+    const Listed* listed;
     std::vector<Test> tests;
     std::optional<NamesOfTracks> names;  ///< none: the track list
   };
   const unsigned choice = choices_;
   std::vector<Target> targets;
-  if (listed_) targets.push_back({listed_->newFrom, TestsFor(*listed_), std::nullopt});
+  if (listed_) targets.push_back({&*listed_, TestsFor(*listed_), std::nullopt});
   Turn turn(loop_);
   for (NameList& list : lists_) {
     if (!list.filled) continue;
-    targets.push_back({list.filled->newFrom, TestsFor(*list.filled), NamesOfTracks(list)});
+    targets.push_back({&*list.filled, TestsFor(*list.filled), NamesOfTracks(list)});
     co_await turn.Yield();
     if (choice != choices_) co_return false;
   }
   FindWords();
   Nanoseconds turnStart = loop_.TurnClock();
-  for (int row = 1; row <= catalogue_.LastTrack(); ++row) {
-    const Mref track = ToMref(row);
+  TrackWalk walk(catalogue_);
+  while (!targets.empty() && walk.Next()) {
+    const Mref track = walk.Track();
     for (Target& target : targets) {
-      if (row < target.from || !Fits(target.tests, track)) continue;
+      if (ToInt(track) < target.listed->newFrom || !Fits(target.tests, track)) continue;
       if (target.names) {
         target.names->Take(track);
       } else {
@@ -174,6 +161,14 @@ Job<bool> LibraryBrowser::TakeInTracks() {
 void LibraryBrowser::ShowMoreRows() {
   for (const Stage stage : {Stage::Artist, Stage::Album}) Q_EMIT NamesAdded(stage);
   std::vector<Mref> shown = ShownRows();
+  // A track that was renamed may have lost the words that are looked for.
+  std::vector<bool> stays(static_cast<std::size_t>(catalogue_.LastTrack()) + 1);
+  for (const Mref track : shown) stays[static_cast<std::size_t>(track)] = true;
+  for (int row = static_cast<int>(rows_.size()) - 1; row >= 0; --row) {
+    if (stays[static_cast<std::size_t>(rows_[static_cast<std::size_t>(row)])]) continue;
+    rows_.erase(rows_.begin() + row);
+    Q_EMIT RowRemoved(row);
+  }
   std::vector<bool> isShown(static_cast<std::size_t>(catalogue_.LastTrack()) + 1);
   for (const Mref track : rows_) isShown[static_cast<std::size_t>(track)] = true;
   const std::size_t before = rows_.size();

@@ -1,5 +1,7 @@
 #include "console/NameIndex.h"
 
+#include "database/ReferenceLine.h"
+
 #include <QStringList>
 
 #include <algorithm>
@@ -31,8 +33,7 @@ Job<> NameIndex::Extend(EventLoop& loop) {
 }
 
 void NameIndex::TakeApart(const QString& line) {
-  for (const QStringView part : QStringView(line).split(QLatin1Char(','))) {
-    if (part.isEmpty() || part.startsWith(QLatin1Char('~'))) continue;
+  for (const QStringView part : ShownItems(line)) {
     const QString name = UpperName(part.toString());
     const auto next = static_cast<std::uint32_t>(names_.size());
     const auto known = known_.constFind(name);

@@ -1,6 +1,6 @@
 #include "console/PlayQueue.h"
 
-#include "database/Catalogue.h"
+#include "database/KeptTracks.h"
 #include "platform/ErrorLog.h"
 #include "platform/Words.h"
 
@@ -29,11 +29,13 @@ PlayQueue::PlayQueue(EventLoop& loop, Disks& disks, Prompter& prompter, const Ca
       state_(state),
       name_(kNoName),
       trackHead_(QStringLiteral("Tracks (By Position Or Contents)")),
-      genreHead_(QStringLiteral("Main Genre")) {}
+      genreHead_(QStringLiteral("Main Genre")) {
+  FollowCatalogue();
+}
 
 int PlayQueue::IndexOf(RowId row) const {
   const auto found =
-      std::find_if(rows_.begin(), rows_.end(), [row](const QueueEntry& each) { return each.Id == row; });
+      std::find_if(rows_.begin(), rows_.end(), [row](const QueueEntry& each) { return each.id == row; });
   return found == rows_.end() ? 0 : static_cast<int>(found - rows_.begin()) + 1;
 }
 
@@ -85,24 +87,29 @@ bool PlayQueue::MaySort() const {
 }
 
 bool PlayQueue::QueueHasRequests() const {
-  return std::any_of(rows_.rbegin(), rows_.rend(),
-                     [](const QueueEntry& row) { return row.ForeColor == QueueColour::Request; });
+  return std::any_of(rows_.rbegin(), rows_.rend(), [](const QueueEntry& row) { return row.IsRequest(); });
 }
 
 int PlayQueue::FindTrack(Mref track) const {
-  const QString wanted = QString::number(ToInt(track));
-  const auto found = std::find_if(rows_.begin(), rows_.end(),
-                                  [&](const QueueEntry& row) { return row.Text(MrefColumn) == wanted; });
+  // A sound bite is no track, and neither is one that left the catalogue.
+  const auto found = std::find_if(rows_.begin(), rows_.end(), [track](const QueueEntry& row) {
+    return row.track == track && (track != Mref::None || row.soundBite);
+  });
   return found == rows_.end() ? 0 : static_cast<int>(found - rows_.begin()) + 1;
 }
 
-QString PlayQueue::CommentOf(Mref track) const {
+std::optional<RowStatus> PlayQueue::StatusOf(Mref track) const {
   const int index = FindTrack(track);
-  return index == 0 ? QString() : Row(index).Text(CommentColumn);
+  if (index == 0) return std::nullopt;
+  return Row(index).status;
 }
 
-qint64 PlayQueue::SecondsOf(const QueueEntry& entry) const {
-  return entry.Text(MrefColumn).isEmpty() ? 0 : Int(catalogue_.TrackDurations(entry.Track()));
+qint64 PlayQueue::WholeSeconds(double duration) {
+  return std::max<qint64>(Int(duration), 0);
+}
+
+qint64 PlayQueue::SecondsOf(Mref track) const {
+  return WholeSeconds(catalogue_.TrackDurations(track));
 }
 
 QString PlayQueue::GenreColumnText(Mref track) const {
@@ -112,21 +119,21 @@ QString PlayQueue::GenreColumnText(Mref track) const {
 
 QueueEntry PlayQueue::EntryOf(Mref track) const {
   QueueEntry entry;
-  entry.Set(TrackColumn, ProperCase(catalogue_.TrackNames[track]));
-  entry.Set(CommentColumn, QStringLiteral("Play Me"));
-  entry.Set(DateColumn, catalogue_.TrackDates[track]);
-  entry.Set(HiColumn, catalogue_.TrackHi[track]);
-  entry.Set(BpmColumn, catalogue_.TrackBpm[track]);
-  entry.Set(PathColumn, catalogue_.TrackPaths(track));
-  entry.Set(MrefColumn, QString::number(ToInt(track)));
-  entry.Set(GenreColumn, GenreColumnText(track));
+  entry.title = ProperCase(catalogue_.TrackNames[track]);
+  entry.note = QStringLiteral("Play Me");
+  entry.date = catalogue_.TrackDates[track];
+  entry.hi = catalogue_.TrackHi[track];
+  entry.bpm = catalogue_.TrackBpm[track];
+  entry.path = catalogue_.TrackPaths(track);
+  entry.track = track;
+  entry.genre = GenreColumnText(track);
   return entry;
 }
 
 int PlayQueue::InsertRow(QueueEntry entry, qint64 seconds) {
   // Not by the count: a clear that spares requests leaves gaps in the numbers.
   entry.Tag = ++highestTag_;
-  entry.Id = static_cast<RowId>(++lastId_);
+  entry.id = static_cast<RowId>(++lastId_);
   auto place = rows_.end();
   if (sorted_) {
     place = std::upper_bound(
@@ -157,6 +164,7 @@ int PlayQueue::AppendRow(QueueEntry entry, qint64 seconds) {
 
 Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
   if (state_.GroupPlayOn || tracks.empty()) co_return;
+  const KeptTracks kept(catalogue_, std::move(tracks));
   try {
     if (Count() > 0 && groupQueueFlag_) {
       Prompt question;
@@ -178,8 +186,8 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
     }
     QStringList paths;
     Turn turn(loop_);
-    for (const Mref track : tracks) {
-      paths.append(catalogue_.TrackPaths(track));
+    for (std::size_t place = 0; place < kept.Count(); ++place) {
+      paths.append(catalogue_.TrackPaths(kept[place]));
       co_await turn.Yield();
     }
     const int selections = selections_;
@@ -192,23 +200,24 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
     if (silent > 0 && OnTold) OnTold(tr("Tracks Not Added, Their Disk Does Not Answer : %1").arg(silent));
     std::unordered_set<int> present;
     int known = revision_ - 1;
-    int shown = 0;               // the row that was added last
-    Mref standing = Mref::None;  // the last track that was there before
+    int shown = 0;                        // the row that was added last
+    std::optional<std::size_t> standing;  // the last track that was there before
     Nanoseconds turnStart = loop_.TurnClock();
-    for (std::size_t place = 0; place < tracks.size(); ++place) {
+    for (std::size_t place = 0; place < kept.Count(); ++place) {
+      const Mref track = kept[place];
       if (known != revision_) {
         // Looked up once for many tracks, and again when the rows changed during a turn of the loop.
         present.clear();
-        for (const QueueEntry& row : rows_) present.insert(ToInt(row.Track()));
+        for (const QueueEntry& row : rows_) present.insert(ToInt(row.track));
         known = revision_;
       }
-      if (there[place].value_or(false)) {
-        const bool added = present.insert(ToInt(tracks[place])).second || route == Route::Search;
-        shown = added ? InsertRow(EntryOf(tracks[place]), Int(catalogue_.TrackDurations(tracks[place]))) : 0;
+      if (there[place].value_or(false) && track != Mref::None) {
+        const bool added = present.insert(ToInt(track)).second || route == Route::Search;
+        shown = added ? InsertRow(EntryOf(track), SecondsOf(track)) : 0;
         if (!added) {
-          standing = tracks[place];
+          standing = place;
         } else if (!state_.AutoPlayOn) {
-          standing = Mref::None;
+          standing.reset();
           if (selections == selections_) selected_ = shown;
         }
       }
@@ -220,7 +229,7 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
         turnStart = loop_.TurnClock();
       }
     }
-    if (standing != Mref::None && selections == selections_) selected_ = FindTrack(standing);
+    if (standing && selections == selections_) selected_ = FindTrack(kept[*standing]);
     TellRowsChanged();
     Q_EMIT SelectionChanged();
     Q_EMIT RowShown(shown != 0 ? shown : selected_);
@@ -235,9 +244,7 @@ bool PlayQueue::MoveSelected(int step) {
   QueueEntry& here = rows_[static_cast<std::size_t>(selected_ - 1)];
   QueueEntry& there = rows_[static_cast<std::size_t>(neighbour - 1)];
   // The contents travel, each place keeps its own Tag.
-  std::swap(here.columns, there.columns);
-  std::swap(here.ForeColor, there.ForeColor);
-  std::swap(here.Id, there.Id);
+  std::swap(static_cast<QueueContent&>(here), static_cast<QueueContent&>(there));
   Q_EMIT RowChanged(selected_);
   Q_EMIT RowChanged(neighbour);
   Select(neighbour);
@@ -261,15 +268,20 @@ void PlayQueue::MoveTo(int from, int to) {
 
 void PlayQueue::CutSelected() {
   if (!MayCut()) return;
-  totalSeconds_ -= SecondsOf(Row(selected_));
-  const int behind = Row(selected_).Tag + 1;
-  rows_.erase(rows_.begin() + (selected_ - 1));
+  totalSeconds_ -= SecondsOf(Row(selected_).track);
+  RemoveRow(selected_);
+  TellRowsChanged();
+  Q_EMIT SelectionChanged();
+}
+
+void PlayQueue::RemoveRow(int index) {
+  const int behind = Row(index).Tag + 1;
+  rows_.erase(rows_.begin() + (index - 1));
   for (QueueEntry& row : rows_) {
     if (row.Tag >= behind) --row.Tag;
   }
+  if (selected_ > index) --selected_;
   selected_ = std::min(selected_, Count());
-  TellRowsChanged();
-  Q_EMIT SelectionChanged();
 }
 
 void PlayQueue::ClearAll() {
@@ -301,9 +313,9 @@ Job<> PlayQueue::ClearQueue() {
   if (answer != Answer::No) co_return;
   for (int index = Count(); index >= 1; --index) {
     const QueueEntry& row = Row(index);
-    if (row.ForeColor == QueueColour::Request) continue;
+    if (row.IsRequest()) continue;
     // By the number of the row's track, not by its duration: the total is off from here on, as it always was.
-    totalSeconds_ -= Int(Val(row.Text(MrefColumn)));
+    totalSeconds_ -= ToInt(row.track);
     rows_.erase(rows_.begin() + (index - 1));
   }
   selected_ = 0;
@@ -313,7 +325,7 @@ Job<> PlayQueue::ClearQueue() {
 
 void PlayQueue::EditSelected() {
   if (selected_ == 0 || state_.TransitionActive || editing_.Running()) return;
-  editing_ = RunEdit(selected_, Row(selected_).Text(PathColumn));
+  editing_ = RunEdit(selected_, Row(selected_).path);
 }
 
 Job<> PlayQueue::RunEdit(int index, QString path) {
@@ -326,11 +338,11 @@ Job<> PlayQueue::RunEdit(int index, QString path) {
     if (!found && OnTold) OnTold(tr("Disk Does Not Answer : %1").arg(path));
     if (!found) co_return;
     const auto [there, hasInfo] = *found;
-    if (index > Count() || Row(index).Text(PathColumn) != path) co_return;
+    if (index > Count() || Row(index).path != path) co_return;
     if (!there) {
-      prompter_.Tell({QStringLiteral("The Requested Track ") + Row(index).Text(TrackColumn) +
-                          QStringLiteral(" No Longer Exists !"),
-                      {}});
+      prompter_.Tell(
+          {QStringLiteral("The Requested Track ") + Row(index).title + QStringLiteral(" No Longer Exists !"),
+           {}});
       rows_.erase(rows_.begin() + (index - 1));
       if (selected_ == index) selected_ = 0;
       if (selected_ > index) --selected_;
@@ -381,48 +393,28 @@ void PlayQueue::SwitchTimings() {
   genreHead_ = TimingsCaption();
   showsTimings_ = !showsTimings_;
   for (QueueEntry& row : rows_) {
-    row.Set(GenreColumn, showsTimings_ ? LengthText(catalogue_.TrackDurations(row.Track()))
-                                       : catalogue_.MainGenre(row.Track(), QStringLiteral("Undefined")));
+    row.genre = showsTimings_ ? LengthText(catalogue_.TrackDurations(row.track))
+                              : catalogue_.MainGenre(row.track, QStringLiteral("Undefined"));
   }
   TellRowsChanged();
 }
 
-void PlayQueue::MarkQueueRow(Mref track, QueueStatus status) {
+void PlayQueue::MarkQueueRow(Mref track, RowStatus status) {
   if (state_.PreviewOn) return;
   const int index = FindTrack(track);
   if (index == 0) return;
   QueueEntry& row = rows_[static_cast<std::size_t>(index - 1)];
-  const QDateTime now = loop_.Now();
-  const QString time = QString::number(now.time().hour()) + QLatin1Char(':') + Format00(now.time().minute());
-  switch (status) {
-    case QueueStatus::Reset:
-      row.ForeColor = QueueColour::Reset;
-      break;
-    case QueueStatus::Faded:
-      row.Set(CommentColumn, QStringLiteral("Faded- ") + time);
-      row.ForeColor = QueueColour::Faded;
-      break;
-    case QueueStatus::NowPlaying:
-      row.Set(CommentColumn, QStringLiteral("Now Playing ") + time);
-      row.ForeColor = QueueColour::NowPlaying;
-      break;
-    case QueueStatus::Stopped:
-      row.Set(CommentColumn, QStringLiteral("Stopped ") + time);
-      row.ForeColor = QueueColour::Played;
-      break;
-    case QueueStatus::Played:
-      row.Set(CommentColumn, QStringLiteral("Played- ") + time);
-      row.ForeColor = QueueColour::Played;
-      break;
-  }
-  row.Set(ReqdataColumn, QString());
+  row.status = status;
+  row.statusTime = loop_.Now().time();
+  row.requests = 0;
+  row.requestText.clear();
   Q_EMIT RowChanged(index);
 }
 
 void PlayQueue::ResetMarks() {
   for (QueueEntry& row : rows_) {
-    row.Set(CommentColumn, QString());
-    row.ForeColor = QueueColour::Reset;
+    row.status = RowStatus::Reset;
+    row.requests = 0;
   }
   TellRowsChanged();
 }

@@ -11,11 +11,15 @@
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace kelvo {
 
 class Catalogue;
+struct TrackChanged;
+struct TrackRemoved;
+struct TrackRenamed;
 
 /// The ordered list of what the desk is going to play, and the running record of what became of it: the only
 /// way by which a track reaches a deck. Rows are numbered from 1 (their Index). One row at most is selected.
@@ -60,8 +64,8 @@ class PlayQueue : public QObject {
   [[nodiscard]] bool MayCut() const;
   [[nodiscard]] bool MayClear() const;
   [[nodiscard]] bool MaySort() const;
-  /// The comment of the first row of this track; empty when there is none.
-  [[nodiscard]] QString CommentOf(Mref track) const;
+  /// What became of the first row of this track; none when there is no such row.
+  [[nodiscard]] std::optional<RowStatus> StatusOf(Mref track) const;
 
   /// Where tracks come from. The library adds each track once only; a search adds what it is told to.
   enum class Route { Library, Search };
@@ -94,9 +98,9 @@ class PlayQueue : public QObject {
   [[nodiscard]] QString TimingsCaption() const;
   void SwitchTimings();
 
-  /// What became of a track, in its first row. Nothing while a preview runs.
-  void MarkQueueRow(Mref track, QueueStatus status);
-  /// All rows lose their comment and take the reset colour: automatic play starts.
+  /// What became of a track, in its first row; a request is met by that. Nothing while a preview runs.
+  void MarkQueueRow(Mref track, RowStatus status);
+  /// Automatic play starts: nothing was played yet, and requests are rows like all others.
   void ResetMarks();
   /// What the operator should know of a command that did less than was asked.
   std::function<void(const QString&)> OnTold;
@@ -113,12 +117,23 @@ class PlayQueue : public QObject {
   void FactsChanged();
 
  private:
+  // What happens to the catalogue.
+  void FollowCatalogue();
+  void TrackWasChanged(const TrackChanged& change);
+  void FileWasRenamed(const QString& pathBefore, const QString& path);
+  /// Rows that are still to be played go, those that tell what was played stay.
+  void TrackWasRemoved(const TrackRemoved& removed);
+  void CatalogueWasReplaced();
+  void RemoveRow(int index);
+
   [[nodiscard]] QueueEntry EntryOf(Mref track) const;
   int InsertRow(QueueEntry entry, qint64 seconds);
   void TellRowsChanged();
   [[nodiscard]] QString GenreColumnText(Mref track) const;
   [[nodiscard]] int FindTrack(Mref track) const;
-  [[nodiscard]] qint64 SecondsOf(const QueueEntry& entry) const;
+  /// For the total; 0 when the length is unknown.
+  [[nodiscard]] static qint64 WholeSeconds(double duration);
+  [[nodiscard]] qint64 SecondsOf(Mref track) const;
   [[nodiscard]] bool MoveSelected(int step);
   void ClearAll();
   [[nodiscard]] Job<> RunEdit(int index, QString path);

@@ -3,25 +3,21 @@
 #include "database/TextColumns.h"
 
 #include <QString>
-
-#include <array>
+#include <QTime>
 
 namespace kelvo {
 
-/// What the colour of a queue row tells.
-enum class QueueColour {
-  Plain,       ///< added by hand or from a playlist, not yet played
-  Request,     ///< yellow: an unplayed request; this alone is how the queue knows requests
-  Reset,       ///< cyan: reset by the start of automatic play
-  NowPlaying,  ///< magenta
-  Faded,       ///< white: a faded track, or a queued sound bite
-  Played,      ///< green: stopped or played to its end
+/// What became of a row's track.
+enum class RowStatus {
+  Waiting,     ///< not played yet
+  Reset,       ///< not played since automatic play was started
+  Faded,       ///< another track was loaded over it before it came to its end
+  NowPlaying,  ///< it was started
+  Stopped,     ///< by hand
+  Played,      ///< to its end
 };
 
-/// What became of a track, as MarkQueueRow takes it.
-enum class QueueStatus { Reset = 1, Faded = 2, NowPlaying = 3, Stopped = 4, Played = 5 };
-
-/// The columns of the queue list, by sub-item number. Those from PlistData to MrefColumn are hidden data.
+/// The columns of the queue list, by sub-item number. Those from PlistData to MrefColumn are never shown.
 enum QueueColumn : int {
   TrackColumn,
   CommentColumn,
@@ -39,21 +35,33 @@ enum QueueColumn : int {
 /// A row for as long as it is in the queue, wherever it moves.
 enum class RowId : int { None = 0 };
 
-/// A row of the play queue. A value.
-struct QueueEntry {
-  RowId Id = RowId::None;  ///< given by the queue
-  std::array<QString, QueueColumnCount> columns;
-  int Tag = 0;  ///< list position from 1, what "By List Position" sorts on
-  QueueColour ForeColor = QueueColour::Plain;
+/// What a row holds, wherever it is in the list. A value.
+struct QueueContent {
+  RowId id = RowId::None;   ///< given by the queue
+  QString title;            ///< the track's name for the eye
+  Mref track = Mref::None;  ///< none for a sound bite
+  QString path;             ///< of the file that the deck plays
+  QString date;
+  QString hi;
+  QString bpm;
+  QString genre;         ///< or its length, while the queue shows timings
+  QString playlistData;  ///< a row with data of its own can be neither moved nor cut
+  QString note;          ///< how it came in: "Play Me", a playlist's words
+  int requests = 0;      ///< so many wishes wait for this track
+  QString requestText;
+  bool soundBite = false;
+  RowStatus status = RowStatus::Waiting;
+  QTime statusTime;  ///< since when, for all but the first two
 
-  [[nodiscard]] const QString& Text(QueueColumn column) const {
-    return columns[static_cast<std::size_t>(column)];
-  }
-  void Set(QueueColumn column, const QString& text) { columns[static_cast<std::size_t>(column)] = text; }
-  /// None for a sound bite and for a row without a number.
-  [[nodiscard]] Mref Track() const { return ToMref(Text(MrefColumn).toInt()); }
-  /// A row with playlist data of its own can be neither moved nor cut.
-  [[nodiscard]] bool Locked() const { return !Text(PlistDataColumn).isEmpty(); }
+  [[nodiscard]] bool Locked() const { return !playlistData.isEmpty(); }
+  [[nodiscard]] bool IsRequest() const { return requests > 0; }
+  /// The words of a column, as the list shows and sorts them.
+  [[nodiscard]] QString Text(QueueColumn column) const;
+};
+
+/// A row of the play queue. A value.
+struct QueueEntry : QueueContent {
+  int Tag = 0;  ///< list position from 1, what "By List Position" sorts on
 };
 
 }  // namespace kelvo

@@ -37,7 +37,32 @@ QString DescriptionOf(const SessionEntry& entry, const Catalogue& catalogue) {
 }  // namespace
 
 SessionList::SessionList(const Catalogue& catalogue, std::function<SessionFacts(Deck)> facts)
-    : catalogue_(catalogue), facts_(std::move(facts)) {}
+    : catalogue_(catalogue), facts_(std::move(facts)) {
+  FollowCatalogue();
+}
+
+void SessionList::FollowCatalogue() {
+  catalogue_.Listen(
+      this,
+      [this](const TrackRenamed& renamed) {
+        for (SessionEvent& event : events_) {
+          if (event.Path != renamed.pathBefore) continue;
+          event.Path = renamed.path;
+          if (event.Code == SessionCode::Loaded) event.Description = catalogue_.TrackNames[event.Track];
+        }
+        Q_EMIT Changed();
+      },
+      [this](const TrackRemoved& removed) {
+        for (SessionEvent& event : events_) event.Track = removed.Renumbered(event.Track);
+      },
+      [this](const CatalogueReplaced&) {
+        if (events_.empty()) return;
+        QStringList paths;
+        for (const SessionEvent& event : events_) paths.append(event.Path);
+        const QHash<QString, Mref> tracks = catalogue_.Find(paths);
+        for (SessionEvent& event : events_) event.Track = tracks.value(event.Path, Mref::None);
+      });
+}
 
 void SessionList::RecordSessionEvent(const SessionEntry& entry) {
   const SessionFacts facts = facts_(entry.deck);
@@ -60,8 +85,9 @@ void SessionList::RecordSessionEvent(const SessionEntry& entry) {
   event.Description = DescriptionOf(entry, catalogue_);
   event.Time = time;
   event.Track = entry.track;
+  event.Path = catalogue_.TrackPaths(entry.track);
   event.OnDeck = entry.deck;
-  event.FadeType = entry.fadeType.value_or(facts.fadeType);
+  event.FadeType = entry.fadeType;
   const bool fade = entry.code == SessionCode::FadeStarted || entry.code == SessionCode::FadeEnded;
   event.Speed = fade ? std::max(1, 50 - facts.fadeSpeed) : -1;
   event.Code = entry.code;

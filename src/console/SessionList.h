@@ -17,9 +17,10 @@ struct SessionEvent {
   QString Description;
   double Time = 0;  ///< the session clock, seconds
   Mref Track = Mref::None;
+  QString Path;  ///< of the track's file
   Deck OnDeck = Deck::One;
-  int FadeType = 0;  ///< 1 dub, 2 part fade, 3 pan, 0 none
-  int Speed = -1;    ///< of a fade, at least 1; else -1
+  TransitionKind FadeType = TransitionKind::None;
+  int Speed = -1;  ///< of a fade, at least 1; else -1
   SessionCode Code = SessionCode::Loaded;
   double Pos = -1;
   int Length = 0;  ///< whole seconds of the deck's track
@@ -28,7 +29,6 @@ struct SessionEvent {
 /// What the list asks of the desk at the moment of an event.
 struct SessionFacts {
   double sessionClock = 0;  ///< seconds since the session began
-  int fadeType = 0;
   int fadeSpeed = 25;  ///< position of the fade speed slider
   double trackSeconds = 0;
 };
@@ -52,6 +52,8 @@ class SessionList : public QObject, public SessionRecorder {
   void Changed();
 
  private:
+  void FollowCatalogue();
+
   const Catalogue& catalogue_;
   std::function<SessionFacts(Deck)> facts_;
   std::vector<SessionEvent> events_;

@@ -2,6 +2,7 @@
 
 #include "console/DeckTypes.h"
 #include "database/TextColumns.h"
+#include "database/TransitionKind.h"
 
 #include <optional>
 
@@ -25,9 +26,9 @@ struct SessionEntry {
   SessionCode code;
   Deck deck;
   Mref track;
-  double position = -1;              ///< seconds; -1 where it does not apply
-  std::optional<double> time = {};   ///< session clock, seconds, of what began earlier; else the present one
-  std::optional<int> fadeType = {};  ///< 1 dub, 2 part fade, 3 pan; else what the desk says
+  double position = -1;             ///< seconds; -1 where it does not apply
+  std::optional<double> time = {};  ///< session clock, seconds, of what began earlier; else the present one
+  TransitionKind fadeType = TransitionKind::None;
 };
 
 /// Takes note of what is done to the decks. Must not fail and must not call back. Logic thread.

@@ -30,37 +30,78 @@ QString FoldedText(const QString& text) {
   return folded;
 }
 
-Job<> TrackFilter::Build(EventLoop& loop) {
-  std::string letters;
-  std::vector<std::uint32_t> starts;
-  std::vector<std::uint32_t> alphabets;
-  std::array<std::uint32_t, 256> counts{};
-  const auto tracks = static_cast<std::size_t>(catalogue_.LastTrack());
-  letters.reserve(catalogue_.TrackNames.Bytes() + tracks);
-  starts.reserve(tracks);
-  alphabets.reserve(tracks);
+void TrackFilter::Clear() {
+  letters_.clear();
+  starts_.clear();
+  alphabets_.clear();
+  counts_ = {};
+}
+
+void TrackFilter::AppendLine(Mref track, std::string* to) const {
+  const std::string_view name = catalogue_.TrackNames.Utf8(track);
+  const bool ascii =
+      std::all_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 128; });
+  if (ascii) {
+    std::transform(name.begin(), name.end(), std::back_inserter(*to),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  } else {
+    *to += FoldedText(catalogue_.TrackNames[track]).toStdString();
+  }
+  to->push_back('\n');
+}
+
+void TrackFilter::Count(std::string_view line, int by) {
+  for (const char letter : line) counts_[static_cast<unsigned char>(letter)] += static_cast<std::uint32_t>(by);
+}
+
+Job<> TrackFilter::Extend(EventLoop& loop) {
+  if (starts_.empty()) {
+    const auto tracks = static_cast<std::size_t>(catalogue_.LastTrack());
+    letters_.reserve(catalogue_.TrackNames.Bytes() + tracks);
+    starts_.reserve(tracks);
+    alphabets_.reserve(tracks);
+  }
   Turn turn(loop);
-  for (int row = 1; row <= catalogue_.LastTrack(); ++row) {
-    starts.push_back(static_cast<std::uint32_t>(letters.size()));
-    const std::string_view name = catalogue_.TrackNames.Utf8(ToMref(row));
-    const bool ascii =
-        std::all_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 128; });
-    if (ascii) {
-      std::transform(name.begin(), name.end(), std::back_inserter(letters),
-                     [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    } else {
-      letters += FoldedText(catalogue_.TrackNames[ToMref(row)]).toStdString();
-    }
-    for (std::size_t place = starts.back(); place < letters.size(); ++place)
-      ++counts[static_cast<unsigned char>(letters[place])];
-    alphabets.push_back(AlphabetOf(std::string_view(letters).substr(starts.back())));
-    letters.push_back('\n');
+  while (starts_.size() < static_cast<std::size_t>(catalogue_.LastTrack())) {
+    const std::size_t start = letters_.size();
+    AppendLine(ToMref(static_cast<qint64>(starts_.size()) + 1), &letters_);
+    const auto line = std::string_view(letters_).substr(start);
+    starts_.push_back(static_cast<std::uint32_t>(start));
+    alphabets_.push_back(AlphabetOf(line));
+    Count(line, 1);
     co_await turn.Yield();
   }
-  counts_ = counts;
-  letters_ = std::move(letters);
-  starts_ = std::move(starts);
-  alphabets_ = std::move(alphabets);
+}
+
+void TrackFilter::Rename(Mref track) {
+  const std::size_t row = static_cast<std::size_t>(track) - 1;
+  if (row >= starts_.size()) return;
+  std::string line;
+  AppendLine(track, &line);
+  PutLine(row, line);
+}
+
+void TrackFilter::Remove(Mref track) {
+  const std::size_t row = static_cast<std::size_t>(track) - 1;
+  if (row < starts_.size()) PutLine(row, {});
+}
+
+void TrackFilter::PutLine(std::size_t row, const std::string& line) {
+  const std::size_t start = starts_[row];
+  const std::string_view before(letters_.data() + start, LineEnd(row));
+  Count(before, -1);
+  Count(line, 1);
+  const auto longer = static_cast<std::uint32_t>(line.size() - before.size());
+  letters_.replace(start, before.size(), line);
+  const auto place = static_cast<std::ptrdiff_t>(row);
+  if (line.empty()) {
+    starts_.erase(starts_.begin() + place);
+    alphabets_.erase(alphabets_.begin() + place);
+  } else {
+    alphabets_[row] = AlphabetOf(line);
+  }
+  // Lengths wrap round: a shorter line is a step back.
+  for (std::size_t each = row + (line.empty() ? 0 : 1); each < starts_.size(); ++each) starts_[each] += longer;
 }
 
 const char* TrackFilter::FindWord(const Word& word, const char* from, const char* end) const {

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelvo {
@@ -19,15 +20,22 @@ class Catalogue;
 
 /// Finds tracks as one types: any words, in any order, each anywhere in the name, accents and case folded.
 /// Keeps the folded names in one piece of memory, so that a search over 100,000 tracks is one walk through
-/// it. Owned by the Console; logic thread.
+/// it. Owned by the Console; the LibraryBrowser tells it what happens to the catalogue; logic thread.
 class TrackFilter {
  public:
   explicit TrackFilter(const Catalogue& catalogue) : catalogue_(catalogue) {}
 
-  /// Folds the names of all tracks; yields. Called after each load of the catalogue.
-  [[nodiscard]] Job<> Build(EventLoop& loop);
+  /// Folds the names of the tracks that came since; yields. May run several times at once.
+  [[nodiscard]] Job<> Extend(EventLoop& loop);
+  /// The catalogue was read anew.
+  void Clear();
+  /// The track has another name in the catalogue.
+  void Rename(Mref track);
+  /// The track is gone from the catalogue.
+  void Remove(Mref track);
 
-  /// The tracks, in catalogue order, that hold every word of `words`; all of them when there is none.
+  /// The tracks, in catalogue order, that hold every word of `words`; all of them when there is none. Those
+  /// whose names are not folded yet are not found.
   [[nodiscard]] std::vector<Mref> Find(const QString& words) const;
 
  private:
@@ -36,6 +44,11 @@ class TrackFilter {
     std::string text;
     std::size_t rare;
   };
+  /// Puts a line, which ends with a line end, in the place of that of a row; an empty one takes the row out.
+  void PutLine(std::size_t row, const std::string& line);
+  void AppendLine(Mref track, std::string* to) const;
+  /// Adds `by` to the counts of all bytes in a line.
+  void Count(std::string_view line, int by);
   [[nodiscard]] const char* FindWord(const Word& word, const char* from, const char* end) const;
   /// The rows that hold all words, where each is in so many names that every row is looked at.
   [[nodiscard]] std::vector<Mref> FindCommon(const std::vector<Word>& words) const;
@@ -47,7 +60,7 @@ class TrackFilter {
   std::string letters_;  ///< the folded names, one a line
   std::vector<std::uint32_t> starts_;
   std::vector<std::uint32_t> alphabets_;     ///< of each name: bit 0 for an "a" in it, to bit 25 for a "z"
-  std::array<std::uint32_t, 256> counts_{};  ///< of each byte in them
+  std::array<std::uint32_t, 256> counts_{};  ///< of each byte in the names
 };
 
 }  // namespace kelvo

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "database/TextColumns.h"
+#include "database/CatalogueChange.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
 
@@ -31,6 +31,8 @@ class TrackOrder {
   [[nodiscard]] Job<> Sort(EventLoop& loop, LibraryColumn column);
   /// Back to the order of the catalogue.
   void Reset() { order_.clear(); }
+  /// A track is gone. No sort may run: it would bring back the numbers from before.
+  void Remove(const TrackRemoved& removed) { removed.TakeFrom(order_); }
   [[nodiscard]] bool IsSorted() const { return !order_.empty(); }
   /// All tracks in order; those that came after the sort stand last.
   [[nodiscard]] const std::vector<Mref>& Tracks();

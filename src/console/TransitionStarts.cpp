@@ -10,17 +10,6 @@ constexpr int kArrived = 5;
 
 const QString kStartTag = QStringLiteral(" trstart");
 
-PanelAction ActionFor(TransitionKind kind) {
-  switch (kind) {
-    case TransitionKind::Dub:
-      return PanelAction::StartDub;
-    case TransitionKind::Pan:
-      return PanelAction::StartPan;
-    default:
-      return PanelAction::StartPartFade;
-  }
-}
-
 }  // namespace
 
 void Transitions::Press(Deck deck, TransitionKind kind) {
@@ -32,7 +21,7 @@ void Transitions::Press(Deck deck, TransitionKind kind) {
   if (!state.PlaysByItself()) {
     if (services_.decks.WasRecentlyPlayed(deck)) {
       services_.panel.Open({QStringLiteral("TRACK RECENTLY PLAYED!\r\n"), QStringLiteral("PLAY IT AGAIN"),
-                            ActionFor(kind), deck});
+                            PanelAction::StartTransition, deck, LoadRequest(), kind});
       return;
     }
     if (record.State != DeckState::Playing) cancelPanel_.Open(deck, kind);
@@ -55,20 +44,7 @@ void Transitions::ReleaseDub(Deck deck) {
 void Transitions::OnPanelConfirmed(const PanelQuestion& question) {
   const bool busy =
       services_.state.TransitionActive || Starting() || services_.decks.Record(question.deck).Loading;
-  switch (question.action) {
-    case PanelAction::StartPartFade:
-      if (!busy) StartRoutine(question.deck, TransitionKind::PartFade);
-      break;
-    case PanelAction::StartDub:
-      if (!busy) StartRoutine(question.deck, TransitionKind::Dub);
-      break;
-    case PanelAction::StartPan:
-      if (!busy) StartRoutine(question.deck, TransitionKind::Pan);
-      break;
-    case PanelAction::LoadTrack:
-    case PanelAction::StopDeck:
-      break;
-  }
+  if (question.action == PanelAction::StartTransition && !busy) StartRoutine(question.deck, question.kind);
 }
 
 bool Transitions::MayCancel() const {

@@ -61,7 +61,7 @@ bool Transitions::FadedOut(Deck deck) const {
 
 void Transitions::GrabSlider() {
   record_.TransitionRestart = true;
-  SetKind(TransitionKind::ByHand);
+  SetKind(TransitionKind::None);
 }
 
 void Transitions::SetKind(TransitionKind kind) {
@@ -94,7 +94,7 @@ int Transitions::FromEnd(Deck side) const {
 void Transitions::RecordSession(SessionCode code, Deck deck, TransitionKind kind, double clock) {
   SessionEntry entry{code, deck, services_.decks.Record(deck).CatalogueIndex};
   entry.time = clock;
-  entry.fadeType = static_cast<int>(kind);
+  entry.fadeType = kind;
   services_.session.RecordSessionEvent(entry);
 }
 

@@ -21,7 +21,7 @@ struct TransitionRecord {
   bool TransitionRestart = false;  ///< asked for during a walk, or the operator grabbed the slider
   bool StartCancelled = false;     ///< "Cancel" was pressed and has not taken effect yet
   Deck TransitionDeck = Deck::One;
-  TransitionKind Kind = TransitionKind::ByHand;
+  TransitionKind Kind = TransitionKind::None;
   int TransitionTarget = kDeckOneAlone;  ///< the slider's end in that deck's direction
   int TransitionStartValue = 0;          ///< where the slider stood when it began
   double TransitionMark = 0;             ///< session clock when it began, seconds

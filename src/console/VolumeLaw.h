@@ -1,6 +1,7 @@
 #pragma once
 
 #include "console/DeckTypes.h"
+#include "database/TransitionKind.h"
 
 namespace kelvo {
 
@@ -8,18 +9,10 @@ namespace kelvo {
 inline constexpr int kDeckOneAlone = -200;
 inline constexpr int kDeckTwoAlone = 200;
 
-/// How one deck takes over from the other. The numbers are those of the records and playlists.
-enum class TransitionKind {
-  ByHand = 0,    ///< the operator has the slider
-  Dub = 1,       ///< both decks at full volume while the button is held
-  PartFade = 2,  ///< the coming deck jumps to full, the going one fades from a quarter down
-  Pan = 3,       ///< a cross-fade
-};
-
 /// What the law goes by.
 struct PanPosition {
   int x = 0;  ///< the cross-pan slider, -200..200
-  TransitionKind kind = TransitionKind::ByHand;
+  TransitionKind kind = TransitionKind::None;
   Deck transitionDeck = Deck::One;  ///< the deck that comes in; only a pan asks
   int panFadeBias = 12;             ///< loss of the coming deck of a pan for each step before the centre
 };

@@ -1,78 +1,130 @@
 #pragma once
 
-#include "database/InfoBatch.h"
-#include "database/TextColumns.h"
+#include "database/CatalogueChange.h"
+#include "database/CatalogueTables.h"
 
+#include <QHash>
+#include <QObject>
 #include <QStringList>
+
+#include <optional>
+#include <utility>
 
 namespace kelvo {
 
-/// A track as the tables keep it, to be added or read whole.
-struct CatalogueRow {
-  QString name;       ///< base name of the music file
-  QString extension;  ///< with its dot, as on disk
-  QString genres = QStringLiteral("~ALL CATEGORIES");
-  QString artists = QStringLiteral("~ALL ARTISTS");
-  QString albums = QStringLiteral("~ALL ALBUMS");
-  QString date = QStringLiteral("0000-xxx");
-  QString bpm = QStringLiteral("0");
-  QString hi = QStringLiteral("0");
-  QString startEnd = QStringLiteral("1,0");
-  QString gain = QStringLiteral("?");
-  double duration = -1;  ///< seconds; below 0 is unknown
+namespace detail {
+
+template <typename... Handlers>
+struct Overloaded : Handlers... {
+  using Handlers::operator()...;
+};
+template <typename... Handlers>
+Overloaded(Handlers...) -> Overloaded<Handlers...>;
+
+}  // namespace detail
+
+/// New values for some facts of a track.
+struct TrackEdit {
+  std::optional<QString> genres = {};
+  std::optional<QString> artists = {};
+  std::optional<QString> albums = {};
+  std::optional<QString> date = {};
+  std::optional<QString> bpm = {};
+  std::optional<QString> hi = {};
+  std::optional<QString> startEnd = {};
+  std::optional<QString> gain = {};
+  std::optional<double> duration = {};  ///< seconds
 };
 
-/// The whole media database in memory, filled once by the CatalogueLoader and patched by what changes the
-/// database. Rows are numbered from 1: row 0 exists, stays empty and is no track. Owned by the program's
-/// entry; logic thread.
-class Catalogue {
- public:
-  Catalogue() { Clear({}); }
+/// The whole media database in memory, and the only one who tells what happens to it: everybody may read its
+/// tables, but they change through its methods alone, and each change is told to all who listen before the
+/// method returns. The files on disk are the caller's business. Owned by the program's entry; logic thread.
+class Catalogue : public QObject {
+  Q_OBJECT
 
-  PackedTextColumn TrackNames;
-  PooledTextColumn TrackGenres;
-  PooledTextColumn TrackArtists;
-  PooledTextColumn TrackAlbums;
-  PooledTextColumn TrackDates;
-  PooledTextColumn TrackBpm;
-  PooledTextColumn TrackHi;
-  PooledTextColumn TrackStartEnd;
-  PooledTextColumn TrackGain;
-  /// Seconds by row; below 0 is unknown.
-  [[nodiscard]] double TrackDurations(Mref row) const;
-  void SetTrackDuration(Mref row, double seconds);
-  /// Full path of the music file: the music folder, the name and its own extension.
-  [[nodiscard]] QString TrackPaths(Mref row) const;
+  CatalogueTables tables_;
+
+ public:
+  // The tables, to be read. Rows are numbered from 1: row 0 exists, stays empty and is no track.
+  const PackedTextColumn& TrackNames = tables_.TrackNames;
+  const PooledTextColumn& TrackGenres = tables_.TrackGenres;
+  const PooledTextColumn& TrackArtists = tables_.TrackArtists;
+  const PooledTextColumn& TrackAlbums = tables_.TrackAlbums;
+  const PooledTextColumn& TrackDates = tables_.TrackDates;
+  const PooledTextColumn& TrackBpm = tables_.TrackBpm;
+  const PooledTextColumn& TrackHi = tables_.TrackHi;
+  const PooledTextColumn& TrackStartEnd = tables_.TrackStartEnd;
+  const PooledTextColumn& TrackGain = tables_.TrackGain;
+  const QStringList& GenreList = tables_.GenreList;
+  const QStringList& ArtistList = tables_.ArtistList;
+  const QStringList& AlbumList = tables_.AlbumList;
+  const QStringList& PlaylistNames = tables_.PlaylistNames;
+  const QStringList& SoundBiteNames = tables_.SoundBiteNames;
+  const QStringList& SoundBitePaths = tables_.SoundBitePaths;
+  const QStringList& StagedFiles = tables_.StagedFiles;
+  /// Seconds by row; below 0 is unknown. 0 for a row that is none.
+  [[nodiscard]] double TrackDurations(Mref row) const { return tables_.TrackDurations(row); }
+  /// Full path of the music file; empty for a row that is none.
+  [[nodiscard]] QString TrackPaths(Mref row) const { return tables_.TrackPaths(row); }
   /// First genre that does not begin with "~"; `none` when the line has no second item.
   [[nodiscard]] QString MainGenre(Mref row, const QString& none = QStringLiteral("UnDefined")) const;
-
-  QStringList GenreList;
-  QStringList ArtistList;
-  QStringList AlbumList;
-  QStringList PlaylistNames;
-  QStringList SoundBiteNames;
-  QStringList SoundBitePaths;
-  int UtilityCount = 0;
-
+  /// Number of files that wait in the utility folder.
+  [[nodiscard]] int UtilityCount() const { return static_cast<int>(StagedFiles.size()); }
   /// The row number of the last track; 0 when there is none.
-  [[nodiscard]] int LastTrack() const { return static_cast<int>(durations_.size()) - 1; }
-  [[nodiscard]] bool IsTrack(Mref row) const { return ToInt(row) >= 1 && ToInt(row) <= LastTrack(); }
+  [[nodiscard]] int LastTrack() const { return tables_.LastTrack(); }
+  [[nodiscard]] bool IsTrack(Mref row) const { return tables_.IsTrack(row); }
+  /// The track whose music file has this path; None when there is none. Looks through all names.
+  [[nodiscard]] Mref Find(const QString& path) const;
+  /// The same for many paths in one go: the tracks by their paths, of names that are among those of `paths`.
+  [[nodiscard]] QHash<QString, Mref> Find(const QStringList& paths) const;
+  /// Memory that the track tables hold, in bytes.
+  [[nodiscard]] std::size_t TableBytes() const { return tables_.TableBytes(); }
 
-  /// Empties every table; `musicFolder` is where the tracks to come lie.
-  void Clear(const QString& musicFolder);
-  /// Room for so many tracks, whose names take `nameBytes` in UTF-8.
-  void Reserve(std::size_t tracks, std::size_t nameBytes = 0);
+  /// Takes tables that were read anew, and gives back those from before: to free many texts takes its time.
+  CatalogueTables Replace(CatalogueTables tables);
+
+  // Tracks. A number that is no track's does nothing.
   /// Adds a track behind the last and returns its number.
   Mref Append(const CatalogueRow& row);
-  /// The same from a record whose track info file was read.
-  Mref AppendRecord(const InfoBatch& batch, const InfoBatch::Record& record);
-  /// Memory that the track tables hold, in bytes.
-  [[nodiscard]] std::size_t TableBytes() const;
+  void Change(Mref track, const TrackEdit& edit);
+  /// The music file has this name now, with its extension, in the same folder.
+  void Rename(Mref track, const QString& fileName);
+  void Remove(Mref track);
+
+  // Names of genres, artists, albums and playlists. They keep the order of their upper-cased forms.
+  [[nodiscard]] const QStringList& References(ReferenceSet set) const { return tables_.*ListOf(set); }
+  /// A name that is there already is not added again.
+  void AddReference(ReferenceSet set, const QString& name);
+  /// The lines of the tracks that bear the name are changed one by one, through Change.
+  void RenameReference(ReferenceSet set, const QString& name, const QString& newName);
+  void RemoveReference(ReferenceSet set, const QString& name);
+
+  // Files of the jingle folder, by their full path.
+  void AddJingle(const QString& path);
+  void RenameJingle(const QString& path, const QString& newPath);
+  void RemoveJingle(const QString& path);
+
+  // Files that wait in the utility folder, by their full path.
+  void AddStagedFile(const QString& path);
+  void RemoveStagedFile(const QString& path);
+  /// What was found there; each difference is told.
+  void SetStagedFiles(const QStringList& paths);
+
+  /// Calls the handler whose argument is the kind of change that happened, as long as `listener` lives:
+  /// `Listen(this, [this](const TrackRemoved& removed) { ... }, ...)`. Listeners are called in the order in
+  /// which they began to listen; they must not change the catalogue in turn.
+  template <typename... Handlers>
+  void Listen(const QObject* listener, Handlers... handlers) const {
+    connect(this, &Catalogue::Changed, listener,
+            [handle = detail::Overloaded{std::move(handlers)..., [](const auto&) {}}](
+                const CatalogueChange& change) { std::visit(handle, change); });
+  }
+
+ Q_SIGNALS:
+  void Changed(const kelvo::CatalogueChange& change);
 
  private:
-  PooledTextColumn extensions_;
-  std::vector<double> durations_;
-  QString musicFolder_;
+  [[nodiscard]] static QStringList CatalogueTables::*ListOf(ReferenceSet set);
 };
 
 }  // namespace kelvo

@@ -92,20 +92,14 @@ void CatalogueLoader::ShowDone(LoadBar& bar) {
 }
 
 Job<LoadOutcome> CatalogueLoader::Load() {
-  // The tables of the load before go elsewhere: to free a million texts takes its time.
-  const auto before = std::make_shared<Catalogue>(std::move(catalogue_));
-  catalogue_.Clear(paths_(Paths::Music));
-  const auto drop = [before] { *before = Catalogue(); };
+  tables_ = CatalogueTables(paths_(Paths::Music));
   LoadOutcome outcome = LoadOutcome::Done;
   try {
-    co_await loop_.Offload(EventLoop::Lane::Apart, drop);
-    co_await LoadReferences(Paths::Categories, QStringLiteral("Loading Genres ("), &catalogue_.GenreList,
-                            true);
-    co_await LoadReferences(Paths::Albums, QStringLiteral("Loading Albums ("), &catalogue_.AlbumList, true);
-    co_await LoadReferences(Paths::Artists, QStringLiteral("Loading Artists ("), &catalogue_.ArtistList,
-                            true);
-    co_await LoadReferences(Paths::Playlists, QStringLiteral("Loading Playlists ("),
-                            &catalogue_.PlaylistNames, false);
+    co_await LoadReferences(Paths::Categories, QStringLiteral("Loading Genres ("), &tables_.GenreList, true);
+    co_await LoadReferences(Paths::Albums, QStringLiteral("Loading Albums ("), &tables_.AlbumList, true);
+    co_await LoadReferences(Paths::Artists, QStringLiteral("Loading Artists ("), &tables_.ArtistList, true);
+    co_await LoadReferences(Paths::Playlists, QStringLiteral("Loading Playlists ("), &tables_.PlaylistNames,
+                            false);
     ShowDone(references);
     co_await LoadSoundBites();
     co_await LoadUtility();
@@ -113,6 +107,11 @@ Job<LoadOutcome> CatalogueLoader::Load() {
   } catch (...) {
     basHandleError(kTag);
   }
+  if (outcome == LoadOutcome::UnstableFile) co_return outcome;
+  // The tables of the load before go elsewhere: to free a million texts takes its time.
+  const auto before = std::make_shared<CatalogueTables>(catalogue_.Replace(std::move(tables_)));
+  const auto drop = [before] { *before = CatalogueTables(); };
+  co_await loop_.Offload(EventLoop::Lane::Apart, drop);
   co_return outcome;
 }
 
@@ -161,9 +160,9 @@ Job<> CatalogueLoader::LoadSoundBites() {
     tracks = LoadBar{};
     Turn turn(loop_);
     for (const QString& name : listing.names) {
-      catalogue_.SoundBiteNames.append(BaseName(name));
-      catalogue_.SoundBitePaths.append(folder + QLatin1Char('/') + name);
-      Show(tracks, static_cast<int>(catalogue_.SoundBiteNames.size()), count,
+      tables_.SoundBiteNames.append(BaseName(name));
+      tables_.SoundBitePaths.append(folder + QLatin1Char('/') + name);
+      Show(tracks, static_cast<int>(tables_.SoundBiteNames.size()), count,
            QStringLiteral("Loading Sound Bites ("));
       co_await turn.Yield();
     }
@@ -174,14 +173,14 @@ Job<> CatalogueLoader::LoadSoundBites() {
 
 Job<> CatalogueLoader::LoadUtility() {
   const auto work = [paths = paths_] { return CleanUtilityFolder(paths); };
-  catalogue_.UtilityCount = co_await loop_.Offload(EventLoop::Lane::Apart, work);
+  tables_.StagedFiles = co_await loop_.Offload(EventLoop::Lane::Apart, work);
 }
 
 Job<> CatalogueLoader::AppendMissing(QString name, QString extension) {
   CatalogueRow row;
   row.name = name;
   row.extension = extension;
-  row.artists = ArtistsFromName(name);
+  row.artists = ArtistsFromName(name).Text();
   row.duration = -1;
   try {
     row.duration = co_await audio_.DurationOf(paths_(Paths::Music) + QLatin1Char('/') + name + extension);
@@ -189,12 +188,11 @@ Job<> CatalogueLoader::AppendMissing(QString name, QString extension) {
     NoteInLog(
         QStringLiteral("No duration for %1: %2").arg(name + extension, QString::fromUtf8(unknown.what())));
   }
-  catalogue_.Append(row);
+  tables_.Append(row);
   const QStringList comments =
       ReplacedFileComments(title_, loop_.Now().toString(QStringLiteral("dd/MM/yyyy")));
-  const auto work = [paths = paths_, name, duration = row.duration, defaults = defaults_, comments] {
-    CreateDefaultTrackInfo(paths, name, duration, defaults, comments);
-  };
+  const TrackInfo info = DefaultTrackInfo(name, row.duration, defaults_, comments);
+  const auto work = [path = TrackInfoPath(paths_, name), info] { CreateTrackInfo(path, info); };
   try {
     co_await loop_.Offload(EventLoop::Lane::Files, work);
   } catch (...) {
@@ -206,8 +204,8 @@ void CatalogueLoader::AppendUnreadable(const QString& name, const QString& exten
   CatalogueRow row;
   row.name = name;
   row.extension = extension;
-  row.artists = ArtistsFromName(name);
-  catalogue_.Append(row);
+  row.artists = ArtistsFromName(name).Text();
+  tables_.Append(row);
   NoteInLog(QStringLiteral("Cannot read the track info file %1").arg(TrackInfoPath(paths_, name)));
 }
 
@@ -260,8 +258,8 @@ Job<bool> CatalogueLoader::AppendOdd(std::shared_ptr<InfoReader> reader, QString
 bool CatalogueLoader::AppendRead(const InfoBatch& batch, const InfoBatch::Record& record) {
   if (record.status != InfoBatch::Status::Read && record.status != InfoBatch::Status::BadDuration)
     return false;
-  const Mref track = catalogue_.AppendRecord(batch, record);
-  if (record.status == InfoBatch::Status::BadDuration) TellBadDuration(catalogue_.TrackNames[track]);
+  const Mref track = tables_.AppendRecord(batch, record);
+  if (record.status == InfoBatch::Status::BadDuration) TellBadDuration(tables_.TrackNames[track]);
   return true;
 }
 
@@ -280,7 +278,7 @@ Job<LoadOutcome> CatalogueLoader::LoadTracks() {
   };
   const auto [readers, nameBytes] = co_await loop_.Offload(EventLoop::Lane::Apart, prepare);
   const qsizetype count = names->size();
-  catalogue_.Reserve(static_cast<std::size_t>(count), nameBytes);
+  tables_.Reserve(static_cast<std::size_t>(count), nameBytes);
   tracks = LoadBar{};
   made_.clear();
   toldBadDuration_ = false;
@@ -303,7 +301,7 @@ Job<LoadOutcome> CatalogueLoader::LoadTracks() {
         if (!co_await AppendOdd(readerFor(start), fileName, record.status))
           co_return LoadOutcome::UnstableFile;
       }
-      Show(tracks, catalogue_.LastTrack(), static_cast<int>(count),
+      Show(tracks, tables_.LastTrack(), static_cast<int>(count),
            QStringLiteral("Extracting Track Data.. ("));
       co_await turn.Yield();
     }

@@ -34,15 +34,17 @@ enum class LoadOutcome {
   UnstableFile,  ///< a track info file is too short: the program has to close
 };
 
-/// Reads the whole media database into the catalogue, once at the start and again when a full reload is asked
-/// for. It yields between items, reads files off the logic's thread, and gives each music file without a
-/// track info file a new one. Owned by who runs the load; one load at a time; logic thread.
+/// Reads the whole media database, once at the start and again when a full reload is asked for. What it reads
+/// comes to the catalogue in one piece at the end. It yields between items, reads files off the logic's thread,
+/// and gives each music file without a track info file a new one. Owned by who runs the load; one load at a
+/// time; logic thread.
 class CatalogueLoader {
  public:
   CatalogueLoader(EventLoop& loop, AudioSystem& audio, Catalogue& catalogue, Paths paths,
                   TrackDefaults defaults, QString title);
 
-  /// Failures on the way are handled (basHandleError, " Getdb") and the load goes on with what can be read.
+  /// Failures on the way are handled (basHandleError, " Getdb") and the load goes on with what can be read. A
+  /// load that ends as UnstableFile leaves the catalogue as it was.
   [[nodiscard]] Job<LoadOutcome> Load();
   /// The track info file that ended the load as UnstableFile.
   [[nodiscard]] const QString& UnstableFile() const { return unstableFile_; }
@@ -77,6 +79,7 @@ class CatalogueLoader {
   Paths paths_;
   TrackDefaults defaults_;
   QString title_;
+  CatalogueTables tables_;  ///< read so far
   QSet<QString> made_;  ///< base names that were given a new info file in this load
   QString unstableFile_;
   bool toldBadDuration_ = false;

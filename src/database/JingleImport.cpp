@@ -52,6 +52,7 @@ JingleImport::JingleImport(Services services)
     }
     End(words);
   });
+  services_.catalogue.Listen(this, [this](const JingleChanged& change) { Follow(change); });
 }
 
 JingleImport::~JingleImport() {
@@ -142,7 +143,6 @@ Job<> JingleImport::RunImport(std::vector<JingleRow> picked) {
   closing.icon = PromptIcon::Information;
   services_.prompter.Tell(closing);
   End(tr("%1 Files Were Imported Successfully !").arg(tally.imported));
-  if (OnJinglesChanged) OnJinglesChanged();
 }
 
 Job<> JingleImport::ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> standing, Tally& tally) {
@@ -174,8 +174,7 @@ Job<> JingleImport::ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> stan
     if (result == CopyResult::Copied) {
       ++tally.imported;
       standing->insert(row.name.toUpper());
-      services_.catalogue.SoundBiteNames.append(BaseName(row.name));
-      services_.catalogue.SoundBitePaths.append(order.to);
+      services_.catalogue.AddJingle(order.to);
     }
   } catch (const Failure& failure) {
     tally.noRoom = IsLackOfRoom(failure);
@@ -261,7 +260,11 @@ Job<bool> JingleImport::DeleteOne(JingleRow row) {
     throw Failure(QStringLiteral("Cannot delete %1 : %2").arg(row.path, trouble), 0, row.path);
   }
   RemoveRow(row.path);
-  if (isJingle) ForgetJingle(QFileInfo(row.path).fileName());
+  // The catalogue knows it by its place in the jingle folder, however it was found.
+  if (isJingle) {
+    services_.catalogue.RemoveJingle(services_.paths(Paths::Jingles) + QLatin1Char('/') +
+                                     QFileInfo(row.path).fileName());
+  }
   co_return true;
 }
 
@@ -272,14 +275,19 @@ void JingleImport::RemoveRow(const QString& path) {
   if (found != rows.end()) rows_.Remove(static_cast<int>(found - rows.begin()));
 }
 
-void JingleImport::ForgetJingle(const QString& fileName) {
-  Catalogue& catalogue = services_.catalogue;
-  const qsizetype place =
-      catalogue.SoundBitePaths.indexOf(services_.paths(Paths::Jingles) + QLatin1Char('/') + fileName);
-  if (place < 0) return;
-  catalogue.SoundBitePaths.removeAt(place);
-  catalogue.SoundBiteNames.removeAt(place);
-  if (OnJinglesChanged) OnJinglesChanged();
+void JingleImport::Follow(const JingleChanged& change) {
+  if (change.path.isEmpty()) {
+    RemoveRow(change.before);
+    return;
+  }
+  const std::vector<JingleRow>& rows = rows_.All();
+  const auto found = std::find_if(rows.begin(), rows.end(),
+                                  [&change](const JingleRow& row) { return row.path == change.before; });
+  if (found == rows.end()) return;
+  rows_.Alter(static_cast<int>(found - rows.begin()), [&change](JingleRow& row) {
+    row.path = change.path;
+    row.name = QFileInfo(change.path).fileName();
+  });
 }
 
 }  // namespace kelvo

@@ -63,8 +63,6 @@ class JingleImport : public QObject {
 
   /// Whether a file of so many bytes fits into the folder. Called off the logic's thread.
   std::function<bool(const QString& folder, std::int64_t bytes)> HasRoom = HasRoomFor;
-  /// The jingle folder or the catalogue's jingles are not what the console's bank has loaded.
-  std::function<void()> OnJinglesChanged;
 
  Q_SIGNALS:
   void Changed();
@@ -88,7 +86,8 @@ class JingleImport : public QObject {
   [[nodiscard]] Job<bool> DeleteOne(JingleRow row);
   void Append(const std::vector<FoundFile>& files);
   void RemoveRow(const QString& path);
-  void ForgetJingle(const QString& fileName);
+  /// A jingle may be among the files that were found.
+  void Follow(const JingleChanged& change);
   void Begin(std::size_t steps);
   void End(const QString& words);
   [[nodiscard]] std::vector<JingleRow> Picked(const std::vector<int>& rows) const;

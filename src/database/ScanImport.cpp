@@ -277,7 +277,7 @@ Job<> ScanImport::CopyFileOf(int row, StagedName name, std::shared_ptr<StandingN
     co_return;
   }
   ++tally.copied;
-  ++services_.catalogue.UtilityCount;
+  services_.catalogue.AddStagedFile(order.to);
   rows_.SetMark(row, ScanMark::Copied);
   if (tally.deletes) co_await DeleteSource(row, order.to, tally);
 }

@@ -34,6 +34,13 @@ void PackedTextColumn::Set(Mref row, const QString& text) {
   if (wasted_ > 65536 && wasted_ > letters_.size() / 2) Compact();
 }
 
+void PackedTextColumn::Remove(Mref row) {
+  if (Index(row) >= spans_.size()) return;
+  wasted_ += spans_[Index(row)].size;
+  spans_.erase(spans_.begin() + ToInt(row));
+  if (wasted_ > 65536 && wasted_ > letters_.size() / 2) Compact();
+}
+
 void PackedTextColumn::Compact() {
   std::string letters;
   letters.reserve(letters_.size() - wasted_);
@@ -86,6 +93,10 @@ void PooledTextColumn::Set(Mref row, const QString& text) {
   if (Index(row) >= ids_.size()) return;
   const QByteArray utf8 = text.toUtf8();
   ids_[Index(row)] = Intern({utf8.data(), static_cast<std::size_t>(utf8.size())});
+}
+
+void PooledTextColumn::Remove(Mref row) {
+  if (Index(row) < ids_.size()) ids_.erase(ids_.begin() + ToInt(row));
 }
 
 std::size_t PooledTextColumn::Bytes() const {

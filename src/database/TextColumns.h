@@ -27,6 +27,8 @@ class PackedTextColumn {
   [[nodiscard]] QString operator[](Mref row) const;
   [[nodiscard]] std::string_view Utf8(Mref row) const;
   void Set(Mref row, const QString& text);
+  /// Takes a row out: those behind it move up by one.
+  void Remove(Mref row);
   [[nodiscard]] std::size_t Rows() const { return spans_.size(); }
   [[nodiscard]] std::size_t Bytes() const;
   void Clear();
@@ -49,6 +51,8 @@ class PooledTextColumn {
   void Append(std::string_view utf8);
   [[nodiscard]] const QString& operator[](Mref row) const;
   void Set(Mref row, const QString& text);
+  /// Takes a row out: those behind it move up by one. Its text stays known under its number.
+  void Remove(Mref row);
   [[nodiscard]] std::size_t Rows() const { return ids_.size(); }
   [[nodiscard]] std::size_t Bytes() const;
   void Clear();

@@ -45,7 +45,26 @@ Prompt DuplicationQuestion(const QString& fileName) {
 
 }  // namespace
 
-Transfer::Transfer(Services services) : services_(std::move(services)), rows_(services_.catalogue) {}
+Transfer::Transfer(Services services) : services_(std::move(services)), rows_(services_.catalogue) {
+  services_.catalogue.Listen(
+      this,
+      [this](const StagedFileChanged& change) {
+        if (change.waits) {
+          StagedFileCame();
+        } else {
+          rows_.Remove(change.path);
+        }
+      },
+      [this](const TrackRenamed& renamed) {
+        if (names_) names_->Rename(renamed.pathBefore, renamed.path);
+      },
+      [this](const TrackRemoved& removed) {
+        if (names_) names_->Rename(removed.path, {});
+      },
+      [this](const ReferenceChanged& change) {
+        if (names_) names_->Rename(change);
+      });
+}
 
 Transfer::~Transfer() {
   if (copy_) copy_->stop = true;
@@ -54,43 +73,61 @@ Transfer::~Transfer() {
 void Transfer::List() {
   if (running_) return;
   listing_ = true;
+  listed_ = true;
+  reading_.Cancel();
   list_ = RunList();
   Q_EMIT Changed();
 }
 
 Job<> Transfer::RunList() {
   // What was typed into a row that still waits is not typed twice.
-  QHash<QString, TransferRow> typed;
+  TypedTexts typed;
   for (const TransferRow& row : rows_.All()) typed.insert(row.path, row);
   rows_.Clear();
   progress_ = {};
   try {
-    const auto list = [paths = services_.paths] { return ListUtilityFolder(paths); };
-    const UtilityListing waiting = co_await services_.loop.Offload(EventLoop::Lane::Apart, list);
-    for (const QString& line : waiting.passedOver) NoteInLog(line);
-    for (qsizetype start = 0; start < waiting.files.size(); start += kFilesAtOnce) {
-      const auto read = [some = waiting.files.mid(start, kFilesAtOnce)] {
-        std::vector<TransferRow> rows;
-        std::transform(some.begin(), some.end(), std::back_inserter(rows), ReadTransferRow);
-        return rows;
-      };
-      std::vector<TransferRow> rows = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
-      for (TransferRow& row : rows) {
-        const auto before = typed.constFind(row.path);
-        if (before == typed.constEnd() || before->bytes != row.bytes) continue;
-        row.artist = before->artist;
-        row.album = before->album;
-        row.category = before->category;
-        row.date = before->date;
-      }
-      rows_.Append(std::move(rows));
-    }
-    services_.catalogue.UtilityCount = rows_.Store().Count();
+    co_await FindStagedFiles(services_.loop, services_.catalogue, services_.paths);
+    co_await ReadMissing(std::move(typed));
   } catch (...) {
     basHandleError(QStringLiteral(" FrmTransfer list"));
   }
   listing_ = false;
   Q_EMIT Changed();
+}
+
+void Transfer::StagedFileCame() {
+  if (listed_ && !listing_ && !reading_.Running()) reading_ = ReadMissing({});
+}
+
+QStringList Transfer::Missing() const {
+  QSet<QString> listed;
+  for (const TransferRow& row : rows_.All()) listed.insert(row.path);
+  QStringList missing = services_.catalogue.StagedFiles;
+  missing.removeIf([&listed](const QString& path) { return listed.contains(path); });
+  return missing;
+}
+
+Job<> Transfer::ReadMissing(TypedTexts typed) {
+  for (QStringList missing = Missing(); !missing.isEmpty(); missing = Missing()) {
+    const auto read = [some = missing.first(std::min(missing.size(), kFilesAtOnce))] {
+      std::vector<TransferRow> rows;
+      std::transform(some.begin(), some.end(), std::back_inserter(rows), ReadTransferRow);
+      return rows;
+    };
+    std::vector<TransferRow> rows = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
+    std::erase_if(rows, [this](const TransferRow& row) {
+      return !services_.catalogue.StagedFiles.contains(row.path);
+    });
+    for (TransferRow& row : rows) {
+      const auto before = typed.constFind(row.path);
+      if (before == typed.constEnd() || before->bytes != row.bytes) continue;
+      row.artist = before->artist;
+      row.album = before->album;
+      row.category = before->category;
+      row.date = before->date;
+    }
+    rows_.Append(std::move(rows));
+  }
 }
 
 void Transfer::Move(const std::vector<int>& ids) {
@@ -109,6 +146,7 @@ void Transfer::Stop() {
   stop_ = true;
   if (copy_) copy_->stop = true;
   list_.Cancel();
+  reading_.Cancel();
   listing_ = false;
   Q_EMIT Changed();
 }
@@ -136,11 +174,6 @@ bool Transfer::DatesAreGood(const std::vector<int>& ids) {
   });
 }
 
-void Transfer::Gone(int id) {
-  rows_.Remove(id);
-  services_.catalogue.UtilityCount = std::max(0, services_.catalogue.UtilityCount - 1);
-}
-
 void Transfer::ShowProgress() {
   if (copy_) {
     progress_.done = copy_->done;
@@ -154,7 +187,6 @@ Job<> Transfer::RunMove(std::vector<int> ids) {
   sure.text = QStringLiteral("Move %1 Files To Data Base ?").arg(ids.size());
   sure.buttons = Buttons::YesNo;
   sure.icon = PromptIcon::Question;
-  changed_ = false;
   try {
     if (co_await services_.prompter.Ask(sure) == Answer::Yes) co_await MoveAll(ids);
   } catch (...) {
@@ -162,7 +194,6 @@ Job<> Transfer::RunMove(std::vector<int> ids) {
   }
   watch_.Stop();
   SetRunning(false);
-  if (changed_ && OnTracksAdded) OnTracksAdded();
 }
 
 Job<> Transfer::MoveAll(const std::vector<int>& ids) {
@@ -208,16 +239,16 @@ Job<Transfer::Outcome> Transfer::MoveOne(TransferRow row, QString* step) {
   at("open");
   if (!co_await Exists(row.path)) {
     NoteInLog(QStringLiteral("A file of the transfer list is gone: %1").arg(row.path));
-    Gone(row.id);
+    services_.catalogue.RemoveStagedFile(row.path);
     co_return Outcome::Stays;
   }
   const double duration = co_await LookAt(row);
 
   at("folders");
   Catalogue& catalogue = services_.catalogue;
-  row.artist = co_await EnsureReference(Paths::Artists, row.artist, &catalogue.ArtistList);
-  row.album = co_await EnsureReference(Paths::Albums, row.album, &catalogue.AlbumList);
-  row.category = co_await EnsureReference(Paths::Categories, row.category, &catalogue.GenreList);
+  row.artist = co_await EnsureReference(Paths::Artists, row.artist, ReferenceSet::Artists);
+  row.album = co_await EnsureReference(Paths::Albums, row.album, ReferenceSet::Albums);
+  row.category = co_await EnsureReference(Paths::Categories, row.category, ReferenceSet::Genres);
 
   at("room");
   const QString music = services_.paths(Paths::Music);
@@ -237,11 +268,10 @@ Job<Transfer::Outcome> Transfer::MoveOne(TransferRow row, QString* step) {
   at("info");
   rows_.SetTaken(row.id, true);
   const QString today = services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy"));
-  const TextFile fresh = NewTrackInfo(row, duration, services_.defaults, today);
-  const TextFile info = co_await WriteInfo(BaseName(fileName), fresh);
+  const TrackInfo fresh = NewTrackInfo(row, duration, services_.defaults, today);
+  const TrackInfo info = co_await WriteInfo(BaseName(fileName), fresh);
   const QString path = music + QLatin1Char('/') + fileName;
   StoreRow(catalogue, RowFrom(info, fileName, duration), path);
-  changed_ = true;
 
   at("delete");
   const auto remove = [from = row.path, to = path] {
@@ -251,7 +281,7 @@ Job<Transfer::Outcome> Transfer::MoveOne(TransferRow row, QString* step) {
     RemoveFile(from);
   };
   co_await services_.loop.Offload(EventLoop::Lane::Files, remove);
-  Gone(row.id);
+  catalogue.RemoveStagedFile(row.path);
   co_return Outcome::Moved;
 }
 
@@ -275,7 +305,7 @@ Job<double> Transfer::LookAt(const TransferRow& row) {
   }
 }
 
-Job<QString> Transfer::EnsureReference(Paths::Slot slot, QString name, QStringList* list) {
+Job<QString> Transfer::EnsureReference(Paths::Slot slot, QString name, ReferenceSet set) {
   if (name.isEmpty()) co_return name;
   // One artist, however it is spelled: a second folder would be a second artist.
   const QString known = names_->Find(slot, name);
@@ -287,8 +317,7 @@ Job<QString> Transfer::EnsureReference(Paths::Slot slot, QString name, QStringLi
   };
   co_await services_.loop.Offload(EventLoop::Lane::Files, make);
   names_->Add(slot, name);
-  AddInOrder(*list, name);
-  changed_ = true;
+  services_.catalogue.AddReference(set, name);
   co_return name;
 }
 
@@ -320,21 +349,23 @@ Job<QString> Transfer::CopyMusic(const TransferRow& row) {
   }
 }
 
-Job<TextFile> Transfer::WriteInfo(QString baseName, TextFile fresh) {
+Job<TrackInfo> Transfer::WriteInfo(QString baseName, TrackInfo fresh) {
   const QString name = baseName + QStringLiteral(".kif");
   const QString standing = names_->Find(Paths::Info, name);
   const QString file = standing.isEmpty() ? name : standing;
   const QString today = services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy"));
   const auto write = [path = services_.paths(Paths::Info) + QLatin1Char('/') + file, fresh, baseName,
                       defaults = services_.defaults, today] {
-    TextFile info = fresh;
-    if (QFileInfo::exists(path)) {
-      info = ReplacedTrackInfo(TextFile::Read(path), fresh, baseName, defaults, today);
+    std::optional<TrackInfo> old = ReadTrackInfo(path);
+    if (!old) {
+      CreateTrackInfo(path, fresh);
+      return fresh;
     }
-    info.Write(path);
+    TrackInfo info = ReplacedTrackInfo(*std::move(old), fresh, baseName, defaults, today);
+    WriteTrackInfo(path, info);
     return info;
   };
-  TextFile info = co_await services_.loop.Offload(EventLoop::Lane::Files, write);
+  TrackInfo info = co_await services_.loop.Offload(EventLoop::Lane::Files, write);
   names_->Add(Paths::Info, file);
   co_return info;
 }
@@ -351,9 +382,10 @@ Job<> Transfer::RunDelete(std::vector<int> ids) {
     if (stop_) break;
     if (row == nullptr) continue;
     try {
-      const auto remove = [path = row->path] { RemoveFile(path); };
+      const QString path = row->path;
+      const auto remove = [path] { RemoveFile(path); };
       co_await services_.loop.Offload(EventLoop::Lane::Files, remove);
-      Gone(id);
+      services_.catalogue.RemoveStagedFile(path);
     } catch (...) {
       basHandleError(QStringLiteral(" FrmTransfer CmdDelete"));
     }

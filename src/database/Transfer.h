@@ -11,6 +11,7 @@
 #include "platform/Job.h"
 #include "platform/Prompter.h"
 
+#include <QHash>
 #include <QObject>
 
 #include <functional>
@@ -52,7 +53,8 @@ class Transfer : public QObject {
   [[nodiscard]] TransferRows& Rows() { return rows_; }
   [[nodiscard]] const TransferRows& Rows() const { return rows_; }
 
-  /// Lists the waiting files anew; rows come as they are read. Does nothing while a run goes on.
+  /// Lists the waiting files anew; rows come as they are read. Does nothing while a run goes on. From then on
+  /// the rows follow what is staged and taken away.
   void List();
   /// Moves the rows with these ids into the database, in the order of the list.
   void Move(const std::vector<int>& ids);
@@ -68,8 +70,6 @@ class Transfer : public QObject {
 
   /// Whether a file of so many bytes fits into the folder. Called off the logic's thread.
   std::function<bool(const QString& folder, qint64 bytes)> HasRoom = HasRoomFor;
-  /// Tracks came into the catalogue, or were replaced.
-  std::function<void()> OnTracksAdded;
 
  Q_SIGNALS:
   /// Progress, Listing or Busy changed.
@@ -78,6 +78,12 @@ class Transfer : public QObject {
  private:
   enum class Outcome { Moved, Stays, NoRoom };
   [[nodiscard]] Job<> RunList();
+  /// What was typed into rows, by the paths of their files.
+  using TypedTexts = QHash<QString, TransferRow>;
+  /// Reads the waiting files that have no row yet.
+  [[nodiscard]] Job<> ReadMissing(TypedTexts typed);
+  [[nodiscard]] QStringList Missing() const;
+  void StagedFileCame();
   [[nodiscard]] Job<> RunMove(std::vector<int> ids);
   [[nodiscard]] Job<> MoveAll(const std::vector<int>& ids);
   [[nodiscard]] Job<> RunDelete(std::vector<int> ids);
@@ -86,14 +92,13 @@ class Transfer : public QObject {
   /// Seconds of sound; throws Failure when the file is no music.
   [[nodiscard]] Job<double> LookAt(const TransferRow& row);
   /// Makes the folder of a name that is not there yet; the name as the database spells it.
-  [[nodiscard]] Job<QString> EnsureReference(Paths::Slot slot, QString name, QStringList* list);
+  [[nodiscard]] Job<QString> EnsureReference(Paths::Slot slot, QString name, ReferenceSet set);
   /// The name under which the music file stands in the database; empty when the operator left it out.
   [[nodiscard]] Job<QString> CopyMusic(const TransferRow& row);
-  [[nodiscard]] Job<TextFile> WriteInfo(QString baseName, TextFile fresh);
+  [[nodiscard]] Job<TrackInfo> WriteInfo(QString baseName, TrackInfo fresh);
   [[nodiscard]] Job<bool> Exists(QString path);
   [[nodiscard]] bool DatesAreGood(const std::vector<int>& ids);
   [[nodiscard]] std::vector<int> InListOrder(const std::vector<int>& ids) const;
-  void Gone(int id);
   void SetRunning(bool running);
   void ShowProgress();
 
@@ -105,9 +110,10 @@ class Transfer : public QObject {
   bool listing_ = false;
   bool running_ = false;
   bool stop_ = false;
-  bool changed_ = false;  ///< the catalogue has something new for those who show it
+  bool listed_ = false;  ///< the list has been shown, and follows since
   Timer watch_;
   Job<> list_;
+  Job<> reading_;
   Job<> work_;
 };
 

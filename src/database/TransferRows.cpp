@@ -14,7 +14,6 @@ namespace {
 
 constexpr double kMegabyte = 1024.0 * 1024.0;
 const QString kUnknown = QStringLiteral("Unknown");
-const QString kNoDate = QStringLiteral("0000-xxx");
 
 bool IsReference(int column) {
   return column == TransferRows::Artist || column == TransferRows::Album || column == TransferRows::Category;
@@ -38,7 +37,7 @@ QString StagedDate(const QString& text) {
 
 QString ReferenceName(const QString& text) {
   const QString name = SafeFileName(text);
-  if (name == kUnknown || name.startsWith(QLatin1Char('~'))) return {};
+  if (name == kUnknown || IsInternalName(name)) return {};
   return FittingName(name);
 }
 
@@ -81,9 +80,11 @@ void TransferRows::Append(std::vector<TransferRow> rows) {
   rows_.Append(std::move(rows));
 }
 
-void TransferRows::Remove(int id) {
-  const int index = IndexOf(id);
-  if (index >= 0) rows_.Remove(index);
+void TransferRows::Remove(const QString& path) {
+  const std::vector<TransferRow>& rows = rows_.All();
+  const auto found =
+      std::find_if(rows.begin(), rows.end(), [&path](const TransferRow& row) { return row.path == path; });
+  if (found != rows.end()) rows_.Remove(static_cast<int>(found - rows.begin()));
 }
 
 void TransferRows::SetTaken(int id, bool taken) {
@@ -93,7 +94,7 @@ void TransferRows::SetTaken(int id, bool taken) {
 
 TransferRows::Choice TransferRows::ChoiceOf(int column) const {
   const auto choice = [](const QString& words, QStringList names) {
-    names.removeIf([](const QString& name) { return name.startsWith(QLatin1Char('~')); });
+    names.removeIf(IsInternalName);
     return Choice{words, std::move(names)};
   };
   switch (column) {

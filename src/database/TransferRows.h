@@ -21,7 +21,7 @@ struct TransferRow {
   QString artist;
   QString album;
   QString category;
-  QString date = QStringLiteral("0000-xxx");
+  QString date = kNoDate;
   bool taken = false;  ///< its music file stands in the database, the rest is under way
 };
 
@@ -49,7 +49,8 @@ class TransferRows {
   [[nodiscard]] const TransferRow* Find(int id) const;
   void Clear();
   void Append(std::vector<TransferRow> rows);
-  void Remove(int id);
+  /// The row of this file, if there is one.
+  void Remove(const QString& path);
   void SetTaken(int id, bool taken);
 
   /// What a cell shows, and what its editor begins with.

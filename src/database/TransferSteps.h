@@ -4,7 +4,6 @@
 #include "database/Paths.h"
 #include "database/TrackInfo.h"
 #include "database/TransferRows.h"
-#include "platform/TextFile.h"
 
 #include <QHash>
 #include <QSet>
@@ -26,6 +25,9 @@ class DatabaseNames {
     return names_[static_cast<std::size_t>(slot)].value(name.toUpper());
   }
   void Add(Paths::Slot slot, const QString& name);
+  /// A music file, with its track info file, has another path, or is gone when `path` is empty.
+  void Rename(const QString& pathBefore, const QString& path);
+  void Rename(const ReferenceChanged& change);
   /// The music file name with the first running number before its extension that no track has.
   [[nodiscard]] QString FirstFree(const QString& fileName) const;
 
@@ -39,19 +41,16 @@ class DatabaseNames {
 [[nodiscard]] QString MusicFileName(const QString& trackName);
 
 /// What a track info file made from the row says.
-[[nodiscard]] TextFile NewTrackInfo(const TransferRow& row, double durationSeconds,
-                                    const TrackDefaults& defaults, const QString& today);
+[[nodiscard]] TrackInfo NewTrackInfo(const TransferRow& row, double durationSeconds,
+                                     const TrackDefaults& defaults, const QString& today);
 /// What a track info file says after its music file was replaced: the old text, its gain unknown again. Lines
 /// that it lacks, and the references of a file that nobody has edited since the system made it, are those of
 /// `fresh`.
-[[nodiscard]] TextFile ReplacedTrackInfo(TextFile old, const TextFile& fresh, const QString& baseName,
-                                         const TrackDefaults& defaults, const QString& today);
+[[nodiscard]] TrackInfo ReplacedTrackInfo(TrackInfo old, const TrackInfo& fresh, const QString& baseName,
+                                          const TrackDefaults& defaults, const QString& today);
 
 /// The catalogue's row of a track with such an info file.
-[[nodiscard]] CatalogueRow RowFrom(const TextFile& info, const QString& fileName, double durationSeconds);
+[[nodiscard]] CatalogueRow RowFrom(const TrackInfo& info, const QString& fileName, double durationSeconds);
 /// Puts the row into the catalogue: in the place of the row of the same file, or behind the last.
 void StoreRow(Catalogue& catalogue, const CatalogueRow& row, const QString& path);
-/// Adds a name to a list of the catalogue, in the list's order.
-void AddInOrder(QStringList& list, const QString& name);
-
 }  // namespace kelvo

@@ -6,6 +6,7 @@
 #include "platform/Words.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace kelvo {
@@ -25,6 +26,7 @@ UtilityFolder::UtilityFolder(Services services)
   volume_ = WholeNumber(kept, 0, kMostLoss);
   player_->SetVolume(-2 * volume_);
   player_->OnEndOfStream = [this] { Stop(); };
+  services_.catalogue.Listen(this, [this](const StagedFileChanged& change) { Follow(change); });
 }
 
 UtilityFolder::~UtilityFolder() {
@@ -37,24 +39,30 @@ void UtilityFolder::List() {
   Q_EMIT Changed();
 }
 
+WaitingFile UtilityFolder::FileAt(const QString& path) {
+  const StagedFile file = ReadStagedPath(path);
+  return {file.trackName, file.name.artist, path};
+}
+
+void UtilityFolder::Follow(const StagedFileChanged& change) {
+  if (listing_) return;  // its end shows all
+  const std::vector<WaitingFile>& rows = rows_.All();
+  const auto found = std::find_if(rows.begin(), rows.end(),
+                                  [&change](const WaitingFile& file) { return file.path == change.path; });
+  if (change.waits && found == rows.end()) rows_.Append({FileAt(change.path)});
+  if (!change.waits && found != rows.end()) rows_.Remove(static_cast<int>(found - rows.begin()));
+  Q_EMIT Changed();
+}
+
 Job<> UtilityFolder::RunList() {
-  std::vector<WaitingFile> rows;
   try {
-    const auto list = [paths = services_.paths] {
-      const UtilityListing waiting = ListUtilityFolder(paths);
-      std::vector<WaitingFile> read;
-      for (const QString& path : waiting.files) {
-        const StagedFile file = ReadStagedPath(path);
-        read.push_back({file.trackName, file.name.artist, path});
-      }
-      return std::pair(std::move(read), waiting.passedOver);
-    };
-    auto [read, passedOver] = co_await services_.loop.Offload(EventLoop::Lane::Apart, list);
-    for (const QString& line : passedOver) NoteInLog(line);
-    rows = std::move(read);
+    co_await FindStagedFiles(services_.loop, services_.catalogue, services_.paths);
   } catch (...) {
     basHandleError(QStringLiteral(" frmUtil list"));
   }
+  std::vector<WaitingFile> rows;
+  const QStringList& paths = services_.catalogue.StagedFiles;
+  std::transform(paths.begin(), paths.end(), std::back_inserter(rows), FileAt);
   rows_.Replace(std::move(rows));
   listing_ = false;
   Q_EMIT Changed();

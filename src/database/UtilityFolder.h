@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/AudioSystem.h"
+#include "database/Catalogue.h"
 #include "database/Paths.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
@@ -32,6 +33,7 @@ class UtilityFolder : public QObject {
     EventLoop& loop;
     SettingsStore& settings;
     AudioSystem& audio;
+    Catalogue& catalogue;
     Paths paths;
     QString title;
   };
@@ -40,7 +42,7 @@ class UtilityFolder : public QObject {
   ~UtilityFolder() override;
 
   [[nodiscard]] const RowStore<WaitingFile>& Rows() const { return rows_; }
-  /// Lists the folder anew.
+  /// Lists the folder anew. The rows follow by themselves what the program stages and takes away.
   void List();
   [[nodiscard]] bool Listing() const { return listing_; }
 
@@ -60,6 +62,8 @@ class UtilityFolder : public QObject {
   void Changed();
 
  private:
+  [[nodiscard]] static WaitingFile FileAt(const QString& path);
+  void Follow(const StagedFileChanged& change);
   [[nodiscard]] Job<> RunList();
   [[nodiscard]] Job<> Start(WaitingFile file);
   void Say(const QString& playing);

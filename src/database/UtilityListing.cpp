@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <vector>
+
 namespace kelvo {
 namespace {
 
@@ -51,26 +53,35 @@ UtilityListing ListUtilityFolder(const Paths& paths) {
   return waiting;
 }
 
-int CleanUtilityFolder(const Paths& paths) {
+QStringList CleanUtilityFolder(const Paths& paths) {
   const QString& utility = paths(Paths::Utility);
   const OwnFolders own(paths);
-  int waiting = 0;
   try {
     const FolderListing listing = ListFolder(utility, EntryKind::Folders);
     for (const QString& name : listing.names) {
       const QString folder = utility + QLatin1Char('/') + name;
-      if (own.Hold(folder)) continue;
       // A folder with deeper folders in it is not empty: rmdir leaves it alone.
-      if (!HoldsFiles(folder)) {
-        QDir().rmdir(folder);
-      } else {
-        waiting += static_cast<int>(ListFolder(folder, EntryKind::Files).names.size());
-      }
+      if (!own.Hold(folder) && !HoldsFiles(folder)) QDir().rmdir(folder);
     }
+    return ListUtilityFolder(paths).files;
   } catch (const Failure&) {
-    return waiting;  // nothing waits where nothing can be read
+    return {};  // nothing waits where nothing can be read
   }
-  return waiting;
+}
+
+Job<> FindStagedFiles(EventLoop& loop, Catalogue& catalogue, Paths paths) {
+  std::vector<StagedFileChanged> meanwhile;
+  const QObject listener;
+  catalogue.Listen(&listener,
+                   [&meanwhile](const StagedFileChanged& change) { meanwhile.push_back(change); });
+  const auto list = [paths] { return ListUtilityFolder(paths); };
+  UtilityListing waiting = co_await loop.Offload(EventLoop::Lane::Apart, list);
+  for (const QString& line : waiting.passedOver) NoteInLog(line);
+  for (const StagedFileChanged& change : meanwhile) {
+    waiting.files.removeOne(change.path);
+    if (change.waits) waiting.files.append(change.path);
+  }
+  catalogue.SetStagedFiles(waiting.files);
 }
 
 }  // namespace kelvo

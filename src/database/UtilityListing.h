@@ -1,6 +1,9 @@
 #pragma once
 
+#include "database/Catalogue.h"
 #include "database/Paths.h"
+#include "platform/EventLoop.h"
+#include "platform/Job.h"
 
 #include <QString>
 #include <QStringList>
@@ -18,8 +21,12 @@ struct UtilityListing {
 /// thread.
 [[nodiscard]] UtilityListing ListUtilityFolder(const Paths& paths);
 
-/// Deletes the utility folder's subfolders that hold nothing, except the database's own, and counts the files
+/// Deletes the utility folder's subfolders that hold nothing, except the database's own, and lists the files
 /// that wait in the others. What fails is skipped. Blocks; any thread.
-[[nodiscard]] int CleanUtilityFolder(const Paths& paths);
+[[nodiscard]] QStringList CleanUtilityFolder(const Paths& paths);
+
+/// Lists the waiting files off the logic's thread and gives them to the catalogue. What is staged or taken away
+/// during the look is heeded. Throws Failure when the utility folder cannot be read.
+[[nodiscard]] Job<> FindStagedFiles(EventLoop& loop, Catalogue& catalogue, Paths paths);
 
 }  // namespace kelvo

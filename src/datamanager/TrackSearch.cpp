@@ -1,5 +1,6 @@
 #include "datamanager/TrackSearch.h"
 
+#include "database/KeptTracks.h"
 #include "platform/ErrorLog.h"
 #include "platform/Words.h"
 
@@ -130,7 +131,40 @@ class Matcher {
 
 }  // namespace
 
-TrackSearch::TrackSearch(Services services) : services_(services) {}
+TrackSearch::TrackSearch(Services services) : services_(services) {
+  FollowCatalogue();
+}
+
+void TrackSearch::FollowCatalogue() {
+  services_.catalogue.Listen(
+      this, [this](const TrackChanged& change) { ShowTrack(change.track); },
+      [this](const TrackRenamed& renamed) { ShowTrack(renamed.track); },
+      [this](const TrackRemoved& removed) { TrackWasRemoved(removed); },
+      [this](const CatalogueReplaced&) {
+        run_.Cancel();
+        running_ = false;
+        results_.Replace({});
+        resultWords_.clear();
+        stateWords_.clear();
+        Q_EMIT Changed();
+      });
+}
+
+void TrackSearch::ShowTrack(Mref track) {
+  for (int row = 0; row < results_.Count(); ++row) {
+    if (results_[row] == track) results_.TellChanged(row, row);
+  }
+}
+
+void TrackSearch::TrackWasRemoved(const TrackRemoved& removed) {
+  for (int row = results_.Count() - 1; row >= 0; --row) {
+    if (results_[row] == removed.track) {
+      results_.Remove(row);
+    } else {
+      results_.AlterUntold(row, [&removed](Mref& track) { track = removed.Renumbered(track); });
+    }
+  }
+}
 
 QString TrackSearch::Caption() const {
   return running_ ? QStringLiteral("CANCEL") : QStringLiteral("SEARCH");
@@ -179,10 +213,11 @@ Job<bool> TrackSearch::Look(const SearchQuestion& question) {
   Matcher matches(services_.catalogue, question);
   std::vector<Mref> found;
   Nanoseconds turnStart = services_.loop.TurnClock();
-  for (int row = 1; row <= services_.catalogue.LastTrack(); ++row) {
-    if (matches(ToMref(row))) found.push_back(ToMref(row));
+  TrackWalk walk(services_.catalogue);
+  while (walk.Next()) {
+    if (matches(walk.Track())) found.push_back(walk.Track());
     // A look at the clock costs as much as a track.
-    if (row % kRowsALook != 0 || !services_.loop.TurnIsOver(turnStart)) continue;
+    if (ToInt(walk.Track()) % kRowsALook != 0 || !services_.loop.TurnIsOver(turnStart)) continue;
     results_.Append(std::exchange(found, {}));
     co_await services_.loop.Yield();
     if (stop_) co_return false;
@@ -199,10 +234,6 @@ QString TrackSearch::ShownName(Mref track) const {
     return QString::fromUtf8(half.data(), static_cast<qsizetype>(half.size())).trimmed();
   };
   return text(halves.title) + QStringLiteral(" - ") + text(halves.artist);
-}
-
-QString FirstReference(const QString& line, const QString& baseItem) {
-  return line.mid(baseItem.size() + 1).section(QLatin1Char(','), 0, 0);
 }
 
 }  // namespace kelvo

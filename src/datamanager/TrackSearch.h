@@ -23,7 +23,7 @@ struct SearchQuestion {
   bool titleFirst = false;   ///< shows the tracks as title and artist
 };
 
-/// Finds tracks in the catalogue, with no look at the disk. Owned by who shows it; the catalogue outlives it;
+/// Finds tracks in the catalogue, with no look at the disk. What it found follows the catalogue. Owned by who shows it; the catalogue outlives it;
 /// logic thread.
 class TrackSearch : public QObject {
   Q_OBJECT
@@ -59,6 +59,9 @@ class TrackSearch : public QObject {
  private:
   [[nodiscard]] Job<> Run(SearchQuestion question);
   [[nodiscard]] Job<bool> Look(const SearchQuestion& question);
+  void FollowCatalogue();
+  void TrackWasRemoved(const TrackRemoved& removed);
+  void ShowTrack(Mref track);
 
   Services services_;
   RowStore<Mref> results_;
@@ -69,8 +72,5 @@ class TrackSearch : public QObject {
   QString stateWords_;
   Job<> run_;
 };
-
-/// The first item of a reference line behind its base item ("~ALL ARTISTS" and a comma).
-[[nodiscard]] QString FirstReference(const QString& line, const QString& baseItem);
 
 }  // namespace kelvo

@@ -3,6 +3,7 @@
 #include "app/windows/DeskWindows.h"
 #include "console/DeskFixture.h"
 #include "console/windows/ConsoleWindow.h"
+#include "support/TurnUntil.h"
 #include "ui/Theme.h"
 
 #include <QApplication>
@@ -26,7 +27,7 @@ class BesideTheDesk : public DeskTest {
     beside_.emplace(*desk_, *window_, std::forward<Lines>(lines)...);
     window_->show();
     window_->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&*window_));
+    ASSERT_TRUE(TurnUntil([this] { return window_->isActiveWindow(); }));
     ASSERT_TRUE(loop_.RunUntil([this] { return desk_->CatalogueLoaded(); }));
   }
   /// The window of this type that was made; none when none was.

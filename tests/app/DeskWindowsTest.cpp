@@ -2,6 +2,7 @@
 #include "app/windows/WaitPointer.h"
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/TransferWindow.h"
+#include "database/windows/UtilityWindow.h"
 #include "datamanager/windows/SearchWindow.h"
 #include "support/Lookup.h"
 #include "ui/ListTable.h"
@@ -79,6 +80,29 @@ TEST_F(TheWindowsOfTheDesk, MusicThatIsTransferredIsFoundOnTheDeskAtOnce) {
   EXPECT_EQ(catalogue_.TrackNames[ToMref(4)], u"Delta - Song"_s);
   AddFound(u"song"_s);
   EXPECT_EQ(Column(TrackColumn), QStringList{u"Delta - Song"_s});
+}
+
+TEST_F(TheWindowsOfTheDesk, AFileThatIsStagedComesToTheOpenListsAndLeavesThemWhenItIsMoved) {
+  Press(u"Transfer"_s);
+  Press(u"Utility"_s);
+  loop_.RunFor(100ms);
+  auto* transfer = Opened<TransferWindow>();
+  const auto* moves = transfer->findChild<ListTable*>()->model();
+  const auto* waits = Opened<UtilityWindow>()->findChild<ListTable*>()->model();
+  catalogue_.AddStagedFile(database_.Add(Paths::Utility, u"Delta/Delta - Song#2001-Mar#Album#.mp3"_s));
+  loop_.RunFor(100ms);
+  ASSERT_EQ(moves->rowCount(), 1);
+  EXPECT_EQ(moves->index(0, TransferRows::Album).data().toString(), u"Album"_s);
+  ASSERT_EQ(waits->rowCount(), 1);
+  EXPECT_EQ(waits->index(0, UtilityFolder::Artist).data().toString(), u"Delta"_s);
+
+  transfer->findChild<ListTable*>()->selectAll();
+  prompter_.answers = {Answer::Yes};
+  QTest::mouseClick(transfer->findChild<QPushButton*>(u"CmdMove"_s), Qt::LeftButton);
+  loop_.RunFor(1s);
+  EXPECT_EQ(catalogue_.LastTrack(), 4);
+  EXPECT_EQ(moves->rowCount(), 0);
+  EXPECT_EQ(waits->rowCount(), 0);
 }
 
 TEST_F(TheWindowsOfTheDesk, TheFunctionKeysOfTheDeskWorkInEveryWindow) {

@@ -119,7 +119,7 @@ TEST_F(TheTable, AFormOfTheConsoleTakesThePlaceOfTheOneThatIsOpen) {
   Press(u"Session"_s);
   PlainWindow* const session = made_[u"Session"_s];
   window_->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&*window_));
+  ASSERT_TRUE(TurnUntil([this] { return window_->isActiveWindow(); }));
   QTest::keyClick(&*window_, Qt::Key_E, Qt::ControlModifier);
   loop_.RunFor(10ms);
   EXPECT_FALSE(Shown(u"Session"_s));

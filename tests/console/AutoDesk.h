@@ -38,9 +38,7 @@ class AutoDesk {
         transitions({loop, state, decks, panel, recorder}),
         speak({loop, state, decks}),
         play({loop, disks, prompter, state, decks, queue, catalogue, random, settings, 3,
-              [this](Deck deck) { Start(deck, TransitionKind::PartFade); },
-              [this](Deck deck) { Start(deck, TransitionKind::Dub); },
-              [this](Deck deck) { Start(deck, TransitionKind::Pan); },
+              [this](Deck deck, TransitionKind kind) { Start(deck, kind); },
               [this](int value) { fadeSpeed = value; },
               [this](const QString& title) {
                 if (logged.size() < 100) logged.append(title);
@@ -48,7 +46,7 @@ class AutoDesk {
               nullptr, nullptr, [this] { return transitions.Starting(); },
               [this](Deck deck) { return transitions.FadedOut(deck); }}) {
     for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) QDir().mkpath(paths(slot));
-    catalogue.Clear(paths(Paths::Music));
+    catalogue.Replace(CatalogueTables(paths(Paths::Music)));
     transitions.AfterStart = [this](Deck deck) { play.AfterStart(deck); };
     transitions.FadeSpeed = [this] { return fadeSpeed; };
     transitions.WriteLoss = [this](Deck deck, int loss) { speak.SetLevel(deck, loss); };
@@ -83,10 +81,10 @@ class AutoDesk {
   }
   void Enqueue(Mref track) {
     QueueEntry entry;
-    entry.Set(TrackColumn, catalogue.TrackNames[track]);
-    entry.Set(CommentColumn, QStringLiteral("Play Me"));
-    entry.Set(PathColumn, catalogue.TrackPaths(track));
-    entry.Set(MrefColumn, QString::number(ToInt(track)));
+    entry.title = catalogue.TrackNames[track];
+    entry.note = QStringLiteral("Play Me");
+    entry.path = catalogue.TrackPaths(track);
+    entry.track = track;
     queue.AppendRow(entry, Int(catalogue.TrackDurations(track)));
   }
   [[nodiscard]] FaultyPlayer& Disk(Deck deck) { return FaultyAudio::Of(decks.Player(deck)); }
@@ -99,7 +97,7 @@ class AutoDesk {
   void Start(Deck deck, TransitionKind kind) {
     if (OnStart) OnStart(deck);
     ++starts;
-    lastTransition = static_cast<int>(kind);
+    lastTransition = kind;
     transitions.StartRoutine(deck, kind);
   }
   void Beat() {
@@ -136,7 +134,7 @@ class AutoDesk {
   AutoPlay play;
   int fadeSpeed = 25;
   int starts = 0;
-  int lastTransition = 0;
+  TransitionKind lastTransition = TransitionKind::None;
   int lateBeats = 0;  ///< so many of the next beats do not come
   QStringList logged;
   QString timerText;

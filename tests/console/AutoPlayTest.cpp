@@ -84,11 +84,11 @@ TEST_F(AutoPlayTest, ThreeRowsRunForeverAndOverlapByTheDefaultTable) {
   EXPECT_EQ(Play().StatusText(), u"Auto Start: B In 00:39"_s);
   ASSERT_TRUE(Play().Next());
   EXPECT_EQ(Play().Next()->queueIndex, 2);
-  EXPECT_EQ(Play().Next()->transition, 1);
+  EXPECT_EQ(Play().Next()->transition, TransitionKind::Dub);
   desk_->Run(38.7);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Playing) << "a dub: both at full level";
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Playing);
-  EXPECT_EQ(desk_->lastTransition, 1);
+  EXPECT_EQ(desk_->lastTransition, TransitionKind::Dub);
   EXPECT_LE(Record(Deck::One).Loss + Record(Deck::Two).Loss, 10);
   desk_->Run(5);
   EXPECT_EQ(Record(Deck::One).Title, u"C"_s) << "the played-out deck has the next row at once";
@@ -102,11 +102,11 @@ TEST_F(AutoPlayTest, SoftTracksPanAndTheGoingDeckCountsAsDoneAtOnce) {
   MakeQueue(4, 60, kSoft);
   On();
   desk_->Run(20);
-  EXPECT_EQ(Play().AutoTransition(), 3);
+  EXPECT_EQ(Play().AutoTransition(), TransitionKind::Pan);
   EXPECT_EQ(Play().AutoDelta(), 8);
   EXPECT_EQ(Record(Deck::Two).Title, u"B"_s) << "a waiting deck keeps its track";
   desk_->Run(33.5);
-  EXPECT_EQ(desk_->lastTransition, 3);
+  EXPECT_EQ(desk_->lastTransition, TransitionKind::Pan);
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Playing);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Done);
   desk_->Run(200);
@@ -123,13 +123,13 @@ TEST_F(AutoPlayTest, ATracksOwnSettingsAndALongFadeInDecideTheStart) {
   EXPECT_EQ(Record(Deck::One).Info, u"Custom - Track Start/Fade:"_s);
   EXPECT_EQ(desk_->fadeSpeed, 20);
   desk_->Run(36.5);
-  EXPECT_EQ(desk_->lastTransition, 2);
+  EXPECT_EQ(desk_->lastTransition, TransitionKind::PartFade);
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Playing) << "20 seconds before the end";
   desk_->Run(22);
   EXPECT_EQ(Record(Deck::One).Title, u"C"_s);
   EXPECT_EQ(Record(Deck::One).Info, u"Fade Overide: New Value=25"_s);
   EXPECT_EQ(Play().AutoDelta(), 25);
-  EXPECT_EQ(Play().AutoTransition(), 3);
+  EXPECT_EQ(Play().AutoTransition(), TransitionKind::Pan);
   EXPECT_EQ(desk_->fadeSpeed, 10);
 }
 
@@ -150,7 +150,7 @@ TEST_F(AutoPlayTest, TheJukeboxLeavesItsSilenceAndFadesByParts) {
   EXPECT_FALSE(Sounds());
   desk_->Run(3);
   EXPECT_TRUE(Sounds());
-  EXPECT_EQ(desk_->lastTransition, 2);
+  EXPECT_EQ(desk_->lastTransition, TransitionKind::PartFade);
   Play().TogglePauseAtEnd();
   desk_->Run(70);
   EXPECT_EQ(Play().StatusText(), u"JukeBox Mode - Pausing At Track End"_s);
@@ -246,7 +246,7 @@ TEST_F(AutoPlayTest, TheStartTakesTheDecksAsTheyStand) {
   On();
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Playing) << "the faded deck begins anew by a part fade";
   EXPECT_LT(Record(Deck::Two).Position, 1);
-  EXPECT_EQ(desk_->lastTransition, 2);
+  EXPECT_EQ(desk_->lastTransition, TransitionKind::PartFade);
   desk_->Run(1);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Done);
 }
@@ -274,7 +274,9 @@ TEST_F(AutoPlayTest, BadFilesArePassedOverAtOnceAndTold) {
   MakeQueue(7, 60, kStrong);
   QFile::remove(Path(2));
   desk_->audio.SetDuration(Path(3), -1);
-  desk_->catalogue.SetTrackDuration(desk_->queue.Row(4).Track(), 0);
+  TrackEdit edit;
+  edit.duration = 0;
+  desk_->catalogue.Change(desk_->queue.Row(4).track, edit);
   desk_->audio.SetDuration(Path(4), 0);
   desk_->audio.SetSilent(Path(5));
   On();
@@ -292,7 +294,7 @@ TEST_F(AutoPlayTest, ASilentFileThatWasLoadedForARunThatEndedIsPassedOver) {
   MakeQueue(4, 60, kStrong);
   desk_->audio.SetSilent(Path(2));
   Play().ToggleAutoPlay();
-  desk_->Run(0.05);
+  desk_->Run(0.03);
   ASSERT_TRUE(Record(Deck::Two).Loading);
   Play().ToggleAutoPlay();
   desk_->Run(1);
@@ -557,7 +559,7 @@ TEST_F(AutoPlayTest, AStyleOutOfTheTableLeavesWhatWasSettled) {
   desk_->Run(55);
   ASSERT_EQ(Heard(), u"AB"_s);
   EXPECT_EQ(Play().AutoDelta(), 8);
-  EXPECT_EQ(Play().AutoTransition(), 3);
+  EXPECT_EQ(Play().AutoTransition(), TransitionKind::Pan);
 }
 
 }  // namespace

@@ -66,8 +66,7 @@ TEST_F(ConsolePanels, WholeNamesStandInBothListsOfAnOrdinaryScreen) {
   DoubleClick(Library(), 0);
   ASSERT_EQ(Queue().Count(), 1);
   for (const int width : {1366, 1600, 1920}) {
-    window_->resize(width, 768);
-    QTest::qWait(20);
+    Resize(width, 768);
     for (const ListTable* list : {&Library(), &QueueList()}) {
       const QModelIndex name = list->model()->index(0, 0);
       EXPECT_LE(list->sizeHintForIndex(name).width(), list->columnWidth(0))
@@ -82,8 +81,7 @@ TEST_F(ConsolePanels, TheNameOfTheQueueIsReadOnTheSmallestDesk) {
   OpenWindow();
   auto& name = Find<QLineEdit>(u"Text5"_s);
   for (const int width : {1024, 1366}) {
-    window_->resize(width, 768);
-    QTest::qWait(20);
+    Resize(width, 768);
     EXPECT_GT(name.width(), name.fontMetrics().horizontalAdvance(u" (No Name) "_s)) << width;
     const QList<QLabel*> labels = window_->findChildren<QLabel*>();
     const auto label = std::find_if(labels.begin(), labels.end(), [](const QLabel* each) {
@@ -127,8 +125,7 @@ TEST_F(ConsolePanels, ASilentAirIsCriedOutAndNothingMovesForIt) {
     return sum / picture.width();
   };
   for (const int width : {1024, 1600}) {
-    window_->resize(width, 768);
-    QTest::qWait(20);
+    Resize(width, 768);
     EXPECT_FALSE(alarm.isVisible());
     const auto before = places();
     DeskStatus status;
@@ -249,13 +246,12 @@ TEST_F(ConsolePanels, TheBannerOfARequestIsAsWideAsItsBox) {
   OpenWindow();
   EnqueueAll();
   QueueEntry wish = Queue().Row(1);
-  wish.Set(ReqdataColumn, u"Request From: Ann"_s);
+  wish.requestText = u"Request From: Ann"_s;
   Queue().AppendRow(wish, 0);
   auto& box = Find<QPlainTextEdit>(u"TrackInfoText1"_s);
   qsizetype before = 0;
   for (const int width : {1024, 1600}) {
-    window_->resize(width, 850);
-    QTest::qWait(20);
+    Resize(width, 850);
     Load(Deck::One, 2);
     Load(Deck::One, 4);
     const QString banner = box.toPlainText().section(u'\n', 0, 0);
@@ -284,7 +280,6 @@ TEST_F(ConsolePanels, NewTracksComeToTheListThatTheOperatorHasOpen) {
   auto& box = Find<QLineEdit>(u"TrackFilter"_s);
   box.setText(u"nobody"_s);
   catalogue_.Append({});
-  desk_->CatalogueChanged();
   loop_.RunFor(1s);
   EXPECT_EQ(Find<QLabel>(u"Label7"_s).text(), u"0 of 4"_s);
   box.clear();
@@ -301,8 +296,7 @@ TEST_F(ConsolePanels, NewTracksComeToTheListThatTheOperatorHasOpen) {
   row.genres = u"~ALL CATEGORIES,Rock"_s;
   row.artists = u"~ALL ARTISTS,The Newcomers"_s;
   catalogue_.Append(row);
-  catalogue_.GenreList = {u"Blues"_s, u"Rock"_s};
-  desk_->CatalogueChanged();
+  catalogue_.AddReference(ReferenceSet::Genres, u"Blues"_s);
   loop_.RunFor(1s);
   ASSERT_EQ(Library().model()->rowCount(), 4) << "all but the one without a genre";
   EXPECT_EQ(Cell(Library(), 0), u"Aardvark"_s);

@@ -279,8 +279,7 @@ TEST_F(ConsoleOnScreen, StaysOpenOnNoAndWritesItsSizeOnYes) {
 
 TEST_F(ConsoleOnScreen, FitsItsSmallestSizeWithEveryCommandInSight) {
   OpenWindow();
-  window_->resize(1024, 680);
-  QTest::qWait(50);
+  Resize(1024, 680);
   EXPECT_LE(window_->minimumSizeHint().width(), 1024);
   EXPECT_LE(window_->minimumSizeHint().height(), 680);
   const QList<QPushButton*> buttons = window_->findChildren<QPushButton*>();

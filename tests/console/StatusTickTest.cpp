@@ -335,7 +335,7 @@ TEST_F(StatusTickTest, TheRowInPlayBlinksInAutomaticPlayButNotOfAGroupList) {
   Queue().Click(2);
   Queue().MoveSelectedUp();
   Load(Deck::Two, 3);
-  Queue().MarkQueueRow(ToMref(3), QueueStatus::Stopped);
+  Queue().MarkQueueRow(ToMref(3), RowStatus::Stopped);
   tick_->Tick();
   EXPECT_EQ(Status().queuePosition, 1);
   Decks().ManualStart(Deck::Two);

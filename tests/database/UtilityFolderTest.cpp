@@ -33,7 +33,7 @@ class UtilityFolderTest : public ::testing::Test {
   UtilityFolderTest() { Open(); }
   void Open() {
     folder_.reset();
-    folder_.emplace(UtilityFolder::Services{loop_, settings_, audio_, database_.paths, u"Kelvo"_s});
+    folder_.emplace(UtilityFolder::Services{loop_, settings_, audio_, catalogue_, database_.paths, u"Kelvo"_s});
   }
   QString Add(const QString& name) {
     const QString path = database_.Add(Paths::Utility, name);
@@ -49,6 +49,7 @@ class UtilityFolderTest : public ::testing::Test {
   ErrorLog log_{loop_, prompter_, database_.tree.Path(u"kelvo.log"_s)};
   SettingsStore settings_{loop_, database_.tree.Path(u"settings.ini"_s)};
   WatchedAudio audio_{loop_};
+  Catalogue catalogue_;
   std::optional<UtilityFolder> folder_;
 };
 

@@ -36,6 +36,7 @@ class UtilityOnScreen : public ImportOnScreen {
     folder_.emplace(UtilityFolder::Services{.loop = loop_,
                                             .settings = settings_,
                                             .audio = heard_,
+                                            .catalogue = catalogue_,
                                             .paths = database_.paths,
                                             .title = u"Kelvo"_s});
     utility_.emplace(*folder_);
@@ -137,7 +138,8 @@ TEST_F(TransferOnScreen, FilesAreSelectedEditedAndDeletedByTheirButtons) {
   EXPECT_EQ(Find<QPushButton>(u"CmdSelectAll"_s).text(), u"Select All"_s);
   EXPECT_FALSE(Enabled(u"CmdDelete"_s));
 
-  catalogue_.GenreList = {u"Blues"_s, u"Rock"_s};
+  catalogue_.AddReference(ReferenceSet::Genres, u"Blues"_s);
+  catalogue_.AddReference(ReferenceSet::Genres, u"Rock"_s);
   const QModelIndex category = List().model()->index(0, TransferRows::Category);
   List().setCurrentIndex(category);
   QTest::keyClick(&List(), Qt::Key_F2);

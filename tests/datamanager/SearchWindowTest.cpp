@@ -2,6 +2,7 @@
 #include "platform/SimulatedEventLoop.h"
 #include "support/Lookup.h"
 #include "support/ScriptedPrompter.h"
+#include "support/TurnUntil.h"
 #include "ui/ListTable.h"
 #include "ui/Theme.h"
 
@@ -42,7 +43,7 @@ class SearchOnScreen : public ::testing::Test {
   void Show() {
     window->show();
     window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&*window));
+    ASSERT_TRUE(TurnUntil([this] { return window->isActiveWindow(); }));
   }
   template <typename Widget>
   Widget& Find(const QString& name) {

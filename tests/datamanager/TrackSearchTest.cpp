@@ -84,8 +84,8 @@ TEST_F(TrackSearchTest, LooksForAlbumsAndGenresAsTheirLinesStand) {
   EXPECT_THAT(Find(Field::Album, u"love"_s, true), ElementsAre(u"A - One"_s));
   EXPECT_THAT(Find(Field::Genre, u"rock"_s), ElementsAre(u"A - One"_s, u"A - Two"_s));
   EXPECT_THAT(Find(Field::Genre, u"POP"_s), ElementsAre(u"A - Two"_s));
-  EXPECT_EQ(FirstReference(catalogue.TrackGenres[ToMref(2)], u"~ALL CATEGORIES"_s), u"Hard Rock"_s);
-  EXPECT_EQ(FirstReference(catalogue.TrackArtists[ToMref(2)], u"~ALL ARTISTS"_s), QString());
+  EXPECT_EQ(FirstReference(catalogue.TrackGenres[ToMref(2)]), u"Hard Rock"_s);
+  EXPECT_EQ(FirstReference(catalogue.TrackArtists[ToMref(2)]), QString());
 }
 
 TEST_F(TrackSearchTest, FoldsTheCaseOfEveryScript) {
@@ -99,7 +99,9 @@ TEST_F(TrackSearchTest, FoldsTheCaseOfEveryScript) {
 TEST_F(TrackSearchTest, DateBpmAndHiPosRuleOutByTheirWholeValue) {
   Add(u"A - One"_s);
   Add(u"A - Two"_s);
-  catalogue.TrackBpm.Set(ToMref(2), u"12"_s);
+  TrackEdit edit;
+  edit.bpm = u"12"_s;
+  catalogue.Change(ToMref(2), edit);
   SearchQuestion question;
   question.date = u"1999-DEC"_s;
   EXPECT_THAT(Find(question), ElementsAre(u"A - One"_s, u"A - Two"_s));

@@ -50,7 +50,7 @@ WindowLine TransferLine(Console& desk, const WindowHost& host) {
                   .place = QStringLiteral("Transfer")};
   line.make = [&desk, host, place = line.place] {
     const Console::Services& have = desk.GetServices();
-    auto made = std::make_unique<Hosted<TransferWindow, Transfer>>(
+    return std::make_unique<Hosted<TransferWindow, Transfer>>(
         host, place,
         Transfer::Services{.loop = have.loop,
                            .prompter = have.prompter,
@@ -58,8 +58,6 @@ WindowLine TransferLine(Console& desk, const WindowHost& host) {
                            .catalogue = have.catalogue,
                            .paths = have.paths,
                            .defaults = desk.Settings().defaults});
-    made->work.OnTracksAdded = [&desk] { desk.CatalogueChanged(); };
-    return made;
   };
   return line;
 }
@@ -76,6 +74,7 @@ WindowLine UtilityLine(Console& desk, const WindowHost& host) {
         UtilityFolder::Services{.loop = have.loop,
                                 .settings = have.settings,
                                 .audio = have.audio,
+                                .catalogue = have.catalogue,
                                 .paths = have.paths,
                                 .title = have.title});
   };

@@ -13,6 +13,14 @@ LibraryModel::LibraryModel(const LibraryBrowser& browser, const Catalogue& catal
   connect(&browser, &LibraryBrowser::RowsReset, this, [this] { Reset(); });
   connect(&browser, &LibraryBrowser::RowsAdded, this, [this] { Append(); });
   connect(&browser, &LibraryBrowser::RowsSorted, this, [this] { Reorder(); });
+  connect(&browser, &LibraryBrowser::RowsRenumbered, this, [this] { tracks_ = browser_.Rows(); });
+  connect(&browser, &LibraryBrowser::RowRemoved, this, [this](int row) {
+    beginRemoveRows({}, row, row);
+    tracks_.erase(tracks_.begin() + row);
+    endRemoveRows();
+  });
+  connect(&browser, &LibraryBrowser::RowChanged, this,
+          [this](int row) { Q_EMIT dataChanged(index(row, 0), index(row, kLibraryColumns - 1)); });
 }
 
 void LibraryModel::Reset() {
