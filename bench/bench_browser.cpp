@@ -1,4 +1,4 @@
-#include "console/LibraryBrowser.h"
+#include "console/browser/LibraryBrowser.h"
 #include "datamanager/TrackSearch.h"
 #include "platform/QtEventLoop.h"
 #include "support/NobodyThere.h"

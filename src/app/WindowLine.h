@@ -1,7 +1,7 @@
 #pragma once
 
 #include "console/ChildWindows.h"
-#include "console/DeskMenu.h"
+#include "console/desk/DeskMenu.h"
 #include "platform/Job.h"
 
 #include <QObject>

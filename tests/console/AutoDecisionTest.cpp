@@ -1,4 +1,4 @@
-#include "console/AutoDecision.h"
+#include "console/automatic/AutoDecision.h"
 
 #include <gmock/gmock.h>
 

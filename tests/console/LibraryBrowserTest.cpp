@@ -1,4 +1,4 @@
-#include "console/LibraryBrowser.h"
+#include "console/browser/LibraryBrowser.h"
 #include "platform/SimulatedEventLoop.h"
 #include "support/ScriptedPrompter.h"
 #include "support/TemporaryTree.h"

@@ -1,4 +1,4 @@
-#include "console/SessionList.h"
+#include "console/session/SessionList.h"
 #include "database/Catalogue.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
 #include "console/DeskFixture.h"
-#include "console/StatusTick.h"
+#include "console/status/StatusTick.h"
 
 namespace kelvo {
 namespace {

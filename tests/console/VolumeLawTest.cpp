@@ -1,4 +1,4 @@
-#include "console/VolumeLaw.h"
+#include "console/decks/VolumeLaw.h"
 
 #include <gmock/gmock.h>
 

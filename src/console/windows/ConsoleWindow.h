@@ -1,7 +1,7 @@
 #pragma once
 
 #include "console/Console.h"
-#include "console/DeskMenu.h"
+#include "console/desk/DeskMenu.h"
 #include "platform/Job.h"
 #include "ui/NoticeBar.h"
 #include "ui/Pulse.h"
