@@ -165,7 +165,7 @@ void Run(int tracks) {
   Disks disks(loop);
   PlayQueue queue(loop, disks, nobody, catalogue, state);
   LibraryBrowser browser(loop, catalogue, filter, queue, state);
-  TrackSearch search(loop, nobody, catalogue);
+  TrackSearch search({loop, nobody, catalogue});
   catalogue.Replace(MakeTables(tracks));
   while (browser.TakingIn()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 

@@ -46,6 +46,7 @@ struct WindowLine {
   WindowGuard guard = {};
   bool childForm = false;     ///< a form of the console: one at a time (ChildWindows)
   QString busyQuestion = {};  ///< asked at the end of the program while it is busy; Yes ends
+  QString place = {};         ///< begins the settings keys of its place and size; empty: they are not kept
   /// Called once, when it is first asked for.
   std::function<std::unique_ptr<BesideWindow>()> make = {};
 };

@@ -44,7 +44,7 @@ JingleImport::JingleImport(Services services)
   connect(&search_, &MediaSearch::Found, this, &JingleImport::Append);
   connect(&search_, &MediaSearch::Progress, this, &JingleImport::Changed);
   connect(&search_, &MediaSearch::Finished, this, [this] {
-    QString words = tr("%1 files found").arg(Count());
+    QString words = tr("%1 files found").arg(rows_.Count());
     if (search_.PassedOver() > 0) {
       words += tr(", %1 folders or names could not be read (see the log)").arg(search_.PassedOver());
     }
@@ -59,20 +59,16 @@ JingleImport::~JingleImport() {
 
 void JingleImport::Search(const QString& folder) {
   if (Busy() || folder.isEmpty()) return;
-  if (!rows_.empty()) {
-    Q_EMIT RowsAboutToBeRemoved(0, Count() - 1);
-    rows_.clear();
-    Q_EMIT RowsRemoved();
-  }
+  rows_.TakeAll();
   search_.Start({folder}, MediaWalk::Tags::Leave);
 }
 
 void JingleImport::Append(const std::vector<FoundFile>& files) {
-  Q_EMIT RowsAboutToBeAdded(Count(), Count() + static_cast<int>(files.size()) - 1);
+  std::vector<JingleRow> fresh;
   for (const FoundFile& file : files) {
-    rows_.push_back({QFileInfo(file.path).fileName(), file.size, file.path});
+    fresh.push_back({QFileInfo(file.path).fileName(), file.size, file.path});
   }
-  Q_EMIT RowsAdded();
+  rows_.Append(std::move(fresh));
 }
 
 void JingleImport::Stop() {
@@ -104,7 +100,7 @@ void JingleImport::End(const QString& words) {
 std::vector<JingleRow> JingleImport::Picked(const std::vector<int>& rows) const {
   std::vector<JingleRow> picked;
   picked.reserve(rows.size());
-  for (const int row : rows) picked.push_back(Row(row));
+  for (const int row : rows) picked.push_back(rows_[row]);
   return picked;
 }
 
@@ -246,13 +242,10 @@ Job<FileOutcome> JingleImport::DeleteOne(JingleRow row) {
 }
 
 void JingleImport::RemoveRow(const QString& path) {
+  const std::vector<JingleRow>& rows = rows_.All();
   const auto found =
-      std::find_if(rows_.begin(), rows_.end(), [&path](const JingleRow& each) { return each.path == path; });
-  if (found == rows_.end()) return;
-  const int row = static_cast<int>(found - rows_.begin());
-  Q_EMIT RowsAboutToBeRemoved(row, row);
-  rows_.erase(found);
-  Q_EMIT RowsRemoved();
+      std::find_if(rows.begin(), rows.end(), [&path](const JingleRow& each) { return each.path == path; });
+  if (found != rows.end()) rows_.Remove(static_cast<int>(found - rows.begin()));
 }
 
 void JingleImport::Follow(const JingleChanged& change) {
@@ -260,12 +253,14 @@ void JingleImport::Follow(const JingleChanged& change) {
     RemoveRow(change.before);
     return;
   }
-  const auto found = std::find_if(rows_.begin(), rows_.end(),
+  const std::vector<JingleRow>& rows = rows_.All();
+  const auto found = std::find_if(rows.begin(), rows.end(),
                                   [&change](const JingleRow& row) { return row.path == change.before; });
-  if (found == rows_.end()) return;
-  found->path = change.path;
-  found->name = QFileInfo(change.path).fileName();
-  Q_EMIT RowChanged(static_cast<int>(found - rows_.begin()));
+  if (found == rows.end()) return;
+  rows_.Alter(static_cast<int>(found - rows.begin()), [&change](JingleRow& row) {
+    row.path = change.path;
+    row.name = QFileInfo(change.path).fileName();
+  });
 }
 
 }  // namespace kelvo

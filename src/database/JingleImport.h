@@ -8,6 +8,7 @@
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
 #include "platform/Prompter.h"
+#include "platform/RowStore.h"
 
 #include <QObject>
 #include <QSet>
@@ -44,8 +45,7 @@ class JingleImport : public QObject {
   ~JingleImport() override;
 
   [[nodiscard]] DriveList& Drives() { return drives_; }
-  [[nodiscard]] int Count() const { return static_cast<int>(rows_.size()); }
-  [[nodiscard]] const JingleRow& Row(int row) const { return rows_[static_cast<std::size_t>(row)]; }
+  [[nodiscard]] const RowStore<JingleRow>& Rows() const { return rows_; }
 
   /// Lists what is found in the folder and below it, in place of the rows that were there.
   void Search(const QString& folder);
@@ -66,11 +66,6 @@ class JingleImport : public QObject {
 
  Q_SIGNALS:
   void Changed();
-  void RowsAboutToBeAdded(int first, int last);
-  void RowsAdded();
-  void RowsAboutToBeRemoved(int first, int last);
-  void RowsRemoved();
-  void RowChanged(int row);
 
  private:
   [[nodiscard]] Job<> RunImport(std::vector<JingleRow> picked);
@@ -91,7 +86,7 @@ class JingleImport : public QObject {
   Services services_;
   DriveList drives_;
   MediaSearch search_;
-  std::vector<JingleRow> rows_;
+  RowStore<JingleRow> rows_;
   bool working_ = false;
   FileRun run_;
   Job<> work_;

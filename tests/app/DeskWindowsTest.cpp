@@ -4,6 +4,7 @@
 #include "database/windows/TransferWindow.h"
 #include "database/windows/UtilityWindow.h"
 #include "datamanager/windows/SearchWindow.h"
+#include "support/Lookup.h"
 #include "ui/ListTable.h"
 
 #include <QLineEdit>
@@ -28,11 +29,11 @@ class TheWindowsOfTheDesk : public BesideTheDesk {
   void AddFound(const QString& title) {
     Press(u"TrackSearch"_s);
     ASSERT_NE(Search(), nullptr);
-    auto* text = Search()->findChild<QLineEdit*>(u"Text1"_s);
+    auto* text = FindNamed<QLineEdit>(*Search(), u"TxtSearch"_s);
     text->setText(title);
     QTest::keyClick(text, Qt::Key_Return);
-    QTest::mouseClick(Search()->findChild<QPushButton*>(u"Command4"_s), Qt::LeftButton);
-    QTest::mouseClick(Search()->findChild<QPushButton*>(u"CmdAdd"_s), Qt::LeftButton);
+    QTest::mouseClick(FindNamed<QPushButton>(*Search(), u"CmdSelectAll"_s), Qt::LeftButton);
+    QTest::mouseClick(FindNamed<QPushButton>(*Search(), u"CmdAdd"_s), Qt::LeftButton);
     loop_.RunFor(50ms);
   }
 };
@@ -73,7 +74,7 @@ TEST_F(TheWindowsOfTheDesk, MusicThatIsTransferredIsFoundOnTheDeskAtOnce) {
   loop_.RunFor(100ms);
   list->selectAll();
   prompter_.answers = {Answer::Yes, Answer::Yes, Answer::Yes, Answer::Yes};
-  QTest::mouseClick(window->findChild<QPushButton*>(u"CmdMove"_s), Qt::LeftButton);
+  QTest::mouseClick(FindNamed<QPushButton>(*window, u"CmdMove"_s), Qt::LeftButton);
   ASSERT_TRUE(loop_.RunUntil([this] { return catalogue_.LastTrack() == 4; }));
   loop_.RunFor(1s);
   EXPECT_EQ(catalogue_.TrackNames[ToMref(4)], u"Delta - Song"_s);
@@ -93,7 +94,7 @@ TEST_F(TheWindowsOfTheDesk, AFileThatIsStagedComesToTheOpenListsAndLeavesThemWhe
   ASSERT_EQ(moves->rowCount(), 1);
   EXPECT_EQ(moves->index(0, TransferRows::Album).data().toString(), u"Album"_s);
   ASSERT_EQ(waits->rowCount(), 1);
-  EXPECT_EQ(waits->index(0, UtilityFolder::Artist).data().toString(), u"Delta"_s);
+  EXPECT_EQ(waits->index(0, 1).data().toString(), u"Delta"_s);
 
   transfer->findChild<ListTable*>()->selectAll();
   prompter_.answers = {Answer::Yes};
@@ -110,7 +111,7 @@ TEST_F(TheWindowsOfTheDesk, TheFunctionKeysOfTheDeskWorkInEveryWindow) {
   Load(Deck::Two, 2);
   QTest::mouseClick(window_->findChild<QPushButton*>(u"Command34"_s), Qt::LeftButton);
   ASSERT_NE(Search(), nullptr) << "the console's own button opens it too";
-  QTest::keyClick(Search()->findChild<QLineEdit*>(u"Text1"_s), Qt::Key_F7);
+  QTest::keyClick(FindNamed<QLineEdit>(*Search(), u"TxtSearch"_s), Qt::Key_F7);
   loop_.RunFor(10s);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Playing);
   EXPECT_EQ(desk_->Fades().CrossPan(), -200);
@@ -118,12 +119,18 @@ TEST_F(TheWindowsOfTheDesk, TheFunctionKeysOfTheDeskWorkInEveryWindow) {
 
 TEST_F(TheWindowsOfTheDesk, AsksBeforeAnImportThatRunsIsStoppedByTheEnd) {
   Press(u"Jingles"_s);
+  const auto click = [this](const QString& name) {
+    QTest::mouseClick(FindNamed<QPushButton>(*Opened<JingleImportWindow>(), name), Qt::LeftButton);
+  };
+  prompter_.paths = {database_.tree.Path()};
+  click(u"CmdBrowse"_s);
+  loop_.RunFor(10ms);
   prompter_.answers = {Answer::No};
   window_->close();
-  Opened<JingleImportWindow>()->Work().Search(database_.tree.Path());
+  click(u"CmdSearch"_s);
   loop_.RunFor(1s);
-  EXPECT_EQ(prompter_.Told(), QStringList{u"Music Is Still Being Imported Or Transferred !\r\n"
-                                          "Stop That And Quit ?"_s});
+  EXPECT_EQ(prompter_.Told().last(),
+            u"Music Is Still Being Imported Or Transferred !\r\nStop That And Quit ?"_s);
   EXPECT_TRUE(window_->isVisible());
 
   // Now that it is over, only the desk itself asks.
@@ -136,10 +143,14 @@ TEST_F(TheWindowsOfTheDesk, AsksBeforeAnImportThatRunsIsStoppedByTheEnd) {
 
 TEST_F(TheWindowsOfTheDesk, ClosesItsWindowsWithTheDeskAndKeepsTheirPlace) {
   Press(u"TrackSearch"_s);
-  Search()->move(200, 90);
+  Search()->resize(500, 600);
+  Search()->move(60, 90);
   beside_.reset();
   EXPECT_EQ(Search(), nullptr);
-  EXPECT_EQ(settings_.GetSetting(u"Kelvo"_s, u"Startup"_s, u"SearchPosx"_s), u"200"_s);
+  EXPECT_EQ(settings_.GetSetting(u"Kelvo"_s, u"Startup"_s, u"SearchPosx"_s), u"60"_s);
+  beside_.emplace(*desk_, *window_);
+  Press(u"TrackSearch"_s);
+  EXPECT_EQ(Search()->pos(), QPoint(60, 90));
 }
 
 TEST_F(DeskTest, ThePointerWaitsFromTheConsolesShowingUntilItsCatalogueIsLoaded) {

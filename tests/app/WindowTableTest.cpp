@@ -11,15 +11,25 @@ using namespace kelvo::testing;
 
 namespace {
 
-/// A window that is as busy as the test wants, and has or hasn't something to save.
-class PlainWindow : public QWidget {
+/// As busy as the test wants.
+struct PlainWork {
+  struct Services {
+    QString name;
+  };
+  explicit PlainWork(Services services) : name(std::move(services.name)) {}
+  [[nodiscard]] bool Busy() const { return busy; }
+  QString name;
+  bool busy = false;
+};
+
+class PlainWindow : public ToolWindow {
  public:
-  explicit PlainWindow(const QString& name) { setObjectName(name); }
-  struct {
-    bool busy = false;
-    [[nodiscard]] bool Busy() const { return busy; }
-  } work;
-  [[nodiscard]] auto& Work() { return work; }
+  explicit PlainWindow(PlainWork& shown)
+      : ToolWindow({.name = shown.name, .title = shown.name}), work(shown) {}
+  /// May it close? Nobody is asked while it has nothing to save.
+  [[nodiscard]] Job<bool> MayClose() override { co_return saved; }
+  PlainWork& work;
+  bool saved = true;
 };
 
 class TheTable : public BesideTheDesk {
@@ -27,7 +37,8 @@ class TheTable : public BesideTheDesk {
   WindowLine Line(const QString& id) {
     WindowLine line{.id = id, .words = id};
     line.make = [this, id] {
-      auto made = std::make_unique<Hosted<PlainWindow>>(*window_, id);
+      const WindowHost host{.console = *window_, .loop = loop_, .settings = settings_, .title = u"Kelvo"_s};
+      auto made = std::make_unique<Hosted<PlainWindow, PlainWork>>(host, id, PlainWork::Services{id});
       made_[id] = &made->window;
       return made;
     };
@@ -133,6 +144,10 @@ TEST_F(TheTable, EachBusyWindowIsAskedForOnceBeforeTheEnd) {
   EXPECT_TRUE(window_->isVisible());
   made_[u"Import"_s]->work.busy = false;
   made_[u"Rip"_s]->work.busy = false;
+  made_[u"Search"_s]->saved = false;
+  EXPECT_EQ(AskedAtTheEnd({Answer::Yes}), QStringList{u"Music Is On Its Way !"_s});
+  EXPECT_TRUE(window_->isVisible()) << "a window with something to save may keep the desk open";
+  made_[u"Search"_s]->saved = true;
   EXPECT_EQ(AskedAtTheEnd({Answer::Yes, Answer::Yes}),
             (QStringList{u"Music Is On Its Way !"_s, u"Quit Kelvo ? "_s}));
   EXPECT_FALSE(window_->isVisible());

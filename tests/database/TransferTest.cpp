@@ -75,10 +75,10 @@ class TransferTest : public ::testing::Test {
     EXPECT_TRUE(prompter_.answers.empty());
   }
   [[nodiscard]] QString Cell(int row, TransferRows::Column column) {
-    return transfer_->Rows().index(row, column).data().toString();
+    return TransferRows::Shown(transfer_->Rows().Store()[row], column);
   }
   void SetCell(int row, TransferRows::Column column, const QString& text) {
-    EXPECT_TRUE(transfer_->Rows().setData(transfer_->Rows().index(row, column), text));
+    EXPECT_TRUE(transfer_->Rows().SetText(row, column, text));
   }
   [[nodiscard]] QByteArray Music(const QString& name) const {
     return database_.tree.Read(Paths::FolderName(Paths::Music) + u'/' + name);
@@ -98,7 +98,7 @@ TEST_F(TransferTest, ARowShowsWhatPathAndTagsSay) {
   Stage(u"Unknown/plain.wav"_s);
   EXPECT_EQ(catalogue_.UtilityCount(), 2);
   QStringList cells;
-  for (int column = 0; column < TransferRows::ColumnCount; ++column) {
+  for (int column = 0; column <= TransferRows::Date; ++column) {
     cells.append(Cell(0, static_cast<TransferRows::Column>(column)));
   }
   EXPECT_THAT(cells, ElementsAre(u"Amber - Way.mp3"_s, u"1.43"_s, u"Amber"_s, u"Unknown"_s, u"Unknown"_s,

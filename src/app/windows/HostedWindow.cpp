@@ -1,18 +1,26 @@
 #include "app/windows/HostedWindow.h"
 
-#include <QEvent>
+#include "ui/Naming.h"
+
 #include <QWindow>
 
 namespace kelvo {
 
-void HostedWindow::Take(QWidget& widget) {
-  widget_ = &widget;
-  name_ = widget.objectName();
-  widget.installEventFilter(this);
+void HostedWindow::Take(ToolWindow& window, const WindowHost& host, const QString& place) {
+  window_ = &window;
+  if (!place.isEmpty())
+    window.KeepPlace(host.settings, PlaceKeys::Of(host.title, QStringLiteral("Startup"), place));
+  connect(&window, &ToolWindow::Left, this, [this] {
+    if (OnLeft) OnLeft();
+  });
+}
+
+QString HostedWindow::Name() const {
+  return FixedName(*window_);
 }
 
 void HostedWindow::Show() {
-  QWidget& window = *widget_;
+  ToolWindow& window = *window_;
   if (!window.testAttribute(Qt::WA_Moved)) {
     QRect place(QPoint(), window.size().expandedTo(window.minimumSizeHint()));
     place.moveCenter(console_.geometry().center());
@@ -29,12 +37,7 @@ void HostedWindow::Show() {
   window.show();
   window.raise();
   window.activateWindow();
-}
-
-bool HostedWindow::eventFilter(QObject* watched, QEvent* event) {
-  // A hide that comes from the window system (minimised, another desktop) leaves it open.
-  if (event->type() == QEvent::Hide && !event->spontaneous() && OnLeft) OnLeft();
-  return QObject::eventFilter(watched, event);
+  window.TakeKeys();
 }
 
 }  // namespace kelvo

@@ -24,102 +24,108 @@ QString StopsMusic() {
   return Text::tr("Music Is Still Being Imported Or Transferred !\r\nStop That And Quit ?");
 }
 
-WindowLine ImportLine(Console& desk, QWidget& console) {
-  const auto make = [&desk, &console] {
+WindowLine ImportLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Import"),
+                  .words = Text::tr("&Import Music..."),
+                  .guard = kUpkeep,
+                  .busyQuestion = StopsMusic(),
+                  .place = QStringLiteral("Scan")};
+  line.make = [&desk, host, place = line.place] {
     const Console::Services& have = desk.GetServices();
-    return std::make_unique<Hosted<ScanWindow>>(console, ScanWindow::Services{.loop = have.loop,
-                                                                              .prompter = have.prompter,
-                                                                              .settings = have.settings,
-                                                                              .catalogue = have.catalogue,
-                                                                              .paths = have.paths,
-                                                                              .title = have.title});
+    return std::make_unique<Hosted<ScanWindow, ScanImport>>(host, place,
+                                                            ScanImport::Services{.loop = have.loop,
+                                                                                 .prompter = have.prompter,
+                                                                                 .catalogue = have.catalogue,
+                                                                                 .paths = have.paths,
+                                                                                 .title = have.title});
   };
-  return {.id = QStringLiteral("Import"),
-          .words = Text::tr("&Import Music..."),
-          .guard = kUpkeep,
-          .busyQuestion = StopsMusic(),
-          .make = make};
+  return line;
 }
 
-WindowLine TransferLine(Console& desk, QWidget& console) {
-  const auto make = [&desk, &console] {
+WindowLine TransferLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Transfer"),
+                  .words = Text::tr("&Transfer To Database..."),
+                  .guard = kUpkeep,
+                  .busyQuestion = StopsMusic(),
+                  .place = QStringLiteral("Transfer")};
+  line.make = [&desk, host, place = line.place] {
     const Console::Services& have = desk.GetServices();
-    return std::make_unique<Hosted<TransferWindow>>(
-        console, TransferWindow::Services{.loop = have.loop,
-                                          .prompter = have.prompter,
-                                          .settings = have.settings,
-                                          .audio = have.audio,
-                                          .catalogue = have.catalogue,
-                                          .paths = have.paths,
-                                          .defaults = desk.Settings().defaults,
-                                          .title = have.title});
+    return std::make_unique<Hosted<TransferWindow, Transfer>>(
+        host, place,
+        Transfer::Services{.loop = have.loop,
+                           .prompter = have.prompter,
+                           .audio = have.audio,
+                           .catalogue = have.catalogue,
+                           .paths = have.paths,
+                           .defaults = desk.Settings().defaults});
   };
-  return {.id = QStringLiteral("Transfer"),
-          .words = Text::tr("&Transfer To Database..."),
-          .guard = kUpkeep,
-          .busyQuestion = StopsMusic(),
-          .make = make};
+  return line;
 }
 
-WindowLine UtilityLine(Console& desk, QWidget& console) {
-  const auto make = [&desk, &console] {
+WindowLine UtilityLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Utility"),
+                  .words = Text::tr("&Utility Folder..."),
+                  .guard = kUpkeep,
+                  .place = QStringLiteral("Util")};
+  line.make = [&desk, host, place = line.place] {
     const Console::Services& have = desk.GetServices();
-    return std::make_unique<Hosted<UtilityWindow>>(console,
-                                                   UtilityFolder::Services{.loop = have.loop,
-                                                                           .settings = have.settings,
-                                                                           .audio = have.audio,
-                                                                           .catalogue = have.catalogue,
-                                                                           .paths = have.paths,
-                                                                           .title = have.title});
+    return std::make_unique<Hosted<UtilityWindow, UtilityFolder>>(
+        host, place,
+        UtilityFolder::Services{.loop = have.loop,
+                                .settings = have.settings,
+                                .audio = have.audio,
+                                .catalogue = have.catalogue,
+                                .paths = have.paths,
+                                .title = have.title});
   };
-  return {.id = QStringLiteral("Utility"),
-          .words = Text::tr("&Utility Folder..."),
-          .guard = kUpkeep,
-          .make = make};
+  return line;
 }
 
-WindowLine JinglesLine(Console& desk, QWidget& console) {
-  const auto make = [&desk, &console] {
+WindowLine JinglesLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Jingles"),
+                  .words = Text::tr("Import &Jingles..."),
+                  .guard = {.password = true},
+                  .busyQuestion = StopsMusic(),
+                  .place = QStringLiteral("Jingle")};
+  line.make = [&desk, host, place = line.place] {
     const Console::Services& have = desk.GetServices();
-    return std::make_unique<Hosted<JingleImportWindow>>(
-        console, JingleImportWindow::Services{.loop = have.loop,
-                                              .prompter = have.prompter,
-                                              .settings = have.settings,
-                                              .catalogue = have.catalogue,
-                                              .paths = have.paths,
-                                              .title = have.title});
+    return std::make_unique<Hosted<JingleImportWindow, JingleImport>>(
+        host, place,
+        JingleImport::Services{.loop = have.loop,
+                               .prompter = have.prompter,
+                               .catalogue = have.catalogue,
+                               .paths = have.paths,
+                               .title = have.title});
   };
-  return {.id = QStringLiteral("Jingles"),
-          .words = Text::tr("Import &Jingles..."),
-          .guard = {.password = true},
-          .busyQuestion = StopsMusic(),
-          .make = make};
+  return line;
 }
 
-WindowLine SearchLine(Console& desk, QWidget& console) {
-  const auto make = [&desk, &console] {
+WindowLine SearchLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = WindowId::kTrackSearch,
+                  .startsGroup = true,
+                  .words = Text::tr("Track &Search..."),
+                  .place = QStringLiteral("Search")};
+  line.make = [&desk, host, place = line.place] {
     const Console::Services& have = desk.GetServices();
-    auto made = std::make_unique<Hosted<SearchWindow>>(console,
-                                                       SearchWindow::Services{.loop = have.loop,
-                                                                              .prompter = have.prompter,
-                                                                              .settings = have.settings,
-                                                                              .catalogue = have.catalogue,
-                                                                              .title = have.title},
-                                                       &console);
+    auto made = std::make_unique<Hosted<SearchWindow, TrackSearch>>(
+        host, place,
+        TrackSearch::Services{.loop = have.loop, .prompter = have.prompter, .catalogue = have.catalogue});
     made->window.OnAdd = [&desk, adding = std::make_shared<JobList>()](std::vector<Mref> tracks) {
       adding->Add(desk.Queue().AddTracks(std::move(tracks), PlayQueue::Route::Search));
     };
     return made;
   };
-  return {
-      .id = WindowId::kTrackSearch, .startsGroup = true, .words = Text::tr("Track &Search..."), .make = make};
+  return line;
 }
 
 }  // namespace
 
 std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
-  return {ImportLine(desk, console), TransferLine(desk, console), UtilityLine(desk, console),
-          JinglesLine(desk, console), SearchLine(desk, console)};
+  const Console::Services& have = desk.GetServices();
+  const WindowHost host{
+      .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
+  return {ImportLine(desk, host), TransferLine(desk, host), UtilityLine(desk, host), JinglesLine(desk, host),
+          SearchLine(desk, host)};
 }
 
 }  // namespace kelvo

@@ -42,8 +42,6 @@ class LibraryPanel : public Panel {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  QPushButton* AddCommand(const QString& name, const QString& text, const QString& tooltip,
-                          const QKeySequence& key);
   [[nodiscard]] QWidget* NamesPart();
   [[nodiscard]] QWidget* TracksPart();
   void JoinParts();
