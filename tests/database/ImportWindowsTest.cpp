@@ -382,6 +382,8 @@ TEST_F(JinglesOnScreen, SoundsAreSearchedImportedAndDeletedByTheirButtons) {
   OpenJingles();
   for (const QString& name : {u"CmdImport"_s, u"Command5"_s, u"CmdSelect"_s})
     EXPECT_FALSE(Enabled(name)) << "an empty list: " << name.toStdString();
+  EXPECT_EQ(List().model()->headerData(0, Qt::Horizontal).toString(), u"File"_s);
+  EXPECT_EQ(jingles_->findChild<ProgressStrip*>()->text(), QString());
   SearchDrive(jingles_->Work(), u"Command6"_s);
   EXPECT_THAT(Names(), ElementsAre(u"bell.mp3"_s, u"horn.mp3"_s, u"small.wav"_s));
   Click(u"CmdSelect"_s);
