@@ -521,6 +521,7 @@ TEST_F(TransferOnScreen, AStopLeavesWhatIsNotMovedAndARunGoesOnInAClosedWindow) 
   const int left = List().model()->rowCount();
   EXPECT_GT(left, 0);
   EXPECT_EQ(catalogue_.LastTrack(), 6 - left);
+  EXPECT_EQ(Find<QLabel>(u"Label1"_s).text(), u"%1 Of 6 Files Moved"_s.arg(6 - left));
   List().selectAll();
   prompter_.answers = {Answer::Yes};
   Click(u"CmdMove"_s);
