@@ -92,6 +92,7 @@ TEST_F(AutoPlayTest, ThreeRowsRunForeverAndOverlapByTheDefaultTable) {
   EXPECT_LE(Record(Deck::One).Loss + Record(Deck::Two).Loss, 10);
   desk_->Run(5);
   EXPECT_EQ(Record(Deck::One).Title, u"C"_s) << "the played-out deck has the next row at once";
+  EXPECT_EQ(Play().Next()->queueIndex, 3);
   desk_->Run(6 * 58);
   EXPECT_EQ(Heard(), u"ABCABCAB"_s.left(Heard().size()));
   EXPECT_GE(Heard().size(), 7);
@@ -304,6 +305,20 @@ TEST_F(AutoPlayTest, ASilentFileThatWasLoadedForARunThatEndedIsPassedOver) {
   On();
   desk_->Run(5);
   EXPECT_EQ(Record(Deck::Two).Title, u"C"_s);
+}
+
+TEST_F(AutoPlayTest, ANewRunTriesWhatFailedInTheLast) {
+  MakeQueue(3, 60, kStrong);
+  desk_->audio.SetDuration(Path(1), -1);
+  On();
+  ASSERT_EQ(Record(Deck::One).Title, u"B"_s);
+  Play().ToggleAutoPlay();
+  desk_->decks.StopDeck(Deck::One);
+  desk_->decks.StopDeck(Deck::Two);
+  desk_->audio.SetDuration(Path(1), 60);
+  desk_->queue.Select(1);
+  On();
+  EXPECT_EQ(Record(Deck::One).Title, u"A"_s);
 }
 
 TEST_F(AutoPlayTest, WhereNothingCanBePlayedItSaysSoAndGoesOnWhenSomethingCan) {

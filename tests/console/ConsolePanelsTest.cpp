@@ -2,6 +2,7 @@
 
 #include "console/ConsoleOnScreen.h"
 #include "console/windows/AirAlarm.h"
+#include "ui/Fader.h"
 #include "ui/NoticeBar.h"
 
 #include <QAbstractSlider>
@@ -92,6 +93,39 @@ TEST_F(ConsolePanels, TheNameOfTheQueueIsReadOnTheSmallestDesk) {
   }
 }
 
+TEST_F(ConsolePanels, TheFadersFollowWhatTheDeskSetsByItself) {
+  OpenWindow();
+  desk_->SetFadeSpeed(40);
+  desk_->SetDelta(7);
+  EXPECT_EQ(Find<Fader>(u"SldFadeSp"_s).value(), 40);
+  EXPECT_EQ(Find<Fader>(u"SldDelta"_s).value(), 7);
+}
+
+TEST_F(ConsolePanels, NothingLiesOverAnythingElse) {
+  OpenWindow();
+  EnqueueAll();
+  Load(Deck::One, 1);
+  // The loading window has gone by now.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  for (const int width : {1024, 1600}) {
+    Resize(width, 768);
+    const QList<QWidget*> all = window_->findChildren<QWidget*>();
+    for (const QWidget* each : all) {
+      if (each->layout() == nullptr || !each->isVisible()) continue;
+      QList<QWidget*> parts = each->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+      parts.removeIf([](const QWidget* part) { return !part->isVisible() || part->isWindow(); });
+      for (qsizetype first = 0; first < parts.size(); ++first) {
+        for (qsizetype second = first + 1; second < parts.size(); ++second) {
+          EXPECT_FALSE(parts[first]->geometry().intersects(parts[second]->geometry()))
+              << each->objectName().toStdString() << ": " << parts[first]->metaObject()->className() << ' '
+              << parts[first]->objectName().toStdString() << ", " << parts[second]->metaObject()->className()
+              << ' ' << parts[second]->objectName().toStdString();
+        }
+      }
+    }
+  }
+}
+
 TEST_F(ConsolePanels, TheTitlesOfTheDecksAreYellowAndReadable) {
   OpenWindow();
   EnqueueAll();
@@ -139,6 +173,10 @@ TEST_F(ConsolePanels, ASilentAirIsCriedOutAndNothingMovesForIt) {
     const double lit = brightness();
     ASSERT_TRUE(loop_.RunUntil([&] { return !alarm.Lit(); }, 1s));
     EXPECT_GT(lit, brightness() + 100) << "seen without red too";
+    Resize(width + 200, 768);
+    const QRect moved(alarm.mapTo(&*window_, QPoint()), alarm.size());
+    const auto after = places();
+    for (const QRect& each : after) EXPECT_FALSE(moved.intersects(each)) << width;
     window_->ShowAir({});
   }
 }

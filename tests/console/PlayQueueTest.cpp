@@ -61,9 +61,16 @@ TEST_F(PlayQueueTest, ATrackStandsInTheQueueOnceAndOneWithoutAFileNotAtAll) {
 TEST_F(PlayQueueTest, AutomaticPlayKeepsItsSelectionWhenTracksAreAdded) {
   Enqueue({ToMref(1)});
   desk_->State().AutoPlayOn = true;
-  Enqueue({ToMref(2)});
+  Enqueue({ToMref(3)});
   EXPECT_EQ(Queue().Count(), 2);
   EXPECT_EQ(Queue().Selected(), 1);
+  desk_->State().AutoPlayOn = false;
+  Queue().SortBy(TrackColumn);
+  Queue().Click(2);
+  desk_->State().AutoPlayOn = true;
+  Enqueue({ToMref(2)});
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Alpha"_s, u"Beta"_s, u"Gamma"_s));
+  EXPECT_EQ(Queue().Selected(), 3) << "the new one has taken its place";
 }
 
 TEST_F(PlayQueueTest, TheRowThatWasAddedIsSelectedAlsoWhenItsTrackStandsHigherUp) {

@@ -122,6 +122,28 @@ TEST_F(TransitionsTest, CancelDuringAWalkPutsTheSliderBackAndTheDeckPlaysOn) {
   EXPECT_EQ(Fades().CrossPan(), kDeckTwoAlone) << "an old cancel does not swallow the next start";
 }
 
+TEST_F(TransitionsTest, ACancelDoesNotBringADeckBackThatHasEndedMeanwhile) {
+  OpenDesk();
+  Fades().PressPan(Deck::Two);
+  RunUntilWalkStarts();
+  Player(Deck::One).SetCurrentPosition(59.9);
+  ASSERT_TRUE(loop_.RunUntil([this] { return Record(Deck::One).State == DeckState::Done; }, 2s));
+  Fades().Cancel();
+  EXPECT_LT(SecondsOfWalk(), 1);
+  EXPECT_EQ(Fades().CrossPan(), kDeckOneAlone);
+  EXPECT_EQ(Record(Deck::One).State, DeckState::Done);
+}
+
+TEST_F(TransitionsTest, NothingMovesAnyMoreOnceTheyAreClosed) {
+  OpenDesk();
+  Fades().PressPan(Deck::Two);
+  RunUntilWalkStarts();
+  Fades().Close();
+  const int place = Fades().CrossPan();
+  loop_.RunFor(10s);
+  EXPECT_EQ(Fades().CrossPan(), place);
+}
+
 TEST_F(TransitionsTest, ACancelBeforeTheWalkLeavesTheDeckOnAirAlone) {
   OpenDesk();
   Fades().PressPan(Deck::Two);

@@ -31,6 +31,7 @@ TEST_F(JinglesOnScreen, SoundsAreSearchedImportedAndDeletedByTheirButtons) {
   OpenJingles();
   for (const QString& name : {u"CmdImport"_s, u"CmdDelete"_s, u"CmdSelectAll"_s})
     EXPECT_FALSE(Enabled(name)) << "an empty list: " << name.toStdString();
+  EXPECT_EQ(List().model()->headerData(0, Qt::Horizontal).toString(), u"File"_s);
   SearchDrive(*work_, u"CmdSearch"_s);
   EXPECT_THAT(Names(), ElementsAre(u"bell.mp3"_s, u"horn.mp3"_s, u"small.wav"_s));
   Click(u"CmdSelectAll"_s);

@@ -132,6 +132,27 @@ TEST_F(ScanImportTest, AStopEndsTheSearchAtOnce) {
   EXPECT_LT(scan_->Rows().Count(), 300);
 }
 
+TEST_F(ScanImportTest, ASlowDriveIsShownInSmallPiecesAndAFastOneInLarge) {
+  for (int file = 0; file < 1000; ++file) AddSource(u"song %1.mp3"_s.arg(file));
+  loop_.RunFor(1min);
+  loop_.Hold();
+  scan_->Search({database_.tree.Path(u"drive"_s)});
+  const auto nextPiece = [this](Nanoseconds taken) {
+    const int before = scan_->Rows().Count();
+    loop_.RunFor(taken);
+    loop_.LetGo();
+    loop_.Hold();
+    loop_.RunFor(1ms);
+    return scan_->Rows().Count() - before;
+  };
+  int files = 0;
+  for (int piece = 0; piece < 4; ++piece) files = nextPiece(1ms);
+  EXPECT_GT(files, 64);
+  for (int piece = 0; piece < 5; ++piece) files = nextPiece(300ms);
+  EXPECT_GT(files, 0);
+  EXPECT_LE(files, 16);
+}
+
 TEST_F(ScanImportTest, NamingCommandsWorkOnTheSelectedRows) {
   AddSource(u"Queen/01 - One Vision.mp3"_s);
   AddSource(u"Queen/Abba - SOS - live.mp3"_s);
@@ -155,6 +176,7 @@ TEST_F(ScanImportTest, NamingCommandsWorkOnTheSelectedRows) {
   EXPECT_THAT(Column(ScanDateColumn),
               ElementsAre(u"1985-Nov"_s, u"1985-Nov"_s, u"2007-xxx"_s, u"2007-xxx"_s));
 
+  EXPECT_FALSE(rows.SetText(4, ScanTitleColumn, u"gone meanwhile"_s));
   EXPECT_FALSE(rows.SetText(0, ScanDateColumn, u"1985"_s));
   EXPECT_FALSE(rows.SetText(0, ScanTitleColumn, u"  "_s));
   EXPECT_FALSE(rows.SetText(0, ScanPathColumn, u"/etc/passwd"_s));
@@ -351,10 +373,14 @@ TEST_F(ScanImportTest, NetworkDrivesAreMountedByTheDesktopOrRefused) {
   EXPECT_TRUE(said.startsWith("mount smb://pc/music ") && said.endsWith("WORKGROUP\nsecret\n"))
       << said.toStdString();
 
-  prompter_.texts = {u"nothing"_s, u"secret"_s, u"\\\\pc\\music"_s};
-  scan_->Drives().MapNetworkDrive();
-  loop_.RunFor(1s);
-  EXPECT_EQ(Sum(), u"Kelvo 2007 Was Unable to Map the Specified Network Drive."_s);
+  for (const QString& none : {u"nothing"_s, u"/no/such/place"_s}) {
+    prompter_.asked.clear();
+    prompter_.texts = {none, u"secret"_s};
+    scan_->Drives().MapNetworkDrive();
+    loop_.RunFor(1s);
+    EXPECT_EQ(Sum(), u"Kelvo 2007 Was Unable to Map the Specified Network Drive."_s) << none.toStdString();
+  }
+  prompter_.texts = {u"\\\\pc\\music"_s};
   qputenv("PATH", "/nowhere");
   scan_->Drives().MapNetworkDrive();
   loop_.RunFor(1s);

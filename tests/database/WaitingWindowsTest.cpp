@@ -199,6 +199,7 @@ TEST_F(TransferOnScreen, AStopLeavesWhatIsNotMovedAndARunGoesOnInAClosedWindow) 
   const int left = List().model()->rowCount();
   EXPECT_GT(left, 0);
   EXPECT_EQ(catalogue_.LastTrack(), 6 - left);
+  EXPECT_EQ(Find<QLabel>(u"LblTransfer"_s).text(), u"%1 Of 6 Files Moved"_s.arg(6 - left));
   List().selectAll();
   prompter_.answers = {Answer::Yes};
   Click(u"CmdMove"_s);

@@ -80,6 +80,9 @@ TEST_F(SearchOnScreen, FindsWhatIsTypedAndHandsTheSelectionOver) {
   EXPECT_THAT(added, ElementsAre(ToMref(1), ToMref(2)));
   Click(u"CmdSelectAll"_s);
   EXPECT_FALSE(list.selectionModel()->hasSelection());
+  Click(u"Command4"_s);
+  list.clearSelection();
+  EXPECT_EQ(Find<QPushButton>(u"Command4"_s).text(), u"Select All"_s) << "also when the mouse took it away";
 
   Find<QRadioButton>(u"OptWholeString"_s).click();
   Click(u"CmdSearch"_s);

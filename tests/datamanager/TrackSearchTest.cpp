@@ -80,7 +80,8 @@ TEST_F(TrackSearchTest, LooksForAnArtistInTheNameAndInTheTracksOwnLine) {
 TEST_F(TrackSearchTest, LooksForAlbumsAndGenresAsTheirLinesStand) {
   Add(u"A - One"_s, {}, u",Big Love Songs"_s, u",Rock"_s);
   Add(u"A - Two"_s, {}, u",Love"_s, u",Hard Rock,Pop"_s);
-  EXPECT_THAT(Find(Field::Album, u"love"_s), ElementsAre(u"A - One"_s, u"A - Two"_s));
+  Add(u"A - Three"_s, {}, u",Big Love"_s);
+  EXPECT_THAT(Find(Field::Album, u"love"_s), ElementsAre(u"A - One"_s, u"A - Two"_s, u"A - Three"_s));
   EXPECT_THAT(Find(Field::Album, u"love"_s, true), ElementsAre(u"A - One"_s));
   EXPECT_THAT(Find(Field::Genre, u"rock"_s), ElementsAre(u"A - One"_s, u"A - Two"_s));
   EXPECT_THAT(Find(Field::Genre, u"POP"_s), ElementsAre(u"A - Two"_s));

@@ -180,6 +180,19 @@ TEST_F(FileCopy, RoomIsMeasuredWithSomethingToSpare) {
   EXPECT_FALSE(HasRoomFor(tree_.Path(), std::int64_t{1} << 60));
 }
 
+TEST(MountedVolumes, ADiskIsTheInnermostMountAndTheLatestInItsPlace) {
+  const QByteArray table =
+      "22 1 8:2 / / rw,relatime - ext4 /dev/sda2 rw\n"
+      "40 22 8:17 / /media/My\\040Stick rw - vfat /dev/sdb1 rw\n"
+      "41 22 0:50 /music /mnt/nas rw - cifs //nas/music rw\n"
+      "55 41 0:51 / /mnt/nas rw - cifs //other rw\n"
+      "garbage\n";
+  EXPECT_EQ(DiskIn(table, u"/media/My Stick/../My Stick/a.mp3"_s).name, u"/media/My Stick"_s);
+  EXPECT_EQ(DiskIn(table, u"/media/My Sticker/a.mp3"_s).name, u"/"_s);
+  EXPECT_EQ(DiskIn(table, u"/mnt/nas"_s).name, u"/mnt/nas"_s);
+  EXPECT_TRUE(DiskIn(table, u"/mnt/nas/a.mp3"_s).key.startsWith(u"55 "_s)) << "another server by now";
+}
+
 TEST(MountedVolumes, AreTheDrivesThatAPersonKnows) {
   const QByteArray table =
       "proc /proc proc rw 0 0\n"
