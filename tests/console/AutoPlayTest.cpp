@@ -157,6 +157,22 @@ TEST_F(AutoPlayTest, TheJukeboxLeavesItsSilenceAndFadesByParts) {
   EXPECT_EQ(Play().StatusText(), u"JukeBox Mode - Pausing At Track End"_s);
 }
 
+TEST_F(AutoPlayTest, ATrackThatComesInTheSilenceOfTheJukeboxIsStartedInItsOwnWay) {
+  MakeQueue(4, 60, kSoft, {.JukeLag = 3, .PrevSecs = 15});
+  desk_->Enqueue(desk_->AddTrack(u"E"_s, 60, AutoDesk::Info("1,1,1", "3,9", "25,25", 0, 0)));
+  Play().SetMode(AutoMode::Jukebox);
+  On();
+  for (int tenth = 0; tenth < 700 && Sounds(); ++tenth) desk_->Run(0.1);
+  desk_->Run(1.5);
+  ASSERT_FALSE(Sounds());
+  desk_->queue.Select(5);
+  desk_->decks.LoadCommand(Deck::Two);
+  desk_->Run(3);
+  EXPECT_EQ(Record(Deck::Two).Title, u"E"_s);
+  EXPECT_TRUE(Sounds());
+  EXPECT_EQ(desk_->lastTransition, TransitionKind::Dub) << "as it wants to be faded in";
+}
+
 TEST_F(AutoPlayTest, APauseHoldsAtTheEndAndGoesOnWhenItIsTakenBack) {
   MakeQueue(3, 60, kSoft);
   On();

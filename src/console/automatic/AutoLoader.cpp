@@ -2,6 +2,8 @@
 
 #include "database/Catalogue.h"
 
+#include <QScopedValueRollback>
+
 namespace kelvo {
 
 using namespace std::chrono_literals;
@@ -177,6 +179,7 @@ void AutoLoader::Skip(const QString& path, const QString& title, Deck deck, Deck
 }
 
 Job<bool> AutoLoader::Fill(Deck deck, From from, bool atStart) {
+  const QScopedValueRollback filling(filling_, std::optional(deck));
   allowance_ = kLoadAllowance;
   // A load of somebody else into this deck has its say first.
   co_await LoadEnded(deck);

@@ -51,6 +51,9 @@ class AutoLoader {
   /// The row that the next Fill into `deck` would load; 0 when that is up to chance or there is none.
   [[nodiscard]] int Foreseen(Deck deck) const;
 
+  /// A Fill works on this deck: what it holds has not been looked at yet.
+  [[nodiscard]] bool Filling(Deck deck) const { return filling_ == deck; }
+
   /// A track that no preview has played yet, for the load that is under way; none when there is none.
   [[nodiscard]] std::optional<Mref> PickPreview();
 
@@ -115,6 +118,7 @@ class AutoLoader {
   Mref lastPick_ = Mref::None;
   bool lastHope_ = false;  ///< what is tried failed of late; nothing better is left, so it has its time
   bool nothingPlayable_ = false;
+  std::optional<Deck> filling_;
   Nanoseconds allowance_ = kLoadAllowance;  ///< of the next load, when its track is needed
 };
 

@@ -152,7 +152,7 @@ class AutoPlay : public QObject {
   [[nodiscard]] Job<> StartQueue();
   void StartByFade(Deck deck);
   void StartNext(Deck deck, TransitionKind transition);
-  [[nodiscard]] Job<> StartAfterLag(Deck deck, TransitionKind transition);
+  [[nodiscard]] Job<> StartAfterLag();
   void StopFadedDeckAndStartIt();
   void TakeSettings(Deck deck, const AutoSettings& settings);
   [[nodiscard]] TickDecision Decide() const;

@@ -42,8 +42,9 @@ TickDecision AutoPlay::Decide() const {
   TickQuestion question;
   for (const Deck deck : kDecks) {
     const DeckRecord& record = services_.decks.Record(deck);
-    const DeckState state =
-        record.Loading && record.State == DeckState::Loaded ? DeckState::Done : record.State;
+    // A track that has just come in may be no good, and may have a start of its own.
+    const bool unseen = record.Loading || loader_.Filling(deck);
+    const DeckState state = unseen && record.State == DeckState::Loaded ? DeckState::Done : record.State;
     question.decks[deck] = {state, record.Duration, record.Position, loader_.Sounds(deck), seen_[deck].late};
   }
   question.AutoDelta = now_.AutoDelta;
@@ -63,7 +64,7 @@ void AutoPlay::AutoTick() {
   const TickDecision decision = Decide();
   if (decision.start && !lag_.Running()) {
     if (mode_ == AutoMode::Jukebox && services_.settings.JukeLag > 0) {
-      lag_ = StartAfterLag(*decision.start, decision.transition);
+      lag_ = StartAfterLag();
     } else {
       StartNext(*decision.start, decision.transition);
     }
@@ -79,10 +80,12 @@ void AutoPlay::StartNext(Deck deck, TransitionKind transition) {
   Guarded(QStringLiteral(" autostart"), [&] { services_.StartTransition(deck, transition); });
 }
 
-Job<> AutoPlay::StartAfterLag(Deck deck, TransitionKind transition) {
+Job<> AutoPlay::StartAfterLag() {
   co_await services_.loop.Sleep(std::chrono::seconds(services_.settings.JukeLag));
-  const bool stillThere = services_.decks.Record(deck).State == DeckState::Loaded;
-  if (stillThere && !pauseAtEnd_ && !loader_.FadeHolds() && !Starting()) StartNext(deck, transition);
+  if (loader_.FadeHolds()) co_return;
+  // Another track may have come into the deck meanwhile, with a start of its own.
+  const TickDecision decision = Decide();
+  if (decision.start) StartNext(*decision.start, decision.transition);
 }
 
 void AutoPlay::Watch(Deck deck) {

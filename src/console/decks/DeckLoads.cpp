@@ -240,8 +240,8 @@ void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInf
   if (old.State != DeckState::Empty && old.Position > 0 && old.Position < old.Duration) {
     services_.queue.MarkQueueRow(old.CatalogueIndex, RowStatus::Faded);
   }
-  // Automatic play looks at the track first.
-  if (!state.AutoPlayOn) TakeFadeIn(deck);
+  // Automatic play looks first at what it loads itself.
+  if (coming_[deck].patience == Disks::Patience::Person) TakeFadeIn(deck);
   if (!state.PlaysByItself()) RecordSession(SessionCode::Loaded, deck);
 }
 
