@@ -288,6 +288,11 @@ TEST_F(Browsing, SortsStablyDatesBackwardsNumbersByValueAndKeepsTheOrderForWhatC
   Settle();
   Press(Stage::Genre, u"ROCK"_s);
   EXPECT_EQ(Rows(), (Numbers{2, 1, 3, 4}));
+  TrackOrder order(catalogue_);
+  Settle(order.Sort(loop_, LibraryColumn::Mref));
+  Add(u"late"_s, {}, {});
+  EXPECT_EQ(order.Tracks().size(), 6U);
+  EXPECT_EQ(order.Tracks().back(), ToMref(6));
 }
 
 TEST_F(Browsing, NarrowsWhatIsChosenByWordsAndWithoutAChoiceTheWholeCatalogue) {
