@@ -113,6 +113,10 @@ TEST_F(Browsing, NarrowsFromGenreToArtistToAlbum) {
   EXPECT_EQ(Rows(), (Numbers{1}));
   EXPECT_EQ(browser_.Summary(300), u"POP / ABBA / WATERLOO"_s);
   EXPECT_EQ(browser_.Summary(12), u"POP / ABBA / WATE"_s);
+  Press(Stage::Artist, u"QUEEN"_s);
+  EXPECT_EQ(Rows(), Numbers()) << "the album stays chosen";
+  Press(Stage::Artist, u"ABBA"_s);
+  EXPECT_EQ(Rows(), (Numbers{1}));
 }
 
 TEST_F(Browsing, TakesANameOfTheSameLengthInAnyCaseAndNoPartOfOne) {

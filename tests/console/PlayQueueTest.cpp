@@ -342,7 +342,7 @@ TEST_F(DeskTest, ATrackThatIsCutWhileManyAreAddedIsAddedAnew) {
   Queue().Click(1);
   Queue().CutSelected();
   ASSERT_TRUE(loop_.RunUntil([&adding] { return !adding.Running(); }, 1s));
-  EXPECT_EQ(Queue().Count(), 200);
+  ASSERT_EQ(Queue().Count(), 200);
   EXPECT_EQ(Queue().Row(200).Track(), tracks.back());
 }
 
