@@ -211,6 +211,9 @@ TEST(Playback, VolumeAndBalanceFollowTheirLaw) {
     EXPECT_NEAR(studio.heard[studio.heard.size() - 2], 0.5 * row.left, 1e-6);
     EXPECT_NEAR(studio.heard.back(), 0.5 * row.right, 1e-6);
   }
+  player->SetVolume(-3000);
+  studio.loop.RunFor(100ms);
+  EXPECT_NEAR(studio.heard[studio.heard.size() - 2], 0.5 * ten * ten * ten, 1e-6);
 }
 
 TEST(Playback, RateChangesTheSpeedAndGoesBackToTheExactSamples) {

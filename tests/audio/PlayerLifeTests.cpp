@@ -1,3 +1,5 @@
+#include "audio/ClockAudio.h"
+#include "audio/Playing.h"
 #include "audio/SimulatedStudio.h"
 
 #include <gtest/gtest.h>
@@ -65,6 +67,27 @@ TEST(PlayerLife, TheOldFilePlaysUntilTheNewOneIsGood) {
   studio.heard.clear();
   studio.loop.RunFor(100ms);
   EXPECT_EQ(studio.FromFirstSound(), Samples()) << "the old one has faded out at once";
+}
+
+TEST(ClockAudio, APlayerThatPlaysGoesOnAndOneWithoutAFileDoesNotPlay) {
+  const TemporaryTree folder;
+  SimulatedEventLoop loop;
+  ClockAudio audio(loop);
+  const auto player = audio.MakePlayer();
+  player->Play();
+  EXPECT_EQ(player->State(), PlayState::Stopped);
+  const QString path = folder.Write(QStringLiteral("a.wav"), WaveFile(Sine(440, 5)));
+  int ends = 0;
+  player->OnEndOfStream = [&ends] { ++ends; };
+  const Job<> job = OpenAndPlay(*player, path);
+  ASSERT_TRUE(loop.RunUntil([&] { return player->State() == PlayState::Playing; }, 1s));
+  loop.RunFor(2s);
+  player->Play();
+  loop.RunFor(1s);
+  EXPECT_NEAR(player->CurrentPosition(), 3, 0.01);
+  loop.RunFor(1h);
+  EXPECT_EQ(ends, 1);
+  EXPECT_EQ(player->State(), PlayState::Stopped);
 }
 
 TEST(PlayerLife, APlayerMayGoAtAnyTimeAndFadesOutBehindItself) {

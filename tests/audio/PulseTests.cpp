@@ -72,6 +72,11 @@ class PrivateServer {
   bool Tell(const QByteArrayList& arguments) const {
     return Spawned(QByteArrayList{"pactl"} + arguments, {}, Place("told")).ExitCode() == 0;
   }
+  /// How many connections it has from this program.
+  [[nodiscard]] qsizetype Connections() const {
+    EXPECT_TRUE(Tell({"list", "short", "clients"}));
+    return folder_.Read(QStringLiteral("told")).count("test_audio");
+  }
   void Plug(const char* name) { EXPECT_TRUE(Tell(QByteArrayList{"load-module"} + Device(name))); }
   void Unplug(const char* sink) {
     ASSERT_TRUE(Tell({"list", "short", "modules"}));
@@ -261,6 +266,7 @@ TEST_F(SoundServer, StallsNeitherLoseTheServerNorLeaveSoundWaitingInIt) {
     silent = !air.Audible();
   }
   EXPECT_TRUE(silent) << "the queue in the server has grown";
+  EXPECT_EQ(server.Connections(), 1);
 }
 
 TEST(PulseReserve, GrowsByHalfWhenItRanDryUpToItsBound) {

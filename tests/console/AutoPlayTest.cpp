@@ -306,6 +306,7 @@ TEST_F(AutoPlayTest, BadFilesArePassedOverAtOnceAndTold) {
   EXPECT_TRUE(Play().StatusText().startsWith(u"Skipped : "_s));
   desk_->Run(250);
   EXPECT_TRUE(Heard().startsWith(u"AFGA"_s)) << Heard().toStdString();
+  EXPECT_EQ(Play().SkippedCount(), 4) << "each is told once an hour";
   EXPECT_FALSE(Play().NothingPlayable());
 }
 
@@ -321,6 +322,19 @@ TEST_F(AutoPlayTest, ASilentFileThatWasLoadedForARunThatEndedIsPassedOver) {
   On();
   desk_->Run(5);
   EXPECT_EQ(Record(Deck::Two).Title, u"C"_s);
+}
+
+TEST_F(AutoPlayTest, WhatWasPassedOverIsShownForAWhileThoughNothingElseIsToBeShown) {
+  MakeQueue(4, 120, kStrong);
+  On();
+  desk_->Run(100);
+  QFile::remove(Path(3));
+  desk_->audio.openTime = std::chrono::seconds(60);
+  desk_->Run(22);
+  ASSERT_TRUE(Record(Deck::One).Loading);
+  EXPECT_TRUE(Play().StatusText().startsWith(u"Skipped : C"_s)) << Play().StatusText().toStdString();
+  desk_->Run(6);
+  EXPECT_EQ(Play().StatusText(), QString());
 }
 
 TEST_F(AutoPlayTest, ANewRunTriesWhatFailedInTheLast) {

@@ -178,6 +178,9 @@ TEST_F(ConsolePanels, ASilentAirIsCriedOutAndNothingMovesForIt) {
     const auto after = places();
     for (const QRect& each : after) EXPECT_FALSE(moved.intersects(each)) << width;
     window_->ShowAir({});
+    window_->ShowAir(status);
+    EXPECT_EQ(moved, QRect(alarm.mapTo(&*window_, QPoint()), alarm.size())) << "it went with its place";
+    window_->ShowAir({});
   }
 }
 

@@ -112,6 +112,10 @@ TEST_F(Browsing, NarrowsFromGenreToArtistToAlbum) {
   EXPECT_EQ(Rows(), (Numbers{1}));
   EXPECT_EQ(browser_.Summary(300), u"POP / ABBA / WATERLOO"_s);
   EXPECT_EQ(browser_.Summary(12), u"POP / ABBA / WATE"_s);
+  Press(Stage::Artist, u"QUEEN"_s);
+  EXPECT_EQ(Rows(), Numbers()) << "the album stays chosen";
+  Press(Stage::Artist, u"ABBA"_s);
+  EXPECT_EQ(Rows(), (Numbers{1}));
 }
 
 TEST_F(Browsing, TakesANameOfTheSameLengthInAnyCaseAndNoPartOfOne) {
@@ -290,6 +294,11 @@ TEST_F(Browsing, SortsStablyDatesBackwardsNumbersByValueAndKeepsTheOrderForWhatC
   Settle();
   Press(Stage::Genre, u"ROCK"_s);
   EXPECT_EQ(Rows(), (Numbers{2, 1, 3, 4}));
+  TrackOrder order(catalogue_);
+  Settle(order.Sort(loop_, LibraryColumn::Mref));
+  Add(u"late"_s, {}, {});
+  EXPECT_EQ(order.Tracks().size(), 6U);
+  EXPECT_EQ(order.Tracks().back(), ToMref(6));
 }
 
 TEST_F(Browsing, NarrowsWhatIsChosenByWordsAndWithoutAChoiceTheWholeCatalogue) {

@@ -342,6 +342,22 @@ TEST_F(PlayQueueTest, AMarkTellsWhatBecameOfTheFirstRowOfATrack) {
   EXPECT_EQ(Queue().Row(1).Text(CommentColumn), u"Play Me"_s);
 }
 
+TEST_F(DeskTest, ATrackThatIsCutWhileManyAreAddedIsAddedAnew) {
+  for (int number = 0; number < 200; ++number) AddTrack(u"track %1"_s.arg(number), 60, 60);
+  Open();
+  std::vector<Mref> tracks;
+  for (int row = 1; row <= catalogue_.LastTrack(); ++row) tracks.push_back(ToMref(row));
+  Enqueue({tracks.back()});
+  Job<> adding = Queue().AddTracks(tracks);
+  ASSERT_TRUE(loop_.RunUntil([this] { return Queue().Count() > 1; }, 1s));
+  ASSERT_LT(Queue().Count(), 200);
+  Queue().Click(1);
+  Queue().CutSelected();
+  ASSERT_TRUE(loop_.RunUntil([&adding] { return !adding.Running(); }, 1s));
+  ASSERT_EQ(Queue().Count(), 200);
+  EXPECT_EQ(Queue().Row(200).Track(), tracks.back());
+}
+
 TEST_F(PlayQueueTest, TracksThatComeMeanwhileLeaveTheOperatorsSelection) {
   EnqueueAll();
   loop_.HangDisk(catalogue_.TrackPaths(ToMref(1)));

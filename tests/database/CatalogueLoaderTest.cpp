@@ -94,6 +94,7 @@ TEST_F(CatalogueLoaderTest, InfoFilesOfEveryKindAreRead) {
   database_.Add(Paths::Info, u"CASED.KIF"_s, InfoBytes());
   database_.AddTrack(u"code page"_s, InfoBytes().replace("The Band", "M\xF6we"));
   database_.AddTrack(u"old line ends"_s, InfoBytes().replace("\r\n", "\r"));
+  database_.AddTrack(u"unix line ends"_s, InfoBytes().replace("\r\n", "\n"));
   database_.AddTrack(u"no end"_s, InfoBytes("12").chopped(
                                       static_cast<int>(qstrlen("\r\nFirst comment\r\nSecond comment\r\n"))));
   // The comments reach beyond what is read at once, so that a cut would fall into a letter of several bytes.
@@ -103,8 +104,10 @@ TEST_F(CatalogueLoaderTest, InfoFilesOfEveryKindAreRead) {
   QStringList artists;
   for (int row = 1; row <= catalogue_.LastTrack(); ++row)
     artists.append(catalogue_.TrackArtists[ToMref(row)].section(u',', 1));
-  EXPECT_THAT(Names(), ElementsAre(u"cased"_s, u"code page"_s, u"no end"_s, u"old line ends"_s, u"utf-8"_s));
-  EXPECT_THAT(artists, ElementsAre(u"The Band"_s, u"Möwe"_s, u"The Band"_s, u"The Band"_s, u"Кино"_s));
+  EXPECT_THAT(Names(), ElementsAre(u"cased"_s, u"code page"_s, u"no end"_s, u"old line ends"_s,
+                                   u"unix line ends"_s, u"utf-8"_s));
+  EXPECT_THAT(artists,
+              ElementsAre(u"The Band"_s, u"Möwe"_s, u"The Band"_s, u"The Band"_s, u"The Band"_s, u"Кино"_s));
   EXPECT_EQ(catalogue_.TrackDurations(ToMref(3)), 12);
 }
 
