@@ -55,10 +55,10 @@ ListPanel::ListPanel(const Look& look, RowModelBase& model, QWidget* parent)
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   auto* head = new QHBoxLayout;
+  layout->addLayout(head);
+  layout->addWidget(&table_, 1);
   if (!look.filter.isEmpty()) head->addWidget(AddFilter(look), 1);
   if (!look.letters.isEmpty()) head->addWidget(AddLetters(look));
-  if (head->count() > 0) layout->addLayout(head);
-  layout->addWidget(&table_, 1);
   table_.setModel(filter_ ? static_cast<QAbstractItemModel*>(filter_.get()) : &model_);
   ShowColumns();
   ShowCount();

@@ -40,6 +40,11 @@ void ToolWindow::hideEvent(QHideEvent* event) {
 }
 
 void ToolWindow::closeEvent(QCloseEvent* event) {
+  // Locked, it takes no hand: not that of the window manager either.
+  if (!isEnabled()) {
+    event->ignore();
+    return;
+  }
   // The answer may come at once or much later; a window that may close is hidden then.
   if (!closing_.Running()) closing_ = AskAndClose();
   event->setAccepted(!isVisible());

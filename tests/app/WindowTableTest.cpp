@@ -160,6 +160,8 @@ TEST_F(TheTable, ALockedScreenTakesNoHandInAnyWindowAndOpensNone) {
   PressLock();
   EXPECT_FALSE(made_[u"Open"_s]->isEnabled());
   EXPECT_FALSE(Offered(u"Other"_s));
+  made_[u"Open"_s]->close();
+  EXPECT_TRUE(Shown(u"Open"_s));
   Press(u"Other"_s);
   EXPECT_FALSE(made_.contains(u"Other"_s));
   PressLock();
