@@ -8,6 +8,7 @@
 #include "platform/SimulatedEventLoop.h"
 #include "support/Lookup.h"
 #include "support/ScriptedPrompter.h"
+#include "support/WindowParts.h"
 #include "ui/ListTable.h"
 #include "ui/Theme.h"
 
@@ -44,6 +45,7 @@ class ImportOnScreen : public ::testing::Test {
     window.show();
     window.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    ExpectWellLaidOut(window);
     loop_.RunFor(10ms);
   }
   template <typename Widget>

@@ -3,6 +3,7 @@
 #include "platform/SimulatedEventLoop.h"
 #include "support/Lookup.h"
 #include "support/ScriptedPrompter.h"
+#include "support/WindowParts.h"
 #include "ui/Command.h"
 #include "ui/FormWindow.h"
 #include "ui/JobStrip.h"
@@ -37,6 +38,7 @@ class Kit : public ::testing::Test {
     window.show();
     window.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    testing::ExpectWellLaidOut(window);
   }
 };
 
