@@ -48,6 +48,9 @@ void ExpectWellLaidOut(const QWidget& window) {
       EXPECT_TRUE(!label->text().contains(QLatin1Char('&')) || label->buddy() != nullptr) << name;
       continue;
     }
+    // Squeezed into nothing it is not laid out at all.
+    const bool list = qobject_cast<const QAbstractItemView*>(part) != nullptr;
+    EXPECT_TRUE(!list || part->height() > part->fontMetrics().height() * 4) << name;
     const auto* button = qobject_cast<const QAbstractButton*>(part);
     const QString words = button != nullptr ? button->text() : QString();
     EXPECT_FALSE(part->objectName().isEmpty()) << name << place.x() << ' ' << place.y();

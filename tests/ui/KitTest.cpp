@@ -135,6 +135,10 @@ TEST_F(PeopleOnScreen, LettersFindTheNextNameWhereverTheCursorIs) {
   letters.setCurrentText(u"C"_s);
   Q_EMIT letters.activated(letters.currentIndex());
   EXPECT_EQ(Table().currentIndex().row(), 3);
+  QTest::keyClick(&Table(), Qt::Key_Home);
+  EXPECT_THAT(window_->list.Picked(), ElementsAre(0)) << "the ends of a list are its rows";
+  QTest::keyClick(&Table(), Qt::Key_End);
+  EXPECT_THAT(window_->list.Picked(), ElementsAre(3));
 }
 
 TEST_F(PeopleOnScreen, TheFilterShowsRowsWithAllItsWordsAndPickingCountsAsBefore) {
