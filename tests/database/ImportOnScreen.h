@@ -9,6 +9,7 @@
 #include "support/Lookup.h"
 #include "support/ScriptedPrompter.h"
 #include "support/TurnUntil.h"
+#include "support/WindowParts.h"
 #include "ui/ListTable.h"
 #include "ui/Theme.h"
 
@@ -45,6 +46,7 @@ class ImportOnScreen : public ::testing::Test {
     window.show();
     window.activateWindow();
     ASSERT_TRUE(testing::TurnUntil([&window] { return window.isActiveWindow(); }));
+    ExpectWellLaidOut(window);
     loop_.RunFor(10ms);
   }
   template <typename Widget>

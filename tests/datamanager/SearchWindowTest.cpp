@@ -3,9 +3,11 @@
 #include "support/Lookup.h"
 #include "support/ScriptedPrompter.h"
 #include "support/TurnUntil.h"
+#include "support/WindowParts.h"
 #include "ui/ListTable.h"
 #include "ui/Theme.h"
 
+#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -44,6 +46,7 @@ class SearchOnScreen : public ::testing::Test {
     window->show();
     window->activateWindow();
     ASSERT_TRUE(TurnUntil([this] { return window->isActiveWindow(); }));
+    ExpectWellLaidOut(*window);
   }
   template <typename Widget>
   Widget& Find(const QString& name) {
@@ -101,6 +104,43 @@ TEST_F(SearchOnScreen, TypesWithTheKeysOnTheScreenIntoTheBoxThatHasTheFocus) {
   Find<QLineEdit>(u"TxtBpm"_s).setFocus();
   ClickKey(u"7"_s);
   EXPECT_EQ(Find<QLineEdit>(u"TxtBpm"_s).text(), u"7"_s);
+}
+
+TEST_F(SearchOnScreen, EachFieldOfTheQuestionCounts) {
+  CatalogueRow row;
+  row.name = u"Dan - Blue"_s;
+  row.artists = u"~ALL ARTISTS,Erin"_s;
+  row.albums = u"~ALL ALBUMS,Best Of"_s;
+  row.genres = u"~ALL CATEGORIES,Rock"_s;
+  row.date = u"1999-Dec"_s;
+  row.bpm = u"120"_s;
+  row.hi = u"7"_s;
+  catalogue.Append(row);
+  const auto found = [this](const QString& box, const QString& text, const QString& option) {
+    for (const QString& each : {u"TxtSearch"_s, u"TxtDate"_s, u"TxtHiPos"_s, u"TxtBpm"_s})
+      Find<QLineEdit>(each).clear();
+    Find<QRadioButton>(option).click();
+    Find<QLineEdit>(box).setText(text);
+    QTest::keyClick(&Find<QLineEdit>(box), Qt::Key_Return);
+    return search.Results().Count();
+  };
+  EXPECT_EQ(found(u"TxtDate"_s, u"1999-Dec"_s, u"OptTitle"_s), 1);
+  EXPECT_EQ(found(u"TxtHiPos"_s, u"7"_s, u"OptTitle"_s), 1);
+  EXPECT_EQ(found(u"TxtBpm"_s, u"120"_s, u"OptTitle"_s), 1);
+  EXPECT_EQ(found(u"TxtBpm"_s, u"7"_s, u"OptTitle"_s), 0);
+  EXPECT_EQ(found(u"TxtSearch"_s, u"erin"_s, u"OptArtist"_s), 1);
+  EXPECT_EQ(found(u"TxtSearch"_s, u"erin"_s, u"OptAlbum"_s), 0);
+  EXPECT_EQ(found(u"TxtSearch"_s, u"best"_s, u"OptAlbum"_s), 1);
+  EXPECT_EQ(found(u"TxtSearch"_s, u"rock"_s, u"OptGenre"_s), 1);
+  const auto cell = [this](int column) {
+    return Find<ListTable>(u"LstResults"_s).model()->index(0, column).data().toString();
+  };
+  EXPECT_EQ(
+      (QStringList{cell(0), cell(1), cell(2), cell(3), cell(4), cell(5), cell(6)}),
+      (QStringList{u"Dan - Blue"_s, u"Erin"_s, u"Best Of"_s, u"Rock"_s, u"1999-Dec"_s, u"7"_s, u"120"_s}));
+  Find<QCheckBox>(u"ChkTitleFirst"_s).click();
+  found(u"TxtSearch"_s, u"rock"_s, u"OptGenre"_s);
+  EXPECT_EQ(cell(0), u"Blue - Dan"_s);
 }
 
 TEST_F(SearchOnScreen, EscapeClosesItAndLeavesTheSearchAlone) {

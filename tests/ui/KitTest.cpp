@@ -4,6 +4,7 @@
 #include "support/Lookup.h"
 #include "support/ScriptedPrompter.h"
 #include "support/TurnUntil.h"
+#include "support/WindowParts.h"
 #include "ui/Command.h"
 #include "ui/FormWindow.h"
 #include "ui/JobStrip.h"
@@ -38,6 +39,7 @@ class Kit : public ::testing::Test {
     window.show();
     window.activateWindow();
     ASSERT_TRUE(testing::TurnUntil([&window] { return window.isActiveWindow(); }));
+    testing::ExpectWellLaidOut(window);
   }
 };
 
@@ -134,6 +136,10 @@ TEST_F(PeopleOnScreen, LettersFindTheNextNameWhereverTheCursorIs) {
   letters.setCurrentText(u"C"_s);
   Q_EMIT letters.activated(letters.currentIndex());
   EXPECT_EQ(Table().currentIndex().row(), 3);
+  QTest::keyClick(&Table(), Qt::Key_Home);
+  EXPECT_THAT(window_->list.Picked(), ElementsAre(0)) << "the ends of a list are its rows";
+  QTest::keyClick(&Table(), Qt::Key_End);
+  EXPECT_THAT(window_->list.Picked(), ElementsAre(3));
 }
 
 TEST_F(PeopleOnScreen, TheFilterShowsRowsWithAllItsWordsAndPickingCountsAsBefore) {

@@ -73,7 +73,6 @@ SearchWindow::SearchWindow(EventLoop& loop, TrackSearch& search)
   connect(&found_, &ListPanel::RowActivated, this, [this] { AddPicked(); });
   timer_ = loop.Every(kOnTopBeat, [this] { StayOnTop(); });
   ShowState();
-  TakeKeys();
 }
 
 QRadioButton* SearchWindow::AddOption(const QString& name, const QString& fixedName, const QString& text) {
