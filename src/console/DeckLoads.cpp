@@ -253,7 +253,7 @@ void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInf
   }
 
   if (old.State != DeckState::Empty && old.Position > 0 && old.Position < old.Duration) {
-    services_.queue.MarkQueueRow(old.CatalogueIndex, QueueStatus::Faded);
+    services_.queue.MarkQueueRow(old.CatalogueIndex, QueueStatus::Faded, old.Row);
   }
   // Automatic play looks at the track first.
   if (!state.AutoPlayOn) TakeFadeIn(deck);

@@ -92,15 +92,14 @@ bool PlayQueue::QueueHasRequests() const {
 }
 
 int PlayQueue::FindTrack(Mref track) const {
-  if (track == Mref::None) return 0;
   const QString wanted = QString::number(ToInt(track));
   const auto found = std::find_if(rows_.begin(), rows_.end(),
                                   [&](const QueueEntry& row) { return row.Text(MrefColumn) == wanted; });
   return found == rows_.end() ? 0 : static_cast<int>(found - rows_.begin()) + 1;
 }
 
-QString PlayQueue::CommentOf(Mref track) const {
-  const int index = FindTrack(track);
+QString PlayQueue::CommentOf(Mref track, RowId row) const {
+  const int index = track == Mref::None ? IndexOf(row) : FindTrack(track);
   return index == 0 ? QString() : Row(index).Text(CommentColumn);
 }
 
@@ -397,9 +396,9 @@ void PlayQueue::SwitchTimings() {
   TellRowsChanged();
 }
 
-void PlayQueue::MarkQueueRow(Mref track, QueueStatus status) {
+void PlayQueue::MarkQueueRow(Mref track, QueueStatus status, RowId rowId) {
   if (state_.PreviewOn) return;
-  const int index = FindTrack(track);
+  const int index = track == Mref::None ? IndexOf(rowId) : FindTrack(track);
   if (index == 0) return;
   QueueEntry& row = rows_[static_cast<std::size_t>(index - 1)];
   const QDateTime now = loop_.Now();

@@ -63,8 +63,9 @@ class PlayQueue : public QObject {
   [[nodiscard]] bool MayCut() const;
   [[nodiscard]] bool MayClear() const;
   [[nodiscard]] bool MaySort() const;
-  /// The comment of the first row of this track; empty when there is none.
-  [[nodiscard]] QString CommentOf(Mref track) const;
+  /// The comment of the first row of this track, or of `row` when the track has no number; empty when there
+  /// is none.
+  [[nodiscard]] QString CommentOf(Mref track, RowId row = RowId::None) const;
 
   /// Where tracks come from. The library adds each track once only; a search adds what it is told to.
   enum class Route { Library, Search };
@@ -97,8 +98,9 @@ class PlayQueue : public QObject {
   [[nodiscard]] QString TimingsCaption() const;
   void SwitchTimings();
 
-  /// What became of a track, in its first row. Nothing while a preview runs.
-  void MarkQueueRow(Mref track, QueueStatus status);
+  /// What became of a track, in its first row, or in `row` when the track has no number. Nothing while a
+  /// preview runs.
+  void MarkQueueRow(Mref track, QueueStatus status, RowId row = RowId::None);
   /// All rows lose their comment and take the reset colour: automatic play starts.
   void ResetMarks();
   /// What the operator should know of a command that did less than was asked.

@@ -115,9 +115,8 @@ Job<> Transfer::ReadMissing(TypedTexts typed) {
       return rows;
     };
     std::vector<TransferRow> rows = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
-    std::erase_if(rows, [this](const TransferRow& row) {
-      return !services_.catalogue.StagedFiles.contains(row.path);
-    });
+    std::erase_if(
+        rows, [this](const TransferRow& row) { return !services_.catalogue.StagedFiles.contains(row.path); });
     for (TransferRow& row : rows) {
       const auto before = typed.constFind(row.path);
       if (before == typed.constEnd() || before->bytes != row.bytes) continue;

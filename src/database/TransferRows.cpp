@@ -89,8 +89,8 @@ void TransferRows::Append(std::vector<TransferRow> rows) {
 }
 
 void TransferRows::Remove(const QString& path) {
-  const auto found = std::find_if(rows_.begin(), rows_.end(),
-                                  [&path](const TransferRow& row) { return row.path == path; });
+  const auto found =
+      std::find_if(rows_.begin(), rows_.end(), [&path](const TransferRow& row) { return row.path == path; });
   if (found == rows_.end()) return;
   const int index = static_cast<int>(found - rows_.begin());
   beginRemoveRows({}, index, index);

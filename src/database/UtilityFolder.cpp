@@ -46,8 +46,8 @@ UtilityFolder::Row UtilityFolder::RowOf(const QString& path) {
 
 void UtilityFolder::Follow(const StagedFileChanged& change) {
   if (listing_) return;  // its end shows all
-  const auto found = std::find_if(rows_.begin(), rows_.end(),
-                                  [&change](const Row& row) { return row.path == change.path; });
+  const auto found =
+      std::find_if(rows_.begin(), rows_.end(), [&change](const Row& row) { return row.path == change.path; });
   if (change.waits && found == rows_.end()) {
     beginInsertRows({}, rowCount(), rowCount());
     rows_.push_back(RowOf(change.path));

@@ -301,7 +301,8 @@ class HeardAudio : public ClockAudio {
 class UtilityOnScreen : public ImportWindow {
  protected:
   void OpenUtility() {
-    utility_.emplace(UtilityFolder::Services{loop_, settings_, heard_, catalogue_, database_.paths, u"Kelvo"_s});
+    utility_.emplace(
+        UtilityFolder::Services{loop_, settings_, heard_, catalogue_, database_.paths, u"Kelvo"_s});
     Show(*utility_);
   }
   QString Playing() { return Find<QLabel>(u"Label1"_s).text(); }

@@ -1,3 +1,4 @@
+#include "datamanager/windows/SearchModel.h"
 #include "datamanager/windows/SearchWindow.h"
 #include "platform/SettingsStore.h"
 #include "platform/SimulatedEventLoop.h"
@@ -87,6 +88,20 @@ TEST_F(SearchOnScreen, FindsWhatIsTypedAndHandsTheSelectionOver) {
   list.selectRow(0);
   QTest::keyClick(&list, Qt::Key_Return);
   EXPECT_THAT(added, ElementsAre(ToMref(2)));
+}
+
+TEST_F(SearchOnScreen, ResultsFollowTheirTracks) {
+  auto& list = Find<ListTable>(u"ListView1"_s);
+  QTest::keyClicks(&Find<QLineEdit>(u"Text1"_s), u"love"_s);
+  QTest::keyClick(&Find<QLineEdit>(u"Text1"_s), Qt::Key_Return);
+  ASSERT_EQ(list.model()->rowCount(), 2);
+  list.selectRow(1);
+  catalogue.Rename(ToMref(2), u"Renamed.mp3"_s);
+  catalogue.Remove(ToMref(1));
+  ASSERT_EQ(list.model()->rowCount(), 1);
+  EXPECT_EQ(list.model()->index(0, SearchModel::Track).data().toString(), u"Renamed"_s);
+  Click(u"CmdAdd"_s);
+  EXPECT_THAT(added, ElementsAre(ToMref(1))) << "what was selected, under its number of now";
 }
 
 TEST_F(SearchOnScreen, TypesWithTheKeysOnTheScreenIntoTheBoxThatHasTheFocus) {

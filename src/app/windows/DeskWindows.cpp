@@ -120,8 +120,8 @@ void DeskWindows::OpenTransfer() {
 void DeskWindows::OpenUtility() {
   if (!utility_) {
     const Console::Services& desk = console_.GetServices();
-    utility_ = std::make_unique<UtilityWindow>(
-        UtilityFolder::Services{desk.loop, desk.settings, desk.audio, desk.catalogue, desk.paths, desk.title});
+    utility_ = std::make_unique<UtilityWindow>(UtilityFolder::Services{
+        desk.loop, desk.settings, desk.audio, desk.catalogue, desk.paths, desk.title});
   }
   BringUp(*utility_, window_);
 }
