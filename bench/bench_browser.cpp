@@ -1,4 +1,4 @@
-#include "console/LibraryBrowser.h"
+#include "console/browser/LibraryBrowser.h"
 #include "datamanager/TrackSearch.h"
 #include "platform/QtEventLoop.h"
 #include "support/NobodyThere.h"
@@ -181,7 +181,7 @@ void Run(int tracks) {
   Disks disks(loop);
   PlayQueue queue(loop, disks, nobody, catalogue, state);
   LibraryBrowser browser(loop, catalogue, filter, queue, state);
-  TrackSearch search(loop, nobody, catalogue);
+  TrackSearch search({loop, nobody, catalogue});
   catalogue.Replace(MakeTables(tracks));
   while (browser.TakingIn()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 

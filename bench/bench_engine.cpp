@@ -2,6 +2,7 @@
 
 #include "audio/AudioEngine.h"
 #include "audio/TestSounds.h"
+#include "audio/engine/OpenDecoder.h"
 #include "audio/engine/SimulatedBackend.h"
 #include "platform/QtEventLoop.h"
 

@@ -1,6 +1,6 @@
 #include "audio/AudioEngine.h"
 
-#include "audio/engine/Decoder.h"
+#include "audio/engine/OpenDecoder.h"
 #include "platform/ErrorLog.h"
 
 #include <QLoggingCategory>
@@ -54,7 +54,8 @@ std::unique_ptr<MediaPlayer> AudioEngine::MakePlayer(const QString& output) {
     outputs_.push_back(place);
   }
   auto core = MakeCore(*place);
-  auto player = std::make_unique<EnginePlayer>(*this, std::move(place), std::move(core));
+  PlayerHost& host = *this;
+  auto player = std::make_unique<EnginePlayer>(host, std::move(place), std::move(core));
   players_.push_back(player.get());
   return player;
 }

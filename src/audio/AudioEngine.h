@@ -4,6 +4,7 @@
 #include "audio/engine/EnginePlayer.h"
 #include "audio/engine/Output.h"
 #include "audio/engine/OutputBackend.h"
+#include "audio/engine/PlayerHost.h"
 #include "audio/engine/ThreadYard.h"
 #include "platform/EventLoop.h"
 
@@ -16,7 +17,7 @@ namespace kelvo {
 /// The sound of the program. Owned by its entry; logic thread. With PulseBackend or SdlBackend it plays on
 /// real devices, with NoDeviceBackend into nothing on time, and with SimulatedBackend it renders a simulated
 /// clock's frames.
-class AudioEngine : public AudioSystem {
+class AudioEngine : public AudioSystem, private PlayerHost {
  public:
   AudioEngine(EventLoop& loop, std::unique_ptr<OutputBackend> backend);
   /// Closes the devices and waits for the threads, but for those that hang on a disk.
@@ -36,19 +37,6 @@ class AudioEngine : public AudioSystem {
   /// How the output named `output` stands, while a player is on it; nothing otherwise.
   [[nodiscard]] std::optional<OutputStatus> StatusOf(const QString& output) const;
 
-  // For its players:
-  [[nodiscard]] EventLoop& Loop() { return loop_; }
-  /// Does `work` on a thread of its own, or at once where there are none.
-  void OpenApart(std::function<void()> work);
-  /// Polls the players at the loop's next turn.
-  void PollSoon();
-  /// A core on `output`, with a decoder's thread of its own. Throws Failure when the output is full.
-  [[nodiscard]] std::shared_ptr<PlayerCore> MakeCore(Output& output);
-  /// Takes over a core that nobody plays any more, until nothing of it sounds.
-  void Retire(std::shared_ptr<Output> output, std::shared_ptr<PlayerCore> core);
-  /// The player is about to go.
-  void Forget(EnginePlayer& player) { std::erase(players_, &player); }
-
  private:
   struct Retired {
     std::shared_ptr<Output> output;
@@ -60,6 +48,13 @@ class AudioEngine : public AudioSystem {
     const PlayerCore* core;
     std::stop_source stop;
   };
+
+  [[nodiscard]] EventLoop& Loop() override { return loop_; }
+  void OpenApart(std::function<void()> work) override;
+  void PollSoon() override;
+  [[nodiscard]] std::shared_ptr<PlayerCore> MakeCore(Output& output) override;
+  void Retire(std::shared_ptr<Output> output, std::shared_ptr<PlayerCore> core) override;
+  void Forget(EnginePlayer& player) override { std::erase(players_, &player); }
 
   void Tick();
   void PollPlayers();

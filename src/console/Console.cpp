@@ -50,9 +50,6 @@ Console::Console(Services services)
 }
 
 AutoPlay::Services Console::ForAutoPlay() {
-  const auto starter = [this](TransitionKind kind) {
-    return [this, kind](Deck deck) { transitions_.StartRoutine(deck, kind); };
-  };
   return {services_.loop,
           disks_,
           services_.prompter,
@@ -63,9 +60,7 @@ AutoPlay::Services Console::ForAutoPlay() {
           random_,
           {settings_.JukeLag, settings_.PrevSecs},
           settings_.play.delta,
-          starter(TransitionKind::PartFade),
-          starter(TransitionKind::Dub),
-          starter(TransitionKind::Pan),
+          [this](Deck deck, TransitionKind kind) { transitions_.StartRoutine(deck, kind); },
           [this](int speed) { SetFadeSpeed(speed); },
           [this](const QString& title) {
             if (!services_.documents.isEmpty()) log_.LogPlay(title, state_.AutoPlayOn);
@@ -186,9 +181,7 @@ void Console::OnPanelConfirmed(const PanelQuestion& question) {
     case PanelAction::StopDeck:
       decks_.StopByHand(question.deck);
       break;
-    case PanelAction::StartPartFade:
-    case PanelAction::StartDub:
-    case PanelAction::StartPan:
+    case PanelAction::StartTransition:
       transitions_.OnPanelConfirmed(question);
       break;
   }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/DeckEngine.h"
+#include "console/decks/DeckEngine.h"
 #include "database/TrackInfo.h"
 
 #include <QString>

@@ -26,10 +26,8 @@ void InsertInOrder(QStringList& list, const QString& name) {
 QString Catalogue::MainGenre(Mref row, const QString& none) const {
   const QString& line = TrackGenres[row];
   if (!line.contains(QLatin1Char(','))) return none;
-  const QStringList names = line.split(QLatin1Char(','));
-  const auto first = std::find_if(names.begin(), names.end(),
-                                  [](const QString& name) { return !name.startsWith(QLatin1Char('~')); });
-  return first == names.end() ? none : *first;
+  const QList<QStringView> shown = ShownItems(line);
+  return shown.isEmpty() ? none : shown.first().toString();
 }
 
 Mref Catalogue::Find(const QString& path) const {

@@ -180,7 +180,7 @@ Job<> CatalogueLoader::AppendMissing(QString name, QString extension) {
   CatalogueRow row;
   row.name = name;
   row.extension = extension;
-  row.artists = ArtistsFromName(name);
+  row.artists = ArtistsFromName(name).Text();
   row.duration = -1;
   try {
     row.duration = co_await audio_.DurationOf(paths_(Paths::Music) + QLatin1Char('/') + name + extension);
@@ -191,9 +191,8 @@ Job<> CatalogueLoader::AppendMissing(QString name, QString extension) {
   tables_.Append(row);
   const QStringList comments =
       ReplacedFileComments(title_, loop_.Now().toString(QStringLiteral("dd/MM/yyyy")));
-  const auto work = [paths = paths_, name, duration = row.duration, defaults = defaults_, comments] {
-    CreateDefaultTrackInfo(paths, name, duration, defaults, comments);
-  };
+  const TrackInfo info = DefaultTrackInfo(name, row.duration, defaults_, comments);
+  const auto work = [path = TrackInfoPath(paths_, name), info] { CreateTrackInfo(path, info); };
   try {
     co_await loop_.Offload(EventLoop::Lane::Files, work);
   } catch (...) {
@@ -205,7 +204,7 @@ void CatalogueLoader::AppendUnreadable(const QString& name, const QString& exten
   CatalogueRow row;
   row.name = name;
   row.extension = extension;
-  row.artists = ArtistsFromName(name);
+  row.artists = ArtistsFromName(name).Text();
   tables_.Append(row);
   NoteInLog(QStringLiteral("Cannot read the track info file %1").arg(TrackInfoPath(paths_, name)));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "database/InfoBatch.h"
+#include "database/InfoFields.h"
 #include "database/TextColumns.h"
 
 #include <QStringList>
@@ -13,10 +14,10 @@ namespace kelvo {
 struct CatalogueRow {
   QString name;       ///< base name of the music file
   QString extension;  ///< with its dot, as on disk
-  QString genres = QStringLiteral("~ALL CATEGORIES");
-  QString artists = QStringLiteral("~ALL ARTISTS");
-  QString albums = QStringLiteral("~ALL ALBUMS");
-  QString date = QStringLiteral("0000-xxx");
+  QString genres = kAllCategories;
+  QString artists = kAllArtists;
+  QString albums = kAllAlbums;
+  QString date = kNoDate;
   QString bpm = QStringLiteral("0");
   QString hi = QStringLiteral("0");
   QString startEnd = QStringLiteral("1,0");

@@ -1,7 +1,7 @@
 #include "database/InfoBatch.h"
 
 #include "database/FolderListing.h"
-#include "database/TrackInfo.h"
+#include "database/InfoFields.h"
 #include "platform/ErrorLog.h"
 #include "platform/TextFile.h"
 
@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <cstring>
 #include <optional>
 
@@ -49,18 +48,6 @@ std::optional<int> SplitPlain(std::string_view text, FixedLines& lines) {
   return count;
 }
 
-std::optional<double> ParseDuration(std::string_view text) {
-  const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
-  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-  if (text.starts_with('+')) text.remove_prefix(1);
-  double value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size() || !(std::abs(value) < 1e9))
-    return std::nullopt;
-  return value;
-}
-
 InfoBatch::Status Store(const FixedLines& lines, InfoBatch& batch, InfoBatch::Record& record) {
   const auto add = [&](InfoBatch::Field field, std::string_view text) {
     record.offsets[field] = static_cast<std::uint32_t>(batch.texts.size());
@@ -77,7 +64,7 @@ InfoBatch::Status Store(const FixedLines& lines, InfoBatch& batch, InfoBatch::Re
   batch.texts.append(lines[InfoLine::EndStyle]);
   add(InfoBatch::Gain, lines[InfoLine::GainRecord]);
   record.offsets[InfoBatch::FieldCount] = static_cast<std::uint32_t>(batch.texts.size());
-  const auto duration = ParseDuration(lines[InfoLine::DurationSeconds]);
+  const auto duration = NumberIn(lines[InfoLine::DurationSeconds]);
   record.duration = duration.value_or(-1);
   return duration ? InfoBatch::Status::Read : InfoBatch::Status::BadDuration;
 }

@@ -29,24 +29,22 @@ bool IsSystemFile(const QString& path) {
                      [&path](const char* folder) { return path.startsWith(QLatin1StringView(folder)); });
 }
 
-bool IsLackOfRoom(const Failure& failure) {
-  return failure.Number() == ENOSPC || failure.Number() == EDQUOT;
-}
-
 }  // namespace
 
 QString JingleRow::SizeText() const {
-  return QString::number(static_cast<double>(size) / 1048576, 'f', 4);
+  return MegabytesText(size);
 }
 
 JingleImport::JingleImport(Services services)
     : services_(std::move(services)),
       drives_(services_.loop, services_.prompter, services_.title),
-      search_(services_.loop) {
+      search_(services_.loop),
+      run_(services_.loop) {
+  run_.OnProgress = [this] { Q_EMIT Changed(); };
   connect(&search_, &MediaSearch::Found, this, &JingleImport::Append);
   connect(&search_, &MediaSearch::Progress, this, &JingleImport::Changed);
   connect(&search_, &MediaSearch::Finished, this, [this] {
-    QString words = tr("%1 files found").arg(Count());
+    QString words = tr("%1 files found").arg(rows_.Count());
     if (search_.PassedOver() > 0) {
       words += tr(", %1 folders or names could not be read (see the log)").arg(search_.PassedOver());
     }
@@ -61,69 +59,59 @@ JingleImport::~JingleImport() {
 
 void JingleImport::Search(const QString& folder) {
   if (Busy() || folder.isEmpty()) return;
-  if (!rows_.empty()) {
-    Q_EMIT RowsAboutToBeRemoved(0, Count() - 1);
-    rows_.clear();
-    Q_EMIT RowsRemoved();
-  }
+  rows_.TakeAll();
   search_.Start({folder}, MediaWalk::Tags::Leave);
 }
 
 void JingleImport::Append(const std::vector<FoundFile>& files) {
-  Q_EMIT RowsAboutToBeAdded(Count(), Count() + static_cast<int>(files.size()) - 1);
+  std::vector<JingleRow> fresh;
   for (const FoundFile& file : files) {
-    rows_.push_back({QFileInfo(file.path).fileName(), file.size, file.path});
+    fresh.push_back({QFileInfo(file.path).fileName(), file.size, file.path});
   }
-  Q_EMIT RowsAdded();
+  rows_.Append(std::move(fresh));
 }
 
 void JingleImport::Stop() {
   search_.Stop();
-  stop_ = true;
-  if (copy_) copy_->stop = true;
+  run_.Stop();
 }
 
 QString JingleImport::Words() const {
-  if (!Searching()) return words_;
+  if (!Searching()) return run_.Progress().words;
   return QStringLiteral("Searching ") + search_.Folder() + QStringLiteral(" (") + Format0(search_.Percent()) +
          QStringLiteral(" %)");
 }
 
 double JingleImport::Percent() const {
   if (Searching()) return search_.Percent();
-  return working_ && steps_ > 0 ? 100.0 * static_cast<double>(step_) / static_cast<double>(steps_) : 0;
+  return working_ ? run_.Progress().Percent() : 0;
 }
 
-void JingleImport::Begin(std::size_t steps) {
+void JingleImport::Begin() {
   working_ = true;
-  stop_ = false;
-  words_.clear();
-  step_ = 0;
-  steps_ = steps;
-  Q_EMIT Changed();
+  run_.Reset();
 }
 
 void JingleImport::End(const QString& words) {
   working_ = false;
-  words_ = words;
-  Q_EMIT Changed();
+  run_.Show(words);
 }
 
 std::vector<JingleRow> JingleImport::Picked(const std::vector<int>& rows) const {
   std::vector<JingleRow> picked;
   picked.reserve(rows.size());
-  for (const int row : rows) picked.push_back(Row(row));
+  for (const int row : rows) picked.push_back(rows_[row]);
   return picked;
 }
 
 void JingleImport::Import(const std::vector<int>& rows) {
   if (Busy() || rows.empty()) return;
-  Begin(rows.size());
+  Begin();
   work_ = RunImport(Picked(rows));
 }
 
 Job<> JingleImport::RunImport(std::vector<JingleRow> picked) {
-  Tally tally;
+  FileSum sum;
   try {
     const auto read = [folder = services_.paths(Paths::Jingles)] {
       auto standing = std::make_shared<QSet<QString>>();
@@ -131,77 +119,57 @@ Job<> JingleImport::RunImport(std::vector<JingleRow> picked) {
       return standing;
     };
     const auto standing = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
-    for (step_ = 0; step_ < steps_ && !stop_ && !tally.noRoom; ++step_) {
-      co_await ImportOne(picked[step_], standing, tally);
-    }
+    FileRun::Work work;
+    work.files = picked.size();
+    work.tag = QStringLiteral(" jingle import");
+    work.step = [this, &picked, standing](std::size_t file) { return ImportOne(picked[file], standing); };
+    sum = co_await run_.Run(std::move(work));
   } catch (...) {
     basHandleError(QStringLiteral(" jingle import"));
   }
   Prompt closing;
   closing.icon = PromptIcon::Exclamation;
-  if (tally.noRoom) {
+  if (sum.EndedBy(FileOutcome::NoRoom)) {
     closing.text = QStringLiteral("Insufficient Disc space !");
     services_.prompter.Tell(closing);
   }
-  closing.text = Summary(tally);
+  closing.text = Summary(sum);
   closing.icon = PromptIcon::Information;
   services_.prompter.Tell(closing);
-  End(tr("%1 Files Were Imported Successfully !").arg(tally.imported));
+  End(tr("%1 Files Were Imported Successfully !").arg(sum.Count(FileOutcome::Done)));
 }
 
-Job<> JingleImport::ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> standing, Tally& tally) {
+Job<FileOutcome> JingleImport::ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> standing) {
   const QString folder = services_.paths(Paths::Jingles);
-  words_ = QStringLiteral("Importing ") + row.name;
-  Q_EMIT Changed();
-  const auto look = [path = row.path] { return CheckMediaFile(path); };
-  const bool fit = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
-  if (!fit) {
-    ++tally.tooSmall;
-    co_return;
-  }
-  if (standing->contains(row.name.toUpper())) {
-    ++tally.existed;
-    co_return;
-  }
+  run_.Show(QStringLiteral("Importing ") + row.name);
+  if (!co_await run_.IsMusic(row.path)) co_return FileOutcome::Unfit;
+  if (standing->contains(row.name.toUpper())) co_return FileOutcome::Existed;
+  if (!co_await run_.HasRoom(HasRoom, folder, row.path)) co_return FileOutcome::NoRoom;
   CopyOrder order;
   order.from = row.path;
   order.to = folder + QLatin1Char('/') + row.name;
-  const auto measure = [hasRoom = HasRoom, folder, path = row.path] {
-    return hasRoom(folder, QFileInfo(path).size());
-  };
-  tally.noRoom = !co_await services_.loop.Offload(EventLoop::Lane::Apart, measure);
-  if (tally.noRoom || stop_) co_return;
-  try {
-    copy_ = std::make_shared<CopyControl>();
-    const CopyResult result = co_await CopyFileLater(services_.loop, order, copy_);
-    if (result == CopyResult::Existed) ++tally.existed;
-    if (result == CopyResult::Copied) {
-      ++tally.imported;
-      standing->insert(row.name.toUpper());
-      services_.catalogue.AddJingle(order.to);
-    }
-  } catch (const Failure& failure) {
-    tally.noRoom = IsLackOfRoom(failure);
-    if (!tally.noRoom) ++tally.failed;
-    NoteInLog(ErrorLog::Compose(std::current_exception(), QStringLiteral(" jingle import")));
-  }
-  copy_ = nullptr;
+  const FileOutcome outcome = OutcomeOf(co_await run_.Copy(order));
+  if (outcome != FileOutcome::Done) co_return outcome;
+  standing->insert(row.name.toUpper());
+  services_.catalogue.AddJingle(order.to);
+  co_return outcome;
 }
 
-QString JingleImport::Summary(const Tally& tally) {
-  QStringList lines{QString::number(tally.imported) + QStringLiteral(" Files Were Imported Successfully !")};
-  const auto count = [&lines](int number, const QString& words) {
-    if (number > 0) lines.append(QString::number(number) + words);
-  };
-  count(tally.existed, QStringLiteral(" File/s Already Existed And were not Imported!"));
-  count(tally.tooSmall, QStringLiteral(" File/s Were Too Small(less than 10kbytes )And were Not Imported!"));
-  count(tally.failed, QStringLiteral(" File/s Could Not Be Copied (See The Error Log)"));
+QString JingleImport::Summary(const FileSum& sum) {
+  QStringList lines{QString::number(sum.Count(FileOutcome::Done)) +
+                    QStringLiteral(" Files Were Imported Successfully !")};
+  AddCount(lines, sum.Count(FileOutcome::Existed),
+           QStringLiteral(" File/s Already Existed And were not Imported!"));
+  AddCount(lines, sum.Count(FileOutcome::Unfit),
+           QStringLiteral(" File/s Were Too Small(less than 10kbytes )And were Not Imported!"));
+  AddCount(lines, sum.Count(FileOutcome::Failed),
+           QStringLiteral(" File/s Could Not Be Copied (See The Error Log)"));
   return lines.join(kNewLine);
 }
 
 void JingleImport::Delete(const std::vector<int>& rows) {
   if (Busy() || rows.empty()) return;
-  Begin(rows.size());
+  Begin();
   work_ = RunDelete(Picked(rows));
 }
 
@@ -219,18 +187,18 @@ Job<bool> JingleImport::AskBeforeDeletions() {
 }
 
 Job<> JingleImport::RunDelete(std::vector<JingleRow> picked) {
-  bool goOn = co_await AskBeforeDeletions();
-  for (step_ = 0; goOn && step_ < steps_ && !stop_; ++step_) {
-    try {
-      goOn = co_await DeleteOne(picked[step_]);
-    } catch (...) {
-      basHandleError(QStringLiteral(" jingle delete"));
-    }
+  if (co_await AskBeforeDeletions()) {
+    FileRun::Work work;
+    work.files = picked.size();
+    work.tag = QStringLiteral(" jingle delete");
+    work.failures = FileRun::Failures::Told;
+    work.step = [this, &picked](std::size_t file) { return DeleteOne(picked[file]); };
+    co_await run_.Run(std::move(work));
   }
   End({});
 }
 
-Job<bool> JingleImport::DeleteOne(JingleRow row) {
+Job<FileOutcome> JingleImport::DeleteOne(JingleRow row) {
   // Either may lie in the system: the name that was found, and what a link of that name leads to.
   const auto look = [path = row.path, jingles = services_.paths(Paths::Jingles)] {
     const QFileInfo file(path);
@@ -245,7 +213,7 @@ Job<bool> JingleImport::DeleteOne(JingleRow row) {
     refusal.text = row.name + QStringLiteral(" Is A System Media File !");
     refusal.icon = PromptIcon::Critical;
     co_await services_.prompter.Ask(refusal);
-    co_return true;
+    co_return FileOutcome::LeftOut;
   }
   Prompt question;
   question.text = QStringLiteral("Are You Sure You Want To Delete this File ?");
@@ -253,7 +221,8 @@ Job<bool> JingleImport::DeleteOne(JingleRow row) {
   question.buttons = Buttons::YesNoCancel;
   question.icon = PromptIcon::Question;
   const Answer answer = co_await services_.prompter.Ask(question);
-  if (answer != Answer::Yes) co_return answer == Answer::No;
+  if (answer == Answer::No) co_return FileOutcome::LeftOut;
+  if (answer != Answer::Yes) co_return FileOutcome::Stopped;
   const auto remove = [path = row.path] {
     QFile file(path);
     const bool gone = file.remove() || !file.exists();
@@ -269,17 +238,14 @@ Job<bool> JingleImport::DeleteOne(JingleRow row) {
     services_.catalogue.RemoveJingle(services_.paths(Paths::Jingles) + QLatin1Char('/') +
                                      QFileInfo(row.path).fileName());
   }
-  co_return true;
+  co_return FileOutcome::Done;
 }
 
 void JingleImport::RemoveRow(const QString& path) {
+  const std::vector<JingleRow>& rows = rows_.All();
   const auto found =
-      std::find_if(rows_.begin(), rows_.end(), [&path](const JingleRow& each) { return each.path == path; });
-  if (found == rows_.end()) return;
-  const int row = static_cast<int>(found - rows_.begin());
-  Q_EMIT RowsAboutToBeRemoved(row, row);
-  rows_.erase(found);
-  Q_EMIT RowsRemoved();
+      std::find_if(rows.begin(), rows.end(), [&path](const JingleRow& each) { return each.path == path; });
+  if (found != rows.end()) rows_.Remove(static_cast<int>(found - rows.begin()));
 }
 
 void JingleImport::Follow(const JingleChanged& change) {
@@ -287,12 +253,14 @@ void JingleImport::Follow(const JingleChanged& change) {
     RemoveRow(change.before);
     return;
   }
-  const auto found = std::find_if(rows_.begin(), rows_.end(),
+  const std::vector<JingleRow>& rows = rows_.All();
+  const auto found = std::find_if(rows.begin(), rows.end(),
                                   [&change](const JingleRow& row) { return row.path == change.before; });
-  if (found == rows_.end()) return;
-  found->path = change.path;
-  found->name = QFileInfo(change.path).fileName();
-  Q_EMIT RowChanged(static_cast<int>(found - rows_.begin()));
+  if (found == rows.end()) return;
+  rows_.Alter(static_cast<int>(found - rows.begin()), [&change](JingleRow& row) {
+    row.path = change.path;
+    row.name = QFileInfo(change.path).fileName();
+  });
 }
 
 }  // namespace kelvo

@@ -2,12 +2,13 @@
 
 #include "database/Catalogue.h"
 #include "database/DriveList.h"
+#include "database/FileRun.h"
 #include "database/MediaSearch.h"
 #include "database/Paths.h"
 #include "platform/EventLoop.h"
-#include "platform/FileCopy.h"
 #include "platform/Job.h"
 #include "platform/Prompter.h"
+#include "platform/RowStore.h"
 
 #include <QObject>
 #include <QSet>
@@ -44,8 +45,7 @@ class JingleImport : public QObject {
   ~JingleImport() override;
 
   [[nodiscard]] DriveList& Drives() { return drives_; }
-  [[nodiscard]] int Count() const { return static_cast<int>(rows_.size()); }
-  [[nodiscard]] const JingleRow& Row(int row) const { return rows_[static_cast<std::size_t>(row)]; }
+  [[nodiscard]] const RowStore<JingleRow>& Rows() const { return rows_; }
 
   /// Lists what is found in the folder and below it, in place of the rows that were there.
   void Search(const QString& folder);
@@ -62,52 +62,33 @@ class JingleImport : public QObject {
   [[nodiscard]] double Percent() const;
 
   /// Whether a file of so many bytes fits into the folder. Called off the logic's thread.
-  std::function<bool(const QString& folder, std::int64_t bytes)> HasRoom = HasRoomFor;
+  RoomCheck HasRoom = HasRoomFor;
 
  Q_SIGNALS:
   void Changed();
-  void RowsAboutToBeAdded(int first, int last);
-  void RowsAdded();
-  void RowsAboutToBeRemoved(int first, int last);
-  void RowsRemoved();
-  void RowChanged(int row);
 
  private:
-  struct Tally {
-    int imported = 0;
-    int existed = 0;
-    int tooSmall = 0;
-    int failed = 0;
-    bool noRoom = false;
-  };
-  /// What a look at a row's file comes to.
-  enum class Verdict { Fit, TooSmall, NoRoom };
-
   [[nodiscard]] Job<> RunImport(std::vector<JingleRow> picked);
-  [[nodiscard]] Job<> ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> standing, Tally& tally);
+  /// `standing`: the names in the jingle folder, upper case.
+  [[nodiscard]] Job<FileOutcome> ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> standing);
   [[nodiscard]] Job<> RunDelete(std::vector<JingleRow> picked);
   [[nodiscard]] Job<bool> AskBeforeDeletions();
-  /// False when the operator wants no more of it.
-  [[nodiscard]] Job<bool> DeleteOne(JingleRow row);
+  [[nodiscard]] Job<FileOutcome> DeleteOne(JingleRow row);
   void Append(const std::vector<FoundFile>& files);
   void RemoveRow(const QString& path);
   /// A jingle may be among the files that were found.
   void Follow(const JingleChanged& change);
-  void Begin(std::size_t steps);
+  void Begin();
   void End(const QString& words);
   [[nodiscard]] std::vector<JingleRow> Picked(const std::vector<int>& rows) const;
-  [[nodiscard]] static QString Summary(const Tally& tally);
+  [[nodiscard]] static QString Summary(const FileSum& sum);
 
   Services services_;
   DriveList drives_;
   MediaSearch search_;
-  std::vector<JingleRow> rows_;
+  RowStore<JingleRow> rows_;
   bool working_ = false;
-  bool stop_ = false;
-  QString words_;
-  std::size_t step_ = 0;
-  std::size_t steps_ = 0;
-  std::shared_ptr<CopyControl> copy_;
+  FileRun run_;
   Job<> work_;
 };
 

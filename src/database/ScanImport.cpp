@@ -12,12 +12,9 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <cerrno>
 
 namespace kelvo {
 namespace {
-
-using namespace std::chrono_literals;
 
 const QString kNewLine = QStringLiteral("\r\n");
 
@@ -63,26 +60,24 @@ bool RemoveSource(const Paths& paths, const QString& source, const QString& copy
   return QFile::remove(source);
 }
 
-bool IsLackOfRoom(const Failure& failure) {
-  return failure.Number() == ENOSPC || failure.Number() == EDQUOT;
-}
-
 }  // namespace
 
 ScanImport::ScanImport(Services services)
     : services_(std::move(services)),
       rows_(services_.loop, services_.prompter),
       drives_(services_.loop, services_.prompter, services_.title),
-      search_(services_.loop) {
+      search_(services_.loop),
+      run_(services_.loop) {
+  run_.OnProgress = [this] { Q_EMIT Changed(); };
   connect(&search_, &MediaSearch::Found, this,
           [this](const std::vector<FoundFile>& files) { rows_.Append(files); });
   connect(&search_, &MediaSearch::Progress, this, &ScanImport::Changed);
   connect(&search_, &MediaSearch::Finished, this, [this] {
-    words_ = tr("%1 files in the list").arg(rows_.Count());
+    QString words = tr("%1 files in the list").arg(rows_.Count());
     if (search_.PassedOver() > 0) {
-      words_ += tr(", %1 folders or names could not be read (see the log)").arg(search_.PassedOver());
+      words += tr(", %1 folders or names could not be read (see the log)").arg(search_.PassedOver());
     }
-    Q_EMIT Changed();
+    run_.Show(words);
   });
 }
 
@@ -98,30 +93,25 @@ void ScanImport::Search(const QStringList& folders) {
 void ScanImport::ClearList() {
   if (Busy()) return;
   rows_.Clear();
-  words_.clear();
-  Q_EMIT Changed();
+  run_.Show({});
 }
 
 void ScanImport::Stop() {
   search_.Stop();
-  stop_ = true;
-  if (copy_) copy_->stop = true;
+  run_.Stop();
   if (Busy()) Q_EMIT Changed();
 }
 
 QString ScanImport::Words() const {
-  if (search_.Stopping() || (importing_ && stop_)) return QStringLiteral("Cancelling..Please wait");
+  if (search_.Stopping() || (importing_ && run_.Stopping())) return QStringLiteral("Cancelling..Please wait");
   if (Searching())
     return QStringLiteral("Searching") + search_.Folder() + QStringLiteral(" for Mp3/Wav Files");
-  return words_;
+  return run_.Progress().words;
 }
 
 double ScanImport::Percent() const {
   if (Searching()) return search_.Percent();
-  if (!importing_ || importRows_ == 0) return 0;
-  const auto total = copy_ ? static_cast<double>(copy_->total) : 0;
-  const double part = total > 0 ? static_cast<double>(copy_->done) / total : 0;
-  return 100.0 * (importRow_ + std::min(part, 1.0)) / importRows_;
+  return importing_ ? run_.Progress().Percent() : 0;
 }
 
 void ScanImport::SetDeletesSources(bool on) {
@@ -152,11 +142,7 @@ void ScanImport::Import(const std::vector<int>& rows) {
   // What was just ordered for the names counts.
   rows_.FinishOrders();
   importing_ = true;
-  stop_ = false;
-  words_.clear();
-  importRow_ = 0;
-  importRows_ = static_cast<int>(rows.size());
-  Q_EMIT Changed();
+  run_.Reset();
   import_ = RunImport(rows);
 }
 
@@ -188,109 +174,106 @@ Job<bool> ScanImport::AskForDeletion() {
 
 Job<> ScanImport::RunImport(std::vector<int> rows) {
   bool asked = false;
-  Tally tally;
+  Batch batch;
+  batch.rows = std::move(rows);
+  FileSum sum;
   try {
-    if (co_await AskForNames(rows)) {
+    if (co_await AskForNames(batch.rows)) {
       asked = true;
       Q_EMIT Began();
-      tally.deletes = co_await AskForDeletion();
+      batch.deletes = co_await AskForDeletion();
       const auto read = [paths = services_.paths] {
         return std::make_shared<StandingNames>(StandingNames::Read(paths));
       };
-      const auto standing = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
-      for (importRow_ = 0; importRow_ < importRows_ && !stop_ && !tally.noRoom; ++importRow_) {
-        co_await CopyRow(rows[static_cast<std::size_t>(importRow_)], standing, tally);
-      }
-      tally.stopped = stop_;
+      batch.standing = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
+      FileRun::Work work;
+      work.files = batch.rows.size();
+      work.tag = QStringLiteral(" scan");
+      work.step = [this, &batch](std::size_t file) { return CopyRow(batch.rows[file], batch); };
+      work.after = [this, &batch](std::size_t file, FileOutcome outcome) {
+        MarkRow(batch.rows[file], outcome);
+      };
+      sum = co_await run_.Run(std::move(work));
     }
   } catch (...) {
     asked = false;
     basHandleError(QStringLiteral(" scan"));
   }
-  rows_.Remove(tally.gone);
-  if (tally.noRoom) co_await TellNoRoom();
+  rows_.Remove(batch.gone);
+  if (sum.EndedBy(FileOutcome::NoRoom)) co_await TellNoRoom();
   importing_ = false;
-  words_.clear();
   if (asked) {
     Prompt closing;
-    closing.text = Summary(tally);
+    closing.text = Summary(sum, batch);
     closing.title = QStringLiteral("File Import");
     closing.icon = PromptIcon::Information;
     services_.prompter.Tell(closing);
-    words_ = tr("%1 Tracks Copied Successfully").arg(tally.copied);
   }
-  Q_EMIT Changed();
+  run_.Show(asked ? tr("%1 Tracks Copied Successfully").arg(sum.Count(FileOutcome::Done)) : QString());
 }
 
-Job<> ScanImport::CopyRow(int row, std::shared_ptr<StandingNames> standing, Tally& tally) {
+Job<FileOutcome> ScanImport::CopyRow(int row, Batch& batch) {
   const QString source = rows_.Row(row).Text(ScanPathColumn);
   StagedName name = StagedNameOf(rows_.Row(row));
-  name.artist = standing->ArtistFolder(name.artist);
-  const auto look = [source] { return CheckMediaFile(source); };
-  const bool fit = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
-  if (!fit) {
-    NoteInLog(QStringLiteral("scan: cannot be imported: ") + source);
-    ++tally.unfit;
-  } else if (standing->InUtility(name)) {
-    rows_.SetMark(row, ScanMark::InUtility);
-    ++tally.inUtility;
-  } else if (standing->InMusic(name) && rows_.Row(row).mark != ScanMark::InDatabase) {
-    // A row that is yellow already was picked again: that is the wish to replace.
-    rows_.SetMark(row, ScanMark::InDatabase);
-    ++tally.inDatabase;
-  } else {
-    try {
-      co_await CopyFileOf(row, name, standing, tally);
-    } catch (const Failure& failure) {
-      tally.noRoom = IsLackOfRoom(failure);
-      if (!tally.noRoom) ++tally.failed;
-      NoteInLog(ErrorLog::Compose(std::current_exception(), QStringLiteral(" scan copy")));
-    }
+  name.artist = batch.standing->ArtistFolder(name.artist);
+  if (!co_await run_.IsMusic(source)) {
+    run_.Note(QStringLiteral("scan: cannot be imported: ") + source);
+    co_return FileOutcome::Unfit;
   }
-  copy_ = nullptr;
+  if (batch.standing->InUtility(name)) co_return FileOutcome::Existed;
+  // A row that is yellow already was picked again: that is the wish to replace.
+  if (batch.standing->InMusic(name) && rows_.Row(row).mark != ScanMark::InDatabase)
+    co_return FileOutcome::InDatabase;
+  co_return co_await CopyFileOf(row, name, batch);
 }
 
-Job<> ScanImport::CopyFileOf(int row, StagedName name, std::shared_ptr<StandingNames> standing,
-                             Tally& tally) {
-  words_ = QStringLiteral("Copying ") + name.title + QStringLiteral(" To Utilities Folder");
-  Q_EMIT Changed();
+Job<FileOutcome> ScanImport::CopyFileOf(int row, StagedName name, Batch& batch) {
+  run_.At(QStringLiteral("copy"));
+  run_.Show(QStringLiteral("Copying ") + name.title + QStringLiteral(" To Utilities Folder"));
+  const QString utility = services_.paths(Paths::Utility);
   CopyOrder order;
   order.from = rows_.Row(row).Text(ScanPathColumn);
-  order.to = StagedPath(services_.paths(Paths::Utility), name);
-  const auto prepare = [order, hasRoom = HasRoom, utility = services_.paths(Paths::Utility)] {
-    if (!hasRoom(utility, QFileInfo(order.from).size())) return false;
-    const QString folder = QFileInfo(order.to).path();
+  order.to = StagedPath(utility, name);
+  if (!co_await run_.HasRoom(HasRoom, utility, order.from)) co_return FileOutcome::NoRoom;
+  const auto makeFolder = [folder = QFileInfo(order.to).path()] {
     if (!QDir().mkpath(folder)) throw Failure(QStringLiteral("Cannot make the folder ") + folder, 0, folder);
-    return true;
   };
-  tally.noRoom = !co_await services_.loop.Offload(EventLoop::Lane::Apart, prepare);
-  if (tally.noRoom || stop_) co_return;
-
-  copy_ = std::make_shared<CopyControl>();
-  const Timer watch = services_.loop.Every(100ms, [this] { Q_EMIT Changed(); });
-  const CopyResult result = co_await CopyFileLater(services_.loop, order, copy_);
-  if (result == CopyResult::Stopped) co_return;
-  standing->AddStaged(name);
-  if (result == CopyResult::Existed) {
-    rows_.SetMark(row, ScanMark::InUtility);
-    ++tally.inUtility;
-    co_return;
-  }
-  ++tally.copied;
+  if (run_.Stopping()) co_return FileOutcome::Stopped;
+  co_await services_.loop.Offload(EventLoop::Lane::Apart, makeFolder);
+  const FileOutcome outcome = OutcomeOf(co_await run_.Copy(order));
+  if (outcome == FileOutcome::Stopped) co_return outcome;
+  batch.standing->AddStaged(name);
+  if (outcome != FileOutcome::Done) co_return outcome;
   services_.catalogue.AddStagedFile(order.to);
-  rows_.SetMark(row, ScanMark::Copied);
-  if (tally.deletes) co_await DeleteSource(row, order.to, tally);
+  if (batch.deletes) co_await DeleteSource(row, order.to, batch);
+  co_return outcome;
 }
 
-Job<> ScanImport::DeleteSource(int row, QString copy, Tally& tally) {
+void ScanImport::MarkRow(int row, FileOutcome outcome) {
+  switch (outcome) {
+    case FileOutcome::Done:
+      rows_.SetMark(row, ScanMark::Copied);
+      break;
+    case FileOutcome::Existed:
+      rows_.SetMark(row, ScanMark::InUtility);
+      break;
+    case FileOutcome::InDatabase:
+      rows_.SetMark(row, ScanMark::InDatabase);
+      break;
+    default:
+      break;
+  }
+}
+
+Job<> ScanImport::DeleteSource(int row, QString copy, Batch& batch) {
   const QString source = rows_.Row(row).Text(ScanPathColumn);
   const auto remove = [paths = services_.paths, source, copy] { return RemoveSource(paths, source, copy); };
   const bool removed = co_await services_.loop.Offload(EventLoop::Lane::Apart, remove);
   if (removed) {
-    tally.gone.push_back(row);
+    batch.gone.push_back(row);
   } else {
-    ++tally.sourcesKept;
-    NoteInLog(QStringLiteral("scan: the source was not deleted: ") + source);
+    ++batch.sourcesKept;
+    run_.Note(QStringLiteral("scan: the source was not deleted: ") + source);
   }
 }
 
@@ -306,29 +289,29 @@ Job<> ScanImport::TellNoRoom() {
   services_.prompter.Tell(trouble);
 }
 
-QString ScanImport::Summary(const Tally& tally) const {
-  QStringList lines{QString::number(tally.copied) + QStringLiteral(" Tracks Copied Successfully")};
-  const auto count = [&lines](int number, const QString& words) {
-    if (number > 0) lines.append(QString::number(number) + words);
-  };
-  count(tally.inDatabase,
-        QStringLiteral(" Track/s Were Not Copied, Which Already Existed In The Main Data Base "
-                       "(Highlighted In Yellow)") +
-            kNewLine +
-            QStringLiteral(
-                "If You wish to replace The data base file/s, Please Reselect and Click Import Again !"));
-  count(tally.inUtility,
-        QStringLiteral(
-            " Track/s Not Copied Which Already Existed In The Utilities Folder (Highlighted In Red)") +
-            kNewLine + QStringLiteral("These Tracks Cannot Be imported without First Re-Naming"));
-  count(tally.unfit, QStringLiteral(" Track/s Not Copied Which Are Gone, Unreadable Or Too Small"));
-  count(tally.failed, QStringLiteral(" Track/s Could Not Be Copied (See The Error Log)"));
-  count(tally.sourcesKept, QStringLiteral(" Source File/s Were Not Deleted"));
-  if (tally.noRoom) {
+QString ScanImport::Summary(const FileSum& sum, const Batch& batch) const {
+  QStringList lines{QString::number(sum.Count(FileOutcome::Done)) +
+                    QStringLiteral(" Tracks Copied Successfully")};
+  AddCount(lines, sum.Count(FileOutcome::InDatabase),
+           QStringLiteral(" Track/s Were Not Copied, Which Already Existed In The Main Data Base "
+                          "(Highlighted In Yellow)") +
+               kNewLine +
+               QStringLiteral(
+                   "If You wish to replace The data base file/s, Please Reselect and Click Import Again !"));
+  AddCount(lines, sum.Count(FileOutcome::Existed),
+           QStringLiteral(
+               " Track/s Not Copied Which Already Existed In The Utilities Folder (Highlighted In Red)") +
+               kNewLine + QStringLiteral("These Tracks Cannot Be imported without First Re-Naming"));
+  AddCount(lines, sum.Count(FileOutcome::Unfit),
+           QStringLiteral(" Track/s Not Copied Which Are Gone, Unreadable Or Too Small"));
+  AddCount(lines, sum.Count(FileOutcome::Failed),
+           QStringLiteral(" Track/s Could Not Be Copied (See The Error Log)"));
+  AddCount(lines, batch.sourcesKept, QStringLiteral(" Source File/s Were Not Deleted"));
+  if (sum.EndedBy(FileOutcome::NoRoom)) {
     lines.append(
         QStringLiteral("The Copy Operation Did Not Fully Complete Due To Insufficiant Disc Space !"));
   }
-  if (tally.stopped) lines.append(QStringLiteral("Interupted By User!"));
+  if (run_.Stopping()) lines.append(QStringLiteral("Interupted By User!"));
   return lines.join(kNewLine);
 }
 

@@ -2,12 +2,12 @@
 
 #include "database/Catalogue.h"
 #include "database/DriveList.h"
+#include "database/FileRun.h"
 #include "database/MediaSearch.h"
 #include "database/Paths.h"
 #include "database/ScanRows.h"
 #include "database/StagedName.h"
 #include "platform/EventLoop.h"
-#include "platform/FileCopy.h"
 #include "platform/Job.h"
 #include "platform/Prompter.h"
 
@@ -62,7 +62,7 @@ class ScanImport : public QObject {
   void SetDeletesSources(bool on);
 
   /// Whether a file of so many bytes fits into the folder. Called off the logic's thread.
-  std::function<bool(const QString& folder, std::int64_t bytes)> HasRoom = HasRoomFor;
+  RoomCheck HasRoom = HasRoomFor;
 
  Q_SIGNALS:
   /// Words, Percent, Busy or DeletesSources changed.
@@ -71,29 +71,24 @@ class ScanImport : public QObject {
   void Began();
 
  private:
-  /// What an import comes to, for its closing words.
-  struct Tally {
-    int copied = 0;
-    int inDatabase = 0;
-    int inUtility = 0;
-    int unfit = 0;        ///< gone, unreadable, no music
-    int failed = 0;       ///< could not be copied
-    int sourcesKept = 0;  ///< could not or must not be deleted
-    bool noRoom = false;
-    bool stopped = false;
+  /// An import under way, and what it came to apart from its files.
+  struct Batch {
+    std::vector<int> rows;
+    std::shared_ptr<StandingNames> standing;
     bool deletes = false;
+    int sourcesKept = 0;    ///< could not or must not be deleted
     std::vector<int> gone;  ///< rows whose source was deleted
   };
 
   [[nodiscard]] Job<> RunImport(std::vector<int> rows);
   [[nodiscard]] Job<bool> AskForNames(const std::vector<int>& rows);
   [[nodiscard]] Job<bool> AskForDeletion();
-  [[nodiscard]] Job<> CopyRow(int row, std::shared_ptr<StandingNames> standing, Tally& tally);
-  [[nodiscard]] Job<> CopyFileOf(int row, StagedName name, std::shared_ptr<StandingNames> standing,
-                                 Tally& tally);
-  [[nodiscard]] Job<> DeleteSource(int row, QString copy, Tally& tally);
+  [[nodiscard]] Job<FileOutcome> CopyRow(int row, Batch& import);
+  [[nodiscard]] Job<FileOutcome> CopyFileOf(int row, StagedName name, Batch& import);
+  [[nodiscard]] Job<> DeleteSource(int row, QString copy, Batch& import);
+  void MarkRow(int row, FileOutcome outcome);
   [[nodiscard]] Job<> TellNoRoom();
-  [[nodiscard]] QString Summary(const Tally& tally) const;
+  [[nodiscard]] QString Summary(const FileSum& sum, const Batch& import) const;
   [[nodiscard]] Job<> AskToDelete();
 
   Services services_;
@@ -102,11 +97,7 @@ class ScanImport : public QObject {
   MediaSearch search_;
   bool deletesSources_ = false;
   bool importing_ = false;
-  bool stop_ = false;
-  QString words_;
-  int importRow_ = 0;
-  int importRows_ = 0;
-  std::shared_ptr<CopyControl> copy_;
+  FileRun run_;
   Job<> import_;
   Job<> warning_;
 };

@@ -28,23 +28,18 @@ void ScanRows::Append(const std::vector<FoundFile>& files) {
                    file.path};
     fresh.push_back(std::move(row));
   }
-  if (fresh.empty()) return;
-  Q_EMIT RowsAboutToBeAdded(Count(), Count() + static_cast<int>(fresh.size()) - 1);
-  std::move(fresh.begin(), fresh.end(), std::back_inserter(rows_));
-  Q_EMIT RowsAdded();
+  rows_.Append(std::move(fresh));
 }
 
 void ScanRows::Clear() {
   orders_.clear();
-  if (rows_.empty()) return;
-  Q_EMIT RowsAboutToBeRemoved(0, Count() - 1);
+  if (Count() == 0) return;
   // To free 100,000 rows takes longer than a turn.
   auto gone = std::make_shared<std::pair<std::vector<ScanRow>, QSet<QString>>>();
-  gone->first.swap(rows_);
+  gone->first = rows_.TakeAll();
   gone->second.swap(paths_);
   loop_.RunOffThread(
       EventLoop::Lane::Apart, [gone = std::move(gone)]() mutable { gone.reset(); }, [] {});
-  Q_EMIT RowsRemoved();
 }
 
 void ScanRows::Remove(std::vector<int> rows) {
@@ -60,17 +55,14 @@ void ScanRows::Remove(std::vector<int> rows) {
       first = rows.back();
       rows.pop_back();
     }
-    Q_EMIT RowsAboutToBeRemoved(first, last);
     for (int row = first; row <= last; ++row) paths_.remove(Row(row).Text(ScanPathColumn));
-    rows_.erase(rows_.begin() + first, rows_.begin() + last + 1);
-    Q_EMIT RowsRemoved();
+    rows_.Remove(first, last);
   }
 }
 
 void ScanRows::SetMark(int row, ScanMark mark) {
   if (row >= Count() || Row(row).mark == mark) return;
-  rows_[static_cast<std::size_t>(row)].mark = mark;
-  Q_EMIT RowsChanged(row, row);
+  rows_.Alter(row, [mark](ScanRow& each) { each.mark = mark; });
 }
 
 void ScanRows::Put(ScanRow& row, ScanColumn column, const QString& text) {
@@ -89,8 +81,8 @@ bool ScanRows::Accepts(ScanColumn column, const QString& text) {
 bool ScanRows::SetText(int row, ScanColumn column, const QString& text) {
   if (row >= Count() || !Accepts(column, text)) return false;
   const bool isName = column == ScanTitleColumn || column == ScanArtistColumn;
-  Put(rows_[static_cast<std::size_t>(row)], column, isName ? CleanFileName(text) : text);
-  Q_EMIT RowsChanged(row, row);
+  const QString clean = isName ? CleanFileName(text) : text;
+  rows_.Alter(row, [column, &clean](ScanRow& each) { Put(each, column, clean); });
   return true;
 }
 
@@ -115,13 +107,13 @@ void ScanRows::WorkOff(const std::function<bool()>& pause) {
   while (!orders_.empty() && !paused) {
     Order& order = orders_.front();
     const int row = order.rows[order.next];
-    order.change(rows_[static_cast<std::size_t>(row)]);
+    rows_.AlterUntold(row, order.change);
     first = std::min(first, row);
     last = std::max(last, row);
     if (++order.next == order.rows.size()) orders_.pop_front();
     paused = pause();
   }
-  if (first <= last) Q_EMIT RowsChanged(first, last);
+  if (first <= last) rows_.TellChanged(first, last);
 }
 
 void ScanRows::Insert(const std::vector<int>& rows, ScanColumn column, const QString& text) {
@@ -135,7 +127,7 @@ void ScanRows::ReplaceArtist(const QString& existing, const QString& with) {
   const QString old = existing.trimmed();
   const QString fresh = CleanFileName(with);
   if (old.isEmpty() || fresh.isEmpty()) return;
-  std::vector<int> all(rows_.size());
+  std::vector<int> all(rows_.All().size());
   std::iota(all.begin(), all.end(), 0);
   Give(std::move(all), [old, fresh](ScanRow& row) {
     if (row.Text(ScanArtistColumn).compare(old, Qt::CaseInsensitive) == 0) Put(row, ScanArtistColumn, fresh);

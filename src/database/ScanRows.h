@@ -2,6 +2,7 @@
 
 #include "database/MediaSearch.h"
 #include "platform/Job.h"
+#include "platform/RowStore.h"
 
 #include <QObject>
 #include <QSet>
@@ -50,8 +51,9 @@ class ScanRows : public QObject {
  public:
   ScanRows(EventLoop& loop, Prompter& prompter) : loop_(loop), prompter_(prompter) {}
 
-  [[nodiscard]] int Count() const { return static_cast<int>(rows_.size()); }
-  [[nodiscard]] const ScanRow& Row(int row) const { return rows_[static_cast<std::size_t>(row)]; }
+  [[nodiscard]] const RowStore<ScanRow>& Store() const { return rows_; }
+  [[nodiscard]] int Count() const { return rows_.Count(); }
+  [[nodiscard]] const ScanRow& Row(int row) const { return rows_[row]; }
   [[nodiscard]] static bool Editable(ScanColumn column) { return column <= ScanCommentsColumn; }
 
   /// Adds those that are not listed yet, dated with the present year.
@@ -83,11 +85,6 @@ class ScanRows : public QObject {
   void ChangeSeparator();
 
  Q_SIGNALS:
-  void RowsAboutToBeAdded(int first, int last);
-  void RowsAdded();
-  void RowsAboutToBeRemoved(int first, int last);
-  void RowsRemoved();
-  void RowsChanged(int first, int last);
   void SeparatorChanged();
 
  private:
@@ -108,7 +105,7 @@ class ScanRows : public QObject {
 
   EventLoop& loop_;
   Prompter& prompter_;
-  std::vector<ScanRow> rows_;
+  RowStore<ScanRow> rows_;
   QSet<QString> paths_;
   QString separator_ = QStringLiteral("-");
   std::deque<Order> orders_;  ///< in the order of the clicks

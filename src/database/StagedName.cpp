@@ -1,5 +1,6 @@
 #include "database/StagedName.h"
 
+#include "database/InfoFields.h"
 #include "platform/Words.h"
 
 #include <QStringList>
@@ -30,7 +31,7 @@ StagedFile ReadStagedPath(const QString& path) {
     file.name.extension = fields[3].trimmed();
   } else {
     file.name.title = BaseName(fileName).trimmed();
-    file.name.date = QStringLiteral("0000-xxx");
+    file.name.date = kNoDate;
     file.name.album = QStringLiteral("Unknown");
     file.name.extension = fileName.mid(BaseName(fileName).size()).trimmed();
   }

@@ -1,9 +1,68 @@
 #include "database/TrackInfo.h"
 
+#include "platform/AtomicFile.h"
+#include "platform/ErrorLog.h"
+
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
+
+#include <cerrno>
 
 namespace kelvo {
+
+namespace {
+
+/// Where the file is on disk, or would be.
+QString PlaceOf(const QString& path) {
+  const QString found = FindFile(path);
+  return found.isEmpty() ? path : found;
+}
+
+QString OneLine(QString text) {
+  return text.replace(QLatin1Char('\r'), QLatin1Char(' ')).replace(QLatin1Char('\n'), QLatin1Char(' '));
+}
+
+}  // namespace
+
+void TrackInfo::SetText(InfoLine::Line line, const QString& text) {
+  lines_.SetLine(line, OneLine(text));
+}
+
+TrackPlaySettings TrackInfo::Play(const TrackDefaults& defaults) const {
+  return {Get(InfoFields::PlayMode), Get(InfoFields::FadePosition), Get(InfoFields::FadeSpeed),
+          Get(InfoFields::StartStyle).value_or(0),
+          Get(InfoFields::EndStyle).value_or(defaults.DefaultEndType)};
+}
+
+void TrackInfo::CompletePlayLines() {
+  Set(InfoFields::PlayMode, Get(InfoFields::PlayMode));
+  Set(InfoFields::FadePosition, Get(InfoFields::FadePosition));
+  Set(InfoFields::FadeSpeed, Get(InfoFields::FadeSpeed));
+}
+
+QStringList TrackInfo::Comments() const {
+  return lines_.Lines().mid(InfoLine::Comments);
+}
+
+void TrackInfo::SetComments(const QString& text) {
+  static const QRegularExpression lineEnd(QStringLiteral("\r\n|\r|\n"));
+  const QString trimmed = text.trimmed();
+  const QStringList comments =
+      trimmed.isEmpty() ? QStringList(QStringLiteral("No Comments")) : trimmed.split(lineEnd);
+  lines_.RemoveFrom(InfoLine::Comments);
+  for (const QString& comment : comments) AddComment(comment);
+}
+
+void TrackInfo::AddComment(const QString& line) {
+  while (lines_.Count() < kFixedInfoLines) lines_.Append({});
+  lines_.Append(OneLine(line));
+}
+
+void TrackInfo::AddMissing(const TrackInfo& other) {
+  for (qsizetype line = lines_.Count(); line < kFixedInfoLines; ++line)
+    lines_.Append(other.lines_.Line(line));
+}
 
 QString TrackInfoPath(const Paths& paths, const QString& baseName) {
   return paths(Paths::Info) + QLatin1Char('/') + baseName + QStringLiteral(".kif");
@@ -21,73 +80,51 @@ QString FindFile(const QString& path) {
   return {};
 }
 
-TextFile ReadTrackInfo(const Paths& paths, const QString& baseName) {
-  const QString path = TrackInfoPath(paths, baseName);
+std::optional<TrackInfo> ReadTrackInfo(const QString& path) {
   const QString found = FindFile(path);
-  return TextFile::Read(found.isEmpty() ? path : found);
+  if (found.isEmpty()) return std::nullopt;
+  return TrackInfo(TextFile::Read(found));
 }
 
-void WriteTrackInfo(const Paths& paths, const QString& baseName, const TextFile& lines) {
-  const QString path = TrackInfoPath(paths, baseName);
-  const QString found = FindFile(path);
-  lines.Write(found.isEmpty() ? path : found);
+void WriteTrackInfo(const QString& path, const TrackInfo& info) {
+  const QString place = PlaceOf(path);
+  if (!ReplaceExistingFile(place, info.ToBytes()))
+    throw Failure(QStringLiteral("Could Not Save info File !"), ENOENT, place);
 }
 
-QString ArtistsFromName(const QString& baseName) {
+void CreateTrackInfo(const QString& path, const TrackInfo& info) {
+  ReplaceFile(PlaceOf(path), info.ToBytes());
+}
+
+ReferenceLine ArtistsFromName(const QString& baseName) {
   const qsizetype dash = baseName.indexOf(QLatin1Char('-'));
-  if (dash < 2) return kAllArtists;
-  return kAllArtists + QLatin1Char(',') + baseName.left(dash).trimmed();
+  if (dash < 2) return {kAllArtists, {}};
+  return {kAllArtists, {baseName.left(dash).trimmed()}};
 }
 
-TextFile DefaultTrackInfo(const QString& baseName, double durationSeconds, const TrackDefaults& defaults,
-                          const QStringList& comments) {
-  return TextFile(QStringList{
-                      kAllCategories,
-                      ArtistsFromName(baseName),
-                      kAllAlbums,
-                      QStringLiteral("0000-xxx"),
-                      QStringLiteral("?"),
-                      QStringLiteral("?"),
-                      QString::number(defaults.DefaultFade),
-                      QString::number(defaults.DefaultDelta),
-                      QString::number(defaults.DefaultFadeSpeed),
-                      QString::number(defaults.DefaultStartType),
-                      QString::number(defaults.DefaultEndType),
-                      QStringLiteral("?"),
-                      DurationText(durationSeconds),
-                  } +
-                  comments);
-}
-
-void CreateDefaultTrackInfo(const Paths& paths, const QString& baseName, double durationSeconds,
-                            const TrackDefaults& defaults, const QStringList& comments) {
-  DefaultTrackInfo(baseName, durationSeconds, defaults, comments).Write(TrackInfoPath(paths, baseName));
+TrackInfo DefaultTrackInfo(const QString& baseName, double durationSeconds, const TrackDefaults& defaults,
+                           const QStringList& comments) {
+  TrackInfo info;
+  info.SetText(InfoLine::Categories, kAllCategories);
+  info.Set(InfoFields::Artists, ArtistsFromName(baseName));
+  info.SetText(InfoLine::Albums, kAllAlbums);
+  info.SetText(InfoLine::ReleaseDate, kNoDate);
+  info.Set(InfoFields::Bpm, std::nullopt);
+  info.Set(InfoFields::HiPos, std::nullopt);
+  // The short form: one number a line.
+  info.SetText(InfoLine::PlayMode, QString::number(defaults.DefaultFade));
+  info.SetText(InfoLine::FadePosition, QString::number(defaults.DefaultDelta));
+  info.SetText(InfoLine::FadeSpeed, QString::number(defaults.DefaultFadeSpeed));
+  info.Set(InfoFields::StartStyle, defaults.DefaultStartType);
+  info.Set(InfoFields::EndStyle, defaults.DefaultEndType);
+  info.Set(InfoFields::GainRecord, std::nullopt);
+  info.Set(InfoFields::DurationSeconds, durationSeconds);
+  for (const QString& comment : comments) info.AddComment(comment);
+  return info;
 }
 
 QStringList ReplacedFileComments(const QString& title, const QString& date) {
   return {title + QStringLiteral(" Replaced This File On ") + date, QStringLiteral("Please Re-Edit !")};
-}
-
-QStringList References(const QString& line) {
-  QStringList names = line.split(QLatin1Char(','));
-  names.removeFirst();
-  names.removeIf([](const QString& name) { return name.isEmpty() || name.startsWith(QLatin1Char('~')); });
-  return names;
-}
-
-QString CompletePlayMode(const QString& line) {
-  switch (line.count(QLatin1Char(','))) {
-    case 0:
-      return line + QStringLiteral(",1,1");
-    case 1:
-      return line + QStringLiteral(",1");
-    default:
-      return line;
-  }
-}
-
-QString DurationText(double seconds) {
-  return QString::number(seconds, 'g', 12);
 }
 
 }  // namespace kelvo

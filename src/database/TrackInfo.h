@@ -1,10 +1,14 @@
 #pragma once
 
+#include "database/InfoFields.h"
 #include "database/Paths.h"
 #include "platform/TextFile.h"
 
 #include <QString>
 #include <QStringList>
+
+#include <optional>
+#include <type_traits>
 
 namespace kelvo {
 
@@ -18,30 +22,44 @@ struct TrackDefaults {
   int DefaultEndType = 0;
 };
 
-/// The lines of a track info file, from 0; line 13 is the first comment line.
-namespace InfoLine {
-enum Line : int {
-  Categories,
-  Artists,
-  Albums,
-  ReleaseDate,
-  Bpm,
-  HiPos,
-  PlayMode,
-  FadePosition,
-  FadeSpeed,
-  StartStyle,
-  EndStyle,
-  GainRecord,
-  DurationSeconds,
-  Comments,
-};
-}  // namespace InfoLine
-inline constexpr int kFixedInfoLines = 13;
+/// A track info file: 13 lines of one field each, then comments. It holds the text of the file and reads a
+/// field when it is asked for, so that whatever is not set goes back to the file byte for byte, also when it
+/// is garbage. Lines that the file lacks read as empty. A value; any thread.
+class TrackInfo {
+ public:
+  TrackInfo() = default;
+  explicit TrackInfo(TextFile lines) : lines_(std::move(lines)) {}
 
-inline const QString kAllCategories = QStringLiteral("~ALL CATEGORIES");
-inline const QString kAllArtists = QStringLiteral("~ALL ARTISTS");
-inline const QString kAllAlbums = QStringLiteral("~ALL ALBUMS");
+  /// The text of a line as it is in the file.
+  [[nodiscard]] QString Text(InfoLine::Line line) const { return lines_.Line(line); }
+  /// A line break in `text` becomes a blank: it would move all lines behind it.
+  void SetText(InfoLine::Line line, const QString& text);
+  template <typename Value>
+  [[nodiscard]] Value Get(const InfoField<Value>& field) const {
+    return field.read(Text(field.line));
+  }
+  template <typename Value>
+  void Set(const InfoField<Value>& field, const std::type_identity_t<Value>& value) {
+    SetText(field.line, field.text(value));
+  }
+
+  /// Lines 7 to 11; the default end style stands for an empty one.
+  [[nodiscard]] TrackPlaySettings Play(const TrackDefaults& defaults) const;
+  /// Writes lines 7 to 9 in their full form.
+  void CompletePlayLines();
+
+  [[nodiscard]] QStringList Comments() const;
+  /// The text of a comment box, which may have several lines; "No Comments" for an empty one.
+  void SetComments(const QString& text);
+  void AddComment(const QString& line);
+
+  /// The fixed lines that the file lacks become those of `other`.
+  void AddMissing(const TrackInfo& other);
+  [[nodiscard]] QByteArray ToBytes() const { return lines_.ToBytes(); }
+
+ private:
+  TextFile lines_;
+};
 
 /// `PathInfo`, the base name, ".kif".
 [[nodiscard]] QString TrackInfoPath(const Paths& paths, const QString& baseName);
@@ -50,31 +68,23 @@ inline const QString kAllAlbums = QStringLiteral("~ALL ALBUMS");
 /// there is none.
 [[nodiscard]] QString FindFile(const QString& path);
 
-/// The whole file, unparsed. Throws Failure. Any thread.
-[[nodiscard]] TextFile ReadTrackInfo(const Paths& paths, const QString& baseName);
-/// Replaces the file. Throws Failure. Blocks: off the logic's thread.
-void WriteTrackInfo(const Paths& paths, const QString& baseName, const TextFile& lines);
+/// The track info file of this path, under whatever case it is on disk; none when there is none. Throws
+/// Failure. Blocks; any thread.
+[[nodiscard]] std::optional<TrackInfo> ReadTrackInfo(const QString& path);
+/// Saves changes to the file where it is. Throws Failure, "Could Not Save info File !" when the file has
+/// vanished: nothing is made in its place. Blocks: off the logic's thread.
+void WriteTrackInfo(const QString& path, const TrackInfo& info);
+/// Makes the file of a track that has none. Throws Failure. Blocks: off the logic's thread.
+void CreateTrackInfo(const QString& path, const TrackInfo& info);
 
-/// The lines of a new track info file: the defaults, the artist of the name, `comments` behind.
-[[nodiscard]] TextFile DefaultTrackInfo(const QString& baseName, double durationSeconds,
-                                        const TrackDefaults& defaults, const QStringList& comments);
-/// Writes such a file. Throws Failure. Blocks: off the logic's thread.
-void CreateDefaultTrackInfo(const Paths& paths, const QString& baseName, double durationSeconds,
-                            const TrackDefaults& defaults, const QStringList& comments);
+/// A new track info file: the defaults, the artist of the name, `comments` behind.
+[[nodiscard]] TrackInfo DefaultTrackInfo(const QString& baseName, double durationSeconds,
+                                         const TrackDefaults& defaults, const QStringList& comments);
 /// The two comment lines of a file that the system made by itself.
 [[nodiscard]] QStringList ReplacedFileComments(const QString& title, const QString& date);
 
-/// Line 2 for a track of this name: "~ALL ARTISTS", and the text before the first "-" when that stands at the
-/// third character or later.
-[[nodiscard]] QString ArtistsFromName(const QString& baseName);
-
-/// The references of a line: its items behind the first that do not begin with "~".
-[[nodiscard]] QStringList References(const QString& line);
-
-/// `PlayMode` in full: one field gets ",1,1" behind it, two get ",1".
-[[nodiscard]] QString CompletePlayMode(const QString& line);
-
-/// A duration as the file keeps it: a decimal number, "." as its point.
-[[nodiscard]] QString DurationText(double seconds);
+/// The artists of a track of this name: the text before the first "-" when that is the third character or
+/// later, otherwise none.
+[[nodiscard]] ReferenceLine ArtistsFromName(const QString& baseName);
 
 }  // namespace kelvo

@@ -18,9 +18,6 @@
 namespace kelvo {
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr auto kWatch = 100ms;
 /// Rows read in one go: each costs a look into a file, so a few keep the list coming.
 constexpr qsizetype kFilesAtOnce = 16;
 const QString kLineBreak = QStringLiteral("\r\n");
@@ -29,10 +26,6 @@ void RemoveFile(const QString& path) {
   QFile file(path);
   if (file.remove() || !file.exists()) return;
   throw Failure(QStringLiteral("Cannot delete %1 : %2").arg(path, file.errorString()), 0, path);
-}
-
-QString Megabytes(qint64 bytes) {
-  return QString::number(static_cast<double>(bytes) / (1024.0 * 1024.0), 'f', 4);
 }
 
 Prompt DuplicationQuestion(const QString& fileName) {
@@ -45,7 +38,9 @@ Prompt DuplicationQuestion(const QString& fileName) {
 
 }  // namespace
 
-Transfer::Transfer(Services services) : services_(std::move(services)), rows_(services_.catalogue) {
+Transfer::Transfer(Services services)
+    : services_(std::move(services)), rows_(services_.catalogue), run_(services_.loop) {
+  run_.OnProgress = [this] { Q_EMIT Changed(); };
   services_.catalogue.Listen(
       this,
       [this](const StagedFileChanged& change) {
@@ -66,10 +61,6 @@ Transfer::Transfer(Services services) : services_(std::move(services)), rows_(se
       });
 }
 
-Transfer::~Transfer() {
-  if (copy_) copy_->stop = true;
-}
-
 void Transfer::List() {
   if (running_) return;
   listing_ = true;
@@ -84,7 +75,7 @@ Job<> Transfer::RunList() {
   TypedTexts typed;
   for (const TransferRow& row : rows_.All()) typed.insert(row.path, row);
   rows_.Clear();
-  progress_ = {};
+  run_.Reset();
   try {
     co_await FindStagedFiles(services_.loop, services_.catalogue, services_.paths);
     co_await ReadMissing(std::move(typed));
@@ -131,19 +122,20 @@ Job<> Transfer::ReadMissing(TypedTexts typed) {
 
 void Transfer::Move(const std::vector<int>& ids) {
   if (running_ || ids.empty() || !DatesAreGood(ids)) return;
+  run_.Reset();
   SetRunning(true);
   work_ = RunMove(InListOrder(ids));
 }
 
 void Transfer::Delete(const std::vector<int>& ids) {
   if (running_ || ids.empty()) return;
+  run_.Reset();
   SetRunning(true);
   work_ = RunDelete(InListOrder(ids));
 }
 
 void Transfer::Stop() {
-  stop_ = true;
-  if (copy_) copy_->stop = true;
+  run_.Stop();
   list_.Cancel();
   reading_.Cancel();
   listing_ = false;
@@ -152,7 +144,6 @@ void Transfer::Stop() {
 
 void Transfer::SetRunning(bool running) {
   running_ = running;
-  stop_ = false;
   rows_.SetLocked(running);
   Q_EMIT Changed();
 }
@@ -173,14 +164,6 @@ bool Transfer::DatesAreGood(const std::vector<int>& ids) {
   });
 }
 
-void Transfer::ShowProgress() {
-  if (copy_) {
-    progress_.done = copy_->done;
-    progress_.total = copy_->total;
-  }
-  Q_EMIT Changed();
-}
-
 Job<> Transfer::RunMove(std::vector<int> ids) {
   Prompt sure;
   sure.text = QStringLiteral("Move %1 Files To Data Base ?").arg(ids.size());
@@ -191,7 +174,6 @@ Job<> Transfer::RunMove(std::vector<int> ids) {
   } catch (...) {
     basHandleError(QStringLiteral(" FrmTransfer"));
   }
-  watch_.Stop();
   SetRunning(false);
 }
 
@@ -200,79 +182,62 @@ Job<> Transfer::MoveAll(const std::vector<int>& ids) {
     return std::make_shared<DatabaseNames>(DatabaseNames::Read(paths));
   };
   names_ = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
-  progress_ = {};
-  progress_.files = static_cast<int>(ids.size());
-  int moved = 0;
-  for (const int id : ids) {
-    const TransferRow* const found = rows_.Find(id);
-    if (stop_) break;
-    ++progress_.file;
-    if (found == nullptr) continue;
-    Outcome outcome = Outcome::Stays;
-    QString step;
-    try {
-      Job<Outcome> one = MoveOne(*found, &step);
-      outcome = co_await std::move(one);
-    } catch (...) {
-      basHandleError(step);
-    }
-    copy_.reset();
-    if (outcome == Outcome::Moved) {
-      ++moved;
-    } else {
-      rows_.SetTaken(id, false);
-    }
-    if (outcome == Outcome::NoRoom) break;
+  FileRun::Work work;
+  work.files = ids.size();
+  work.tag = QStringLiteral(" FrmTransfer");
+  work.failures = FileRun::Failures::Told;
+  work.step = [this, &ids](std::size_t file) { return MoveOne(ids[file]); };
+  work.after = [this, &ids](std::size_t file, FileOutcome outcome) {
+    if (outcome != FileOutcome::Done) rows_.SetTaken(ids[file], false);
+  };
+  const FileSum sum = co_await run_.Run(std::move(work));
+  if (sum.EndedBy(FileOutcome::NoRoom)) {
+    Prompt full;
+    full.text = QStringLiteral("Cannot Continue...Free Disc Space Is Seriously low!");
+    full.icon = PromptIcon::Exclamation;
+    co_await services_.prompter.Ask(full);
   }
-  progress_.words = QStringLiteral("%1 Of %2 Files Moved").arg(moved).arg(progress_.files);
-  progress_.megabytes.clear();
+  run_.Show(QStringLiteral("%1 Of %2 Files Moved").arg(sum.Count(FileOutcome::Done)).arg(ids.size()));
   // The names of a large database take their time to be freed.
   const auto forget = [names = std::exchange(names_, nullptr)] { *names = DatabaseNames(); };
   co_await services_.loop.Offload(EventLoop::Lane::Apart, forget);
 }
 
-Job<Transfer::Outcome> Transfer::MoveOne(TransferRow row, QString* step) {
-  const auto at = [step](const char* name) {
-    *step = QStringLiteral(" FrmTransfer ") + QLatin1StringView(name);
-  };
-  at("open");
+Job<FileOutcome> Transfer::MoveOne(int id) {
+  const TransferRow* const found = rows_.Find(id);
+  if (found == nullptr) co_return FileOutcome::Unfit;
+  TransferRow row = *found;
+  run_.At(QStringLiteral("open"));
   if (!co_await Exists(row.path)) {
-    NoteInLog(QStringLiteral("A file of the transfer list is gone: %1").arg(row.path));
+    run_.Note(QStringLiteral("A file of the transfer list is gone: %1").arg(row.path));
     services_.catalogue.RemoveStagedFile(row.path);
-    co_return Outcome::Stays;
+    co_return FileOutcome::Unfit;
   }
   const double duration = co_await LookAt(row);
 
-  at("folders");
+  run_.At(QStringLiteral("folders"));
   Catalogue& catalogue = services_.catalogue;
   row.artist = co_await EnsureReference(Paths::Artists, row.artist, ReferenceSet::Artists);
   row.album = co_await EnsureReference(Paths::Albums, row.album, ReferenceSet::Albums);
   row.category = co_await EnsureReference(Paths::Categories, row.category, ReferenceSet::Genres);
 
-  at("room");
+  run_.At(QStringLiteral("room"));
   const QString music = services_.paths(Paths::Music);
-  const auto ask = [hasRoom = HasRoom, music, bytes = row.bytes] { return hasRoom(music, bytes); };
-  if (!co_await services_.loop.Offload(EventLoop::Lane::Apart, ask)) {
-    Prompt full;
-    full.text = QStringLiteral("Cannot Continue...Free Disc Space Is Seriously low!");
-    full.icon = PromptIcon::Exclamation;
-    co_await services_.prompter.Ask(full);
-    co_return Outcome::NoRoom;
-  }
+  if (!co_await run_.HasRoom(HasRoom, music, row.path)) co_return FileOutcome::NoRoom;
 
-  at("copy");
+  run_.At(QStringLiteral("copy"));
   const QString fileName = co_await CopyMusic(row);
-  if (fileName.isEmpty()) co_return Outcome::Stays;
+  if (fileName.isEmpty()) co_return run_.Stopping() ? FileOutcome::Stopped : FileOutcome::LeftOut;
 
-  at("info");
+  run_.At(QStringLiteral("info"));
   rows_.SetTaken(row.id, true);
   const QString today = services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy"));
-  const TextFile fresh = NewTrackInfo(row, duration, services_.defaults, today);
-  const TextFile info = co_await WriteInfo(BaseName(fileName), fresh);
+  const TrackInfo fresh = NewTrackInfo(row, duration, services_.defaults, today);
+  const TrackInfo info = co_await WriteInfo(BaseName(fileName), fresh);
   const QString path = music + QLatin1Char('/') + fileName;
   StoreRow(catalogue, RowFrom(info, fileName, duration), path);
 
-  at("delete");
+  run_.At(QStringLiteral("delete"));
   const auto remove = [from = row.path, to = path] {
     if (QFileInfo(from).canonicalFilePath() == QFileInfo(to).canonicalFilePath()) {
       throw Failure(QStringLiteral("%1 is itself the file of the database").arg(from), 0, from);
@@ -281,7 +246,7 @@ Job<Transfer::Outcome> Transfer::MoveOne(TransferRow row, QString* step) {
   };
   co_await services_.loop.Offload(EventLoop::Lane::Files, remove);
   catalogue.RemoveStagedFile(row.path);
-  co_return Outcome::Moved;
+  co_return FileOutcome::Done;
 }
 
 Job<bool> Transfer::Exists(QString path) {
@@ -326,21 +291,15 @@ Job<QString> Transfer::CopyMusic(const TransferRow& row) {
     CopyOrder order;
     if (const QString standing = names_->Find(Paths::Music, fileName); !standing.isEmpty()) {
       const Prompt question = DuplicationQuestion(fileName);
-      const Answer answer = co_await services_.prompter.Ask(question);
-      if (answer != Answer::Yes && answer != Answer::No) co_return QString();
-      order.replace = answer == Answer::Yes;
+      const IfTaken wish = co_await run_.AskIfTaken(services_.prompter, question);
+      if (wish == IfTaken::LeaveOut) co_return QString();
+      order.replace = wish == IfTaken::Replace;
       fileName = order.replace ? standing : names_->FirstFree(fileName);
     }
-    progress_.words = QStringLiteral("Moving ") + fileName + QStringLiteral(" Into Database !");
-    progress_.megabytes = Megabytes(row.bytes);
+    run_.Show(QStringLiteral("Moving ") + fileName + QStringLiteral(" Into Database !"));
     order.from = row.path;
     order.to = services_.paths(Paths::Music) + QLatin1Char('/') + fileName;
-    copy_ = std::make_shared<CopyControl>();
-    copy_->stop = stop_;
-    watch_ = services_.loop.Every(kWatch, [this] { ShowProgress(); });
-    ShowProgress();
-    const CopyResult result = co_await CopyFileLater(services_.loop, order, copy_);
-    ShowProgress();
+    const CopyResult result = co_await run_.Copy(order);
     if (result == CopyResult::Stopped) co_return QString();
     names_->Add(Paths::Music, fileName);
     if (result == CopyResult::Copied) co_return fileName;
@@ -348,21 +307,23 @@ Job<QString> Transfer::CopyMusic(const TransferRow& row) {
   }
 }
 
-Job<TextFile> Transfer::WriteInfo(QString baseName, TextFile fresh) {
+Job<TrackInfo> Transfer::WriteInfo(QString baseName, TrackInfo fresh) {
   const QString name = baseName + QStringLiteral(".kif");
   const QString standing = names_->Find(Paths::Info, name);
   const QString file = standing.isEmpty() ? name : standing;
   const QString today = services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy"));
   const auto write = [path = services_.paths(Paths::Info) + QLatin1Char('/') + file, fresh, baseName,
                       defaults = services_.defaults, today] {
-    TextFile info = fresh;
-    if (QFileInfo::exists(path)) {
-      info = ReplacedTrackInfo(TextFile::Read(path), fresh, baseName, defaults, today);
+    std::optional<TrackInfo> old = ReadTrackInfo(path);
+    if (!old) {
+      CreateTrackInfo(path, fresh);
+      return fresh;
     }
-    info.Write(path);
+    TrackInfo info = ReplacedTrackInfo(*std::move(old), fresh, baseName, defaults, today);
+    WriteTrackInfo(path, info);
     return info;
   };
-  TextFile info = co_await services_.loop.Offload(EventLoop::Lane::Files, write);
+  TrackInfo info = co_await services_.loop.Offload(EventLoop::Lane::Files, write);
   names_->Add(Paths::Info, file);
   co_return info;
 }
@@ -374,20 +335,24 @@ Job<> Transfer::RunDelete(std::vector<int> ids) {
   sure.buttons = Buttons::YesNo;
   sure.icon = PromptIcon::Exclamation;
   if (co_await services_.prompter.Ask(sure) != Answer::Yes) ids.clear();
-  for (const int id : ids) {
-    const TransferRow* const row = rows_.Find(id);
-    if (stop_) break;
-    if (row == nullptr) continue;
-    try {
-      const QString path = row->path;
-      const auto remove = [path] { RemoveFile(path); };
-      co_await services_.loop.Offload(EventLoop::Lane::Files, remove);
-      services_.catalogue.RemoveStagedFile(path);
-    } catch (...) {
-      basHandleError(QStringLiteral(" FrmTransfer CmdDelete"));
-    }
-  }
+  FileRun::Work work;
+  work.files = ids.size();
+  work.tag = QStringLiteral(" FrmTransfer");
+  work.failures = FileRun::Failures::Told;
+  work.step = [this, &ids](std::size_t file) { return DeleteOne(ids[file]); };
+  co_await run_.Run(std::move(work));
   SetRunning(false);
+}
+
+Job<FileOutcome> Transfer::DeleteOne(int id) {
+  run_.At(QStringLiteral("CmdDelete"));
+  const TransferRow* const row = rows_.Find(id);
+  if (row == nullptr) co_return FileOutcome::Unfit;
+  const QString path = row->path;
+  const auto remove = [path] { RemoveFile(path); };
+  co_await services_.loop.Offload(EventLoop::Lane::Files, remove);
+  services_.catalogue.RemoveStagedFile(path);
+  co_return FileOutcome::Done;
 }
 
 }  // namespace kelvo

@@ -2,12 +2,12 @@
 
 #include "audio/AudioSystem.h"
 #include "database/Catalogue.h"
+#include "database/FileRun.h"
 #include "database/Paths.h"
 #include "database/TrackInfo.h"
 #include "database/TransferRows.h"
 #include "database/TransferSteps.h"
 #include "platform/EventLoop.h"
-#include "platform/FileCopy.h"
 #include "platform/Job.h"
 #include "platform/Prompter.h"
 
@@ -19,16 +19,6 @@
 #include <vector>
 
 namespace kelvo {
-
-/// How far a run is.
-struct TransferProgress {
-  QString words;
-  QString megabytes;  ///< of the file under way
-  int file = 0;       ///< the file under way, from 1
-  int files = 0;
-  qint64 done = 0;  ///< bytes of this file
-  qint64 total = 0;
-};
 
 /// Moves the files that wait in the utility folder into the database. Each goes in steps that can end
 /// anywhere: the music file is copied whole, the track info file is written, the catalogue takes the track,
@@ -48,7 +38,6 @@ class Transfer : public QObject {
   };
 
   explicit Transfer(Services services);
-  ~Transfer() override;
 
   [[nodiscard]] TransferRows& Rows() { return rows_; }
   [[nodiscard]] const TransferRows& Rows() const { return rows_; }
@@ -65,18 +54,17 @@ class Transfer : public QObject {
 
   [[nodiscard]] bool Listing() const { return listing_; }
   /// A run or a deletion goes on.
-  [[nodiscard]] bool Running() const { return running_; }
-  [[nodiscard]] const TransferProgress& Progress() const { return progress_; }
+  [[nodiscard]] bool Busy() const { return running_; }
+  [[nodiscard]] FileProgress Progress() const { return run_.Progress(); }
 
   /// Whether a file of so many bytes fits into the folder. Called off the logic's thread.
-  std::function<bool(const QString& folder, qint64 bytes)> HasRoom = HasRoomFor;
+  RoomCheck HasRoom = HasRoomFor;
 
  Q_SIGNALS:
-  /// Progress, Listing or Running changed.
+  /// Progress, Listing or Busy changed.
   void Changed();
 
  private:
-  enum class Outcome { Moved, Stays, NoRoom };
   [[nodiscard]] Job<> RunList();
   /// What was typed into rows, by the paths of their files.
   using TypedTexts = QHash<QString, TransferRow>;
@@ -87,31 +75,27 @@ class Transfer : public QObject {
   [[nodiscard]] Job<> RunMove(std::vector<int> ids);
   [[nodiscard]] Job<> MoveAll(const std::vector<int>& ids);
   [[nodiscard]] Job<> RunDelete(std::vector<int> ids);
-  /// `step` names the step that it is at, as the tag of a failure.
-  [[nodiscard]] Job<Outcome> MoveOne(TransferRow row, QString* step);
+  [[nodiscard]] Job<FileOutcome> MoveOne(int id);
+  [[nodiscard]] Job<FileOutcome> DeleteOne(int id);
   /// Seconds of sound; throws Failure when the file is no music.
   [[nodiscard]] Job<double> LookAt(const TransferRow& row);
   /// Makes the folder of a name that is not there yet; the name as the database spells it.
   [[nodiscard]] Job<QString> EnsureReference(Paths::Slot slot, QString name, ReferenceSet set);
   /// The name under which the music file stands in the database; empty when the operator left it out.
   [[nodiscard]] Job<QString> CopyMusic(const TransferRow& row);
-  [[nodiscard]] Job<TextFile> WriteInfo(QString baseName, TextFile fresh);
+  [[nodiscard]] Job<TrackInfo> WriteInfo(QString baseName, TrackInfo fresh);
   [[nodiscard]] Job<bool> Exists(QString path);
   [[nodiscard]] bool DatesAreGood(const std::vector<int>& ids);
   [[nodiscard]] std::vector<int> InListOrder(const std::vector<int>& ids) const;
   void SetRunning(bool running);
-  void ShowProgress();
 
   Services services_;
   TransferRows rows_;
-  TransferProgress progress_;
+  FileRun run_;
   std::shared_ptr<DatabaseNames> names_;
-  std::shared_ptr<CopyControl> copy_;
   bool listing_ = false;
   bool running_ = false;
-  bool stop_ = false;
   bool listed_ = false;  ///< the list has been shown, and follows since
-  Timer watch_;
   Job<> list_;
   Job<> reading_;
   Job<> work_;

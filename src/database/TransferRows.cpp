@@ -7,7 +7,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace kelvo {
@@ -15,7 +14,6 @@ namespace {
 
 constexpr double kMegabyte = 1024.0 * 1024.0;
 const QString kUnknown = QStringLiteral("Unknown");
-const QString kNoDate = QStringLiteral("0000-xxx");
 
 bool IsReference(int column) {
   return column == TransferRows::Artist || column == TransferRows::Album || column == TransferRows::Category;
@@ -39,7 +37,7 @@ QString StagedDate(const QString& text) {
 
 QString ReferenceName(const QString& text) {
   const QString name = SafeFileName(text);
-  if (name == kUnknown || name.startsWith(QLatin1Char('~'))) return {};
+  if (name == kUnknown || IsInternalName(name)) return {};
   return FittingName(name);
 }
 
@@ -64,50 +62,39 @@ TransferRow ReadTransferRow(const QString& path) {
 
 int TransferRows::IndexOf(int id) const {
   const auto found =
-      std::find_if(rows_.begin(), rows_.end(), [id](const TransferRow& row) { return row.id == id; });
-  return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
+      std::find_if(All().begin(), All().end(), [id](const TransferRow& row) { return row.id == id; });
+  return found == All().end() ? -1 : static_cast<int>(found - All().begin());
 }
 
 const TransferRow* TransferRows::Find(int id) const {
   const int index = IndexOf(id);
-  return index < 0 ? nullptr : &rows_[static_cast<std::size_t>(index)];
+  return index < 0 ? nullptr : &rows_[index];
 }
 
 void TransferRows::Clear() {
-  beginResetModel();
-  rows_.clear();
-  endResetModel();
+  rows_.Replace({});
 }
 
 void TransferRows::Append(std::vector<TransferRow> rows) {
-  if (rows.empty()) return;
-  const int first = static_cast<int>(rows_.size());
-  beginInsertRows({}, first, first + static_cast<int>(rows.size()) - 1);
   for (TransferRow& row : rows) row.id = ++lastId_;
-  std::move(rows.begin(), rows.end(), std::back_inserter(rows_));
-  endInsertRows();
+  rows_.Append(std::move(rows));
 }
 
 void TransferRows::Remove(const QString& path) {
+  const std::vector<TransferRow>& rows = rows_.All();
   const auto found =
-      std::find_if(rows_.begin(), rows_.end(), [&path](const TransferRow& row) { return row.path == path; });
-  if (found == rows_.end()) return;
-  const int index = static_cast<int>(found - rows_.begin());
-  beginRemoveRows({}, index, index);
-  rows_.erase(found);
-  endRemoveRows();
+      std::find_if(rows.begin(), rows.end(), [&path](const TransferRow& row) { return row.path == path; });
+  if (found != rows.end()) rows_.Remove(static_cast<int>(found - rows.begin()));
 }
 
 void TransferRows::SetTaken(int id, bool taken) {
-  const int row = IndexOf(id);
-  if (row < 0) return;
-  rows_[static_cast<std::size_t>(row)].taken = taken;
-  Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+  const int index = IndexOf(id);
+  if (index >= 0) rows_.Alter(index, [taken](TransferRow& row) { row.taken = taken; });
 }
 
 TransferRows::Choice TransferRows::ChoiceOf(int column) const {
   const auto choice = [](const QString& words, QStringList names) {
-    names.removeIf([](const QString& name) { return name.startsWith(QLatin1Char('~')); });
+    names.removeIf(IsInternalName);
     return Choice{words, std::move(names)};
   };
   switch (column) {
@@ -122,14 +109,7 @@ TransferRows::Choice TransferRows::ChoiceOf(int column) const {
   }
 }
 
-int TransferRows::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-}
-int TransferRows::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : ColumnCount;
-}
-
-QString TransferRows::Text(const TransferRow& row, int column) {
+QString TransferRows::Text(const TransferRow& row, Column column) {
   switch (column) {
     case Track:
       return row.trackName;
@@ -143,60 +123,38 @@ QString TransferRows::Text(const TransferRow& row, int column) {
       return row.category;
     case Date:
       return row.date;
-    default:
-      return {};
   }
+  return {};
 }
 
-QVariant TransferRows::data(const QModelIndex& index, int role) const {
-  if (!index.isValid()) return {};
-  const TransferRow& row = rows_[static_cast<std::size_t>(index.row())];
-  const int column = index.column();
-  if (role == Qt::TextAlignmentRole && column == Size) {
-    return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
-  }
-  if (role == Qt::ToolTipRole && column == Track) return row.path;
-  if (role == Qt::EditRole) return Text(row, column);
-  if (role != Qt::DisplayRole) return {};
+QString TransferRows::Shown(const TransferRow& row, Column column) {
   if (row.taken && (column == Artist || column == Album || column == Date)) return QStringLiteral("?");
   const QString text = Text(row, column);
   return text.isEmpty() && IsReference(column) ? kUnknown : text;
 }
 
-bool TransferRows::setData(const QModelIndex& index, const QVariant& value, int role) {
-  if (role != Qt::EditRole || !index.isValid() || !(flags(index) & Qt::ItemIsEditable)) return false;
-  TransferRow& row = rows_[static_cast<std::size_t>(index.row())];
-  const QString text = value.toString();
-  switch (index.column()) {
-    case Artist:
-      row.artist = ReferenceName(text);
-      break;
-    case Album:
-      row.album = ReferenceName(text);
-      break;
-    case Category:
-      row.category = ReferenceName(text);
-      break;
-    default:
-      row.date = TypedDate(text);
-  }
-  Q_EMIT dataChanged(index, index);
+bool TransferRows::SetText(int row, Column column, const QString& text) {
+  if (locked_) return false;
+  rows_.Alter(row, [column, &text](TransferRow& each) {
+    switch (column) {
+      case Artist:
+        each.artist = ReferenceName(text);
+        break;
+      case Album:
+        each.album = ReferenceName(text);
+        break;
+      case Category:
+        each.category = ReferenceName(text);
+        break;
+      case Date:
+        each.date = TypedDate(text);
+        break;
+      case Track:
+      case Size:
+        break;
+    }
+  });
   return true;
-}
-
-QVariant TransferRows::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-  static const QStringList heads{QStringLiteral("Track Name"), QStringLiteral("Size (MB)"),
-                                 QStringLiteral("Artist"),     QStringLiteral("Album"),
-                                 QStringLiteral("Category"),   QStringLiteral("Date")};
-  return heads.value(section);
-}
-
-Qt::ItemFlags TransferRows::flags(const QModelIndex& index) const {
-  const Qt::ItemFlags base = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
-  const bool editable =
-      index.isValid() && !locked_ && (IsReference(index.column()) || index.column() == Date);
-  return editable ? base | Qt::ItemIsEditable : base;
 }
 
 }  // namespace kelvo

@@ -3,8 +3,8 @@
 #include "database/Catalogue.h"
 #include "database/StagedName.h"
 #include "database/TrackTags.h"
+#include "platform/RowStore.h"
 
-#include <QAbstractTableModel>
 #include <QString>
 #include <QStringList>
 
@@ -21,7 +21,7 @@ struct TransferRow {
   QString artist;
   QString album;
   QString category;
-  QString date = QStringLiteral("0000-xxx");
+  QString date = kNoDate;
   bool taken = false;  ///< its music file stands in the database, the rest is under way
 };
 
@@ -35,17 +35,16 @@ struct TransferRow {
 /// The same with the file's size and tags looked up. Blocks; any thread.
 [[nodiscard]] TransferRow ReadTransferRow(const QString& path);
 
-/// The rows of the transfer list, as a table. Artist, album, category and date can be edited, except while a
-/// run goes on. Owned by the Transfer; logic thread.
-class TransferRows : public QAbstractTableModel {
-  Q_OBJECT
+/// The rows of the transfer list. Artist, album, category and date can be edited, except while a run goes on.
+/// Owned by the Transfer; logic thread.
+class TransferRows {
  public:
-  enum Column : int { Track, Size, Artist, Album, Category, Date, ColumnCount };
+  enum Column : int { Track, Size, Artist, Album, Category, Date };
 
   explicit TransferRows(const Catalogue& catalogue) : catalogue_(catalogue) {}
 
-  [[nodiscard]] const std::vector<TransferRow>& All() const { return rows_; }
-  [[nodiscard]] int IdAt(int row) const { return rows_[static_cast<std::size_t>(row)].id; }
+  [[nodiscard]] const RowStore<TransferRow>& Store() const { return rows_; }
+  [[nodiscard]] const std::vector<TransferRow>& All() const { return rows_.All(); }
   /// The row of this id; none when it has gone.
   [[nodiscard]] const TransferRow* Find(int id) const;
   void Clear();
@@ -53,7 +52,14 @@ class TransferRows : public QAbstractTableModel {
   /// The row of this file, if there is one.
   void Remove(const QString& path);
   void SetTaken(int id, bool taken);
+
+  /// What a cell shows, and what its editor begins with.
+  [[nodiscard]] static QString Shown(const TransferRow& row, Column column);
+  [[nodiscard]] static QString Text(const TransferRow& row, Column column);
+  /// Types into a cell of a column that can be edited; false while a run goes on.
+  bool SetText(int row, Column column, const QString& text);
   void SetLocked(bool locked) { locked_ = locked; }
+  [[nodiscard]] bool Locked() const { return locked_; }
 
   /// Names to choose from for a cell of the column, and the words for making that list; empty for other
   /// columns.
@@ -63,19 +69,11 @@ class TransferRows : public QAbstractTableModel {
   };
   [[nodiscard]] Choice ChoiceOf(int column) const;
 
-  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-  [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
-  [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
-  bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
-  [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
-
  private:
   [[nodiscard]] int IndexOf(int id) const;
-  [[nodiscard]] static QString Text(const TransferRow& row, int column);
 
   const Catalogue& catalogue_;
-  std::vector<TransferRow> rows_;
+  RowStore<TransferRow> rows_;
   int lastId_ = 0;
   bool locked_ = false;
 };

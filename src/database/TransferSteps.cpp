@@ -11,12 +11,9 @@
 namespace kelvo {
 namespace {
 
-QString JoinedPair(int value) {
-  return QString::number(value) + QLatin1Char(',') + QString::number(value);
-}
-
-QString WithReference(const QString& baseItem, const QString& name) {
-  return name.isEmpty() ? baseItem : baseItem + QLatin1Char(',') + name;
+/// The line that has this base item and, unless it is empty, this name.
+ReferenceLine OneReference(const QString& base, const QString& name) {
+  return {base, name.isEmpty() ? QStringList() : QStringList(name)};
 }
 
 QString ExtensionOf(const QString& fileName) {
@@ -24,12 +21,15 @@ QString ExtensionOf(const QString& fileName) {
 }
 
 /// A file that the catalogue load made for a music file without one, and that bears nothing of the operator.
-bool IsUntouchedDefault(const TextFile& info, const QString& baseName, const TrackDefaults& defaults) {
-  const QStringList comments = ReplacedFileComments({}, {});
-  const QStringList lines = info.Lines();
-  return lines.size() == kFixedInfoLines + comments.size() && lines.last() == comments.last() &&
-         lines.first(InfoLine::DurationSeconds) ==
-             DefaultTrackInfo(baseName, 0, defaults, {}).Lines().first(InfoLine::DurationSeconds);
+bool IsUntouchedDefault(const TrackInfo& info, const QString& baseName, const TrackDefaults& defaults) {
+  const QStringList ours = ReplacedFileComments({}, {});
+  const QStringList comments = info.Comments();
+  if (comments.size() != ours.size() || comments.last() != ours.last()) return false;
+  const TrackInfo made = DefaultTrackInfo(baseName, 0, defaults, {});
+  for (int line = 0; line < InfoLine::DurationSeconds; ++line) {
+    if (info.Text(InfoLine::Line(line)) != made.Text(InfoLine::Line(line))) return false;
+  }
+  return true;
 }
 
 }  // namespace
@@ -97,52 +97,46 @@ QString MusicFileName(const QString& trackName) {
   return FittingName(BaseName(name), ExtensionOf(name));
 }
 
-TextFile NewTrackInfo(const TransferRow& row, double durationSeconds, const TrackDefaults& defaults,
-                      const QString& today) {
-  return TextFile({
-      WithReference(kAllCategories, row.category),
-      WithReference(kAllArtists, row.artist),
-      WithReference(kAllAlbums, row.album),
-      row.date,
-      QStringLiteral("0"),
-      QStringLiteral("0"),
-      CompletePlayMode(QString::number(defaults.DefaultFade)),
-      JoinedPair(defaults.DefaultDelta),
-      JoinedPair(defaults.DefaultFadeSpeed),
-      QString::number(defaults.DefaultStartType),
-      QString::number(defaults.DefaultEndType),
-      QStringLiteral("?"),
-      DurationText(durationSeconds),
-      QStringLiteral("Track Added On ") + today,
-  });
+TrackInfo NewTrackInfo(const TransferRow& row, double durationSeconds, const TrackDefaults& defaults,
+                       const QString& today) {
+  TrackInfo info =
+      DefaultTrackInfo({}, durationSeconds, defaults, {QStringLiteral("Track Added On ") + today});
+  info.Set(InfoFields::Categories, OneReference(kAllCategories, row.category));
+  info.Set(InfoFields::Artists, OneReference(kAllArtists, row.artist));
+  info.Set(InfoFields::Albums, OneReference(kAllAlbums, row.album));
+  info.SetText(InfoLine::ReleaseDate, row.date);
+  info.Set(InfoFields::Bpm, 0);
+  info.Set(InfoFields::HiPos, 0);
+  info.CompletePlayLines();
+  return info;
 }
 
-TextFile ReplacedTrackInfo(TextFile old, const TextFile& fresh, const QString& baseName,
-                           const TrackDefaults& defaults, const QString& today) {
+TrackInfo ReplacedTrackInfo(TrackInfo old, const TrackInfo& fresh, const QString& baseName,
+                            const TrackDefaults& defaults, const QString& today) {
   if (IsUntouchedDefault(old, baseName, defaults)) {
-    for (const int line :
+    for (const InfoLine::Line line :
          {InfoLine::Categories, InfoLine::Artists, InfoLine::Albums, InfoLine::ReleaseDate}) {
-      old.SetLine(line, fresh.Line(line));
+      old.SetText(line, fresh.Text(line));
     }
   }
-  for (qsizetype line = old.Count(); line < kFixedInfoLines; ++line) old.SetLine(line, fresh.Line(line));
-  old.SetLine(InfoLine::GainRecord, QStringLiteral("?"));
-  old.Append(QStringLiteral("Track Was Replaced On ") + today);
+  old.AddMissing(fresh);
+  old.Set(InfoFields::GainRecord, std::nullopt);
+  old.AddComment(QStringLiteral("Track Was Replaced On ") + today);
   return old;
 }
 
-CatalogueRow RowFrom(const TextFile& info, const QString& fileName, double durationSeconds) {
+CatalogueRow RowFrom(const TrackInfo& info, const QString& fileName, double durationSeconds) {
   CatalogueRow row;
   row.name = BaseName(fileName);
   row.extension = ExtensionOf(fileName);
-  row.genres = info.Line(InfoLine::Categories);
-  row.artists = info.Line(InfoLine::Artists);
-  row.albums = info.Line(InfoLine::Albums);
-  row.date = info.Line(InfoLine::ReleaseDate);
-  row.bpm = info.Line(InfoLine::Bpm);
-  row.hi = info.Line(InfoLine::HiPos);
-  row.startEnd = info.Line(InfoLine::StartStyle) + QLatin1Char(',') + info.Line(InfoLine::EndStyle);
-  row.gain = info.Line(InfoLine::GainRecord);
+  row.genres = info.Text(InfoLine::Categories);
+  row.artists = info.Text(InfoLine::Artists);
+  row.albums = info.Text(InfoLine::Albums);
+  row.date = info.Text(InfoLine::ReleaseDate);
+  row.bpm = info.Text(InfoLine::Bpm);
+  row.hi = info.Text(InfoLine::HiPos);
+  row.startEnd = StylesText(info.Text(InfoLine::StartStyle), info.Text(InfoLine::EndStyle));
+  row.gain = info.Text(InfoLine::GainRecord);
   row.duration = durationSeconds;
   return row;
 }

@@ -4,7 +4,6 @@
 #include "database/Paths.h"
 #include "database/TrackInfo.h"
 #include "database/TransferRows.h"
-#include "platform/TextFile.h"
 
 #include <QHash>
 #include <QSet>
@@ -42,16 +41,16 @@ class DatabaseNames {
 [[nodiscard]] QString MusicFileName(const QString& trackName);
 
 /// What a track info file made from the row says.
-[[nodiscard]] TextFile NewTrackInfo(const TransferRow& row, double durationSeconds,
-                                    const TrackDefaults& defaults, const QString& today);
+[[nodiscard]] TrackInfo NewTrackInfo(const TransferRow& row, double durationSeconds,
+                                     const TrackDefaults& defaults, const QString& today);
 /// What a track info file says after its music file was replaced: the old text, its gain unknown again. Lines
 /// that it lacks, and the references of a file that nobody has edited since the system made it, are those of
 /// `fresh`.
-[[nodiscard]] TextFile ReplacedTrackInfo(TextFile old, const TextFile& fresh, const QString& baseName,
-                                         const TrackDefaults& defaults, const QString& today);
+[[nodiscard]] TrackInfo ReplacedTrackInfo(TrackInfo old, const TrackInfo& fresh, const QString& baseName,
+                                          const TrackDefaults& defaults, const QString& today);
 
 /// The catalogue's row of a track with such an info file.
-[[nodiscard]] CatalogueRow RowFrom(const TextFile& info, const QString& fileName, double durationSeconds);
+[[nodiscard]] CatalogueRow RowFrom(const TrackInfo& info, const QString& fileName, double durationSeconds);
 /// Puts the row into the catalogue: in the place of the row of the same file, or behind the last.
 void StoreRow(Catalogue& catalogue, const CatalogueRow& row, const QString& path);
 }  // namespace kelvo

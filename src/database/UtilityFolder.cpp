@@ -39,25 +39,18 @@ void UtilityFolder::List() {
   Q_EMIT Changed();
 }
 
-UtilityFolder::Row UtilityFolder::RowOf(const QString& path) {
+WaitingFile UtilityFolder::FileAt(const QString& path) {
   const StagedFile file = ReadStagedPath(path);
   return {file.trackName, file.name.artist, path};
 }
 
 void UtilityFolder::Follow(const StagedFileChanged& change) {
   if (listing_) return;  // its end shows all
-  const auto found =
-      std::find_if(rows_.begin(), rows_.end(), [&change](const Row& row) { return row.path == change.path; });
-  if (change.waits && found == rows_.end()) {
-    beginInsertRows({}, rowCount(), rowCount());
-    rows_.push_back(RowOf(change.path));
-    endInsertRows();
-  } else if (!change.waits && found != rows_.end()) {
-    const int row = static_cast<int>(found - rows_.begin());
-    beginRemoveRows({}, row, row);
-    rows_.erase(found);
-    endRemoveRows();
-  }
+  const std::vector<WaitingFile>& rows = rows_.All();
+  const auto found = std::find_if(rows.begin(), rows.end(),
+                                  [&change](const WaitingFile& file) { return file.path == change.path; });
+  if (change.waits && found == rows.end()) rows_.Append({FileAt(change.path)});
+  if (!change.waits && found != rows.end()) rows_.Remove(static_cast<int>(found - rows.begin()));
   Q_EMIT Changed();
 }
 
@@ -67,29 +60,28 @@ Job<> UtilityFolder::RunList() {
   } catch (...) {
     basHandleError(QStringLiteral(" frmUtil list"));
   }
-  beginResetModel();
+  std::vector<WaitingFile> rows;
   const QStringList& paths = services_.catalogue.StagedFiles;
-  rows_.clear();
-  std::transform(paths.begin(), paths.end(), std::back_inserter(rows_), RowOf);
-  endResetModel();
+  std::transform(paths.begin(), paths.end(), std::back_inserter(rows), FileAt);
+  rows_.Replace(std::move(rows));
   listing_ = false;
   Q_EMIT Changed();
 }
 
 void UtilityFolder::Play(int row) {
-  if (row < 0 || row >= rowCount()) return;
-  start_ = Start(rows_[static_cast<std::size_t>(row)]);
+  if (row < 0 || row >= rows_.Count()) return;
+  start_ = Start(rows_[row]);
 }
 
-Job<> UtilityFolder::Start(Row row) {
-  const OpenResult opened = co_await player_->Open(row.path);
+Job<> UtilityFolder::Start(WaitingFile file) {
+  const OpenResult opened = co_await player_->Open(file.path);
   if (opened.kind == OpenResult::Kind::Failed) {
     basHandleError(QStringLiteral(" frmUtil play"),
-                   std::make_exception_ptr(Failure(opened.error, 0, row.path)));
+                   std::make_exception_ptr(Failure(opened.error, 0, file.path)));
   }
   if (!opened.Ok()) co_return;
   player_->Play();
-  Say(QStringLiteral("Currently Playing Sample ") + row.fileName);
+  Say(QStringLiteral("Currently Playing Sample ") + file.fileName);
 }
 
 void UtilityFolder::Stop() {
@@ -111,37 +103,6 @@ void UtilityFolder::SetVolume(int loss) {
 
 void UtilityFolder::KeepVolume() {
   services_.settings.SaveSetting(services_.title, kSection, kVolumeKey, QString::number(volume_));
-}
-
-int UtilityFolder::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-}
-int UtilityFolder::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : ColumnCount;
-}
-
-QVariant UtilityFolder::data(const QModelIndex& index, int role) const {
-  if (!index.isValid()) return {};
-  const Row& row = rows_[static_cast<std::size_t>(index.row())];
-  if (role == Qt::ToolTipRole) return row.path;
-  if (role != Qt::DisplayRole) return {};
-  switch (index.column()) {
-    case FileName:
-      return row.fileName;
-    case Artist:
-      return row.artist;
-    case Path:
-      return row.path;
-    default:
-      return {};
-  }
-}
-
-QVariant UtilityFolder::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-  static const QStringList heads{QStringLiteral("File Name"), QStringLiteral("Artist"),
-                                 QStringLiteral("Path")};
-  return heads.value(section);
 }
 
 }  // namespace kelvo

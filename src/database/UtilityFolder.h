@@ -5,22 +5,27 @@
 #include "database/Paths.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
+#include "platform/RowStore.h"
 #include "platform/SettingsStore.h"
 
-#include <QAbstractTableModel>
+#include <QString>
 
 #include <memory>
-#include <vector>
 
 namespace kelvo {
 
-/// The files that wait in the utility folder, as a table, and a player to hear them. Owned by its window;
-/// logic thread.
-class UtilityFolder : public QAbstractTableModel {
+struct WaitingFile {
+  QString fileName;
+  QString artist;
+  QString path;
+};
+
+/// The files that wait in the utility folder, and a player to hear them. Owned beside its window; logic
+/// thread.
+class UtilityFolder : public QObject {
   Q_OBJECT
 
  public:
-  enum Column : int { FileName, Artist, Path, ColumnCount };
   /// The volume slider: a loss, 0 loudest, the lower end silent enough not to be heard.
   static constexpr int kMostLoss = 3000;
 
@@ -36,6 +41,7 @@ class UtilityFolder : public QAbstractTableModel {
   explicit UtilityFolder(Services services);
   ~UtilityFolder() override;
 
+  [[nodiscard]] const RowStore<WaitingFile>& Rows() const { return rows_; }
   /// Lists the folder anew. The rows follow by themselves what the program stages and takes away.
   void List();
   [[nodiscard]] bool Listing() const { return listing_; }
@@ -51,30 +57,20 @@ class UtilityFolder : public QAbstractTableModel {
   /// Takes effect at once, and is kept a moment later.
   void SetVolume(int loss);
 
-  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-  [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
-  [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
-  [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-
  Q_SIGNALS:
   /// Listing or what plays changed.
   void Changed();
 
  private:
-  struct Row {
-    QString fileName;
-    QString artist;
-    QString path;
-  };
-  [[nodiscard]] static Row RowOf(const QString& path);
+  [[nodiscard]] static WaitingFile FileAt(const QString& path);
   void Follow(const StagedFileChanged& change);
   [[nodiscard]] Job<> RunList();
-  [[nodiscard]] Job<> Start(Row row);
+  [[nodiscard]] Job<> Start(WaitingFile file);
   void Say(const QString& playing);
   void KeepVolume();
 
   Services services_;
-  std::vector<Row> rows_;
+  RowStore<WaitingFile> rows_;
   std::unique_ptr<MediaPlayer> player_;
   QString playing_;
   int volume_ = 0;

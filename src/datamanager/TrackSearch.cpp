@@ -131,43 +131,39 @@ class Matcher {
 
 }  // namespace
 
-TrackSearch::TrackSearch(EventLoop& loop, Prompter& prompter, const Catalogue& catalogue)
-    : loop_(loop), prompter_(prompter), catalogue_(catalogue) {
+TrackSearch::TrackSearch(Services services) : services_(services) {
   FollowCatalogue();
 }
 
 void TrackSearch::FollowCatalogue() {
-  catalogue_.Listen(
+  services_.catalogue.Listen(
       this, [this](const TrackChanged& change) { ShowTrack(change.track); },
       [this](const TrackRenamed& renamed) { ShowTrack(renamed.track); },
       [this](const TrackRemoved& removed) { TrackWasRemoved(removed); },
       [this](const CatalogueReplaced&) {
         run_.Cancel();
         running_ = false;
-        results_.clear();
-        told_ = 0;
+        results_.Replace({});
         resultWords_.clear();
         stateWords_.clear();
-        Q_EMIT ResultsCleared();
         Q_EMIT Changed();
       });
 }
 
 void TrackSearch::ShowTrack(Mref track) {
-  for (std::size_t row = 0; row < told_; ++row) {
-    if (results_[row] == track) Q_EMIT ResultChanged(static_cast<int>(row));
+  for (int row = 0; row < results_.Count(); ++row) {
+    if (results_[row] == track) results_.TellChanged(row, row);
   }
 }
 
 void TrackSearch::TrackWasRemoved(const TrackRemoved& removed) {
-  const auto found = std::find(results_.begin(), results_.end(), removed.track);
-  const auto row = static_cast<std::size_t>(found - results_.begin());
-  const bool told = row < told_;
-  if (told) Q_EMIT ResultAboutToBeRemoved(static_cast<int>(row));
-  removed.TakeFrom(results_);
-  if (!told) return;
-  --told_;
-  Q_EMIT ResultRemoved();
+  for (int row = results_.Count() - 1; row >= 0; --row) {
+    if (results_[row] == removed.track) {
+      results_.Remove(row);
+    } else {
+      results_.AlterUntold(row, [&removed](Mref& track) { track = removed.Renumbered(track); });
+    }
+  }
 }
 
 QString TrackSearch::Caption() const {
@@ -184,29 +180,26 @@ void TrackSearch::Search(const SearchQuestion& question) {
 }
 
 Job<> TrackSearch::Run(SearchQuestion question) {
-  results_.clear();
-  told_ = 0;
+  results_.Replace({});
   titleFirst_ = question.titleFirst;
   resultWords_.clear();
   stateWords_.clear();
   stop_ = false;
   running_ = true;
-  Q_EMIT ResultsCleared();
   Q_EMIT Changed();
-  const Nanoseconds start = loop_.Elapsed();
+  const Nanoseconds start = services_.loop.Elapsed();
   try {
     const bool whole = co_await Look(question);
-    TellAdded();
     if (whole) {
-      const double seconds = std::chrono::duration<double>(loop_.Elapsed() - start).count();
+      const double seconds = std::chrono::duration<double>(services_.loop.Elapsed() - start).count();
       stateWords_ = QStringLiteral("Done");
-      resultWords_ = QStringLiteral("Search Results = ") + QString::number(results_.size()) +
+      resultWords_ = QStringLiteral("Search Results = ") + QString::number(results_.Count()) +
                      QStringLiteral(" in ") + Format0Point0(seconds) + QStringLiteral(" Seconds");
     } else {
       Prompt message;
       message.text = QStringLiteral("Search Interupted By User !");
       message.icon = PromptIcon::Information;
-      prompter_.Tell(message);
+      services_.prompter.Tell(message);
     }
   } catch (...) {
     basHandleError(QStringLiteral(" srch"));
@@ -217,39 +210,30 @@ Job<> TrackSearch::Run(SearchQuestion question) {
 
 /// False when the operator stopped it.
 Job<bool> TrackSearch::Look(const SearchQuestion& question) {
-  Matcher matches(catalogue_, question);
-  Nanoseconds turnStart = loop_.TurnClock();
-  TrackWalk walk(catalogue_);
+  Matcher matches(services_.catalogue, question);
+  std::vector<Mref> found;
+  Nanoseconds turnStart = services_.loop.TurnClock();
+  TrackWalk walk(services_.catalogue);
   while (walk.Next()) {
-    if (matches(walk.Track())) results_.push_back(walk.Track());
+    if (matches(walk.Track())) found.push_back(walk.Track());
     // A look at the clock costs as much as a track.
-    if (ToInt(walk.Track()) % kRowsALook != 0 || !loop_.TurnIsOver(turnStart)) continue;
-    TellAdded();
-    co_await loop_.Yield();
+    if (ToInt(walk.Track()) % kRowsALook != 0 || !services_.loop.TurnIsOver(turnStart)) continue;
+    results_.Append(std::exchange(found, {}));
+    co_await services_.loop.Yield();
     if (stop_) co_return false;
-    turnStart = loop_.TurnClock();
+    turnStart = services_.loop.TurnClock();
   }
+  results_.Append(std::move(found));
   co_return true;
 }
 
-void TrackSearch::TellAdded() {
-  if (told_ == results_.size()) return;
-  const auto first = static_cast<int>(told_);
-  told_ = results_.size();
-  Q_EMIT ResultsAdded(first);
-}
-
 QString TrackSearch::ShownName(Mref track) const {
-  if (!titleFirst_) return catalogue_.TrackNames[track];
-  const NameHalves halves(catalogue_.TrackNames.Utf8(track));
+  if (!titleFirst_) return services_.catalogue.TrackNames[track];
+  const NameHalves halves(services_.catalogue.TrackNames.Utf8(track));
   const auto text = [](std::string_view half) {
     return QString::fromUtf8(half.data(), static_cast<qsizetype>(half.size())).trimmed();
   };
   return text(halves.title) + QStringLiteral(" - ") + text(halves.artist);
-}
-
-QString FirstReference(const QString& line, const QString& baseItem) {
-  return line.mid(baseItem.size() + 1).section(QLatin1Char(','), 0, 0);
 }
 
 }  // namespace kelvo

@@ -4,11 +4,10 @@
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
 #include "platform/Prompter.h"
+#include "platform/RowStore.h"
 
 #include <QObject>
 #include <QString>
-
-#include <vector>
 
 namespace kelvo {
 
@@ -30,7 +29,12 @@ class TrackSearch : public QObject {
   Q_OBJECT
 
  public:
-  TrackSearch(EventLoop& loop, Prompter& prompter, const Catalogue& catalogue);
+  struct Services {
+    EventLoop& loop;
+    Prompter& prompter;
+    const Catalogue& catalogue;
+  };
+  explicit TrackSearch(Services services);
 
   /// The button: starts a search, or stops the one that runs; the rows found so far stay. Four empty boxes
   /// start nothing.
@@ -39,7 +43,8 @@ class TrackSearch : public QObject {
   /// "SEARCH", or "CANCEL" while one runs.
   [[nodiscard]] QString Caption() const;
 
-  [[nodiscard]] const std::vector<Mref>& Results() const { return results_; }
+  [[nodiscard]] const RowStore<Mref>& Results() const { return results_; }
+  [[nodiscard]] const Catalogue& Tracks() const { return services_.catalogue; }
   /// How a result is shown: by its name as it stands, or by title and artist.
   [[nodiscard]] QString ShownName(Mref track) const;
   /// "Search Results = ...", empty until a search has ended.
@@ -48,28 +53,18 @@ class TrackSearch : public QObject {
   [[nodiscard]] const QString& StateWords() const { return stateWords_; }
 
  Q_SIGNALS:
-  void ResultsCleared();
-  /// Results from row `first`, from 0, on are new.
-  void ResultsAdded(int first);
-  void ResultAboutToBeRemoved(int row);
-  void ResultRemoved();
-  void ResultChanged(int row);
   /// A search began or ended.
   void Changed();
 
  private:
   [[nodiscard]] Job<> Run(SearchQuestion question);
   [[nodiscard]] Job<bool> Look(const SearchQuestion& question);
-  void TellAdded();
   void FollowCatalogue();
   void TrackWasRemoved(const TrackRemoved& removed);
   void ShowTrack(Mref track);
 
-  EventLoop& loop_;
-  Prompter& prompter_;
-  const Catalogue& catalogue_;
-  std::vector<Mref> results_;
-  std::size_t told_ = 0;  ///< how many of them were told
+  Services services_;
+  RowStore<Mref> results_;
   bool titleFirst_ = false;
   bool running_ = false;
   bool stop_ = false;
@@ -77,8 +72,5 @@ class TrackSearch : public QObject {
   QString stateWords_;
   Job<> run_;
 };
-
-/// The first item of a reference line behind its base item ("~ALL ARTISTS" and a comma).
-[[nodiscard]] QString FirstReference(const QString& line, const QString& baseItem);
 
 }  // namespace kelvo

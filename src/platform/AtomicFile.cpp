@@ -29,10 +29,7 @@ Target::Target(const QString& name) : path(BehindLinks(EncodedPath(name))) {
   if (exists && ::faccessat(AT_FDCWD, path.constData(), W_OK, AT_EACCESS) != 0) FailOn("write", path, errno);
 }
 
-}  // namespace
-
-void ReplaceFile(const QString& path, const QByteArray& bytes) {
-  const Target target(path);
+bool Replace(const Target& target, const QByteArray& bytes, NewFile::Place place) {
   NewFile file(target.path, target.exists ? S_IRUSR | S_IWUSR : 0666);
   file.Write(bytes.constData(), bytes.size());
   if (target.exists) {
@@ -41,7 +38,18 @@ void ReplaceFile(const QString& path, const QByteArray& bytes) {
     const mode_t kept = target.old.st_mode & (sameGroup ? 07777U : 01777U);
     if (::fchmod(file.Number(), kept) != 0) FailOn("set the permissions of", target.path, errno);
   }
-  (void)file.Commit(NewFile::Place::Replace);
+  return file.Commit(place);
+}
+
+}  // namespace
+
+void ReplaceFile(const QString& path, const QByteArray& bytes) {
+  (void)Replace(Target(path), bytes, NewFile::Place::Replace);
+}
+
+bool ReplaceExistingFile(const QString& path, const QByteArray& bytes) {
+  const Target target(path);
+  return target.exists && Replace(target, bytes, NewFile::Place::ReplaceExisting);
 }
 
 void TryToReplaceFile(const QString& path) {

@@ -16,6 +16,9 @@ class EventLoop;
 /// thread. Throws Failure.
 void ReplaceFile(const QString& path, const QByteArray& bytes);
 
+/// The same for a file that must be there: false, with nothing made, when it is not.
+[[nodiscard]] bool ReplaceExistingFile(const QString& path, const QByteArray& bytes);
+
 /// Does what ReplaceFile does, up to the renaming: throws the Failure that it would meet. Changes nothing.
 void TryToReplaceFile(const QString& path);
 

@@ -132,10 +132,13 @@ void NewFile::Write(const char* bytes, qsizetype count) {
 
 bool NewFile::Commit(Place place) {
   if (::fsync(file_.Number()) != 0) FailOn("flush", target_, errno);
-  if (place == Place::Replace) {
+  if (place == Place::KeepExisting) {
+    if (!RenameBeside()) return false;
+  } else {
+    // Behind the flush, which takes as long as the disk likes.
+    struct stat facts {};
+    if (place == Place::ReplaceExisting && ::lstat(target_.constData(), &facts) != 0) return false;
     RenameOver();
-  } else if (!RenameBeside()) {
-    return false;
   }
   beside_.clear();
   if (!file_.Close()) FailOn("write", target_, errno);

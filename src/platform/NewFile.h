@@ -52,9 +52,9 @@ class NewFile {
   void Write(const char* bytes, qsizetype count);
   [[nodiscard]] int Number() const { return file_.Number(); }
 
-  enum class Place { Replace, KeepExisting };
-  /// Flushes it to disk and gives it its name. With KeepExisting false when something bears that name
-  /// already, which then stays.
+  enum class Place { Replace, ReplaceExisting, KeepExisting };
+  /// Flushes it to disk and gives it its name. False, with nothing done, where that name must be there and is
+  /// not (ReplaceExisting), or is there and must stay (KeepExisting).
   [[nodiscard]] bool Commit(Place place);
 
  private:

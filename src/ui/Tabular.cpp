@@ -13,6 +13,9 @@
 namespace kelvo {
 namespace {
 
+/// Pixels on each side of a cell's text, beside the style's own margin.
+constexpr int kFree = 3;
+
 qreal DigitWidth(const QFontMetricsF& metrics) {
   qreal widest = 0;
   for (char16_t digit = u'0'; digit <= u'9'; ++digit)
@@ -86,7 +89,7 @@ void TabularDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
   painter->save();
   painter->setFont(item.font);
   painter->setPen(ink);
-  const int margin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, &item, item.widget) + 3;
+  const int margin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, &item, item.widget) + kFree;
   painter->setClipRect(item.rect);
   const QRect room = item.rect.adjusted(margin, 0, -margin, 0);
   const QString shown = item.fontMetrics.elidedText(text, item.textElideMode, room.width());
@@ -106,7 +109,8 @@ QSize TabularDelegate::sizeHint(const QStyleOptionViewItem& option, const QModel
   QSize size = QStyledItemDelegate::sizeHint(option, index);
   const QFontMetricsF metrics(item.font);
   const qreal more = TabularWidth(metrics, item.text) - metrics.horizontalAdvance(item.text);
-  size.rwidth() += std::max(0, static_cast<int>(std::ceil(more)) + 2);
+  // The style has counted one of the free pixels on each side.
+  size.rwidth() += std::max(0, static_cast<int>(std::ceil(more))) + 2 * (kFree - 1);
   return size;
 }
 

@@ -14,7 +14,7 @@ TEST(CommandLineTest, WhatIsNotUnderstoodIsRefusedByItsName) {
   EXPECT_EQ(ReadCommandLine({u"--help"_s}).wish, Wish::Help);
   EXPECT_EQ(ReadCommandLine({u"-v"_s}).wish, Wish::Version);
   EXPECT_EQ(ReadCommandLine({u"--version"_s}).wish, Wish::Version);
-  for (const QString& wrong : {u"--silent"_s, u"song.mp3"_s, u"-x"_s, u"-"_s, u""_s}) {
+  for (const QString& wrong : {u"--silent"_s, u"song.mp3"_s, u"-x"_s, u"-x=1"_s, u"-"_s, u""_s}) {
     const CommandLine line = ReadCommandLine({u"-platform"_s, u"offscreen"_s, wrong});
     EXPECT_EQ(line.wish, Wish::Refused) << wrong.toStdString();
     EXPECT_EQ(line.refused, wrong);

@@ -1,15 +1,12 @@
-#include "app/windows/DeskWindows.h"
+#include "app/BesideTheDesk.h"
 #include "app/windows/WaitPointer.h"
-#include "console/DeskFixture.h"
-#include "console/windows/ConsoleWindow.h"
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/TransferWindow.h"
 #include "database/windows/UtilityWindow.h"
 #include "datamanager/windows/SearchWindow.h"
+#include "support/Lookup.h"
 #include "ui/ListTable.h"
-#include "ui/Theme.h"
 
-#include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -21,45 +18,27 @@ using namespace kelvo::testing;
 
 namespace {
 
-class BesideTheDesk : public DeskTest {
+class TheWindowsOfTheDesk : public BesideTheDesk {
  protected:
   void SetUp() override {
-    Theme::Apply(*qApp);
-    AddThreeTracks();
-    Make();
-    window_.emplace(*desk_);
-    beside_.emplace(*desk_, *window_);
-    window_->show();
-    window_->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&*window_));
-    ASSERT_TRUE(loop_.RunUntil([this] { return desk_->CatalogueLoaded(); }));
+    BesideTheDesk::SetUp();
+    OpenDesk();
   }
-  template <typename Window>
-  static Window* Opened() {
-    Window* found = nullptr;
-    for (QWidget* each : QApplication::topLevelWidgets()) {
-      if (auto* window = qobject_cast<Window*>(each)) found = window;
-    }
-    return found;
-  }
-  SearchWindow* Search() { return window_->findChild<SearchWindow*>(); }
+  static SearchWindow* Search() { return Opened<SearchWindow>(); }
   /// Searches for a title and adds all that is found.
   void AddFound(const QString& title) {
-    Q_EMIT window_->SearchWanted();
+    Press(u"TrackSearch"_s);
     ASSERT_NE(Search(), nullptr);
-    auto* text = Search()->findChild<QLineEdit*>(u"Text1"_s);
+    auto* text = FindNamed<QLineEdit>(*Search(), u"TxtSearch"_s);
     text->setText(title);
     QTest::keyClick(text, Qt::Key_Return);
-    QTest::mouseClick(Search()->findChild<QPushButton*>(u"Command4"_s), Qt::LeftButton);
-    QTest::mouseClick(Search()->findChild<QPushButton*>(u"CmdAdd"_s), Qt::LeftButton);
+    QTest::mouseClick(FindNamed<QPushButton>(*Search(), u"CmdSelectAll"_s), Qt::LeftButton);
+    QTest::mouseClick(FindNamed<QPushButton>(*Search(), u"CmdAdd"_s), Qt::LeftButton);
     loop_.RunFor(50ms);
   }
-
-  std::optional<ConsoleWindow> window_;
-  std::optional<DeskWindows> beside_;
 };
 
-TEST_F(BesideTheDesk, WhatTheSearchFindsGoesIntoTheQueueAsOftenAsItIsAdded) {
+TEST_F(TheWindowsOfTheDesk, WhatTheSearchFindsGoesIntoTheQueueAsOftenAsItIsAdded) {
   AddFound(u"a"_s);
   EXPECT_EQ(Queue().Count(), 3);
   EXPECT_EQ(Queue().Row(1).Text(CommentColumn), u"Play Me"_s);
@@ -70,7 +49,7 @@ TEST_F(BesideTheDesk, WhatTheSearchFindsGoesIntoTheQueueAsOftenAsItIsAdded) {
   EXPECT_EQ(Queue().QueueTotalSeconds(), 60 + 60 + 90 + 60);
 }
 
-TEST_F(BesideTheDesk, TheSearchAsksBeforeItGivesUpAGroupPlaylist) {
+TEST_F(TheWindowsOfTheDesk, TheSearchAsksBeforeItGivesUpAGroupPlaylist) {
   AddFound(u"alpha"_s);
   Queue().SetName(u"Wedding"_s);
   Queue().SetGroup({u"line"_s});
@@ -84,21 +63,10 @@ TEST_F(BesideTheDesk, TheSearchAsksBeforeItGivesUpAGroupPlaylist) {
   EXPECT_EQ(Queue().Name(), u"(No Name)"_s);
 }
 
-TEST_F(BesideTheDesk, ALockedScreenTakesNoHandInAnyWindow) {
-  Q_EMIT window_->SearchWanted();
-  prompter_.texts = {u"code"_s, u"code"_s};
-  desk_->Lock().Lockscr();
-  loop_.RunFor(10ms);
-  EXPECT_FALSE(Search()->isEnabled());
-  desk_->Lock().Lockscr();
-  loop_.RunFor(10ms);
-  EXPECT_TRUE(Search()->isEnabled());
-}
-
-TEST_F(BesideTheDesk, MusicThatIsTransferredIsFoundOnTheDeskAtOnce) {
+TEST_F(TheWindowsOfTheDesk, MusicThatIsTransferredIsFoundOnTheDeskAtOnce) {
   database_.Add(Paths::Utility, u"Delta/Delta - Song#2001-Mar#Album#.mp3"_s);
   audio_.SetDuration(database_.tree.Path(u"Kelvo2007_Utility/Delta/Delta - Song#2001-Mar#Album#.mp3"_s), 77);
-  Q_EMIT window_->TransferWanted();
+  Press(u"Transfer"_s);
   auto* window = Opened<TransferWindow>();
   ASSERT_NE(window, nullptr);
   auto* list = window->findChild<ListTable*>();
@@ -106,7 +74,7 @@ TEST_F(BesideTheDesk, MusicThatIsTransferredIsFoundOnTheDeskAtOnce) {
   loop_.RunFor(100ms);
   list->selectAll();
   prompter_.answers = {Answer::Yes, Answer::Yes, Answer::Yes, Answer::Yes};
-  QTest::mouseClick(window->findChild<QPushButton*>(u"CmdMove"_s), Qt::LeftButton);
+  QTest::mouseClick(FindNamed<QPushButton>(*window, u"CmdMove"_s), Qt::LeftButton);
   ASSERT_TRUE(loop_.RunUntil([this] { return catalogue_.LastTrack() == 4; }));
   loop_.RunFor(1s);
   EXPECT_EQ(catalogue_.TrackNames[ToMref(4)], u"Delta - Song"_s);
@@ -114,9 +82,9 @@ TEST_F(BesideTheDesk, MusicThatIsTransferredIsFoundOnTheDeskAtOnce) {
   EXPECT_EQ(Column(TrackColumn), QStringList{u"Delta - Song"_s});
 }
 
-TEST_F(BesideTheDesk, AFileThatIsStagedComesToTheOpenListsAndLeavesThemWhenItIsMoved) {
-  Q_EMIT window_->TransferWanted();
-  Q_EMIT window_->UtilityWanted();
+TEST_F(TheWindowsOfTheDesk, AFileThatIsStagedComesToTheOpenListsAndLeavesThemWhenItIsMoved) {
+  Press(u"Transfer"_s);
+  Press(u"Utility"_s);
   loop_.RunFor(100ms);
   auto* transfer = Opened<TransferWindow>();
   const auto* moves = transfer->findChild<ListTable*>()->model();
@@ -126,7 +94,7 @@ TEST_F(BesideTheDesk, AFileThatIsStagedComesToTheOpenListsAndLeavesThemWhenItIsM
   ASSERT_EQ(moves->rowCount(), 1);
   EXPECT_EQ(moves->index(0, TransferRows::Album).data().toString(), u"Album"_s);
   ASSERT_EQ(waits->rowCount(), 1);
-  EXPECT_EQ(waits->index(0, UtilityFolder::Artist).data().toString(), u"Delta"_s);
+  EXPECT_EQ(waits->index(0, 1).data().toString(), u"Delta"_s);
 
   transfer->findChild<ListTable*>()->selectAll();
   prompter_.answers = {Answer::Yes};
@@ -137,25 +105,32 @@ TEST_F(BesideTheDesk, AFileThatIsStagedComesToTheOpenListsAndLeavesThemWhenItIsM
   EXPECT_EQ(waits->rowCount(), 0);
 }
 
-TEST_F(BesideTheDesk, TheFunctionKeysOfTheDeskWorkInEveryWindow) {
+TEST_F(TheWindowsOfTheDesk, TheFunctionKeysOfTheDeskWorkInEveryWindow) {
   EnqueueAll();
   Load(Deck::One, 1);
   Load(Deck::Two, 2);
-  Q_EMIT window_->SearchWanted();
-  QTest::keyClick(Search()->findChild<QLineEdit*>(u"Text1"_s), Qt::Key_F7);
+  QTest::mouseClick(window_->findChild<QPushButton*>(u"Command34"_s), Qt::LeftButton);
+  ASSERT_NE(Search(), nullptr) << "the console's own button opens it too";
+  QTest::keyClick(FindNamed<QLineEdit>(*Search(), u"TxtSearch"_s), Qt::Key_F7);
   loop_.RunFor(10s);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Playing);
   EXPECT_EQ(desk_->Fades().CrossPan(), -200);
 }
 
-TEST_F(BesideTheDesk, AsksBeforeAnImportThatRunsIsStoppedByTheEnd) {
-  Q_EMIT window_->JinglesWanted();
+TEST_F(TheWindowsOfTheDesk, AsksBeforeAnImportThatRunsIsStoppedByTheEnd) {
+  Press(u"Jingles"_s);
+  const auto click = [this](const QString& name) {
+    QTest::mouseClick(FindNamed<QPushButton>(*Opened<JingleImportWindow>(), name), Qt::LeftButton);
+  };
+  prompter_.paths = {database_.tree.Path()};
+  click(u"CmdBrowse"_s);
+  loop_.RunFor(10ms);
   prompter_.answers = {Answer::No};
   window_->close();
-  Opened<JingleImportWindow>()->Work().Search(database_.tree.Path());
+  click(u"CmdSearch"_s);
   loop_.RunFor(1s);
-  EXPECT_EQ(prompter_.Told(), QStringList{u"Music Is Still Being Imported Or Transferred !\r\n"
-                                          "Stop That And Quit ?"_s});
+  EXPECT_EQ(prompter_.Told().last(),
+            u"Music Is Still Being Imported Or Transferred !\r\nStop That And Quit ?"_s);
   EXPECT_TRUE(window_->isVisible());
 
   // Now that it is over, only the desk itself asks.
@@ -166,12 +141,16 @@ TEST_F(BesideTheDesk, AsksBeforeAnImportThatRunsIsStoppedByTheEnd) {
   EXPECT_FALSE(window_->isVisible());
 }
 
-TEST_F(BesideTheDesk, ClosesItsWindowsWithTheDeskAndKeepsTheirPlace) {
-  Q_EMIT window_->SearchWanted();
-  Search()->move(200, 90);
+TEST_F(TheWindowsOfTheDesk, ClosesItsWindowsWithTheDeskAndKeepsTheirPlace) {
+  Press(u"TrackSearch"_s);
+  Search()->resize(500, 600);
+  Search()->move(60, 90);
   beside_.reset();
   EXPECT_EQ(Search(), nullptr);
-  EXPECT_EQ(settings_.GetSetting(u"Kelvo"_s, u"Startup"_s, u"SearchPosx"_s), u"200"_s);
+  EXPECT_EQ(settings_.GetSetting(u"Kelvo"_s, u"Startup"_s, u"SearchPosx"_s), u"60"_s);
+  beside_.emplace(*desk_, *window_);
+  Press(u"TrackSearch"_s);
+  EXPECT_EQ(Search()->pos(), QPoint(60, 90));
 }
 
 TEST_F(DeskTest, ThePointerWaitsFromTheConsolesShowingUntilItsCatalogueIsLoaded) {

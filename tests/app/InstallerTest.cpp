@@ -228,7 +228,9 @@ TEST_F(InstallerTest, ShowsItsRowsAndTakesAPlaceFromTheFolderDialog) {
   EXPECT_FALSE(window.findChild<QPushButton*>(u"StartDemo"_s)->isVisible());
 
   prompter_.answers = {Answer::Ok};
-  QTest::mouseClick(window.findChild<QPushButton*>(u"Command1"_s), Qt::LeftButton);
+  auto* install = window.findChild<QPushButton*>(u"Command1"_s);
+  QTest::mouseClick(install, Qt::LeftButton);
+  EXPECT_FALSE(install->isEnabled()) << "once is enough";
   Finish();
   ASSERT_TRUE(result_);
   EXPECT_EQ((*result_)(Paths::Music), tree_.Path(u"discs/blue/Kelvo2007_Music files"_s));

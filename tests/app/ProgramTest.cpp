@@ -4,6 +4,7 @@
 #include "console/windows/ConsoleWindow.h"
 #include "platform/SimulatedEventLoop.h"
 #include "support/TemporaryTree.h"
+#include "support/TurnUntil.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -61,10 +62,10 @@ class WholeProgram : public ::testing::Test {
   int EndBy(const std::function<void()>& tell, int width) {
     Program program;
     program.Start();
-    EXPECT_TRUE(QTest::qWaitFor([] { return Shown<SplashWindow>() != nullptr; }));
+    EXPECT_TRUE(TurnUntil([] { return Shown<SplashWindow>() != nullptr; }));
     for (int click = 0; click < 6; ++click) QTest::mouseClick(Shown<SplashWindow>(), Qt::LeftButton);
     // The offscreen display is smaller than the program likes: it says so.
-    EXPECT_TRUE(QTest::qWaitFor([] {
+    EXPECT_TRUE(TurnUntil([] {
       if (auto* message = Shown<QDialog>()) message->accept();
       return Shown<ConsoleWindow>() != nullptr;
     }));
@@ -75,7 +76,7 @@ class WholeProgram : public ::testing::Test {
   static int Run() {
     QTimer never;
     QObject::connect(&never, &QTimer::timeout, [] { QCoreApplication::exit(kNeverEnded); });
-    never.start(30000);
+    never.start(100'000);
     return QApplication::exec();
   }
   /// The exit code of a program in whose start every box is answered by `answer`, the splash is clicked away

@@ -1,5 +1,5 @@
 #include "console/DeskFixture.h"
-#include "console/StatusTick.h"
+#include "console/status/StatusTick.h"
 #include "console/windows/ClockDial.h"
 #include "console/windows/ClockPanel.h"
 #include "console/windows/MemoryWarning.h"

@@ -48,6 +48,7 @@ TEST(DeviceLayer, TheMixerTreeTellsTheOutputsAndRefusesBadIndices) {
   EXPECT_EQ(FailureOf([&] { mixer.SetSrcChannelID(2); }),
             "CMixer:SrcChannelID[LET]: There are only 2 channels  on this line.");
   EXPECT_EQ(mixer.MixerID(), 1) << "a refused index changes nothing";
+  EXPECT_EQ(MixerErrorText(0), QStringLiteral("no error"));
   EXPECT_EQ(MixerErrorText(20), QStringLiteral("driver does not call DriverCallback"));
   EXPECT_EQ(MixerErrorText(1025), QStringLiteral("invalid control"));
   EXPECT_EQ(MixerErrorText(-1), QStringLiteral("unknown error"));

@@ -7,6 +7,7 @@
 #include "platform/QtEventLoop.h"
 #include "platform/SimulatedEventLoop.h"
 #include "support/TemporaryTree.h"
+#include "support/TurnUntil.h"
 
 #include <QCoreApplication>
 
@@ -144,9 +145,7 @@ TEST(Devices, WithoutAnyDeviceTimeGoesOnInRealTime) {
   int ends = 0;
   player->OnEndOfStream = [&] { ++ends; };
   const Job<> job = OpenAndPlay(*player, folder.Write("half.mp3", Mp3File(Sine(440, 0.5))));
-  const auto until = loop.Elapsed() + 10s;
-  while (ends == 0 && loop.Elapsed() < until) QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-  EXPECT_EQ(ends, 1);
+  EXPECT_TRUE(TurnUntil([&] { return ends == 1; }));
   EXPECT_NEAR(player->CurrentPosition(), 0.5, 0.001);
 }
 
@@ -170,14 +169,9 @@ TEST(Devices, TheMachinesOwnDevicesAreOpenedAndClosedBesideTheLogic) {
   QtEventLoop loop;
   AudioEngine engine(loop, std::make_unique<SdlBackend>(512));
   const Job<> known = engine.OutputsKnown();
-  const auto runUntil = [&](auto condition) {
-    const auto until = loop.Elapsed() + 10s;
-    while (!condition() && loop.Elapsed() < until) QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    return condition();
-  };
-  ASSERT_TRUE(runUntil([&] { return !known.Running(); }));
+  ASSERT_TRUE(TurnUntil([&] { return !known.Running(); }));
   EXPECT_EQ(engine.OutputNames().size(), 1);
-  EXPECT_TRUE(runUntil([&] { return engine.DefaultOutputStatus().kind == kOnAir; }));
+  EXPECT_TRUE(TurnUntil([&] { return engine.DefaultOutputStatus().kind == kOnAir; }));
   const auto player = engine.MakePlayer();
   const auto nowhere = engine.MakePlayer(QStringLiteral("No such device"));
   int ends = 0;
@@ -185,7 +179,7 @@ TEST(Devices, TheMachinesOwnDevicesAreOpenedAndClosedBesideTheLogic) {
   const QString path = folder.Write("half.mp3", Mp3File(Sine(440, 0.5)));
   const Job<> job = OpenAndPlay(*player, path);
   const Job<> silent = OpenAndPlay(*nowhere, path);
-  EXPECT_TRUE(runUntil([&] { return ends == 2; }));
+  EXPECT_TRUE(TurnUntil([&] { return ends == 2; }));
   EXPECT_EQ(engine.StatusOf(QStringLiteral("No such device"))->kind, kOnClock);
 }
 
@@ -255,18 +249,15 @@ TEST(Devices, PlayersOnRealThreadsKeepTheirWitsUnderHeavyHandling) {
   jobs.CancelAll();
   // Whatever was done to it, a player that is left in peace plays a file to its end once.
   MediaPlayer& player = *players.front();
-  const auto turnUntil = [&](auto condition) {
-    while (!condition()) QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-  };
   for (const auto& each : players) each->OnEndOfStream = nullptr;
   player.SetVolume(0);
   player.SetRate(1);
   const Job<> last = OpenAndPlay(player, paths[2]);
-  turnUntil([&] { return !last.Running(); });
+  ASSERT_TRUE(TurnUntil([&] { return !last.Running(); }));
   loudest = 0;
   ends = 0;
   player.OnEndOfStream = [&ends] { ++ends; };
-  turnUntil([&] { return ends > 0; });
+  ASSERT_TRUE(TurnUntil([&] { return ends > 0; }));
   EXPECT_GT(loudest.load(), 0.05F);
   EXPECT_NEAR(player.CurrentPosition(), 1, 0.001);
   EXPECT_EQ(player.State(), PlayState::Stopped);

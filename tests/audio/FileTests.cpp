@@ -1,5 +1,5 @@
 #include "audio/SimulatedStudio.h"
-#include "audio/engine/Decoder.h"
+#include "audio/engine/OpenDecoder.h"
 #include "platform/ErrorLog.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "audio/SimulatedStudio.h"
-#include "audio/engine/Decoder.h"
+#include "audio/engine/OpenDecoder.h"
 #include "audio/engine/WaveFileSink.h"
 
 #include <gtest/gtest.h>

@@ -61,6 +61,10 @@ TEST(PlayerLife, TheOldFilePlaysUntilTheNewOneIsGood) {
   EXPECT_EQ(player->State(), PlayState::Stopped);
   EXPECT_EQ(player->CurrentPosition(), 0);
   EXPECT_DOUBLE_EQ(player->Duration(), 2.0);
+  studio.loop.RunFor(50ms);
+  studio.heard.clear();
+  studio.loop.RunFor(100ms);
+  EXPECT_EQ(studio.FromFirstSound(), Samples()) << "the old one has faded out at once";
 }
 
 TEST(PlayerLife, APlayerMayGoAtAnyTimeAndFadesOutBehindItself) {

@@ -8,9 +8,9 @@
 #include "platform/LinkTargets.h"
 #include "platform/QtEventLoop.h"
 #include "support/TemporaryTree.h"
+#include "support/TurnUntil.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
@@ -40,11 +40,7 @@ class StoppableMount {
     tree.Write(QStringLiteral("behind/there"), "yes");
     process_.emplace(QByteArrayList{"bindfs", "-f", "--no-allow-other", behind_.toUtf8(), mount_.toUtf8()});
     const QFileInfo there(Path(QStringLiteral("there")));
-    for (int tries = 0; tries < 500 && !process_->HasEnded(); ++tries) {
-      if (there.exists()) return true;
-      usleep(10'000);
-    }
-    return false;
+    return TurnUntil([&] { return there.exists() || process_->HasEnded(); }) && there.exists();
   }
   [[nodiscard]] QString Path(const QString& name) const { return mount_ + QLatin1Char('/') + name; }
   [[nodiscard]] const QString& Place() const { return mount_; }
@@ -66,15 +62,6 @@ class StoppedMount : public ::testing::Test {
     if (QCoreApplication::instance() == nullptr) application_.emplace(count, nullptr);
     if (!mount_.Start(tree_)) GTEST_SKIP() << "no mounts of one's own here";
   }
-  template <typename Condition>
-  [[nodiscard]] bool Until(Condition condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition() && timer.elapsed() < 60'000) {
-      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
-    }
-    return condition();
-  }
   [[nodiscard]] std::optional<OpenResult::Kind> Open(MediaPlayer& player, const QString& path) {
     std::optional<OpenResult::Kind> outcome;
     const auto open = [&player, &outcome](QString file) -> Job<> {
@@ -82,7 +69,7 @@ class StoppedMount : public ::testing::Test {
       outcome = result.kind;
     };
     const Job<> job = open(path);
-    static_cast<void>(Until([&] { return outcome.has_value(); }));
+    static_cast<void>(TurnUntil([&] { return outcome.has_value(); }));
     return outcome;
   }
 
@@ -118,13 +105,13 @@ TEST_F(StoppedMount, ALookThroughALinkEndsAndNamesTheDiskThatDoesNotAnswer) {
     ended = true;
   };
   const Job<> job = look();
-  ASSERT_TRUE(Until([&] { return ended; }));
+  ASSERT_TRUE(TurnUntil([&] { return ended; }));
   EXPECT_EQ(*answers, (Disks::Answers{true, std::nullopt, true}));
   EXPECT_EQ(disks.Silent(), QStringList{mount_.Place()});
   EXPECT_FALSE(second) << "a disk that is known to be silent is not asked";
 
   mount_.Answer();
-  EXPECT_TRUE(Until([&] { return disks.Silent().isEmpty(); }));
+  EXPECT_TRUE(TurnUntil([&] { return disks.Silent().isEmpty(); }));
   EXPECT_EQ(disks.Returns(), 1);
 }
 
@@ -155,16 +142,16 @@ TEST_F(StoppedMount, APlayerWhoseDiskHangsOnAirPlaysTheNextFileAndEndsInTime) {
   const QString good = tree_.Write(QStringLiteral("good.wav"), WaveFile(Noise(44100 * 20)));
   ASSERT_EQ(Open(*player, mount_.Path(QStringLiteral("long.wav"))), OpenResult::Kind::Opened);
   player->Play();
-  ASSERT_TRUE(Until([&] { return player->CurrentPosition() > 0.2; }));
-  EXPECT_LT(player->DataLateFor(), 1s);
+  ASSERT_TRUE(TurnUntil([&] { return player->CurrentPosition() > 0.2; }));
+  EXPECT_TRUE(TurnUntil([&] { return player->DataLateFor() == 0s; }));
   mount_.Hang();
   player->SetCurrentPosition(100);
-  ASSERT_TRUE(Until([&] { return player->DataLateFor() > 300ms; })) << "that its disk owes data is seen";
+  ASSERT_TRUE(TurnUntil([&] { return player->DataLateFor() > 300ms; })) << "that its disk owes data is seen";
 
   ASSERT_EQ(Open(*player, good), OpenResult::Kind::Opened);
   EXPECT_EQ(player->DataLateFor(), 0s);
   player->Play();
-  EXPECT_TRUE(Until([&] { return player->CurrentPosition() > 0.2; }))
+  EXPECT_TRUE(TurnUntil([&] { return player->CurrentPosition() > 0.2; }))
       << "no thread of the last file is in its way";
 
   // The engine goes though a thread of it never comes back.

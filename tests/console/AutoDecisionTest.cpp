@@ -1,4 +1,4 @@
-#include "console/AutoDecision.h"
+#include "console/automatic/AutoDecision.h"
 
 #include <gmock/gmock.h>
 
@@ -9,45 +9,51 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+using enum TransitionKind;
+
 TEST(AutoDecisionTest, TheDefaultTableGivesDeltaSpeedAndTransitionByTheStyles) {
   struct Case {
-    int start, end, delta, fadeSp, transition;
+    int start, end, delta, fadeSp;
+    TransitionKind transition;
   };
-  for (const Case& each : {Case{1, 1, 2, 11, 1}, Case{1, 0, 4, 11, 1}, Case{0, 1, 4, 11, 1},
-                           Case{0, 0, 8, 41, 3}, Case{2, 0, 33, 7, 2}, Case{0, 5, 33, 7, 2}}) {
-    const AutoSettings got = DefaultDecision(each.start, each.end, {33, 2, 7, u"kept"_s});
+  for (const Case& each :
+       {Case{1, 1, 2, 11, Dub}, Case{1, 0, 4, 11, Dub}, Case{0, 1, 4, 11, Dub}, Case{0, 0, 8, 41, Pan},
+        Case{2, 0, 33, 7, PartFade}, Case{0, 5, 33, 7, PartFade}}) {
+    const AutoSettings got = DefaultDecision(each.start, each.end, {33, PartFade, 7, u"kept"_s});
     EXPECT_EQ(got, (AutoSettings{each.delta, each.transition, each.fadeSp, u"kept"_s}))
         << each.start << "," << each.end;
   }
 }
 
 TEST(AutoDecisionTest, ATrackWithTheCustomFlagSettlesItsOwnEnd) {
-  const TrackPlaySettings plain{u"0,2,3"_s, u"30,20"_s, u"10,40"_s, 1, 1};
-  const TrackPlaySettings other{u"1,3,3"_s, u"9,9"_s, u"9,9"_s, 0, 0};
-  const TrackPlaySettings custom{u"1,2,3"_s, u"30,20"_s, u"10,40"_s, 1, 1};
-  const TrackPlaySettings oneField{u"3"_s, u"0"_s, u"25"_s, 0, 0};
-  const AutoSettings before{5, 1, std::nullopt, {}};
+  const TrackPlaySettings plain{{false, PartFade, Pan}, {30, 20}, {10, 40}, 1, 1};
+  const TrackPlaySettings other{{true, Pan, Pan}, {9, 9}, {9, 9}, 0, 0};
+  const TrackPlaySettings custom{{true, PartFade, Pan}, {30, 20}, {10, 40}, 1, 1};
+  const TrackPlaySettings noKind{{true, None, None}, {0, {}}, {25, {}}, 0, 0};
+  const AutoSettings before{5, Dub, std::nullopt, {}};
   EXPECT_EQ(TrackSettingsFor(AutoMode::Kelvo, plain, other, before),
-            (AutoSettings{4, 1, 11, u"Default - Track Start:"_s}))
+            (AutoSettings{4, Dub, 11, u"Default - Track Start:"_s}))
       << "own start, the other's end";
   EXPECT_EQ(TrackSettingsFor(AutoMode::Kelvo, custom, other, before),
-            (AutoSettings{30, 2, 40, u"Custom - Track Start/Fade:"_s}));
-  EXPECT_EQ(TrackSettingsFor(AutoMode::Kelvo, oneField, other, before),
-            (AutoSettings{0, 3, 25, u"Custom - Track Start/Fade:"_s}));
+            (AutoSettings{30, PartFade, 40, u"Custom - Track Start/Fade:"_s}));
+  EXPECT_EQ(TrackSettingsFor(AutoMode::Kelvo, noKind, other, before),
+            (AutoSettings{0, Dub, 25, u"Custom - Track Start/Fade:"_s}));
   EXPECT_EQ(TrackSettingsFor(AutoMode::Jukebox, custom, other, before),
-            (AutoSettings{1, 2, 40, u"Jukebox Mode:"_s}))
+            (AutoSettings{1, PartFade, 40, u"Jukebox Mode:"_s}))
       << "the jukebox keeps only the speed";
   EXPECT_EQ(TrackSettingsFor(AutoMode::Preview, custom, other, before),
-            (AutoSettings{5, 1, std::nullopt, u"Preview Mode"_s}));
+            (AutoSettings{5, Dub, std::nullopt, u"Preview Mode"_s}));
 }
 
 TEST(AutoDecisionTest, ALongFadeInPullsTheStartEarlierAndNeverLater) {
-  const TrackPlaySettings track{u"1,2,3"_s, u"3,20"_s, u"10,40"_s, 0, 0};
-  EXPECT_EQ(FadeOverride(track, {8, 1, {}, {}}), (AutoSettings{20, 2, 10, u"Fade Overide: New Value=20"_s}));
-  EXPECT_FALSE(FadeOverride(track, {20, 1, {}, {}}));
-  EXPECT_FALSE(FadeOverride({u"0,2,3"_s, u"3,20"_s, u"10,40"_s, 0, 0}, {8, 1, {}, {}}));
-  EXPECT_EQ(FadeOverride({u"1,1,1"_s, u"30"_s, u"5"_s, 0, 0}, {8, 1, {}, {}})->AutoDelta, 30)
-      << "one value serves for both";
+  TrackPlaySettings track{{true, PartFade, Pan}, {3, 20}, {10, 40}, 0, 0};
+  EXPECT_EQ(FadeOverride(track, {8, Dub, {}, {}}),
+            (AutoSettings{20, PartFade, 10, u"Fade Overide: New Value=20"_s}));
+  EXPECT_FALSE(FadeOverride(track, {20, Dub, {}, {}}));
+  track.FadePosition = {30, {}};
+  EXPECT_EQ(FadeOverride(track, {8, Dub, {}, {}})->AutoDelta, 30) << "one value serves for both";
+  track.Mode.custom = false;
+  EXPECT_FALSE(FadeOverride(track, {8, Dub, {}, {}}));
 }
 
 TEST(AutoDecisionTest, TheNextRowGoesRoundAndPassesByWhatTheDecksHold) {
@@ -87,7 +93,7 @@ TEST(AutoDecisionTest, TheTickStartsTheLoadedDeckAtTheDeltaOrWhenAllIsSilent) {
     question.decks[Deck::One] = one;
     question.decks[Deck::Two] = two;
     question.AutoDelta = delta;
-    question.AutoTransition = 3;
+    question.AutoTransition = Pan;
     question.PauseAtEnd = pause;
     return DecideTick(question);
   };

@@ -1,18 +1,11 @@
 #pragma once
 
-#include "console/AutoPlay.h"
-#include "console/ConfirmationPanel.h"
-#include "console/DeckEngine.h"
+#include "console/Console.h"
 #include "console/FaultyAudio.h"
-#include "console/PlayQueue.h"
-#include "console/PressToSpeak.h"
-#include "console/SessionRecorder.h"
-#include "console/Transitions.h"
-#include "database/Catalogue.h"
-#include "database/Paths.h"
-#include "platform/Prompter.h"
-#include "platform/RandomSource.h"
+#include "platform/ErrorLog.h"
+#include "platform/SettingsStore.h"
 #include "platform/SimulatedEventLoop.h"
+#include "platform/SystemFacts.h"
 #include "platform/Words.h"
 
 #include <QDir>
@@ -23,36 +16,31 @@
 
 namespace kelvo::testing {
 
-/// The parts of the desk that automatic play needs, joined in simulated time over a database in `folder`,
-/// with a beat of one second.
+/// The joined desk of the program over a database in `folder`, in simulated time, with names for the parts
+/// that automatic play works with. Tracks are added while it runs.
 class AutoDesk {
  public:
   AutoDesk(const QString& folder, Prompter& prompter, std::uint64_t seed, AutoPlaySettings settings = {})
       : paths(Paths::Below(folder)),
-        random(seed),
-        disks(loop),
-        queue(loop, disks, prompter, catalogue, state),
-        panel(loop),
-        decks({loop, disks, audio, catalogue, queue, panel, state, recorder, paths, TrackDefaults(),
-               DeckSettings()}),
-        transitions({loop, state, decks, panel, recorder}),
-        speak({loop, state, decks}),
-        play({loop, disks, prompter, state, decks, queue, catalogue, random, settings, 3,
-              [this](Deck deck) { Start(deck, TransitionKind::PartFade); },
-              [this](Deck deck) { Start(deck, TransitionKind::Dub); },
-              [this](Deck deck) { Start(deck, TransitionKind::Pan); },
-              [this](int value) { fadeSpeed = value; },
-              [this](const QString& title) {
-                if (logged.size() < 100) logged.append(title);
-              },
-              nullptr, nullptr, [this] { return transitions.Starting(); },
-              [this](Deck deck) { return transitions.FadedOut(deck); }}) {
-    for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) QDir().mkpath(paths(slot));
-    catalogue.Replace(CatalogueTables(paths(Paths::Music)));
-    transitions.AfterStart = [this](Deck deck) { play.AfterStart(deck); };
-    transitions.FadeSpeed = [this] { return fadeSpeed; };
-    transitions.WriteLoss = [this](Deck deck, int loss) { speak.SetLevel(deck, loss); };
-    beat = loop.Every(std::chrono::seconds(1), [this] { Beat(); });
+        log_(loop, prompter, folder + QStringLiteral("/kelvo.log")),
+        settings_(loop, folder + QStringLiteral("/settings.ini")),
+        desk(Services(prompter, seed, folder, settings)) {
+    // The machine's memory is no part of the evening.
+    desk.Status().hooks.Memory = [] { return MemoryStatus(); };
+    desk.Activate();
+    loop.RunUntil([this] { return desk.CatalogueLoaded(); });
+    transitions.AfterStart = [this, joined = transitions.AfterStart](Deck deck) {
+      if (logged.size() < 100) logged.append(decks.Record(deck).Title);
+      joined(deck);
+    };
+    decks.OnStarted = [this, joined = decks.OnStarted](Deck deck) {
+      ++starts;
+      joined(deck);
+    };
+    QObject::connect(&transitions, &Transitions::Changed, &transitions, [this] {
+      const TransitionKind kind = transitions.Record().Kind;
+      if (kind != TransitionKind::None) lastTransition = kind;
+    });
   }
 
   /// A track of `seconds`, in the catalogue and on disk; `info` is its info file, none when empty.
@@ -83,10 +71,10 @@ class AutoDesk {
   }
   void Enqueue(Mref track) {
     QueueEntry entry;
-    entry.Set(TrackColumn, catalogue.TrackNames[track]);
-    entry.Set(CommentColumn, QStringLiteral("Play Me"));
-    entry.Set(PathColumn, catalogue.TrackPaths(track));
-    entry.Set(MrefColumn, QString::number(ToInt(track)));
+    entry.title = catalogue.TrackNames[track];
+    entry.note = QStringLiteral("Play Me");
+    entry.path = catalogue.TrackPaths(track);
+    entry.track = track;
     queue.AppendRow(entry, Int(catalogue.TrackDurations(track)));
   }
   [[nodiscard]] FaultyPlayer& Disk(Deck deck) { return FaultyAudio::Of(decks.Player(deck)); }
@@ -96,56 +84,46 @@ class AutoDesk {
   }
   void Run(double seconds) { loop.RunFor(Nanoseconds(static_cast<std::int64_t>(seconds * 1e9))); }
 
-  void Start(Deck deck, TransitionKind kind) {
-    if (OnStart) OnStart(deck);
-    ++starts;
-    lastTransition = static_cast<int>(kind);
-    transitions.StartRoutine(deck, kind);
-  }
-  void Beat() {
-    if (lateBeats > 0) {
-      --lateBeats;
-      return;
-    }
-    play.Beat();
-    // As on the desk: every second beat is left out while a fade walks.
-    leftOut_ = state.TransitionActive && !leftOut_;
-    if (leftOut_) return;
-    timerText = play.CheckTimer().value_or(QString());
-    if (state.AutoPlayOn && !state.TransitionActive) play.AutoTick();
-    if (AfterBeat) AfterBeat();
-  }
-
-  struct NoRecorder : SessionRecorder {
-    void RecordSessionEvent(const SessionEntry& /*entry*/) override {}
-  };
-
   Paths paths;
   SimulatedEventLoop loop{QDateTime(QDate(2007, 6, 1), QTime(9, 0))};
   FaultyAudio audio{loop};
-  Catalogue catalogue;
-  ConsoleState state;
-  RandomSource random;
-  NoRecorder recorder;
-  Disks disks;
-  PlayQueue queue;
-  ConfirmationPanel panel;
-  DeckEngine decks;
-  Transitions transitions;
-  PressToSpeak speak;
-  AutoPlay play;
-  int fadeSpeed = 25;
-  int starts = 0;
-  int lastTransition = 0;
-  int lateBeats = 0;  ///< so many of the next beats do not come
-  QStringList logged;
-  QString timerText;
-  std::function<void()> AfterBeat;
-  std::function<void(Deck)> OnStart;  ///< automatic play calls a start routine
-  Timer beat;
 
  private:
-  bool leftOut_ = false;
+  ErrorLog log_;
+  SettingsStore settings_;
+  Console::Services Services(Prompter& prompter, std::uint64_t seed, const QString& folder,
+                             const AutoPlaySettings& settings) {
+    for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) QDir().mkpath(paths(slot));
+    const auto set = [this](const QString& key, int value) {
+      settings_.SaveSetting(QStringLiteral("Kelvo"), QStringLiteral("Startup"), key, QString::number(value));
+    };
+    set(QStringLiteral("JukeLag"), settings.JukeLag);
+    set(QStringLiteral("PrevSecs"), settings.PrevSecs);
+    return {.loop = loop,
+            .prompter = prompter,
+            .audio = audio,
+            .settings = settings_,
+            .catalogue = catalogue,
+            .paths = paths,
+            .title = QStringLiteral("Kelvo"),
+            .aboutLine = {},
+            .programFolder = folder,
+            .seed = seed};
+  }
+
+ public:
+  Catalogue catalogue;
+  Console desk;
+  ConsoleState& state = desk.State();
+  PlayQueue& queue = desk.Queue();
+  ConfirmationPanel& panel = desk.Panel();
+  DeckEngine& decks = desk.Decks();
+  Transitions& transitions = desk.Fades();
+  PressToSpeak& speak = desk.Speak();
+  AutoPlay& play = desk.Automatic();
+  int starts = 0;
+  TransitionKind lastTransition = TransitionKind::None;
+  QStringList logged;  ///< titles in the order in which they came on air
 };
 
 }  // namespace kelvo::testing

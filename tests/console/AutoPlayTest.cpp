@@ -80,18 +80,19 @@ TEST_F(AutoPlayTest, ThreeRowsRunForeverAndOverlapByTheDefaultTable) {
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Loaded);
   EXPECT_EQ(Play().AutoDelta(), 2);
   EXPECT_EQ(Play().SldDelta(), 2);
-  EXPECT_EQ(desk_->fadeSpeed, 11);
+  EXPECT_EQ(desk_->desk.FadeSpeed(), 11);
   EXPECT_EQ(Play().StatusText(), u"Auto Start: B In 00:39"_s);
   ASSERT_TRUE(Play().Next());
   EXPECT_EQ(Play().Next()->queueIndex, 2);
-  EXPECT_EQ(Play().Next()->transition, 1);
+  EXPECT_EQ(Play().Next()->transition, TransitionKind::Dub);
   desk_->Run(38.7);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Playing) << "a dub: both at full level";
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Playing);
-  EXPECT_EQ(desk_->lastTransition, 1);
+  EXPECT_EQ(desk_->lastTransition, TransitionKind::Dub);
   EXPECT_LE(Record(Deck::One).Loss + Record(Deck::Two).Loss, 10);
   desk_->Run(5);
   EXPECT_EQ(Record(Deck::One).Title, u"C"_s) << "the played-out deck has the next row at once";
+  EXPECT_EQ(Play().Next()->queueIndex, 3);
   desk_->Run(6 * 58);
   EXPECT_EQ(Heard(), u"ABCABCAB"_s.left(Heard().size()));
   EXPECT_GE(Heard().size(), 7);
@@ -102,11 +103,11 @@ TEST_F(AutoPlayTest, SoftTracksPanAndTheGoingDeckCountsAsDoneAtOnce) {
   MakeQueue(4, 60, kSoft);
   On();
   desk_->Run(20);
-  EXPECT_EQ(Play().AutoTransition(), 3);
+  EXPECT_EQ(Play().AutoTransition(), TransitionKind::Pan);
   EXPECT_EQ(Play().AutoDelta(), 8);
   EXPECT_EQ(Record(Deck::Two).Title, u"B"_s) << "a waiting deck keeps its track";
   desk_->Run(33.5);
-  EXPECT_EQ(desk_->lastTransition, 3);
+  EXPECT_EQ(desk_->lastTransition, TransitionKind::Pan);
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Playing);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Done);
   desk_->Run(200);
@@ -121,16 +122,16 @@ TEST_F(AutoPlayTest, ATracksOwnSettingsAndALongFadeInDecideTheStart) {
   On();
   desk_->Run(5);
   EXPECT_EQ(Record(Deck::One).Info, u"Custom - Track Start/Fade:"_s);
-  EXPECT_EQ(desk_->fadeSpeed, 20);
+  EXPECT_EQ(desk_->desk.FadeSpeed(), 20);
   desk_->Run(36.5);
-  EXPECT_EQ(desk_->lastTransition, 2);
+  EXPECT_EQ(desk_->lastTransition, TransitionKind::PartFade);
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Playing) << "20 seconds before the end";
   desk_->Run(22);
   EXPECT_EQ(Record(Deck::One).Title, u"C"_s);
   EXPECT_EQ(Record(Deck::One).Info, u"Fade Overide: New Value=25"_s);
   EXPECT_EQ(Play().AutoDelta(), 25);
-  EXPECT_EQ(Play().AutoTransition(), 3);
-  EXPECT_EQ(desk_->fadeSpeed, 10);
+  EXPECT_EQ(Play().AutoTransition(), TransitionKind::Pan);
+  EXPECT_EQ(desk_->desk.FadeSpeed(), 10);
 }
 
 TEST_F(AutoPlayTest, ADeltaLongerThanTheTrackIsCutAtItsLength) {
@@ -150,7 +151,7 @@ TEST_F(AutoPlayTest, TheJukeboxLeavesItsSilenceAndFadesByParts) {
   EXPECT_FALSE(Sounds());
   desk_->Run(3);
   EXPECT_TRUE(Sounds());
-  EXPECT_EQ(desk_->lastTransition, 2);
+  EXPECT_EQ(desk_->lastTransition, TransitionKind::PartFade);
   Play().TogglePauseAtEnd();
   desk_->Run(70);
   EXPECT_EQ(Play().StatusText(), u"JukeBox Mode - Pausing At Track End"_s);
@@ -162,7 +163,9 @@ TEST_F(AutoPlayTest, APauseHoldsAtTheEndAndGoesOnWhenItIsTakenBack) {
   EXPECT_EQ(Play().PauseCaption(), u"> ||"_s);
   Play().TogglePauseAtEnd();
   QStringList captions;
-  desk_->AfterBeat = [&] { captions.append(Play().PauseCaption()); };
+  const QObject here;
+  QObject::connect(&desk_->desk.Status(), &StatusTick::Ticked, &here,
+                   [&] { captions.append(Play().PauseCaption()); });
   desk_->Run(70);
   EXPECT_NE(captions[3], captions[4]);
   EXPECT_TRUE(captions.contains(u" >||"_s));
@@ -206,7 +209,7 @@ TEST_F(AutoPlayTest, APreviewPlaysSomeSecondsOfEachTrackOnceAndAsksToGoOn) {
   EXPECT_EQ(Record(Deck::One).Info, u"Preview Mode"_s);
   desk_->Run(1);
   EXPECT_EQ(Play().AutoDelta(), 85);
-  EXPECT_EQ(desk_->fadeSpeed, 45);
+  EXPECT_EQ(desk_->desk.FadeSpeed(), 45);
   QStringList played{Record(Deck::One).Title};
   for (int each = 0; each < 4; ++each) {
     desk_->Run(15.5);
@@ -246,7 +249,7 @@ TEST_F(AutoPlayTest, TheStartTakesTheDecksAsTheyStand) {
   On();
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Playing) << "the faded deck begins anew by a part fade";
   EXPECT_LT(Record(Deck::Two).Position, 1);
-  EXPECT_EQ(desk_->lastTransition, 2);
+  EXPECT_EQ(desk_->lastTransition, TransitionKind::PartFade);
   desk_->Run(1);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Done);
 }
@@ -255,7 +258,7 @@ TEST_F(AutoPlayTest, TheTimedStartFiresOnceAndEndsNothing) {
   MakeQueue(3, 60, kSoft);
   Play().ArmTimer(9, 2);
   desk_->Run(100);
-  EXPECT_EQ(desk_->timerText, u"AutoPlay Timer On :09:02"_s);
+  EXPECT_EQ(desk_->desk.Status().Status().windowTitle, u"AutoPlay Timer On :09:02"_s);
   const bool shown = Play().DisplayWord() == u"AUTOMATIC PLAY"_s;
   desk_->Run(1);
   EXPECT_EQ(Play().DisplayWord(), shown ? QString() : u"AUTOMATIC PLAY"_s) << "it blinks while idle";
@@ -276,7 +279,7 @@ TEST_F(AutoPlayTest, BadFilesArePassedOverAtOnceAndTold) {
   desk_->audio.SetDuration(Path(3), -1);
   TrackEdit edit;
   edit.duration = 0;
-  desk_->catalogue.Change(desk_->queue.Row(4).Track(), edit);
+  desk_->catalogue.Change(desk_->queue.Row(4).track, edit);
   desk_->audio.SetDuration(Path(4), 0);
   desk_->audio.SetSilent(Path(5));
   On();
@@ -294,7 +297,7 @@ TEST_F(AutoPlayTest, ASilentFileThatWasLoadedForARunThatEndedIsPassedOver) {
   MakeQueue(4, 60, kStrong);
   desk_->audio.SetSilent(Path(2));
   Play().ToggleAutoPlay();
-  desk_->Run(0.05);
+  desk_->Run(0.03);
   ASSERT_TRUE(Record(Deck::Two).Loading);
   Play().ToggleAutoPlay();
   desk_->Run(1);
@@ -302,6 +305,20 @@ TEST_F(AutoPlayTest, ASilentFileThatWasLoadedForARunThatEndedIsPassedOver) {
   On();
   desk_->Run(5);
   EXPECT_EQ(Record(Deck::Two).Title, u"C"_s);
+}
+
+TEST_F(AutoPlayTest, ANewRunTriesWhatFailedInTheLast) {
+  MakeQueue(3, 60, kStrong);
+  desk_->audio.SetDuration(Path(1), -1);
+  On();
+  ASSERT_EQ(Record(Deck::One).Title, u"B"_s);
+  Play().ToggleAutoPlay();
+  desk_->decks.StopDeck(Deck::One);
+  desk_->decks.StopDeck(Deck::Two);
+  desk_->audio.SetDuration(Path(1), 60);
+  desk_->queue.Select(1);
+  On();
+  EXPECT_EQ(Record(Deck::One).Title, u"A"_s);
 }
 
 TEST_F(AutoPlayTest, WhereNothingCanBePlayedItSaysSoAndGoesOnWhenSomethingCan) {
@@ -559,7 +576,7 @@ TEST_F(AutoPlayTest, AStyleOutOfTheTableLeavesWhatWasSettled) {
   desk_->Run(55);
   ASSERT_EQ(Heard(), u"AB"_s);
   EXPECT_EQ(Play().AutoDelta(), 8);
-  EXPECT_EQ(Play().AutoTransition(), 3);
+  EXPECT_EQ(Play().AutoTransition(), TransitionKind::Pan);
 }
 
 }  // namespace

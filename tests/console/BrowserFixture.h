@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/LibraryBrowser.h"
+#include "console/browser/LibraryBrowser.h"
 #include "platform/SimulatedEventLoop.h"
 #include "support/ScriptedPrompter.h"
 #include "support/TemporaryTree.h"

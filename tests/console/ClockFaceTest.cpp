@@ -1,4 +1,4 @@
-#include "console/ClockFace.h"
+#include "console/status/ClockFace.h"
 
 #include <gtest/gtest.h>
 

@@ -197,6 +197,8 @@ TEST_F(ConsoleKeys, AHandOnTheLevelUnderTheVoiceSetsWhereTheDeckComesBackTo) {
   loop_.RunFor(1s);
   EXPECT_EQ(deck.Loss, deck.Level);
   EXPECT_EQ(level.value(), deck.Level);
+  QTest::mouseDClick(&level, Qt::LeftButton, {}, level.HandleCentre());
+  EXPECT_EQ(deck.Loss, 0) << "a double click: full";
 }
 
 TEST_F(ConsoleKeys, TheNumberPadWalksTheSliderByItsDigitsAndMovesInListsByItsArrows) {

@@ -2,6 +2,7 @@
 
 #include "console/DeskFixture.h"
 #include "console/windows/ConsoleWindow.h"
+#include "support/TurnUntil.h"
 #include "ui/ListTable.h"
 #include "ui/Theme.h"
 
@@ -28,8 +29,14 @@ class ConsoleOnScreen : public DeskTest {
     window_->resize(1400, 850);
     window_->show();
     window_->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&*window_));
+    ASSERT_TRUE(TurnUntil([this] { return window_->isActiveWindow(); }));
     ASSERT_TRUE(loop_.RunUntil([this] { return desk_->CatalogueLoaded(); }));
+  }
+  /// Gives the window this size and lets it lay itself out anew.
+  void Resize(int width, int height) {
+    window_->resize(width, height);
+    QCoreApplication::processEvents();
+    ASSERT_EQ(window_->size(), QSize(width, height));
   }
   template <typename Widget>
   Widget& Find(const QString& name) {

@@ -2,6 +2,7 @@
 
 #include "console/ConsoleOnScreen.h"
 #include "console/windows/AirAlarm.h"
+#include "ui/Fader.h"
 #include "ui/NoticeBar.h"
 
 #include <QAbstractSlider>
@@ -66,8 +67,7 @@ TEST_F(ConsolePanels, WholeNamesStandInBothListsOfAnOrdinaryScreen) {
   DoubleClick(Library(), 0);
   ASSERT_EQ(Queue().Count(), 1);
   for (const int width : {1366, 1600, 1920}) {
-    window_->resize(width, 768);
-    QTest::qWait(20);
+    Resize(width, 768);
     for (const ListTable* list : {&Library(), &QueueList()}) {
       const QModelIndex name = list->model()->index(0, 0);
       EXPECT_LE(list->sizeHintForIndex(name).width(), list->columnWidth(0))
@@ -82,8 +82,7 @@ TEST_F(ConsolePanels, TheNameOfTheQueueIsReadOnTheSmallestDesk) {
   OpenWindow();
   auto& name = Find<QLineEdit>(u"Text5"_s);
   for (const int width : {1024, 1366}) {
-    window_->resize(width, 768);
-    QTest::qWait(20);
+    Resize(width, 768);
     EXPECT_GT(name.width(), name.fontMetrics().horizontalAdvance(u" (No Name) "_s)) << width;
     const QList<QLabel*> labels = window_->findChildren<QLabel*>();
     const auto label = std::find_if(labels.begin(), labels.end(), [](const QLabel* each) {
@@ -91,6 +90,39 @@ TEST_F(ConsolePanels, TheNameOfTheQueueIsReadOnTheSmallestDesk) {
     });
     ASSERT_NE(label, labels.end());
     EXPECT_GE((*label)->width(), (*label)->fontMetrics().horizontalAdvance((*label)->text())) << width;
+  }
+}
+
+TEST_F(ConsolePanels, TheFadersFollowWhatTheDeskSetsByItself) {
+  OpenWindow();
+  desk_->SetFadeSpeed(40);
+  desk_->SetDelta(7);
+  EXPECT_EQ(Find<Fader>(u"SldFadeSp"_s).value(), 40);
+  EXPECT_EQ(Find<Fader>(u"SldDelta"_s).value(), 7);
+}
+
+TEST_F(ConsolePanels, NothingLiesOverAnythingElse) {
+  OpenWindow();
+  EnqueueAll();
+  Load(Deck::One, 1);
+  // The loading window has gone by now.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  for (const int width : {1024, 1600}) {
+    Resize(width, 768);
+    const QList<QWidget*> all = window_->findChildren<QWidget*>();
+    for (const QWidget* each : all) {
+      if (each->layout() == nullptr || !each->isVisible()) continue;
+      QList<QWidget*> parts = each->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+      parts.removeIf([](const QWidget* part) { return !part->isVisible() || part->isWindow(); });
+      for (qsizetype first = 0; first < parts.size(); ++first) {
+        for (qsizetype second = first + 1; second < parts.size(); ++second) {
+          EXPECT_FALSE(parts[first]->geometry().intersects(parts[second]->geometry()))
+              << each->objectName().toStdString() << ": " << parts[first]->metaObject()->className() << ' '
+              << parts[first]->objectName().toStdString() << ", " << parts[second]->metaObject()->className()
+              << ' ' << parts[second]->objectName().toStdString();
+        }
+      }
+    }
   }
 }
 
@@ -127,8 +159,7 @@ TEST_F(ConsolePanels, ASilentAirIsCriedOutAndNothingMovesForIt) {
     return sum / picture.width();
   };
   for (const int width : {1024, 1600}) {
-    window_->resize(width, 768);
-    QTest::qWait(20);
+    Resize(width, 768);
     EXPECT_FALSE(alarm.isVisible());
     const auto before = places();
     DeskStatus status;
@@ -142,6 +173,10 @@ TEST_F(ConsolePanels, ASilentAirIsCriedOutAndNothingMovesForIt) {
     const double lit = brightness();
     ASSERT_TRUE(loop_.RunUntil([&] { return !alarm.Lit(); }, 1s));
     EXPECT_GT(lit, brightness() + 100) << "seen without red too";
+    Resize(width + 200, 768);
+    const QRect moved(alarm.mapTo(&*window_, QPoint()), alarm.size());
+    const auto after = places();
+    for (const QRect& each : after) EXPECT_FALSE(moved.intersects(each)) << width;
     window_->ShowAir({});
   }
 }
@@ -249,13 +284,12 @@ TEST_F(ConsolePanels, TheBannerOfARequestIsAsWideAsItsBox) {
   OpenWindow();
   EnqueueAll();
   QueueEntry wish = Queue().Row(1);
-  wish.Set(ReqdataColumn, u"Request From: Ann"_s);
+  wish.requestText = u"Request From: Ann"_s;
   Queue().AppendRow(wish, 0);
   auto& box = Find<QPlainTextEdit>(u"TrackInfoText1"_s);
   qsizetype before = 0;
   for (const int width : {1024, 1600}) {
-    window_->resize(width, 850);
-    QTest::qWait(20);
+    Resize(width, 850);
     Load(Deck::One, 2);
     Load(Deck::One, 4);
     const QString banner = box.toPlainText().section(u'\n', 0, 0);

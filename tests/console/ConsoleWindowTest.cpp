@@ -78,9 +78,10 @@ TEST_F(ConsoleOnScreen, ChoosesInTheLibraryByMouseAndKeys) {
   EXPECT_EQ(QueueList().model()->rowCount(), 3);
   EXPECT_EQ(all.text(), u"Select All"_s);
   EXPECT_TRUE(Library().selectionModel()->selectedRows().isEmpty());
-  QSignalSpy search(&*window_, &ConsoleWindow::SearchWanted);
+  QSignalSpy wanted(&*window_, &ConsoleWindow::WindowWanted);
   QTest::keyClick(&*window_, Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
-  EXPECT_EQ(search.count(), 1);
+  ASSERT_EQ(wanted.count(), 1);
+  EXPECT_EQ(wanted.front().front().toString(), u"TrackSearch"_s);
 }
 
 TEST_F(ConsoleOnScreen, TellsOfATrackAtARightClickUntilEscapeOrTheNextClick) {
@@ -276,10 +277,27 @@ TEST_F(ConsoleOnScreen, StaysOpenOnNoAndWritesItsSizeOnYes) {
   EXPECT_EQ(settings_.GetSetting(u"Kelvo"_s, u"ConStartup"_s, u"Width"_s), u"1400"_s);
 }
 
+TEST_F(ConsoleOnScreen, AsksForEachWindowByItsLineOfTheMenu) {
+  OpenWindow();
+  const std::pair<QString, void (ConsoleWindow::*)()> lines[] = {
+      {u"&Import Music..."_s, &ConsoleWindow::ImportWanted},
+      {u"&Transfer To Database..."_s, &ConsoleWindow::TransferWanted},
+      {u"&Utility Folder..."_s, &ConsoleWindow::UtilityWanted},
+      {u"Import &Jingles..."_s, &ConsoleWindow::JinglesWanted},
+      {u"Track &Search..."_s, &ConsoleWindow::SearchWanted}};
+  const QList<QAction*> actions = window_->findChildren<QAction*>();
+  for (const auto& [words, wanted] : lines) {
+    QSignalSpy spy(&*window_, wanted);
+    for (QAction* each : actions) {
+      if (each->text() == words) each->trigger();
+    }
+    EXPECT_EQ(spy.count(), 1) << words.toStdString();
+  }
+}
+
 TEST_F(ConsoleOnScreen, FitsItsSmallestSizeWithEveryCommandInSight) {
   OpenWindow();
-  window_->resize(1024, 680);
-  QTest::qWait(50);
+  Resize(1024, 680);
   EXPECT_LE(window_->minimumSizeHint().width(), 1024);
   EXPECT_LE(window_->minimumSizeHint().height(), 680);
   const QList<QPushButton*> buttons = window_->findChildren<QPushButton*>();

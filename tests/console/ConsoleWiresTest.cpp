@@ -156,9 +156,8 @@ TEST_F(ConsoleWires, TheColourOfAQueueRowTellsWhatBecameOfItsTrack) {
   OpenWindow();
   EnqueueAll();
   QueueEntry wish = Queue().Row(1);
-  wish.Set(ReqdataColumn, u"Request From: Ann"_s);
-  wish.Set(MrefColumn, u"0"_s);
-  wish.ForeColor = QueueColour::Request;
+  wish.requestText = u"Request From: Ann"_s;
+  wish.requests = 1;
   Queue().AppendRow(wish, 0);
   const auto hue = [this](int row) {
     QueueList().clearSelection();

@@ -46,7 +46,9 @@ TEST_F(DeckLoadTest, ALoadedTrackShowsAllThatIsKnownOfIt) {
             u"Date : 1999-Dec   Hi Pos : 7   BPM : 120   Dur : 01:40\r\nGenres  One: Two: Three: Four\r\n"
             "Artists   The Band\r\nAlbums  None\r\nFirst comment\r\nSecond comment\r\n"_s);
   EXPECT_EQ(record.Info, u"Starts: Soft : Ends: Strong"_s);
-  EXPECT_EQ(record.PlayMode, u"1,2,3"_s);
+  EXPECT_EQ(
+      record.Play,
+      (TrackPlaySettings{{true, TransitionKind::PartFade, TransitionKind::Pan}, {10, 5}, {20, 30}, 0, 1}));
   EXPECT_EQ(Player(Deck::One).FileName(), path);
   EXPECT_EQ(Player(Deck::One).State(), PlayState::Stopped);
   EXPECT_THAT(SessionCodes(), ElementsAre(1));
@@ -73,11 +75,10 @@ TEST_F(DeckLoadTest, ATrackWithoutAnInfoFileIsPlayedWithTheDefaults) {
   const DeckRecord& record = Record(Deck::One);
   EXPECT_EQ(record.TrackInfoText, u"Undefined Media File"_s);
   EXPECT_EQ(record.Info, u"Default - Track Start:"_s);
-  EXPECT_EQ(record.PlayMode, u"1,1,1"_s);
-  EXPECT_EQ(record.FadePosition, u"6"_s);
-  EXPECT_EQ(record.FadeSpeed, u"25"_s);
-  EXPECT_EQ(record.StartStyle, 1);
-  EXPECT_EQ(record.EndStyle, 0);
+  EXPECT_EQ(
+      record.Play,
+      (TrackPlaySettings{
+          {true, TransitionKind::Dub, TransitionKind::Dub}, {6, std::nullopt}, {25, std::nullopt}, 1, 0}));
   EXPECT_TRUE(prompter_.asked.empty());
 
   // An info file that is there and can't be read is told, and the show goes on.
@@ -94,10 +95,10 @@ TEST_F(DeckLoadTest, ARequestStandsAboveTheTrackInABanner) {
   OpenDesk();
   Decks().SetInfoTextWidth(12);
   QueueEntry entry;
-  entry.Set(TrackColumn, u"Wish"_s);
-  entry.Set(PathColumn, catalogue_.TrackPaths(ToMref(3)));
-  entry.Set(MrefColumn, u"3"_s);
-  entry.Set(ReqdataColumn, u"Request From: Ann\r\nTo: Bob\r\nMessage: Hi"_s);
+  entry.title = u"Wish"_s;
+  entry.path = catalogue_.TrackPaths(ToMref(3));
+  entry.track = ToMref(3);
+  entry.requestText = u"Request From: Ann\r\nTo: Bob\r\nMessage: Hi"_s;
   Queue().AppendRow(entry, 0);
   Load(Deck::One, 4);
   EXPECT_TRUE(Record(Deck::One).TrackInfoText.startsWith(
@@ -138,7 +139,7 @@ TEST_F(DeckLoadTest, NothingIsLoadedWithoutASelectionOrOverTheSameTitle) {
   EXPECT_FALSE(Record(Deck::One).Loading);
   Load(Deck::One, 1);
   QueueEntry twin = Queue().Row(1);
-  twin.Set(TrackColumn, u"ALPHA"_s);
+  twin.title = u"ALPHA"_s;
   Queue().AppendRow(twin, 0);
   Queue().Click(4);
   Decks().LoadCommand(Deck::One);
@@ -170,7 +171,7 @@ TEST_F(DeckLoadTest, ALiveDeckIsLoadedOnlyOnConfirmation) {
   EXPECT_EQ(Record(Deck::One).State, DeckState::Loaded);
   EXPECT_EQ(Player(Deck::One).State(), PlayState::Stopped);
   EXPECT_TRUE(Queue().Row(1).Text(CommentColumn).startsWith(u"Faded- 9:00"_s));
-  EXPECT_EQ(Queue().Row(1).ForeColor, QueueColour::Faded);
+  EXPECT_EQ(Queue().Row(1).status, RowStatus::Faded);
 }
 
 TEST_F(DeckLoadTest, ADeckThatPlaysUnheardAndAutomaticPlayLoadWithoutAsking) {
@@ -254,8 +255,6 @@ TEST_F(DeckLoadTest, AFileThatIsGoneOrNoSoundLeavesTheDeckAsItWas) {
   Load(Deck::One, 1);
   const QString gone = catalogue_.TrackPaths(ToMref(2));
   QFile::remove(gone);
-  std::vector<DeckLoad> ended;
-  Decks().OnLoaded = [&ended](Deck, DeckLoad outcome) { ended.push_back(outcome); };
   Load(Deck::One, 2);
   const QString broken = catalogue_.TrackPaths(ToMref(3));
   audio_.SetDuration(broken, -1);
@@ -265,7 +264,6 @@ TEST_F(DeckLoadTest, AFileThatIsGoneOrNoSoundLeavesTheDeckAsItWas) {
   EXPECT_EQ(Record(Deck::One).Title, u"Alpha"_s);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Loaded);
   EXPECT_EQ(Player(Deck::One).FileName(), catalogue_.TrackPaths(ToMref(1)));
-  EXPECT_THAT(ended, ElementsAre(DeckLoad::BadFile, DeckLoad::BadFile));
   EXPECT_THAT(SessionCodes(), ElementsAre(1));
 }
 
@@ -336,7 +334,8 @@ TEST_F(DeckLoadTest, TheDeskMayGoWhileItLoadsAndWrites) {
   Decks().ManualStart(Deck::Two);
   ASSERT_TRUE(loop_.RunUntil([this] { return Record(Deck::Two).PlayedOut; }));
   Queue().Click(1);
-  Decks().LoadDeck(Deck::One);
+  const QueueEntry& row = Queue().Row(1);
+  Decks().LoadTrack(Deck::One, {.row = row.id, .track = row.track, .path = row.path, .requestText = {}});
   ASSERT_TRUE(Record(Deck::One).Loading);
   desk_.reset();
   loop_.RunFor(1min);
@@ -350,10 +349,10 @@ TEST_F(DeckLoadTest, PreviewTakesARandomTrackAndLeavesTheQueueAlone) {
   desk_->State().AutoPlayOn = true;
   Queue().Select(0);
   Decks().PickPreview = nullptr;
-  Decks().LoadDeck(Deck::One);
-  EXPECT_FALSE(Record(Deck::One).Loading) << "nobody picks";
+  const Job<DeckLoad> nothing = Decks().LoadDeck(Deck::One);
+  EXPECT_FALSE(nothing.Running()) << "nobody picks";
   Decks().PickPreview = [] { return std::optional(ToMref(3)); };
-  Decks().LoadDeck(Deck::One);
+  const Job<DeckLoad> load = Decks().LoadDeck(Deck::One);
   loop_.RunFor(1s);
   EXPECT_EQ(Record(Deck::One).Title, u"Gamma"_s);
   EXPECT_TRUE(Queue().Row(1).Text(CommentColumn).startsWith(u"Now Playing"_s));

@@ -171,7 +171,7 @@ TEST_F(DeckPlayTest, AutomaticPlayNeitherCorrectsNorRecordsAnEnd) {
   Decks().ManualStart(Deck::One);
   loop_.RunFor(62s);
   EXPECT_EQ(database_.Info(u"alpha"_s), InfoBytes("200"));
-  EXPECT_EQ(Queue().Row(1).ForeColor, QueueColour::Played);
+  EXPECT_EQ(Queue().Row(1).status, RowStatus::Played);
   EXPECT_THAT(SessionCodes(), ElementsAre(1));
 }
 

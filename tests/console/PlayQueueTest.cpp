@@ -1,5 +1,7 @@
 #include "console/DeskFixture.h"
+#include "console/windows/QueueModel.h"
 
+#include <QColor>
 #include <QFile>
 
 namespace kelvo {
@@ -21,10 +23,10 @@ class PlayQueueTest : public DeskTest {
   }
   void AddRequest(Mref track) {
     QueueEntry entry;
-    entry.Set(TrackColumn, u"Wish %1"_s.arg(ToInt(track)));
-    entry.Set(MrefColumn, QString::number(ToInt(track)));
-    entry.Set(ReqdataColumn, u"Request From: Ann"_s);
-    entry.ForeColor = QueueColour::Request;
+    entry.title = u"Wish %1"_s.arg(ToInt(track));
+    entry.track = track;
+    entry.requestText = u"Request From: Ann"_s;
+    entry.requests = 1;
     Queue().AppendRow(entry, 10);
   }
 };
@@ -33,9 +35,12 @@ TEST_F(PlayQueueTest, AnAddedTrackBringsItsFactsAndItsWholeSeconds) {
   EXPECT_EQ(Queue().Name(), u"(No Name)"_s);
   Enqueue({ToMref(3), ToMref(1)});
   const QueueEntry& row = Queue().Row(1);
-  EXPECT_THAT(row.columns, ElementsAre(u"Gamma"_s, u"Play Me"_s, u"1999-Dec"_s, u"7"_s, u"120"_s, u""_s,
-                                       catalogue_.TrackPaths(ToMref(3)), u""_s, u"3"_s, u"Rock"_s));
-  EXPECT_EQ(row.ForeColor, QueueColour::Plain);
+  QStringList words;
+  for (int column = 0; column < QueueColumnCount; ++column)
+    words.append(row.Text(static_cast<QueueColumn>(column)));
+  EXPECT_THAT(words, ElementsAre(u"Gamma"_s, u"Play Me"_s, u"1999-Dec"_s, u"7"_s, u"120"_s, u""_s,
+                                 catalogue_.TrackPaths(ToMref(3)), u""_s, u"3"_s, u"Rock"_s));
+  EXPECT_EQ(row.status, RowStatus::Waiting);
   EXPECT_THAT(Tags(), ElementsAre(1, 2));
   EXPECT_EQ(Queue().QueueTotalSeconds(), 150);
   EXPECT_EQ(Queue().Selected(), 2) << "the new row is selected";
@@ -56,9 +61,16 @@ TEST_F(PlayQueueTest, ATrackStandsInTheQueueOnceAndOneWithoutAFileNotAtAll) {
 TEST_F(PlayQueueTest, AutomaticPlayKeepsItsSelectionWhenTracksAreAdded) {
   Enqueue({ToMref(1)});
   desk_->State().AutoPlayOn = true;
-  Enqueue({ToMref(2)});
+  Enqueue({ToMref(3)});
   EXPECT_EQ(Queue().Count(), 2);
   EXPECT_EQ(Queue().Selected(), 1);
+  desk_->State().AutoPlayOn = false;
+  Queue().SortBy(TrackColumn);
+  Queue().Click(2);
+  desk_->State().AutoPlayOn = true;
+  Enqueue({ToMref(2)});
+  EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Alpha"_s, u"Beta"_s, u"Gamma"_s));
+  EXPECT_EQ(Queue().Selected(), 3) << "the new one has taken its place";
 }
 
 TEST_F(PlayQueueTest, TheRowThatWasAddedIsSelectedAlsoWhenItsTrackStandsHigherUp) {
@@ -95,12 +107,12 @@ TEST_F(PlayQueueTest, AGroupPlaylistIsGivenUpOnlyOnYes) {
 
 TEST_F(PlayQueueTest, MovedContentsTravelAndThePlacesKeepTheirTags) {
   EnqueueAll();
-  Queue().MarkQueueRow(ToMref(2), QueueStatus::Stopped);
+  Queue().MarkQueueRow(ToMref(2), RowStatus::Stopped);
   Queue().Click(2);
   Queue().MoveSelectedUp();
   EXPECT_THAT(Column(TrackColumn), ElementsAre(u"Beta"_s, u"Alpha"_s, u"Gamma"_s));
-  EXPECT_EQ(Queue().Row(1).ForeColor, QueueColour::Played);
-  EXPECT_EQ(Queue().Row(2).ForeColor, QueueColour::Plain);
+  EXPECT_EQ(Queue().Row(1).status, RowStatus::Stopped);
+  EXPECT_EQ(Queue().Row(2).status, RowStatus::Waiting);
   EXPECT_EQ(Queue().Selected(), 1);
   Queue().MoveSelectedUp();
   EXPECT_THAT(Tags(), ElementsAre(1, 2, 3));
@@ -114,8 +126,8 @@ TEST_F(PlayQueueTest, MovedContentsTravelAndThePlacesKeepTheirTags) {
 TEST_F(PlayQueueTest, LockedRowsAndAFadeHoldTheRowsInTheirPlaces) {
   EnqueueAll();
   QueueEntry locked;
-  locked.Set(TrackColumn, u"Locked"_s);
-  locked.Set(PlistDataColumn, u"data"_s);
+  locked.title = u"Locked"_s;
+  locked.playlistData = u"data"_s;
   Queue().AppendRow(locked, 0);
   Queue().Click(4);
   Queue().MoveSelectedUp();
@@ -299,19 +311,24 @@ TEST_F(PlayQueueTest, AMarkTellsWhatBecameOfTheFirstRowOfATrack) {
   EnqueueAll();
   AddRequest(ToMref(2));
   loop_.RunFor(5min);
-  const auto mark = [this](QueueStatus status) {
-    Queue().MarkQueueRow(ToMref(2), status);
-    return std::pair(Queue().Row(2).Text(CommentColumn), Queue().Row(2).ForeColor);
+  const QueueModel model(Queue());
+  const auto colour = [&model](int row) {
+    return model.data(model.index(row - 1, TrackColumn), Qt::ForegroundRole).value<QColor>().name();
   };
-  EXPECT_EQ(mark(QueueStatus::NowPlaying), std::pair(u"Now Playing 9:05"_s, QueueColour::NowPlaying));
-  EXPECT_EQ(mark(QueueStatus::Reset), std::pair(u"Now Playing 9:05"_s, QueueColour::Reset));
-  EXPECT_EQ(mark(QueueStatus::Faded), std::pair(u"Faded- 9:05"_s, QueueColour::Faded));
-  EXPECT_EQ(mark(QueueStatus::Stopped), std::pair(u"Stopped 9:05"_s, QueueColour::Played));
-  EXPECT_EQ(mark(QueueStatus::Played), std::pair(u"Played- 9:05"_s, QueueColour::Played));
-  EXPECT_EQ(Queue().Row(4).ForeColor, QueueColour::Request) << "only the first row of the track";
+  const auto mark = [&](RowStatus status) {
+    Queue().MarkQueueRow(ToMref(2), status);
+    return std::pair(Queue().Row(2).Text(CommentColumn), colour(2));
+  };
+  EXPECT_EQ(mark(RowStatus::NowPlaying), std::pair(u"Now Playing 9:05"_s, u"#ff6aff"_s));
+  EXPECT_EQ(mark(RowStatus::Faded), std::pair(u"Faded- 9:05"_s, u"#ffffff"_s));
+  EXPECT_EQ(mark(RowStatus::Stopped), std::pair(u"Stopped 9:05"_s, u"#3ce63c"_s));
+  EXPECT_EQ(mark(RowStatus::Played), std::pair(u"Played- 9:05"_s, u"#3ce63c"_s));
+  EXPECT_EQ(mark(RowStatus::Reset), std::pair(QString(), u"#00ffff"_s));
+  EXPECT_EQ(colour(4), u"#ffff00"_s) << "a request";
+  EXPECT_TRUE(Queue().Row(4).IsRequest()) << "only the first row of the track";
 
   desk_->State().PreviewOn = true;
-  Queue().MarkQueueRow(ToMref(1), QueueStatus::Played);
+  Queue().MarkQueueRow(ToMref(1), RowStatus::Played);
   EXPECT_EQ(Queue().Row(1).Text(CommentColumn), u"Play Me"_s);
 }
 
@@ -331,12 +348,12 @@ TEST_F(PlayQueueTest, TracksThatComeMeanwhileLeaveTheOperatorsSelection) {
 TEST_F(PlayQueueTest, APlayedRequestIsNoRequestAnyMore) {
   AddRequest(ToMref(1));
   EXPECT_TRUE(Queue().QueueHasRequests());
-  Queue().MarkQueueRow(ToMref(1), QueueStatus::NowPlaying);
+  Queue().MarkQueueRow(ToMref(1), RowStatus::NowPlaying);
   EXPECT_FALSE(Queue().QueueHasRequests());
   EXPECT_EQ(Queue().Row(1).Text(ReqdataColumn), QString());
   Queue().ResetMarks();
   EXPECT_EQ(Queue().Row(1).Text(CommentColumn), QString());
-  EXPECT_EQ(Queue().Row(1).ForeColor, QueueColour::Reset);
+  EXPECT_EQ(Queue().Row(1).status, RowStatus::Reset);
 }
 
 }  // namespace

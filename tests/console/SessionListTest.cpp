@@ -1,4 +1,4 @@
-#include "console/SessionList.h"
+#include "console/session/SessionList.h"
 #include "database/Catalogue.h"
 
 #include <gmock/gmock.h>
@@ -22,7 +22,7 @@ class SessionListTest : public ::testing::Test {
   [[nodiscard]] const SessionEvent& Event(std::size_t number) const { return list_.Events().at(number); }
 
   Catalogue catalogue_;
-  SessionFacts facts_{0, 2, 20, 163.9};
+  SessionFacts facts_{0, 20, 163.9};
   SessionList list_{catalogue_, [this](Deck) { return facts_; }};
 };
 

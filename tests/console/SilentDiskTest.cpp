@@ -87,8 +87,8 @@ TEST_F(SilentDiskTest, ADiskThatIsKnownToHangIsNotAskedForEachOfItsRows) {
     database_.tree.Write(u"good%1.mp3"_s.arg(row), "sound");
     audio_.SetDuration(good, 30);
     QueueEntry entry;
-    entry.Set(TrackColumn, u"Good %1"_s.arg(row));
-    entry.Set(PathColumn, good);
+    entry.title = u"Good %1"_s.arg(row);
+    entry.path = good;
     Queue().AppendRow(entry, 30);
   }
   loop_.HangDisk(folder);
@@ -175,6 +175,13 @@ TEST_F(SilentDiskTest, NothingButSlowTracksIsStillBetterThanNothing) {
   EXPECT_TRUE(FirstSoundWithin(30s));
 }
 
+TEST_F(SilentDiskTest, WhereEveryFileIsSlowTheRowsAreNotGivenUpInTurn) {
+  OpenDesk(12, 60);
+  audio_.openTime = 3s;
+  Start();
+  EXPECT_TRUE(FirstSoundWithin(5s)) << "the second row has the time that the first had not";
+}
+
 TEST_F(SilentDiskTest, AnOpenThatStopsHalfWayIsGivenUpAndItsDiskNamed) {
   OpenDesk(3);
   const QString path = Path(1);
@@ -186,7 +193,7 @@ TEST_F(SilentDiskTest, AnOpenThatStopsHalfWayIsGivenUpAndItsDiskNamed) {
   EXPECT_THAT(Status().silentDisks, Contains(path));
   loop_.RunFor(7s);
   EXPECT_FALSE(Record(Deck::One).Loading);
-  EXPECT_EQ(Record(Deck::One).LastLoad, DeckLoad::NoAnswer);
+  EXPECT_EQ(Record(Deck::One).Info, u"Disk Does Not Answer : "_s + path);
 }
 
 TEST_F(SilentDiskTest, ATrackWhoseInfoFileIsOutOfReachPlaysWithTheDefaults) {

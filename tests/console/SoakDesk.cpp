@@ -35,7 +35,7 @@ SoakDesk::SoakDesk(const QString& folder, const SoakSettings& settings, std::uin
   set(u"Startup"_s, u"PanFadeBias"_s, QString::number(settings.panFadeBias));
   // A stream that ends while the desk is switched off would change the lengths that are known.
   set(u"Startup"_s, u"FixTrackDurErrors"_s, u"0"_s);
-  set(u"ConStartup"_s, u"PlaySettings"_s, u"%1,%2,0"_s.arg(settings.fadeSpeed).arg(settings.delta));
+  set(u"ConStartup"_s, u"TrackPlaySettings"_s, u"%1,%2,0"_s.arg(settings.fadeSpeed).arg(settings.delta));
 }
 
 void SoakDesk::AddTrack(const QString& name, double stored, double length, const QByteArray& info) {
@@ -111,8 +111,8 @@ DeskSight SoakDesk::Look() {
 
 DeskPlan SoakDesk::Plan() {
   const TransitionRecord& fade = desk_->Fades().Record();
-  return {desk_->Automatic().AutoDelta(), desk_->Automatic().AutoTransition(), desk_->FadeSpeed(),
-          static_cast<int>(fade.Kind), fade.TransitionDeck};
+  return {desk_->Automatic().AutoDelta(), static_cast<int>(desk_->Automatic().AutoTransition()),
+          desk_->FadeSpeed(), static_cast<int>(fade.Kind), fade.TransitionDeck};
 }
 
 void SoakDesk::SwitchOn(AutoMode mode, bool random) {
@@ -139,7 +139,7 @@ void SoakDesk::AddRow(const SoakTrack& track) {
 QStringList SoakDesk::RowPaths() {
   QStringList paths;
   const PlayQueue& queue = desk_->Queue();
-  for (int row = 1; row <= queue.Count(); ++row) paths.append(catalogue_.TrackPaths(queue.Row(row).Track()));
+  for (int row = 1; row <= queue.Count(); ++row) paths.append(catalogue_.TrackPaths(queue.Row(row).track));
   return paths;
 }
 
@@ -180,7 +180,7 @@ void SoakDesk::DelayBeats(int seconds) {
 QString SoakDesk::Impossible() {
   const AutoPlay& play = desk_->Automatic();
   if (desk_->State().GroupPlayOn) return u"a group runs"_s;
-  if (play.AutoTransition() < 0 || play.AutoTransition() > 3) return u"no such transition"_s;
+  if (play.AutoTransition() > TransitionKind::Pan) return u"no such transition"_s;
   if (desk_->FadeSpeed() < 0 || desk_->FadeSpeed() > 50) return u"no such fade speed"_s;
   if (std::abs(desk_->State().CrossPan) > 200) return u"the slider is beyond its end"_s;
   const int selected = desk_->Queue().Selected();

@@ -1,5 +1,5 @@
 #include "console/DeskFixture.h"
-#include "console/StatusTick.h"
+#include "console/status/StatusTick.h"
 
 namespace kelvo {
 namespace {
@@ -169,6 +169,11 @@ TEST_F(StatusTickTest, QueueLengthSessionTimeAndClockGoOnWithTheBeat) {
 
 TEST_F(StatusTickTest, TheSixthUnansweredQuestionWorriesTheDesk) {
   for (int round = 1; round <= 6; ++round) {
+    Panel().Open({u"Sure ?"_s, u"YES"_s, PanelAction::StopDeck, Deck::One});
+    Panel().Cancel();
+    loop_.RunFor(4s);
+  }
+  for (int round = 1; round <= 6; ++round) {
     tick_->Tick();
     EXPECT_EQ(Status().caution, u"CAUTION!"_s) << round;
     Panel().Open({u"Sure ?"_s, u"YES"_s, PanelAction::StopDeck, Deck::One});
@@ -335,7 +340,7 @@ TEST_F(StatusTickTest, TheRowInPlayBlinksInAutomaticPlayButNotOfAGroupList) {
   Queue().Click(2);
   Queue().MoveSelectedUp();
   Load(Deck::Two, 3);
-  Queue().MarkQueueRow(ToMref(3), QueueStatus::Stopped);
+  Queue().MarkQueueRow(ToMref(3), RowStatus::Stopped);
   tick_->Tick();
   EXPECT_EQ(Status().queuePosition, 1);
   Decks().ManualStart(Deck::Two);

@@ -66,7 +66,7 @@ TEST_F(TransitionsTest, APartFadeBringsTheDeckInAtOnceAndWalksTheOtherOut) {
   EXPECT_THAT(SessionCodes(), ElementsAre(3, 9, 11));
   const SessionEvent& begin = desk_->Session().Events()[1];
   const SessionEvent& end = desk_->Session().Events()[2];
-  EXPECT_EQ(begin.FadeType, 2);
+  EXPECT_EQ(begin.FadeType, TransitionKind::PartFade);
   EXPECT_EQ(begin.OnDeck, Deck::Two);
   EXPECT_NEAR(end.Time - begin.Time, 0.25 + 0.25 + 2.5, 0.1) << "snap, timer and walk";
 }
@@ -81,7 +81,7 @@ TEST_F(TransitionsTest, APanCrossesOverByItsBiasAtTheSpeedOfTheSlider) {
   desk_->SetFadeSpeed(0);
   EXPECT_NEAR(SecondsOfWalk(), 0.05 + 99 * 0.002, 0.01) << "a speed of 0 still takes 1 ms a half step";
   EXPECT_EQ(Losses(), (DeckLosses{2000, 0}));
-  EXPECT_EQ(desk_->Session().Events().back().FadeType, 3);
+  EXPECT_EQ(desk_->Session().Events().back().FadeType, TransitionKind::Pan);
 }
 
 TEST_F(TransitionsTest, APartFadeAfterAPanLeavesTheGoingDeckAQuarterDown) {
@@ -120,6 +120,28 @@ TEST_F(TransitionsTest, CancelDuringAWalkPutsTheSliderBackAndTheDeckPlaysOn) {
   EXPECT_FALSE(Fades().GetCancelPanel().Visible()) << "the deck plays already";
   loop_.RunFor(10s);
   EXPECT_EQ(Fades().CrossPan(), kDeckTwoAlone) << "an old cancel does not swallow the next start";
+}
+
+TEST_F(TransitionsTest, ACancelDoesNotBringADeckBackThatHasEndedMeanwhile) {
+  OpenDesk();
+  Fades().PressPan(Deck::Two);
+  RunUntilWalkStarts();
+  Player(Deck::One).SetCurrentPosition(59.9);
+  ASSERT_TRUE(loop_.RunUntil([this] { return Record(Deck::One).State == DeckState::Done; }, 2s));
+  Fades().Cancel();
+  EXPECT_LT(SecondsOfWalk(), 1);
+  EXPECT_EQ(Fades().CrossPan(), kDeckOneAlone);
+  EXPECT_EQ(Record(Deck::One).State, DeckState::Done);
+}
+
+TEST_F(TransitionsTest, NothingMovesAnyMoreOnceTheyAreClosed) {
+  OpenDesk();
+  Fades().PressPan(Deck::Two);
+  RunUntilWalkStarts();
+  Fades().Close();
+  const int place = Fades().CrossPan();
+  loop_.RunFor(10s);
+  EXPECT_EQ(Fades().CrossPan(), place);
 }
 
 TEST_F(TransitionsTest, ACancelBeforeTheWalkLeavesTheDeckOnAirAlone) {
@@ -198,7 +220,7 @@ TEST_F(TransitionsTest, ADubKeepsBothDecksFullUntilItsButtonIsLetGo) {
   EXPECT_THAT(SessionCodes(), ElementsAre(3, 5, 7, 9, 11));
   const auto& events = desk_->Session().Events();
   EXPECT_NEAR(events[2].Time - events[1].Time, 3, 0.05);
-  EXPECT_EQ(events[1].FadeType, 1);
+  EXPECT_EQ(events[1].FadeType, TransitionKind::Dub);
   EXPECT_THAT(started_, ElementsAre(Deck::Two)) << "the fade starts no deck";
 }
 

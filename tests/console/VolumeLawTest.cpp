@@ -1,4 +1,4 @@
-#include "console/VolumeLaw.h"
+#include "console/decks/VolumeLaw.h"
 
 #include <gmock/gmock.h>
 
@@ -23,7 +23,7 @@ TEST(VolumeLaw, EveryBranchAtItsEndsAndItsMiddle) {
       {0, PartFade, kOne, 12, {0, 0}},
       {50, PartFade, kTwo, 12, {500, 0}},
       {200, PartFade, kTwo, 12, {2000, 0}},
-      {-50, ByHand, kTwo, 12, {0, 500}},
+      {-50, None, kTwo, 12, {0, 500}},
       {1, Dub, kOne, 12, {10, 0}},
 
       {200, Pan, kOne, 12, {2000, 0}},  // 2400 is beyond the slider

@@ -36,7 +36,7 @@ class JingleImportTest : public ::testing::Test {
   }
   QStringList Names() {
     QStringList names;
-    for (int row = 0; row < import_->Count(); ++row) names.append(import_->Row(row).name);
+    for (int row = 0; row < import_->Rows().Count(); ++row) names.append(import_->Rows()[row].name);
     return names;
   }
 
@@ -58,7 +58,7 @@ TEST_F(JingleImportTest, CopiesWhatIsNewAndLargeEnoughAndTellsTheSum) {
   EXPECT_EQ(import_->Words(), u"Searching "_s + database_.tree.Path(u"drive"_s) + u" (0 %)"_s);
   Finish();
   ASSERT_THAT(Names(), ElementsAre(u"a bell.wav"_s, u"b horn.mp3"_s, u"c laugh.wav"_s, u"d old.MP3"_s));
-  EXPECT_EQ(import_->Row(2).SizeText(), u"1.0000"_s);
+  EXPECT_EQ(import_->Rows()[2].SizeText(), u"1.0000"_s);
   import_->Import({0, 1, 2, 3});
   Finish();
   EXPECT_THAT(prompter_.Told(),
@@ -71,7 +71,7 @@ TEST_F(JingleImportTest, CopiesWhatIsNewAndLargeEnoughAndTellsTheSum) {
   EXPECT_THAT(catalogue_.SoundBiteNames, ElementsAre(u"b horn"_s, u"c laugh"_s));
   EXPECT_EQ(catalogue_.SoundBitePaths[0], database_.paths(Paths::Jingles) + u"/b horn.mp3"_s);
 
-  QFile::remove(import_->Row(2).path);
+  QFile::remove(import_->Rows()[2].path);
   import_->Import({2});
   Finish();
   EXPECT_EQ(prompter_.Told().last(),
@@ -106,7 +106,7 @@ TEST_F(JingleImportTest, DeletesOnlyWhatIsConfirmedAndNothingOfTheSystem) {
   prompter_.answers = {Answer::Cancel};
   import_->Delete({0});
   Finish();
-  EXPECT_EQ(import_->Count(), 4);
+  EXPECT_EQ(import_->Rows().Count(), 4);
   EXPECT_EQ(prompter_.asked[0].buttons, Buttons::OkCancel);
   prompter_.answers = {Answer::Ok, Answer::Ok, Answer::Yes, Answer::No, Answer::Cancel};
   import_->Delete({3, 0, 1, 2});
@@ -139,7 +139,7 @@ TEST_F(JingleImportTest, AFoundJingleFollowsItsNewNameAndGoesWhenItIsDeletedElse
   catalogue_.RenameJingle(bell, database_.paths(Paths::Jingles) + u"/gong.mp3"_s);
   EXPECT_THAT(catalogue_.SoundBiteNames, ElementsAre(u"gong"_s, u"horn"_s));
   EXPECT_THAT(Names(), ElementsAre(u"gong.mp3"_s, u"horn.mp3"_s));
-  EXPECT_TRUE(import_->Row(0).path.endsWith(u"/gong.mp3"_s));
+  EXPECT_TRUE(import_->Rows()[0].path.endsWith(u"/gong.mp3"_s));
   catalogue_.RemoveJingle(horn);
   EXPECT_THAT(Names(), ElementsAre(u"gong.mp3"_s));
 }

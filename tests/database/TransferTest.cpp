@@ -61,14 +61,14 @@ class TransferTest : public ::testing::Test {
   void MoveAll(std::deque<Answer> answers) {
     prompter_.answers = std::move(answers);
     transfer_->Move(Ids());
-    EXPECT_TRUE(loop_.RunUntil([this] { return !transfer_->Running(); }));
+    EXPECT_TRUE(loop_.RunUntil([this] { return !transfer_->Busy(); }));
     EXPECT_TRUE(prompter_.answers.empty());
   }
   [[nodiscard]] QString Cell(int row, TransferRows::Column column) {
-    return transfer_->Rows().index(row, column).data().toString();
+    return TransferRows::Shown(transfer_->Rows().Store()[row], column);
   }
   void SetCell(int row, TransferRows::Column column, const QString& text) {
-    EXPECT_TRUE(transfer_->Rows().setData(transfer_->Rows().index(row, column), text));
+    EXPECT_TRUE(transfer_->Rows().SetText(row, column, text));
   }
   [[nodiscard]] QByteArray Music(const QString& name) const {
     return database_.tree.Read(Paths::FolderName(Paths::Music) + u'/' + name);
@@ -88,7 +88,7 @@ TEST_F(TransferTest, ARowShowsWhatPathAndTagsSay) {
   Stage(u"Unknown/plain.wav"_s);
   EXPECT_EQ(catalogue_.UtilityCount(), 2);
   QStringList cells;
-  for (int column = 0; column < TransferRows::ColumnCount; ++column) {
+  for (int column = 0; column <= TransferRows::Date; ++column) {
     cells.append(Cell(0, static_cast<TransferRows::Column>(column)));
   }
   EXPECT_THAT(cells, ElementsAre(u"Amber - Way.mp3"_s, u"1.43"_s, u"Amber"_s, u"Unknown"_s, u"Unknown"_s,
@@ -281,8 +281,8 @@ TEST_F(TransferTest, WhereverTheProgramEndsNothingIsLostAndRunningAgainMendsIt) 
     prompter_.answers = {Answer::Yes};
     transfer_->Move(Ids());
     int passed = 0;
-    loop_.RunUntil([&] { return passed++ >= events || !transfer_->Running(); }, 5s);
-    complete = !transfer_->Running();
+    loop_.RunUntil([&] { return passed++ >= events || !transfer_->Busy(); }, 5s);
+    complete = !transfer_->Busy();
     transfer_.reset();
     ++ends;
 
@@ -331,7 +331,7 @@ TEST_F(TransferTest, DeletingAsksAndTakesFilesAndRows) {
   prompter_.answers = {Answer::No, Answer::Yes};
   const auto remove = [this](int id) {
     transfer_->Delete({id});
-    EXPECT_TRUE(loop_.RunUntil([this] { return !transfer_->Running(); }));
+    EXPECT_TRUE(loop_.RunUntil([this] { return !transfer_->Busy(); }));
   };
   const int first = Ids().front();
   remove(first);

@@ -42,9 +42,7 @@ class UtilityFolderTest : public ::testing::Test {
     EXPECT_TRUE(loop_.RunUntil([this] { return !folder_->Listing(); }));
     return path;
   }
-  [[nodiscard]] QString Cell(int row, UtilityFolder::Column column) const {
-    return folder_->index(row, column).data().toString();
-  }
+  [[nodiscard]] const WaitingFile& File(int row) const { return folder_->Rows()[row]; }
 
   testing::TestDatabase database_;
   SimulatedEventLoop loop_;
@@ -60,11 +58,11 @@ TEST_F(UtilityFolderTest, ListsTheFilesOfTheSubfoldersAsTheyWereNamed) {
   Add(u"loose.mp3"_s);
   Add(u"Zulu/plain.wav"_s);
   const QString path = Add(u"Amber/Way#2005-Dec# #.mp3"_s);
-  ASSERT_EQ(folder_->rowCount(), 2);
-  EXPECT_EQ(Cell(0, UtilityFolder::FileName), u"Way.mp3"_s);
-  EXPECT_EQ(Cell(0, UtilityFolder::Artist), u"Amber"_s);
-  EXPECT_EQ(Cell(0, UtilityFolder::Path), path);
-  EXPECT_EQ(Cell(1, UtilityFolder::FileName), u"plain.wav"_s);
+  ASSERT_EQ(folder_->Rows().Count(), 2);
+  EXPECT_EQ(File(0).fileName, u"Way.mp3"_s);
+  EXPECT_EQ(File(0).artist, u"Amber"_s);
+  EXPECT_EQ(File(0).path, path);
+  EXPECT_EQ(File(1).fileName, u"plain.wav"_s);
 }
 
 TEST_F(UtilityFolderTest, ASamplePlaysUntilItIsStoppedOrOver) {

@@ -1,9 +1,9 @@
 #include "datamanager/windows/SearchModel.h"
 #include "datamanager/windows/SearchWindow.h"
-#include "platform/SettingsStore.h"
 #include "platform/SimulatedEventLoop.h"
+#include "support/Lookup.h"
 #include "support/ScriptedPrompter.h"
-#include "support/TemporaryTree.h"
+#include "support/TurnUntil.h"
 #include "ui/ListTable.h"
 #include "ui/Theme.h"
 
@@ -37,17 +37,18 @@ class SearchOnScreen : public ::testing::Test {
     Open();
   }
   void Open() {
-    window.emplace(SearchWindow::Services{loop, prompter, settings, catalogue, u"Kelvo"_s}, nullptr);
+    window.emplace(loop, search);
     window->OnAdd = [this](std::vector<Mref> tracks) { added = std::move(tracks); };
+    Show();
+  }
+  void Show() {
     window->show();
     window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&*window));
+    ASSERT_TRUE(TurnUntil([this] { return window->isActiveWindow(); }));
   }
   template <typename Widget>
   Widget& Find(const QString& name) {
-    auto* widget = window->findChild<Widget*>(name);
-    EXPECT_NE(widget, nullptr) << name.toStdString();
-    return *widget;
+    return *FindNamed<Widget>(*window, name);
   }
   void Click(const QString& name) { QTest::mouseClick(&Find<QPushButton>(name), Qt::LeftButton); }
   void ClickKey(const QString& word) {
@@ -56,34 +57,36 @@ class SearchOnScreen : public ::testing::Test {
     }
   }
 
-  TemporaryTree tree;
   SimulatedEventLoop loop;
   ScriptedPrompter prompter;
-  SettingsStore settings{loop, tree.Path(u"settings.ini"_s)};
   Catalogue catalogue;
+  TrackSearch search{{.loop = loop, .prompter = prompter, .catalogue = catalogue}};
   std::optional<SearchWindow> window;
   std::vector<Mref> added;
 };
 
 TEST_F(SearchOnScreen, FindsWhatIsTypedAndHandsTheSelectionOver) {
-  auto& text = Find<QLineEdit>(u"Text1"_s);
-  auto& list = Find<ListTable>(u"ListView1"_s);
+  auto& text = Find<QLineEdit>(u"TxtSearch"_s);
+  auto& list = Find<ListTable>(u"LstResults"_s);
   QTest::keyClicks(&text, u"love"_s);
   QTest::keyClick(&text, Qt::Key_Return);
   ASSERT_EQ(list.model()->rowCount(), 2);
   EXPECT_TRUE(text.hasFocus()) << "the next word can be typed at once";
-  EXPECT_TRUE(Find<QLabel>(u"Label2"_s).text().startsWith(u"Search Results = 2 in 0.0"_s));
+  EXPECT_TRUE(Find<QLabel>(u"LblResults"_s).text().startsWith(u"Search Results = 2 in 0.0"_s));
   EXPECT_FALSE(Find<QPushButton>(u"CmdAdd"_s).isEnabled());
 
-  Click(u"Command4"_s);
-  EXPECT_EQ(Find<QPushButton>(u"Command4"_s).text(), u"Clear All"_s);
+  Click(u"CmdSelectAll"_s);
+  EXPECT_EQ(Find<QPushButton>(u"CmdSelectAll"_s).text(), u"Clear All"_s);
   Click(u"CmdAdd"_s);
   EXPECT_THAT(added, ElementsAre(ToMref(1), ToMref(2)));
-  Click(u"Command4"_s);
+  Click(u"CmdSelectAll"_s);
   EXPECT_FALSE(list.selectionModel()->hasSelection());
+  Click(u"Command4"_s);
+  list.clearSelection();
+  EXPECT_EQ(Find<QPushButton>(u"Command4"_s).text(), u"Select All"_s) << "also when the mouse took it away";
 
-  Find<QRadioButton>(u"Option5"_s).click();
-  Click(u"OKButton"_s);
+  Find<QRadioButton>(u"OptWholeString"_s).click();
+  Click(u"CmdSearch"_s);
   ASSERT_EQ(list.model()->rowCount(), 1);
   list.selectRow(0);
   QTest::keyClick(&list, Qt::Key_Return);
@@ -107,23 +110,38 @@ TEST_F(SearchOnScreen, ResultsFollowTheirTracks) {
 TEST_F(SearchOnScreen, TypesWithTheKeysOnTheScreenIntoTheBoxThatHasTheFocus) {
   ClickKey(u"R"_s);
   ClickKey(u"&"_s);
-  Click(u"Command3"_s);
+  Click(u"KeyBackSpace"_s);
   ClickKey(u"A"_s);
-  EXPECT_EQ(Find<QLineEdit>(u"Text1"_s).text(), u"RA"_s);
-  Find<QLineEdit>(u"Text4"_s).setFocus();
+  EXPECT_EQ(Find<QLineEdit>(u"TxtSearch"_s).text(), u"RA"_s);
+  Find<QLineEdit>(u"TxtBpm"_s).setFocus();
   ClickKey(u"7"_s);
-  EXPECT_EQ(Find<QLineEdit>(u"Text4"_s).text(), u"7"_s);
+  EXPECT_EQ(Find<QLineEdit>(u"TxtBpm"_s).text(), u"7"_s);
 }
 
-TEST_F(SearchOnScreen, ClosesAtEscapeAndComesBackWhereItWas) {
-  window->resize(700, 600);
-  window->move(15, 60);
-  QTest::keyClick(&Find<QLineEdit>(u"Text1"_s), Qt::Key_Escape);
+TEST_F(SearchOnScreen, EscapeClosesItAndLeavesTheSearchAlone) {
+  for (int number = 0; number < 20000; ++number) {
+    CatalogueRow row;
+    row.name = u"Dan - Love %1"_s.arg(number);
+    catalogue.Append(row);
+  }
+  auto& text = Find<QLineEdit>(u"TxtSearch"_s);
+  QTest::keyClicks(&text, u"love"_s);
+  QTest::keyClick(&*window, Qt::Key_F5);
+  ASSERT_TRUE(search.Running());
+  QTest::keyClick(&*window, Qt::Key_F5);
+  EXPECT_TRUE(search.Running()) << "to refresh is not to stop";
+  QTest::keyClick(&*window, Qt::Key_Escape);
   EXPECT_FALSE(window->isVisible());
-  EXPECT_EQ(settings.GetSetting(u"Kelvo"_s, u"Startup"_s, u"SearchPosx"_s), u"15"_s);
-  EXPECT_EQ(settings.GetSetting(u"Kelvo"_s, u"Startup"_s, u"SearchPosy"_s), u"60"_s);
-  Open();
-  EXPECT_EQ(window->pos(), QPoint(15, 60));
+  ASSERT_TRUE(loop.RunUntil([this] { return !search.Running(); }));
+  EXPECT_EQ(search.Results().Count(), 20002);
+  Show();
+  QTest::keyClick(&text, Qt::Key_Return);
+  EXPECT_TRUE(search.Running()) << "the same Enter doesn't stop what it began";
+  EXPECT_TRUE(Find<QPushButton>(u"CmdSearch"_s).hasFocus());
+  QTest::keyClick(&Find<QPushButton>(u"CmdSearch"_s), Qt::Key_Return);
+  ASSERT_TRUE(loop.RunUntil([this] { return !search.Running(); }));
+  EXPECT_EQ(prompter.Told(), QStringList{u"Search Interupted By User !"_s}) << "Enter works its button";
+  EXPECT_TRUE(text.hasFocus());
 }
 
 }  // namespace

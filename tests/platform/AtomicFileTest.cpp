@@ -1,5 +1,6 @@
 #include "platform/AtomicFile.h"
 #include "platform/ErrorLog.h"
+#include "platform/FileSteps.h"
 #include "platform/SimulatedEventLoop.h"
 #include "support/TemporaryTree.h"
 
@@ -7,7 +8,7 @@
 #include <QFile>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -15,8 +16,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <ctime>
-#include <random>
 #include <string>
 #include <thread>
 
@@ -24,6 +23,9 @@ namespace kelvo {
 namespace {
 
 using namespace Qt::StringLiterals;
+using ::testing::ElementsAre;
+using testing::KilledBefore;
+using testing::StepsOf;
 using testing::TemporaryTree;
 
 /// What ReplaceFile fails with, 0 when it doesn't.
@@ -60,31 +62,26 @@ int InChild(Work work) {
 
 TEST(ReplaceFile, AKillAtAnyInstantLeavesAWholeVersion) {
   const TemporaryTree tree;
-  const QString path = tree.Write(u"queue.txt"_s, QByteArray(100000, 'a'));
-  const QByteArray versions[] = {QByteArray(100000, 'a'), QByteArray(300000, 'b'), QByteArray(7, 'c')};
-  std::mt19937 random(11);
-  int seen[3] = {};
-  for (int round = 0; round < 80; ++round) {
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      for (size_t next = 1;; ++next) ReplaceFile(path, versions[next % 3]);
-    }
-    const timespec pause{0, static_cast<long>(random() % 8000000U)};
-    ::nanosleep(&pause, nullptr);
-    ::kill(child, SIGKILL);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    ASSERT_TRUE(WIFSIGNALED(status)) << "the writer must have been at work until it was killed";
+  const QByteArray before(10000, 'a');
+  const QByteArray after(30000, 'b');
+  const QString path = tree.Write(u"queue.txt"_s, before);
+  int replaced = 0;
+  int step = 0;
+  for (; KilledBefore(step, [&] { ReplaceFile(path, after); }); ++step) {
     const QByteArray found = tree.Read(u"queue.txt"_s);
-    const auto* const version = std::find(std::begin(versions), std::end(versions), found);
-    ASSERT_NE(version, std::end(versions))
-        << "a torn file of " << found.size() << " bytes in round " << round;
-    ++seen[version - versions];
+    ASSERT_TRUE(found == before || found == after) << "a torn file of " << found.size() << " bytes, " << step;
+    if (found == after) ++replaced;
+    tree.Write(u"queue.txt"_s, before);
   }
-  EXPECT_GT(seen[1] + seen[2], 0) << "no writer ever came to its end: nothing was tested";
-  ReplaceFile(path, "whole");
+  EXPECT_GT(step, replaced + 10) << "killed many times on the way";
+  EXPECT_EQ(tree.Read(u"queue.txt"_s), after);
   EXPECT_EQ(EntriesOf(tree), QStringList{u"queue.txt"_s}) << "the next replacement takes away what was left";
+}
+
+TEST(ReplaceFile, TheDiskHasTheBytesBeforeTheyGetTheNameAndThenTheName) {
+  const TemporaryTree tree;
+  EXPECT_THAT(StepsOf([&] { ReplaceFile(tree.Path(u"queue.txt"_s), "queue"); }),
+              ElementsAre("write", "fsync", "rename", "fsync"));
 }
 
 TEST(ReplaceFile, AFullDiskLeavesTheOldFileAndNothingBesideIt) {

@@ -3,8 +3,8 @@
 #include "platform/SimulatedEventLoop.h"
 #include "platform/SystemFacts.h"
 #include "support/TemporaryTree.h"
+#include "support/TurnUntil.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
@@ -18,6 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 using testing::TemporaryTree;
+using testing::TurnUntil;
 
 ChildCommand Shell(const QString& script) {
   ChildCommand command;
@@ -28,14 +29,6 @@ ChildCommand Shell(const QString& script) {
 
 Job<> Keep(Job<ChildResult> child, std::optional<ChildResult>* result) {
   result->emplace(co_await std::move(child));
-}
-
-bool TurnUntil(QtEventLoop& loop, const std::function<bool()>& condition, Nanoseconds limit = 10s) {
-  const Nanoseconds end = loop.Elapsed() + limit;
-  while (!condition() && loop.Elapsed() < end) {
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
-  }
-  return condition();
 }
 
 TEST(ChildProcess, OutputComesWhileItRunsAndTheCodeAtTheEnd) {
@@ -55,7 +48,7 @@ TEST(ChildProcess, OutputComesWhileItRunsAndTheCodeAtTheEnd) {
     if (!tree.Exists(u"go"_s)) tree.Write(u"go"_s, "");
   };
   const Job<> job = Keep(RunChild(loop, command, onOutput), &result);
-  ASSERT_TRUE(TurnUntil(loop, [&] { return result.has_value(); }));
+  ASSERT_TRUE(TurnUntil([&] { return result.has_value(); }));
   EXPECT_TRUE(result->started);
   EXPECT_FALSE(result->crashed);
   EXPECT_EQ(result->exitCode, 3);
@@ -73,7 +66,7 @@ TEST(ChildProcess, AProgramThatIsNotThereAndOneThatDiesAreTold) {
   nowhere.program = u"/nowhere/at-all"_s;
   const Job<> first = Keep(RunChild(loop, nowhere), &missing);
   const Job<> second = Keep(RunChild(loop, Shell(u"kill -9 $$"_s)), &killed);
-  ASSERT_TRUE(TurnUntil(loop, [&] { return missing && killed; }));
+  ASSERT_TRUE(TurnUntil([&] { return missing && killed; }));
   EXPECT_FALSE(missing->started);
   EXPECT_FALSE(missing->error.isEmpty());
   EXPECT_TRUE(killed->started);
@@ -92,12 +85,12 @@ void ExpectCancelEnds(const QString& before, bool inside) {
     if (inside) job.Cancel();
   };
   job = Keep(RunChild(loop, Shell(before + u"echo $$; while :; do sleep 0.05; done"_s), onOutput), &result);
-  ASSERT_TRUE(TurnUntil(loop, [&] { return number > 0; }));
+  ASSERT_TRUE(TurnUntil([&] { return number > 0; }));
   if (!inside) {
     ASSERT_EQ(::kill(number, 0), 0);
   }
   job.Cancel();
-  EXPECT_TRUE(TurnUntil(loop, [&] { return ::kill(number, 0) != 0; }));
+  EXPECT_TRUE(TurnUntil([&] { return ::kill(number, 0) != 0; }));
   EXPECT_FALSE(result);
 }
 
@@ -111,15 +104,19 @@ TEST(ChildProcess, AChildThatIgnoresThePleaIsKilled) {
 }
 
 TEST(ChildProcess, InSimulatedTimeAChildCostsNoTime) {
+  const TemporaryTree tree;
   SimulatedEventLoop loop;
   std::optional<ChildResult> result;
   QByteArray heard;
   const auto onError = [&heard](const QByteArray& piece) { heard += piece; };
-  const Job<> job =
-      Keep(RunChild(loop, Shell(u"sleep 0.2; echo 50% >&2; sleep 0.1; echo done"_s), {}, onError), &result);
-  EXPECT_TRUE(loop.RunUntil([&] { return heard.contains("50%"); }, 1s));
+  ChildCommand command =
+      Shell(u"sleep 0.2; echo 50% >&2; while [ ! -e go ]; do sleep 0.01; done; echo done"_s);
+  command.workingFolder = tree.Path();
+  const Job<> job = Keep(RunChild(loop, command, {}, onError), &result);
+  EXPECT_TRUE(loop.RunUntil([&] { return heard.contains("50%"); }, 100ms));
   EXPECT_FALSE(result) << "its progress comes while it runs";
-  EXPECT_TRUE(loop.RunUntil([&] { return result.has_value(); }, 1s));
+  tree.Write(u"go"_s, "");
+  EXPECT_TRUE(loop.RunUntil([&] { return result.has_value(); }, 100ms));
   EXPECT_EQ(result->output, "done\n");
 }
 

@@ -3,8 +3,7 @@
 #include "platform/OffloadWithin.h"
 #include "platform/QtEventLoop.h"
 #include "platform/SimulatedEventLoop.h"
-
-#include <QCoreApplication>
+#include "support/TurnUntil.h"
 
 #include <gtest/gtest.h>
 
@@ -19,6 +18,7 @@ namespace kelvo {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::TurnUntil;
 using Log = std::vector<std::string>;
 
 TEST(SimulatedTime, EqualDuesComeInTheOrderInWhichTheyWereAsked) {
@@ -151,27 +151,18 @@ TEST(SimulatedTime, FollowersOfTheClockHearOfEachMoveBeforeTheEventsAtItsEnd) {
   EXPECT_EQ(heard, 1s);
 }
 
-/// Turns the application's own loop until `condition` holds, five seconds at most.
-bool TurnUntil(QtEventLoop& loop, const std::function<bool()>& condition) {
-  const Nanoseconds end = loop.Elapsed() + 5s;
-  while (!condition() && loop.Elapsed() < end) {
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
-  }
-  return condition();
-}
-
 TEST(RealTime, TimersComeInOrderAndNeverEarly) {
   QtEventLoop loop;
   Log log;
+  const Timer aMonth = loop.After(24h * 40, [&] { log.emplace_back("never"); });
+  loop.Post([&] { log.emplace_back("posted"); });
   const Nanoseconds start = loop.Elapsed();
+  const Timer early = loop.After(10ms, [&] { log.emplace_back("early"); });
   const Timer late = loop.After(30ms, [&] {
     EXPECT_GE(loop.Elapsed() - start, 30ms);
     log.emplace_back("late");
   });
-  const Timer early = loop.After(10ms, [&] { log.emplace_back("early"); });
-  const Timer aMonth = loop.After(24h * 40, [&] { log.emplace_back("never"); });
-  loop.Post([&] { log.emplace_back("posted"); });
-  EXPECT_TRUE(TurnUntil(loop, [&] { return log.size() >= 3; }));
+  EXPECT_TRUE(TurnUntil([&] { return log.size() >= 3; }));
   EXPECT_EQ(log, (Log{"posted", "early", "late"}));
 }
 
@@ -183,11 +174,9 @@ TEST(RealTime, MissedBeatsAreDroppedAndTheBeatIsKept) {
     beats.push_back(loop.Elapsed() - start);
     if (beats.size() == 1) std::this_thread::sleep_for(75ms);
   });
-  EXPECT_TRUE(TurnUntil(loop, [&] { return beats.size() >= 3; }));
-  ASSERT_GE(beats.size(), 3U);
-  EXPECT_GE(beats[1], 85ms);
-  // The third falls on the old beat: no burst makes up for what was missed.
-  EXPECT_GE(beats[2], beats[1] / 10ms * 10ms + 10ms);
+  EXPECT_TRUE(TurnUntil([&] { return beats.size() >= 8; }));
+  // The second may come at once, the others fall on the old beat: no burst makes up for what was missed.
+  for (size_t beat = 1; beat < beats.size(); ++beat) EXPECT_GE(beats[beat], 70ms + beat * 10ms) << beat;
 }
 
 TEST(RealTime, OffloadedWorkRunsElsewhereInOrderAndComesBack) {
@@ -199,7 +188,7 @@ TEST(RealTime, OffloadedWorkRunsElsewhereInOrderAndComesBack) {
     jobs.push_back(Offloads(
         loop, [number, here] { return std::this_thread::get_id() == here ? -1 : number; }, log));
   }
-  EXPECT_TRUE(TurnUntil(loop, [&] { return log.size() == 20; }));
+  EXPECT_TRUE(TurnUntil([&] { return log.size() == 20; }));
   for (size_t number = 0; number < log.size(); ++number) EXPECT_EQ(log[number], std::to_string(number));
 }
 
@@ -250,8 +239,8 @@ TEST(RealTime, ALookAtADeadDiskIsGivenUpAndHoldsUpNeitherOthersNorTheEnd) {
         loop, 1min, [] { return 2; }, log);
     const Job<> third = Looks(
         loop, 1min, []() -> int { throw Failure(QStringLiteral("torn")); }, log);
-    EXPECT_TRUE(TurnUntil(loop, [&] { return log.size() == 3; }));
-    EXPECT_EQ(log.back(), "given up");
+    EXPECT_TRUE(TurnUntil([&] { return log.size() == 3; }));
+    EXPECT_EQ(std::count(log.begin(), log.end(), "given up"), 1);
     EXPECT_EQ(std::count(log.begin(), log.end(), "2") + std::count(log.begin(), log.end(), "torn"), 2);
   }
   plugged.set_value();
@@ -264,7 +253,7 @@ TEST(RealTime, AFailingCallbackLeavesTheOthersRunning) {
   bool went = false;
   loop.Post([] { throw Failure(QStringLiteral("bad callback")); });
   loop.Post([&] { went = true; });
-  EXPECT_TRUE(TurnUntil(loop, [&] { return went; }));
+  EXPECT_TRUE(TurnUntil([&] { return went; }));
 }
 
 }  // namespace

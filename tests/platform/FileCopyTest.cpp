@@ -1,34 +1,34 @@
 #include "platform/ErrorLog.h"
 #include "platform/FileCopy.h"
+#include "platform/FileSteps.h"
 #include "platform/MountedVolumes.h"
-#include "platform/QtEventLoop.h"
+#include "support/HeldWorkLoop.h"
 #include "support/TemporaryTree.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 #include <gmock/gmock.h>
-#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <new>
 #include <optional>
-#include <thread>
 
 namespace kelvo {
 namespace {
 
 using namespace Qt::StringLiterals;
 using ::testing::ElementsAre;
+using testing::FileSteps;
+using testing::HeldWorkLoop;
+using testing::KilledBefore;
+using testing::StepsOf;
 using testing::TemporaryTree;
 
 QStringList EntriesOf(const TemporaryTree& tree) {
@@ -113,115 +113,84 @@ TEST_F(FileCopy, AFullDiskOrAStopLeavesNothing) {
 }
 
 TEST_F(FileCopy, ASourceThatGrowsMeanwhileIsNotTakenForWhole) {
-  // A machine that is busy may have copied all of it before it grows: then it is tried again, with more.
-  bool inTime = false;
-  for (int tries = 0; tries < 8 && !inTime; ++tries) {
-    const QString source = tree_.Write(u"a"_s, QByteArray(qsizetype{4000000} << tries, 'a'));
-    control_.done = 0;
-    std::thread growing([&] {
-      while (control_.done == 0) std::this_thread::yield();
-      QFile file(source);
-      const bool grown = file.open(QIODevice::Append) && file.write("more") == 4 && file.flush();
-      inTime = grown && control_.done < control_.total;
-    });
-    const int number = FailureOf(u"a"_s, u"b"_s, true);
-    growing.join();
-    if (!inTime) continue;
-    EXPECT_EQ(number, EIO);
-    EXPECT_TRUE(tries > 0 || !tree_.Exists(u"b"_s));
-  }
-  EXPECT_TRUE(inTime) << "it never grew in time: nothing was tested";
+  const QString source = tree_.Write(u"a"_s, QByteArray(1000, 'a'));
+  bool grown = false;
+  const FileSteps steps([&](const char*) {
+    QFile file(source);
+    if (!grown) grown = file.open(QIODevice::Append) && file.write("more") == 4;
+  });
+  EXPECT_EQ(FailureOf(u"a"_s, u"b"_s), EIO);
+  EXPECT_TRUE(grown);
+  EXPECT_EQ(EntriesOf(tree_), QStringList{u"a"_s});
 }
 
-/// What a child that copies tells of its progress: one page for both.
-class SharedControl {
- public:
-  SharedControl()
-      : page_(
-            ::mmap(nullptr, sizeof(CopyControl), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)) {
-    if (page_ != MAP_FAILED) control_ = new (page_) CopyControl();
+TEST_F(FileCopy, AStopOnTheWayLeavesNothingWhereverItComes) {
+  tree_.Write(u"a"_s, QByteArray(600000, 's'));
+  int stopAt = 0;
+  for (CopyResult result = CopyResult::Stopped; result == CopyResult::Stopped; ++stopAt) {
+    ASSERT_EQ(EntriesOf(tree_), QStringList{u"a"_s}) << stopAt;
+    control_.stop = false;
+    int step = 0;
+    const FileSteps steps([&](const char*) { control_.stop = control_.stop || step++ == stopAt; });
+    result = Copy(u"a"_s, u"b"_s);
   }
-  SharedControl(const SharedControl&) = delete;
-  SharedControl& operator=(const SharedControl&) = delete;
-  ~SharedControl() {
-    if (control_) ::munmap(page_, sizeof(CopyControl));
-  }
-  [[nodiscard]] CopyControl* Get() const { return control_; }
-
- private:
-  void* page_;
-  CopyControl* control_ = nullptr;
-};
-
-/// Whether the child has ended by itself; it is waited for then.
-bool HasEnded(pid_t child) {
-  return ::waitpid(child, nullptr, WNOHANG) == child;
+  EXPECT_GT(stopAt, 10);
+  EXPECT_TRUE(tree_.Exists(u"b"_s)) << "once it is flushed it is too late";
 }
 
 TEST_F(FileCopy, AKillAtAnyInstantLeavesAWholeCopyOrNone) {
-  const QByteArray sound(2000000, 's');
+  const QByteArray sound(600000, 's');
   tree_.Write(u"a"_s, sound);
-  constexpr int kRounds = 24;
-  int torn = 0;
   int whole = 0;
-  for (int round = 0; round <= kRounds; ++round) {
-    const SharedControl shared;
-    ASSERT_NE(shared.Get(), nullptr);
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      const CopyOrder order{tree_.Path(u"a"_s), tree_.Path(u"b"_s), false};
-      ::_exit(CopyFile(order, *shared.Get()) == CopyResult::Copied ? 0 : 1);
-    }
-    // By its own progress, so that a slow machine meets the same instants: at its start, at each part of the
-    // way, when all is written and not yet in its place, and when it is there.
-    const std::int64_t wanted = round * 2 * sound.size() / kRounds;
-    bool ended = false;
-    const auto reached = [&] {
-      if (round == kRounds) return tree_.Exists(u"b"_s);
-      return shared.Get()->done >= std::min<std::int64_t>(wanted, sound.size());
-    };
-    while (!reached() && !(ended = HasEnded(child))) std::this_thread::yield();
-    for (int more = round - kRounds / 2; more > 0 && round < kRounds; --more) std::this_thread::yield();
-    if (!ended) {
-      ::kill(child, SIGKILL);
-      ::waitpid(child, nullptr, 0);
-    }
+  int step = 0;
+  for (; KilledBefore(step, [this] { (void)Copy(u"a"_s, u"b"_s); }); ++step) {
     ASSERT_EQ(tree_.Read(u"a"_s), sound);
-    if (!tree_.Exists(u"b"_s)) {
-      ++torn;
-      continue;
-    }
+    if (!tree_.Exists(u"b"_s)) continue;
     ++whole;
-    ASSERT_EQ(tree_.Read(u"b"_s), sound) << "a torn copy in round " << round;
+    ASSERT_EQ(tree_.Read(u"b"_s), sound) << "a torn copy, step " << step;
     QFile::remove(tree_.Path(u"b"_s));
   }
-  EXPECT_GT(torn, 0) << "no copy was ever cut off: nothing was tested";
-  EXPECT_GT(whole, 0) << "no copy ever came to its end: nothing was tested";
-  EXPECT_EQ(Copy(u"a"_s, u"b"_s), CopyResult::Copied);
+  EXPECT_GT(step, whole + 10) << "killed many times on the way";
+  EXPECT_EQ(tree_.Read(u"b"_s), sound);
   EXPECT_EQ(EntriesOf(tree_), (QStringList{u"a"_s, u"b"_s})) << "what was left is taken away";
+  QFile::remove(tree_.Path(u"b"_s));
+  EXPECT_THAT(StepsOf([this] { (void)Copy(u"a"_s, u"b"_s); }),
+              ElementsAre("write", "fsync", "rename", "fsync"))
+      << "the disk has the bytes before they get the name";
 }
 
 TEST_F(FileCopy, DroppingTheJobStopsTheCopy) {
-  const QString source = tree_.Path(u"a"_s);
-  QFile file(source);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  ASSERT_TRUE(file.resize(4000000000)) << "a hole, which takes seconds to copy";
-  file.close();
+  const CopyOrder order{tree_.Write(u"a"_s, "sound"), tree_.Path(u"b"_s), false};
   const auto control = std::make_shared<CopyControl>();
-  {
-    QtEventLoop loop;
-    std::optional<Job<CopyResult>> job(CopyFileLater(loop, {source, tree_.Path(u"b"_s)}, control));
-    while (control->done == 0) QCoreApplication::processEvents();
-    job.reset();
-  }
-  EXPECT_LT(control->done, 4000000000);
+  HeldWorkLoop loop;
+  loop.Hold();
+  std::optional<Job<CopyResult>> job(CopyFileLater(loop, order, control));
+  ASSERT_TRUE(loop.Holds());
+  job.reset();
+  loop.LetGo();
   EXPECT_EQ(EntriesOf(tree_), QStringList{u"a"_s});
+  job = CopyFileLater(loop, order, std::make_shared<CopyControl>());
+  loop.RunFor(std::chrono::seconds(1));
+  job.reset();
+  EXPECT_EQ(tree_.Read(u"b"_s), "sound");
 }
 
 TEST_F(FileCopy, RoomIsMeasuredWithSomethingToSpare) {
   EXPECT_TRUE(HasRoomFor(tree_.Path(u"to/come"_s), 1000));
   EXPECT_FALSE(HasRoomFor(tree_.Path(), std::int64_t{1} << 60));
+}
+
+TEST(MountedVolumes, ADiskIsTheInnermostMountAndTheLatestInItsPlace) {
+  const QByteArray table =
+      "22 1 8:2 / / rw,relatime - ext4 /dev/sda2 rw\n"
+      "40 22 8:17 / /media/My\\040Stick rw - vfat /dev/sdb1 rw\n"
+      "41 22 0:50 /music /mnt/nas rw - cifs //nas/music rw\n"
+      "55 41 0:51 / /mnt/nas rw - cifs //other rw\n"
+      "garbage\n";
+  EXPECT_EQ(DiskIn(table, u"/media/My Stick/../My Stick/a.mp3"_s).name, u"/media/My Stick"_s);
+  EXPECT_EQ(DiskIn(table, u"/media/My Sticker/a.mp3"_s).name, u"/"_s);
+  EXPECT_EQ(DiskIn(table, u"/mnt/nas"_s).name, u"/mnt/nas"_s);
+  EXPECT_TRUE(DiskIn(table, u"/mnt/nas/a.mp3"_s).key.startsWith(u"55 "_s)) << "another server by now";
 }
 
 TEST(MountedVolumes, AreTheDrivesThatAPersonKnows) {

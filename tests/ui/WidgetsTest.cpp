@@ -4,6 +4,7 @@
 #include "ui/Fader.h"
 #include "ui/NoticeBar.h"
 #include "ui/Panel.h"
+#include "ui/ProgressStrip.h"
 #include "ui/Pulse.h"
 #include "ui/ScalableIcon.h"
 #include "ui/Tabular.h"
@@ -14,6 +15,9 @@
 #include <QApplication>
 #include <QFontMetricsF>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QStandardItemModel>
+#include <QTableView>
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
@@ -76,6 +80,44 @@ TEST(TimeDisplayTest, TheTimeIsSpokenInWords) {
   EXPECT_EQ(display.accessibleDescription(), QStringLiteral("3 minutes 25 seconds"));
   EXPECT_EQ(TimeDisplay::Spoken(QStringLiteral("61:01")), QStringLiteral("61 minutes 1 second"));
   EXPECT_EQ(TimeDisplay::Spoken(QStringLiteral("--:--")), QStringLiteral("--:--"));
+}
+
+TEST(ProgressStripTest, ShowsItsWordsAndHowFarItIs) {
+  ProgressStrip strip;
+  strip.setRange(0, 200);
+  strip.setValue(50);
+  EXPECT_EQ(strip.text(), QString());
+  strip.SetWords(QStringLiteral("Copying"));
+  EXPECT_EQ(strip.text(), QStringLiteral("Copying"));
+  EXPECT_EQ(strip.accessibleDescription(), QStringLiteral("Copying"));
+  strip.SetPercentShown(true);
+  EXPECT_EQ(strip.text(), QStringLiteral("Copying 25 %"));
+}
+
+TEST(TabularTest, ACellOfTheSizeThatItAsksForShowsItsWholeText) {
+  Theme::Apply(*qobject_cast<QApplication*>(QCoreApplication::instance()));
+  QTableView view;
+  QStandardItemModel model;
+  view.setModel(&model);
+  const TabularDelegate delegate;
+  for (const QString& text : {QStringLiteral("11:11:11"), QStringLiteral("Under Pressure")}) {
+    model.setItem(0, 0, new QStandardItem(text));
+    QStyleOptionViewItem option;
+    option.initFrom(&view);
+    option.widget = &view;
+    option.font = view.font();
+    const QSize size = delegate.sizeHint(option, model.index(0, 0));
+    const auto painted = [&](int room) {
+      QImage image(size.width() + room, size.height(), QImage::Format_RGB32);
+      image.fill(Qt::black);
+      option.rect = image.rect();
+      QPainter painter(&image);
+      delegate.paint(&painter, option, model.index(0, 0));
+      painter.end();
+      return image.copy(QRect(QPoint(), size - QSize(5, 0)));
+    };
+    EXPECT_EQ(painted(0), painted(50)) << text.toStdString();
+  }
 }
 
 TEST(TimeDisplayTest, OnlyTheLastSecondsBlinkAndDigitsAreAllOfOneWidth) {
@@ -161,6 +203,8 @@ TEST(NoticeBarTest, TheGravestFactIsShownAndKeepsItsPlaceUntilItIsOver) {
   bar.Show(QStringLiteral("main"), NoticeBar::Severity::Critical, QStringLiteral("Sound device lost: Main"));
   bar.Show(QStringLiteral("show"), NoticeBar::Severity::Information, QStringLiteral("Rendering"));
   EXPECT_EQ(bar.Text(), QStringLiteral("Sound device lost: Main"));
+  EXPECT_EQ(bar.accessibleName(), bar.Text());
+  EXPECT_TRUE(bar.toolTip().contains(QStringLiteral("Rendering"))) << "what has no room on it";
   bar.Clear(QStringLiteral("main"));
   EXPECT_EQ(bar.Text(), QStringLiteral("Rendering"));
   bar.Clear(QStringLiteral("show"));

@@ -1,6 +1,6 @@
 // Draws the volume law, as the program computes it: law_picture FILE.svg
 
-#include "console/VolumeLaw.h"
+#include "console/decks/VolumeLaw.h"
 
 #include <cstdlib>
 #include <fstream>

@@ -148,8 +148,13 @@ Job<> Program::TellAndEnd(std::exception_ptr failure) {
 }
 
 Job<std::optional<Paths>> Program::RunInstaller(Paths present) {
-  installer_ = std::make_unique<Installer>(
-      Installer::Services{loop_, prompter_, settings_, facts_, programFolder_, DemoGenerator()}, present);
+  installer_ = std::make_unique<Installer>(Installer::Services{.loop = loop_,
+                                                               .prompter = prompter_,
+                                                               .settings = settings_,
+                                                               .facts = facts_,
+                                                               .programFolder = programFolder_,
+                                                               .demoGenerator = DemoGenerator()},
+                                           present);
   installerWindow_ = std::make_unique<InstallerWindow>(loop_, *installer_);
   ShowInTheMiddle(*installerWindow_);
   const std::optional<Paths> paths = co_await installer_->Run();
@@ -163,15 +168,15 @@ void Program::OpenSplash(const Paths& paths) {
   const QSize screen =
       QGuiApplication::primaryScreen()->size() * QGuiApplication::primaryScreen()->devicePixelRatio();
   checks_ = std::make_unique<SplashChecks>(
-      SplashChecks::Services{loop_,
-                             prompter_,
-                             audio_,
-                             settings_,
-                             facts_,
-                             paths_,
-                             programFolder_,
-                             {screen.width(), screen.height(), ReadDisplayModes()},
-                             ReadPlatformFacts()});
+      SplashChecks::Services{.loop = loop_,
+                             .prompter = prompter_,
+                             .audio = audio_,
+                             .settings = settings_,
+                             .facts = facts_,
+                             .paths = paths_,
+                             .programFolder = programFolder_,
+                             .display = {screen.width(), screen.height(), ReadDisplayModes()},
+                             .platform = ReadPlatformFacts()});
   splash_ = std::make_unique<SplashWindow>(loop_, *checks_, facts_);
   connect(splash_.get(), &SplashWindow::Closed, this,
           [this] { loop_.Post([this] { main_ = AfterSplash(); }); });
@@ -198,18 +203,17 @@ Job<> Program::AfterSplash() {
 }
 
 void Program::OpenConsole() {
-  console_ = std::make_unique<Console>(Console::Services{loop_,
-                                                         prompter_,
-                                                         audio_,
-                                                         settings_,
-                                                         catalogue_,
-                                                         paths_,
-                                                         facts_.title,
-                                                         facts_.AboutLine(),
-                                                         programFolder_,
-                                                         facts_.Version(),
-                                                         {},
-                                                         DocumentsFolder()});
+  console_ = std::make_unique<Console>(Console::Services{.loop = loop_,
+                                                         .prompter = prompter_,
+                                                         .audio = audio_,
+                                                         .settings = settings_,
+                                                         .catalogue = catalogue_,
+                                                         .paths = paths_,
+                                                         .title = facts_.title,
+                                                         .aboutLine = facts_.AboutLine(),
+                                                         .programFolder = programFolder_,
+                                                         .version = facts_.Version(),
+                                                         .documents = DocumentsFolder()});
   console_->OnMustEnd = [this] { End(EXIT_FAILURE); };
   window_ = std::make_unique<ConsoleWindow>(*console_);
   waitPointer_ = std::make_unique<WaitPointer>(*console_, *window_);

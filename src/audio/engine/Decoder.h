@@ -3,8 +3,6 @@
 #include "audio/engine/SoundBlock.h"
 #include "audio/engine/SoundFile.h"
 
-#include <QString>
-
 #include <memory>
 #include <span>
 
@@ -32,11 +30,6 @@ class Decoder {
   int rate_ = 0;
   FrameIndex frames_ = 0;
 };
-
-/// Opens `path` with the decoder that its content asks for, whatever its name, and makes sure that some sound
-/// comes out of it. Throws Failure with one sentence that names the file and the cause. It reads MPEG files
-/// whole; off the logic's thread.
-[[nodiscard]] std::unique_ptr<Decoder> OpenDecoder(const QString& path, OpeningPtr opening = {});
 
 /// Whether anything can be heard in the file: a sample above -66 dB of full scale within its first ten
 /// minutes. It reads no further than it must, so music answers at once. The decoder stands at its start

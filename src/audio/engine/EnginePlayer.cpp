@@ -1,7 +1,7 @@
 #include "audio/engine/EnginePlayer.h"
 
-#include "audio/AudioEngine.h"
 #include "audio/engine/Levels.h"
+#include "audio/engine/OpenDecoder.h"
 #include "platform/ErrorLog.h"
 
 #include <algorithm>
@@ -32,7 +32,7 @@ struct EnginePlayer::OpenRequest {
   }
 };
 
-EnginePlayer::EnginePlayer(AudioEngine& engine, std::shared_ptr<Output> output,
+EnginePlayer::EnginePlayer(PlayerHost& engine, std::shared_ptr<Output> output,
                            std::shared_ptr<PlayerCore> core)
     : engine_(engine), output_(std::move(output)), core_(std::move(core)) {
   ApplyGains();

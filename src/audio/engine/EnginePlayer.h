@@ -4,6 +4,7 @@
 #include "audio/engine/EngineSource.h"
 #include "audio/engine/Output.h"
 #include "audio/engine/PlayerCore.h"
+#include "audio/engine/PlayerHost.h"
 
 #include <atomic>
 #include <functional>
@@ -12,13 +13,11 @@
 
 namespace kelvo {
 
-class AudioEngine;
-
 /// The face of one voice for the logic. Each file that it opens has a core of its own: a decoder that hangs
 /// on the last one holds up nothing of the next. Made by the engine, which it must not outlive.
 class EnginePlayer : public MediaPlayer {
  public:
-  EnginePlayer(AudioEngine& engine, std::shared_ptr<Output> output, std::shared_ptr<PlayerCore> core);
+  EnginePlayer(PlayerHost& engine, std::shared_ptr<Output> output, std::shared_ptr<PlayerCore> core);
   /// What sounds fades out behind it.
   ~EnginePlayer() override;
 
@@ -57,7 +56,7 @@ class EnginePlayer : public MediaPlayer {
   void ApplyGains();
   [[nodiscard]] bool PlayedOut() const { return endDelivered_ && !file_.isEmpty(); }
 
-  AudioEngine& engine_;
+  PlayerHost& engine_;
   std::shared_ptr<Output> output_;
   std::shared_ptr<PlayerCore> core_;
   std::shared_ptr<OpenRequest> opening_;

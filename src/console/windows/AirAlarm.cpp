@@ -1,6 +1,6 @@
 #include "console/windows/AirAlarm.h"
 
-#include "console/DeskStatus.h"
+#include "console/status/DeskStatus.h"
 #include "ui/Theme.h"
 
 #include <QAccessible>

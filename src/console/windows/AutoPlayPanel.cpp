@@ -14,11 +14,11 @@
 namespace kelvo {
 namespace {
 
-QString TransitionWord(int transition) {
+QString TransitionWord(TransitionKind transition) {
   switch (transition) {
-    case kAutoPartFade:
+    case TransitionKind::PartFade:
       return QStringLiteral("PART");
-    case kAutoPan:
+    case TransitionKind::Pan:
       return QStringLiteral("PAN");
     default:
       return QStringLiteral("DUB");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/AutoPlay.h"
+#include "console/automatic/AutoPlay.h"
 #include "ui/Panel.h"
 
 class QAbstractButton;

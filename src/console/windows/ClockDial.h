@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/ClockFace.h"
+#include "console/status/ClockFace.h"
 
 #include <QWidget>
 

@@ -1,6 +1,6 @@
 #include "console/windows/ClockPanel.h"
 
-#include "console/StatusTick.h"
+#include "console/status/StatusTick.h"
 #include "console/windows/ClockDial.h"
 #include "ui/Tabular.h"
 #include "ui/Theme.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/ConfirmationPanel.h"
+#include "console/decks/ConfirmationPanel.h"
 #include "ui/Panel.h"
 
 class QLabel;

@@ -82,7 +82,8 @@ ConsoleWindow::ConsoleWindow(Console& console)
   connect(&console_, &Console::LoadProgress, this, [this] {
     if (load_ != nullptr) load_->Show();
   });
-  connect(library_, &LibraryPanel::SearchWanted, this, &ConsoleWindow::SearchWanted);
+  connect(library_, &LibraryPanel::SearchWanted, this,
+          [this] { Q_EMIT WindowWanted(WindowId::kTrackSearch); });
   connect(&console_.Panel(), &ConfirmationPanel::Changed, this, [this] { ShowPanel(); });
   for (DeckPanel* deck : decks_) connect(&pulse_, &Pulse::Beat, deck, &DeckPanel::SetLit);
   connect(&pulse_, &Pulse::Beat, alarm_, &AirAlarm::SetLit);
@@ -189,7 +190,6 @@ void ConsoleWindow::EnableSections() {
   const bool lists = !console_.Panel().Visible() && !walks;
   QWidget* const keys = focusWidget();
   columns_->setEnabled(open);
-  libraryMenu_->setEnabled(open);
   foot_->setEnabled(open);
   library_->setEnabled(open && lists);
   queue_->setEnabled(open && lists);
@@ -207,12 +207,12 @@ void ConsoleWindow::EnableSections() {
 }
 
 void ConsoleWindow::BuildMenu() {
-  QMenu* file = menuBar()->addMenu(tr("&File"));
+  QMenu* file = menus_[DeskMenu::File] = menuBar()->addMenu(tr("&File"));
   quit_ = file->addAction(tr("&Quit"), this, [this] { close(); });
   quit_->setObjectName(QStringLiteral("mnuQuit"));
   quit_->setToolTip(tr("While a track plays, close the window instead"));
   quit_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
-  QMenu* view = menuBar()->addMenu(tr("&View"));
+  QMenu* view = menus_[DeskMenu::View] = menuBar()->addMenu(tr("&View"));
   QAction* filter = view->addAction(tr("&Filter tracks"), this, [this] { library_->BeginFilter(); });
   filter->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F));
   const auto add = [this, view](const QString& words, Qt::Key key, auto goThere) {
@@ -223,14 +223,8 @@ void ConsoleWindow::BuildMenu() {
   add(tr("Go to al&bums"), Qt::Key_B, [this] { library_->Names(Stage::Album).setFocus(); });
   add(tr("Go to &tracks"), Qt::Key_T, [this] { library_->GoToTracks(); });
   add(tr("Go to play &queue"), Qt::Key_Q, [this] { queue_->List().setFocus(); });
-  libraryMenu_ = menuBar()->addMenu(tr("&Library"));
-  libraryMenu_->addAction(tr("&Import Music..."), this, &ConsoleWindow::ImportWanted);
-  libraryMenu_->addAction(tr("&Transfer To Database..."), this, &ConsoleWindow::TransferWanted);
-  libraryMenu_->addAction(tr("&Utility Folder..."), this, &ConsoleWindow::UtilityWanted);
-  libraryMenu_->addAction(tr("Import &Jingles..."), this, &ConsoleWindow::JinglesWanted);
-  libraryMenu_->addSeparator();
-  libraryMenu_->addAction(tr("Track &Search..."), this, &ConsoleWindow::SearchWanted);
-  QMenu* desk = menuBar()->addMenu(tr("&Desk"));
+  menus_[DeskMenu::Library] = menuBar()->addMenu(tr("&Library"));
+  QMenu* desk = menus_[DeskMenu::Desk] = menuBar()->addMenu(tr("&Desk"));
   QAction* lock = desk->addAction(ScalableIcon(Icon::Lock), tr("&Lock or unlock the screen"), this,
                                   [this] { console_.Lock().Lockscr(); });
   lock->setObjectName(QStringLiteral("Lockscr"));
@@ -244,6 +238,12 @@ void ConsoleWindow::BuildMenu() {
     if (fades) console_.Fades().Cancel();
     if (!asks && !fades) library_->Escape();
   });
+}
+
+void ConsoleWindow::AddWindowCommand(DeskMenu menu, QAction& command) {
+  menus_.at(menu)->addAction(&command);
+  // An entry that is off says why.
+  menus_.at(menu)->setToolTipsVisible(true);
 }
 
 void ConsoleWindow::ApplyColours() {

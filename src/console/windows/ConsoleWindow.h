@@ -1,6 +1,7 @@
 #pragma once
 
 #include "console/Console.h"
+#include "console/desk/DeskMenu.h"
 #include "platform/Job.h"
 #include "ui/NoticeBar.h"
 #include "ui/Pulse.h"
@@ -9,8 +10,11 @@
 #include <QPointer>
 
 #include <functional>
+#include <map>
 
+class QAction;
 class QLabel;
+class QMenu;
 class QSplitter;
 
 namespace kelvo {
@@ -37,19 +41,17 @@ class ConsoleWindow : public QMainWindow {
   /// answer.
   void ShowAir(const DeskStatus& status);
 
+  /// Puts the entry of a window behind what is in the menu. The action stays its maker's.
+  void AddWindowCommand(DeskMenu menu, QAction& command);
+
   /// Asked before the desk itself is, when the operator closes it: false keeps it open.
   std::function<Job<bool>()> MayClose;
 
  Q_SIGNALS:
   /// The operator is done: settings are written, the window is gone.
   void Closed();
-  /// "Search": the operator wants to look for tracks by their data.
-  void SearchWanted();
-  /// The other windows beside the desk.
-  void ImportWanted();
-  void TransferWanted();
-  void UtilityWanted();
-  void JinglesWanted();
+  /// A button of the console wants the window of this id (WindowId).
+  void WindowWanted(const QString& id);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -80,7 +82,7 @@ class ConsoleWindow : public QMainWindow {
   PerDeck<DeckPanel*> decks_;
   ConfirmationView* confirmation_;
   QAction* quit_ = nullptr;
-  QMenu* libraryMenu_ = nullptr;
+  std::map<DeskMenu, QMenu*> menus_;
   LoadPanel* load_ = nullptr;
   QWidget* foot_;
   NoticeBar* notices_;

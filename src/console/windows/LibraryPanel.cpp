@@ -4,9 +4,10 @@
 #include "console/windows/ListingPanel.h"
 #include "console/windows/NameColumn.h"
 #include "console/windows/TrackInfoPanel.h"
-#include "ui/CommandButton.h"
+#include "ui/Command.h"
 #include "ui/ElidedLabel.h"
 #include "ui/ListTable.h"
+#include "ui/PickedRows.h"
 #include "ui/ScalableIcon.h"
 #include "ui/Tabular.h"
 
@@ -16,7 +17,6 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QShortcut>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -59,18 +59,6 @@ LibraryPanel::LibraryPanel(LibraryBrowser& browser, const Catalogue& catalogue, 
   ShowFacts();
 }
 
-QPushButton* LibraryPanel::AddCommand(const QString& name, const QString& text, const QString& tooltip,
-                                      const QKeySequence& key) {
-  auto* button = new CommandButton(text, this);
-  button->setObjectName(name);
-  button->setFocusPolicy(Qt::TabFocus);
-  button->setToolTip(tooltip + QStringLiteral("  (") + key.toString(QKeySequence::NativeText) +
-                     QLatin1Char(')'));
-  // A shortcut of its own: a button whose words change loses the one that it was given.
-  connect(new QShortcut(key, this), &QShortcut::activated, button, &QPushButton::click);
-  return button;
-}
-
 QWidget* LibraryPanel::NamesPart() {
   auto* part = new QWidget(this);
   auto* lists = new QHBoxLayout;
@@ -80,12 +68,19 @@ QWidget* LibraryPanel::NamesPart() {
     column = new NameColumn(browser_, stage, part);
     lists->addWidget(column, 1);
   }
-  search_ = AddCommand(QStringLiteral("Command34"), QStringLiteral("Search"),
-                       tr("Looks for tracks by their data"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
-  allArtists_ = AddCommand(QStringLiteral("Command20"), QStringLiteral("All Artists"),
-                           tr("Shows all artists"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A));
-  allAlbums_ = AddCommand(QStringLiteral("Command25"), QStringLiteral("All Albums"), tr("Shows all albums"),
-                          QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_B));
+  const auto add = [this](const QString& name, const QString& words, const QString& tooltip, Qt::Key key) {
+    return AddCommand(*this, {.name = name,
+                              .words = words,
+                              .tooltip = tooltip,
+                              .key = QKeySequence(Qt::CTRL | Qt::SHIFT | key),
+                              .focus = Qt::TabFocus});
+  };
+  search_ = add(QStringLiteral("Command34"), QStringLiteral("Search"), tr("Looks for tracks by their data"),
+                Qt::Key_F);
+  allArtists_ =
+      add(QStringLiteral("Command20"), QStringLiteral("All Artists"), tr("Shows all artists"), Qt::Key_A);
+  allAlbums_ =
+      add(QStringLiteral("Command25"), QStringLiteral("All Albums"), tr("Shows all albums"), Qt::Key_B);
   auto* commands = new QHBoxLayout;
   commands->setSpacing(4);
   for (QPushButton* button : {search_, allArtists_, allAlbums_}) commands->addWidget(button, 1);
@@ -140,13 +135,18 @@ QWidget* LibraryPanel::TracksPart() {
                      {number(LibraryColumn::Date), 11},
                      {number(LibraryColumn::Hi), 6}});
 
-  add_ = new CommandButton(ScalableIcon(Icon::Add), QStringLiteral("Add To Queue"), part);
-  add_->setObjectName(QStringLiteral("Command31"));
-  add_->setToolTip(tr("Adds the selected tracks to the play queue  (Enter or double click)"));
-  add_->setFocusPolicy(Qt::TabFocus);
-  Theme::SetRole(*add_, QStringLiteral("primary"));
-  selectAll_ = AddCommand(QStringLiteral("Command30"), browser_.SelectAllCaption(),
-                          tr("Selects all tracks of the list, or none"), QKeySequence(Qt::CTRL | Qt::Key_A));
+  add_ = AddCommand(*this, {.name = QStringLiteral("Command31"),
+                            .words = QStringLiteral("Add To Queue"),
+                            .tooltip = tr("Adds the selected tracks to the play queue"),
+                            .keyWords = tr("Enter or double click"),
+                            .icon = Icon::Add,
+                            .role = QStringLiteral("primary"),
+                            .focus = Qt::TabFocus});
+  selectAll_ = AddCommand(*this, {.name = QStringLiteral("Command30"),
+                                  .words = browser_.SelectAllCaption(),
+                                  .tooltip = tr("Selects all tracks of the list, or none"),
+                                  .key = QKeySequence(Qt::CTRL | Qt::Key_A),
+                                  .focus = Qt::TabFocus});
 
   auto* title = new QHBoxLayout;
   title->addWidget(head);
@@ -269,14 +269,8 @@ void LibraryPanel::ShowListing() {
 }
 
 void LibraryPanel::AddSelected() {
-  std::vector<int> rows;
-  for (const QItemSelectionRange& range : list_->selectionModel()->selection()) {
-    for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
-  }
-  std::sort(rows.begin(), rows.end());
-  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
   std::vector<Mref> tracks;
-  for (const int row : rows) tracks.push_back(model_->TrackAt(row));
+  for (const int row : PickedRows(*list_)) tracks.push_back(model_->TrackAt(row));
   browser_.AddToQueue(std::move(tracks));
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/LibraryBrowser.h"
+#include "console/browser/LibraryBrowser.h"
 #include "ui/Panel.h"
 
 #include <array>
@@ -42,8 +42,6 @@ class LibraryPanel : public Panel {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  QPushButton* AddCommand(const QString& name, const QString& text, const QString& tooltip,
-                          const QKeySequence& key);
   [[nodiscard]] QWidget* NamesPart();
   [[nodiscard]] QWidget* TracksPart();
   void JoinParts();

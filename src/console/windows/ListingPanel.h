@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/LibraryBrowser.h"
+#include "console/browser/LibraryBrowser.h"
 #include "ui/Panel.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "console/windows/MemoryWarning.h"
 
-#include "console/StatusTick.h"
+#include "console/status/StatusTick.h"
 #include "ui/Theme.h"
 
 namespace kelvo {

@@ -1,6 +1,6 @@
 #include "console/windows/ModeLabel.h"
 
-#include "console/StatusTick.h"
+#include "console/status/StatusTick.h"
 #include "ui/Theme.h"
 
 #include <QPainter>

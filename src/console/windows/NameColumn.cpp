@@ -1,12 +1,12 @@
 #include "console/windows/NameColumn.h"
 
 #include "ui/ElidedLabel.h"
+#include "ui/LetterBox.h"
 #include "ui/ListTable.h"
 #include "ui/Tabular.h"
 #include "ui/Theme.h"
 
 #include <QAbstractTableModel>
-#include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -133,7 +133,7 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
       stage_(stage),
       list_(nullptr),
       words_(new ElidedLabel(QStringLiteral("FILTERED LIST"), this)),
-      letters_(new QComboBox(this)),
+      letters_(new LetterBox(WordsOf(stage).accessible, this)),
       chosen_(new ElidedLabel(this)) {
   const StageWords words = WordsOf(stage);
   auto* table = new NameTable(this);
@@ -159,14 +159,6 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
   keeps.setRetainSizeWhenHidden(true);
   words_->setSizePolicy(keeps);
   letters_->setObjectName(QStringLiteral("Combo1_%1").arg(static_cast<int>(stage)));
-  letters_->addItems(QStringLiteral("A,B,C,D,E,F,G,H,I,J,K,L,M,N,O,P,Q,R,S,T,U,V,W,X,Y,Z,0,1,2,3,4,5,6,7,8,9")
-                         .split(QLatin1Char(',')));
-  letters_->setToolTip(tr("Jumps to a letter; typing letters in the list does too"));
-  letters_->setAccessibleName(tr("%1: jump to a letter").arg(words.accessible));
-  letters_->setFocusPolicy(Qt::TabFocus);
-  letters_->setMaxVisibleItems(18);
-  Theme::SetRole(*letters_, QStringLiteral("letters"));
-  letters_->setFixedWidth(fontMetrics().horizontalAdvance(QLatin1Char('W')) + fontMetrics().height() * 5 / 4);
   chosen_->setObjectName(words.label);
   chosen_->setFont(Theme::Font(0.9, QFont::DemiBold));
   chosen_->setAccessibleName(tr("%1: chosen").arg(words.accessible));
@@ -182,7 +174,7 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
   layout->addWidget(list_, 1);
   layout->addWidget(chosen_);
 
-  connect(letters_, &QComboBox::activated, this, [this] { Jump(); });
+  connect(letters_, &LetterBox::Chosen, this, &NameColumn::Jump);
   connect(&browser, &LibraryBrowser::ChoiceChanged, this, [this] { ShowChoice(); });
   connect(&browser, &LibraryBrowser::CentreSelections, this, [this] { Centre(); });
   ShowChoice();
@@ -217,14 +209,12 @@ void NameColumn::Centre() {
     list_->scrollTo(list_->model()->index(*top, 0), QAbstractItemView::PositionAtTop);
 }
 
-void NameColumn::Jump() {
-  const int row = browser_.LetterRow(stage_, letters_->currentText().front());
-  if (row >= 0) {
-    const QModelIndex index = list_->model()->index(row, 0);
-    list_->setCurrentIndex(index);
-    list_->scrollTo(index, QAbstractItemView::PositionAtTop);
-  }
-  letters_->update();
+void NameColumn::Jump(QChar letter) {
+  const int row = browser_.LetterRow(stage_, letter);
+  if (row < 0) return;
+  const QModelIndex index = list_->model()->index(row, 0);
+  list_->setCurrentIndex(index);
+  list_->scrollTo(index, QAbstractItemView::PositionAtTop);
 }
 
 }  // namespace kelvo

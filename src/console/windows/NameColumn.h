@@ -1,14 +1,14 @@
 #pragma once
 
-#include "console/LibraryBrowser.h"
+#include "console/browser/LibraryBrowser.h"
 
 #include <QWidget>
 
-class QComboBox;
 class QLabel;
 
 namespace kelvo {
 
+class LetterBox;
 class ListTable;
 
 /// One of the browser's lists of names, with the letters to jump to, the words that blink over a filtered
@@ -27,13 +27,13 @@ class NameColumn : public QWidget {
  private:
   void ShowChoice();
   void Centre();
-  void Jump();
+  void Jump(QChar letter);
 
   LibraryBrowser& browser_;
   Stage stage_;
   ListTable* list_;
   QLabel* words_;
-  QComboBox* letters_;
+  LetterBox* letters_;
   QLabel* chosen_;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/DeskStatus.h"
+#include "console/status/DeskStatus.h"
 
 #include <QWidget>
 

@@ -8,19 +8,20 @@
 namespace kelvo {
 namespace {
 
-QVariant ColourOf(QueueColour colour) {
-  switch (colour) {
-    case QueueColour::Plain:
-      return {};
-    case QueueColour::Request:
-      return QColor(0xFF, 0xFF, 0x00);
-    case QueueColour::Reset:
+QVariant ColourOf(const QueueEntry& row) {
+  const QColor white(0xFF, 0xFF, 0xFF);
+  switch (row.status) {
+    case RowStatus::Waiting:
+      if (row.IsRequest()) return QColor(0xFF, 0xFF, 0x00);
+      return row.soundBite ? QVariant(white) : QVariant();
+    case RowStatus::Reset:
       return QColor(0x00, 0xFF, 0xFF);
-    case QueueColour::NowPlaying:
+    case RowStatus::NowPlaying:
       return QColor(0xFF, 0x6A, 0xFF);
-    case QueueColour::Faded:
-      return QColor(0xFF, 0xFF, 0xFF);
-    case QueueColour::Played:
+    case RowStatus::Faded:
+      return white;
+    case RowStatus::Stopped:
+    case RowStatus::Played:
       return QColor(0x3C, 0xE6, 0x3C);
   }
   return {};
@@ -62,14 +63,15 @@ QVariant QueueModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return row.Text(static_cast<QueueColumn>(index.column()));
     case Qt::ToolTipRole: {
-      QString words = row.Text(TrackColumn);
+      QString words = row.title;
       // A narrow list has no room for it beside the name.
-      if (!row.Text(CommentColumn).isEmpty()) words += QLatin1Char('\n') + row.Text(CommentColumn);
-      if (!row.Text(ReqdataColumn).isEmpty()) words += QStringLiteral("\n\n") + row.Text(ReqdataColumn);
+      const QString comment = row.Text(CommentColumn);
+      if (!comment.isEmpty()) words += QLatin1Char('\n') + comment;
+      if (!row.requestText.isEmpty()) words += QStringLiteral("\n\n") + row.requestText;
       return words;
     }
     case Qt::ForegroundRole:
-      return ColourOf(row.ForeColor);
+      return ColourOf(row);
     case Qt::BackgroundRole:
       if (index.row() + 1 == litRow_) return QColor(0x1E, 0x5A, 0x46);
       return {};

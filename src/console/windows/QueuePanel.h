@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/PlayQueue.h"
+#include "console/queue/PlayQueue.h"
 #include "platform/Job.h"
 #include "ui/Panel.h"
 

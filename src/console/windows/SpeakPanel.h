@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/PressToSpeak.h"
+#include "console/transitions/PressToSpeak.h"
 #include "ui/Panel.h"
 
 class QLabel;

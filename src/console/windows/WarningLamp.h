@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console/DeckTypes.h"
+#include "console/desk/DeckTypes.h"
 
 #include <QWidget>
 

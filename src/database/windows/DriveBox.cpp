@@ -8,6 +8,8 @@ DriveBox::DriveBox(DriveList& drives, Words words, QWidget* parent)
     : QComboBox(parent), drives_(drives), words_(words) {
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   setMinimumContentsLength(24);
+  setObjectName(QStringLiteral("CboDrive"));
+  setAccessibleName(tr("Drive to search"));
   connect(&drives_, &DriveList::Changed, this, &DriveBox::ShowPlaces);
   connect(&drives_, &DriveList::Added, this, [this](const QString& path) {
     browsed_ = path;

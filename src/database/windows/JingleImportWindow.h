@@ -1,64 +1,43 @@
 #pragma once
 
 #include "database/JingleImport.h"
-#include "ui/WindowPlace.h"
-
-#include <QWidget>
-
-#include <memory>
+#include "ui/ListPanel.h"
+#include "ui/ToolWindow.h"
 
 class QPushButton;
 
 namespace kelvo {
 
 class DriveBox;
-class JingleModel;
-class ListTable;
-class Panel;
-class ProgressStrip;
+class JobStrip;
 
-/// `frmJingEdit`: finds short sounds on a drive and copies them into the jingle folder. What it does goes on
-/// when the window is closed. Owned by who opens it; GUI thread.
-class JingleImportWindow : public QWidget {
+/// "Import Jingles": finds short sounds on a drive and copies them into the jingle folder. What it does goes
+/// on when the window is closed. GUI thread.
+class JingleImportWindow : public ToolWindow {
   Q_OBJECT
  public:
-  struct Services {
-    EventLoop& loop;
-    Prompter& prompter;
-    SettingsStore& settings;
-    Catalogue& catalogue;
-    Paths paths;
-    QString title;  ///< the program's
-  };
-  explicit JingleImportWindow(const Services& services);
-  ~JingleImportWindow() override;
-
-  /// Its run.
-  [[nodiscard]] JingleImport& Work() { return jingles_; }
+  JingleImportWindow(EventLoop& loop, JingleImport& jingles);
 
  protected:
-  void showEvent(QShowEvent* event) override;
+  void Refresh() override;
+  void Enter() override { jingles_.Drives().Refresh(); }
 
  private:
-  QPushButton* AddCommand(const QString& name, const QString& text, const QString& tooltip,
-                          const QKeySequence& key);
+  void BuildCommands();
   void BuildLayout();
-  void Connect();
-  void Command6_Click();
+  void SearchOrStop();
   void Show();
 
-  JingleImport jingles_;
-  JingleModel* model_;
-  Panel* panel_;
-  ListTable* list_;
+  JingleImport& jingles_;
+  RowModel<JingleRow> model_;
+  ListPanel sounds_;
   DriveBox* drives_;
-  QPushButton* browse_;
-  QPushButton* search_;
-  QPushButton* selectAll_;
-  QPushButton* delete_;
-  QPushButton* import_;
-  ProgressStrip* progress_;
-  std::unique_ptr<WindowPlace> place_;
+  JobStrip* progress_;
+  QPushButton* browse_ = nullptr;
+  QPushButton* search_ = nullptr;
+  QPushButton* selectAll_ = nullptr;
+  QPushButton* delete_ = nullptr;
+  QPushButton* import_ = nullptr;
 };
 
 }  // namespace kelvo

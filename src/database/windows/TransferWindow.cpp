@@ -1,18 +1,14 @@
 #include "database/windows/TransferWindow.h"
 
-#include "platform/Words.h"
-#include "ui/CommandButton.h"
+#include "ui/Command.h"
 #include "ui/ElidedLabel.h"
-#include "ui/ListTable.h"
-#include "ui/Panel.h"
+#include "ui/JobStrip.h"
+#include "ui/Line.h"
 #include "ui/ProgressStrip.h"
-#include "ui/ScalableIcon.h"
 
 #include <QComboBox>
 #include <QCompleter>
-#include <QHBoxLayout>
 #include <QListView>
-#include <QShortcut>
 #include <QStringListModel>
 #include <QStyledItemDelegate>
 #include <QVBoxLayout>
@@ -62,173 +58,132 @@ constexpr int kPerMille = 1000;
 
 }  // namespace
 
-QPushButton* TransferWindow::AddCommand(const QString& name, const QString& text, const QString& tooltip) {
-  auto* button = new CommandButton(text, this);
-  button->setObjectName(name);
-  button->setToolTip(tooltip);
-  return button;
+RowModel<TransferRow>::Columns TransferWindow::Columns() {
+  const auto shown = [](TransferRows::Column column) {
+    return [column](const TransferRow& row) { return TransferRows::Shown(row, column); };
+  };
+  const auto edited = [this, shown](const ColumnLook& look, TransferRows::Column column) {
+    const auto set = [this, column](int row, const QString& text) {
+      return transfer_.Rows().SetText(row, column, text);
+    };
+    return RowColumn<TransferRow>(look, shown(column), set, [column](const TransferRow& row) {
+      return TransferRows::Text(row, column);
+    });
+  };
+  // In the order of TransferRows::Column.
+  return {{{.head = QStringLiteral("Track Name"), .letters = 26}, shown(TransferRows::Track)},
+          {{.head = QStringLiteral("Size (MB)"), .letters = 11, .rank = 5, .number = true},
+           shown(TransferRows::Size)},
+          edited({.head = QStringLiteral("Artist"), .letters = 20, .rank = 1}, TransferRows::Artist),
+          edited({.head = QStringLiteral("Album"), .letters = 20, .rank = 4}, TransferRows::Album),
+          edited({.head = QStringLiteral("Category"), .letters = 17, .rank = 3}, TransferRows::Category),
+          edited({.head = QStringLiteral("Date"), .letters = 12, .rank = 2}, TransferRows::Date)};
 }
 
-TransferWindow::TransferWindow(const Services& services)
-    : transfer_(Transfer::Services{services.loop, services.prompter, services.audio, services.catalogue,
-                                   services.paths, services.defaults}),
-      panel_(new Panel(Group::Lists, tr("WAITING FILES"), this)),
-      list_(new ListTable(panel_)),
+TransferWindow::TransferWindow(EventLoop& loop, Transfer& transfer)
+    : ToolWindow({.name = QStringLiteral("TransferToDatabase"),
+                  .fixedName = QStringLiteral("FrmTransfer"),
+                  .title = tr("Transfer To Data Base"),
+                  .letters = 120,
+                  .lines = 30}),
+      transfer_(transfer),
+      model_(transfer.Rows().Store(), Columns()),
+      files_({.name = QStringLiteral("LstWaiting"),
+              .title = tr("WAITING FILES"),
+              .accessible = tr("Files that wait to be moved into the database")},
+             model_, this),
       words_(new ElidedLabel(this)),
       file_(new ProgressStrip(this)),
-      total_(new ProgressStrip(this)),
-      select_(AddCommand(QStringLiteral("CmdSelect"), QStringLiteral("Select All"),
-                         tr("Selects all files, or none  (Ctrl+A)"))),
-      delete_(AddCommand(QStringLiteral("CmdDelete"), tr("&Delete Files"),
-                         tr("Deletes the selected files from the disk  (Del)"))),
-      move_(AddCommand(QStringLiteral("CmdMove"), tr("&Move To Data Base"),
-                       tr("Moves the selected files into the database  (Ctrl+Return)"))),
-      stop_(
-          AddCommand(QStringLiteral("CmdStop"), tr("&Stop"), tr("Stops; what is not moved yet stays here"))),
-      hint_(tr("F2, Return or a double click edits artist, album, category and date.")) {
-  setObjectName(QStringLiteral("FrmTransfer"));
-  setWindowTitle(tr("Transfer To Data Base"));
-  list_->setObjectName(QStringLiteral("ListView1"));
-  list_->setAccessibleName(tr("Files that wait to be moved into the database"));
-  list_->setModel(&transfer_.Rows());
-  list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-  list_->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::DoubleClicked);
-  list_->SetColumns(TransferRows::Track, 26,
-                    {{TransferRows::Artist, 20},
-                     {TransferRows::Date, 12},
-                     {TransferRows::Category, 17},
-                     {TransferRows::Album, 20},
-                     {TransferRows::Size, 11}});
-  words_->setObjectName(QStringLiteral("Label1"));
-  file_->setObjectName(QStringLiteral("ProgressBar1"));
-  total_->setObjectName(QStringLiteral("ProgressBar2"));
+      run_(new JobStrip(loop, QStringLiteral("PrgRun"), tr("All files"), this)) {
+  model_.MayEdit = [this] { return !transfer_.Rows().Locked(); };
+  model_.Dress = [](const TransferRow& row, int column, int role) {
+    return role == Qt::ToolTipRole && column == TransferRows::Track ? QVariant(row.path) : QVariant();
+  };
+  words_->setObjectName(QStringLiteral("LblTransfer"));
+  file_->setObjectName(QStringLiteral("PrgFile"));
   file_->setAccessibleName(tr("This file"));
-  total_->setAccessibleName(tr("All files"));
   file_->setRange(0, kPerMille);
   file_->SetPercentShown(true);
-  select_->setIcon(ScalableIcon(Icon::Check));
-  delete_->setIcon(ScalableIcon(Icon::Clear));
-  move_->setIcon(ScalableIcon(Icon::Load));
-  stop_->setIcon(ScalableIcon(Icon::Stop));
-  Theme::SetRole(*move_, QStringLiteral("primary"));
-  Theme::SetRole(*stop_, QStringLiteral("stop"));
-
+  run_->OfferStop(QStringLiteral("CmdStop"), tr("Stops; what is not moved yet stays here"),
+                  [this] { transfer_.Stop(); });
   auto* delegate = new ChoiceDelegate(transfer_.Rows(), this);
   delegate->OnExtracting = [this](const QString& words) { words_->setText(words); };
-  list_->setItemDelegate(delegate);
-  connect(delegate, &QAbstractItemDelegate::closeEditor, this, [this] { Show(); });
+  files_.Table().setItemDelegate(delegate);
+  BuildCommands();
   BuildLayout();
-  BuildKeys();
-  connect(select_, &QPushButton::clicked, this, [this] { CmdSelect_Click(); });
-  connect(delete_, &QPushButton::clicked, this, [this] { transfer_.Delete(SelectedIds()); });
-  connect(move_, &QPushButton::clicked, this, [this] { transfer_.Move(SelectedIds()); });
-  connect(stop_, &QPushButton::clicked, this, [this] { transfer_.Stop(); });
-  connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { Show(); });
-  connect(&transfer_.Rows(), &QAbstractItemModel::rowsInserted, this, [this] { Show(); });
-  connect(&transfer_.Rows(), &QAbstractItemModel::rowsRemoved, this, [this] { Show(); });
+  connect(delegate, &QAbstractItemDelegate::closeEditor, this, [this] { Show(); });
+  connect(&files_, &ListPanel::PickedChanged, this, [this] { Show(); });
   connect(&transfer_, &Transfer::Changed, this, [this] { Show(); });
-  resize(fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 30);
-  place_ = std::make_unique<WindowPlace>(
-      *this, services.settings,
-      PlaceKeys::Of(services.title, QStringLiteral("Startup"), QStringLiteral("Transfer")));
   Show();
 }
 
-// The list looks at the rows until it goes, and those go with the window's members.
-TransferWindow::~TransferWindow() {
-  list_->setModel(nullptr);
+void TransferWindow::BuildCommands() {
+  select_ = AddCommand(*this, {.name = QStringLiteral("CmdSelectAll"),
+                               .fixedName = QStringLiteral("CmdSelect"),
+                               .words = QStringLiteral("Select All"),
+                               .tooltip = tr("Selects all files, or none"),
+                               .key = QKeySequence(Qt::CTRL | Qt::Key_A),
+                               .icon = Icon::Check,
+                               .run = [this] { files_.PickAllOrNone(); }});
+  delete_ = AddCommand(*this, {.name = QStringLiteral("CmdDelete"),
+                               .words = tr("&Delete Files"),
+                               .tooltip = tr("Deletes the selected files from the disk"),
+                               .key = QKeySequence(Qt::Key_Delete),
+                               .icon = Icon::Clear,
+                               .run = [this] { transfer_.Delete(PickedIds()); }});
+  move_ = AddCommand(*this, {.name = QStringLiteral("CmdMove"),
+                             .words = tr("&Move To Data Base"),
+                             .tooltip = tr("Moves the selected files into the database"),
+                             .key = QKeySequence(Qt::CTRL | Qt::Key_Return),
+                             .icon = Icon::Load,
+                             .role = QStringLiteral("primary"),
+                             .run = [this] { transfer_.Move(PickedIds()); }});
 }
 
 void TransferWindow::BuildLayout() {
-  auto* inside = new QVBoxLayout(panel_);
-  inside->setContentsMargins(0, 0, 0, 0);
-  inside->addWidget(list_);
-  auto* bars = new QHBoxLayout;
-  bars->addWidget(file_, 2);
-  bars->addWidget(total_, 1);
-  auto* commands = new QHBoxLayout;
-  commands->addWidget(select_);
-  commands->addWidget(delete_);
-  commands->addStretch(1);
-  commands->addWidget(stop_);
-  commands->addWidget(move_);
   auto* layout = new QVBoxLayout(this);
-  layout->addWidget(panel_, 1);
+  layout->addWidget(&files_, 1);
   layout->addWidget(words_);
-  layout->addLayout(bars);
-  layout->addLayout(commands);
+  layout->addLayout(Line({{file_, 2}, {run_, 1}}));
+  layout->addLayout(Line({select_, delete_, kRoom, move_}));
 }
 
-void TransferWindow::BuildKeys() {
-  const auto bind = [this](const QKeySequence& key, QPushButton* button) {
-    connect(new QShortcut(key, this), &QShortcut::activated, button, &QPushButton::click);
-  };
-  bind(QKeySequence(Qt::CTRL | Qt::Key_A), select_);
-  bind(QKeySequence(Qt::CTRL | Qt::Key_Return), move_);
-  bind(QKeySequence(Qt::Key_Delete), delete_);
-  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
-    // Of the list alone: the same key ends the editing of a cell.
-    auto* edit = new QShortcut(QKeySequence(key), list_, nullptr, nullptr, Qt::WidgetShortcut);
-    connect(edit, &QShortcut::activated, this, [this] {
-      if (list_->currentIndex().flags() & Qt::ItemIsEditable) list_->edit(list_->currentIndex());
-    });
-  }
-  connect(new QShortcut(QKeySequence(Qt::Key_F5), this), &QShortcut::activated, this,
-          [this] { transfer_.List(); });
-  connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this, &QWidget::close);
-}
-
-void TransferWindow::showEvent(QShowEvent* event) {
-  QWidget::showEvent(event);
-  if (!event->spontaneous()) transfer_.List();
-}
-
-std::vector<int> TransferWindow::SelectedIds() const {
+std::vector<int> TransferWindow::PickedIds() const {
   std::vector<int> ids;
-  const QModelIndexList rows = list_->selectionModel()->selectedRows();
-  for (const QModelIndex& index : rows) ids.push_back(transfer_.Rows().IdAt(index.row()));
+  for (const int row : files_.Picked()) ids.push_back(transfer_.Rows().Store()[row].id);
   return ids;
 }
 
-bool TransferWindow::AllSelected() const {
-  const int rows = transfer_.Rows().rowCount();
-  if (rows == 0) return false;
-  const QItemSelection& selection = list_->selectionModel()->selection();
-  int selected = 0;
-  for (const QItemSelectionRange& range : selection) selected += range.height();
-  return selected >= rows;
-}
-
-void TransferWindow::CmdSelect_Click() {
-  if (AllSelected()) {
-    list_->clearSelection();
-  } else {
-    list_->selectAll();
-  }
-}
-
 void TransferWindow::Show() {
-  const bool running = transfer_.Running();
-  const int rows = transfer_.Rows().rowCount();
-  const bool selected = list_->selectionModel()->hasSelection();
-  const TransferProgress& progress = transfer_.Progress();
-  panel_->SetNote(QString::number(rows));
-  list_->SetEmptyText(transfer_.Listing()
-                          ? tr("Looking into the utility folder...")
-                          : tr("No files are waiting.\nBring some in with \"Import Music\" first."));
-  select_->setText(AllSelected() ? QStringLiteral("Clear All") : QStringLiteral("Select All"));
-  select_->setEnabled(!running && rows > 0);
-  delete_->setEnabled(!running && selected);
-  move_->setEnabled(!running && selected);
-  stop_->setVisible(running || transfer_.Listing());
-  file_->setVisible(running && progress.files > 0);
-  total_->setVisible(running && progress.files > 0);
-  file_->setValue(progress.total > 0 ? static_cast<int>(progress.done * kPerMille / progress.total) : 0);
-  file_->SetWords(progress.megabytes.isEmpty() ? QString() : progress.megabytes + tr(" MB"));
-  total_->setRange(0, progress.files);
-  total_->setValue(progress.file);
-  total_->SetWords(tr("%1 of %2").arg(progress.file).arg(progress.files));
-  words_->setText(progress.words.isEmpty() && rows > 0 ? hint_ : progress.words);
+  const bool busy = transfer_.Busy();
+  files_.SetHint(transfer_.Listing()
+                     ? tr("Looking into the utility folder...")
+                     : tr("No files are waiting.\nBring some in with \"Import Music\" first."));
+  select_->setText(files_.AllPicked() ? QStringLiteral("Clear All") : QStringLiteral("Select All"));
+  select_->setEnabled(!busy && model_.rowCount() > 0);
+  delete_->setEnabled(!busy && files_.AnyPicked());
+  move_->setEnabled(!busy && files_.AnyPicked());
+  ShowProgress();
+}
+
+void TransferWindow::ShowProgress() {
+  const FileProgress progress = transfer_.Progress();
+  const bool copies = transfer_.Busy() && progress.files > 0;
+  const double share =
+      progress.total > 0 ? static_cast<double>(progress.done) / static_cast<double>(progress.total) : 0;
+  file_->setVisible(copies);
+  file_->setValue(static_cast<int>(share * kPerMille));
+  file_->SetWords(progress.total > 0 ? MegabytesText(progress.total) + tr(" MB") : QString());
+  JobState run{.running = transfer_.Busy() || transfer_.Listing()};
+  if (copies) {
+    run.words = tr("%1 of %2").arg(progress.File()).arg(progress.files);
+    run.share = progress.Percent() / 100;
+  }
+  run_->setVisible(run.running);
+  run_->Show(run);
+  const bool idle = progress.words.isEmpty() && model_.rowCount() > 0;
+  words_->setText(idle ? tr("F2, Return or a double click edits artist, album, category and date.")
+                       : progress.words);
 }
 
 }  // namespace kelvo

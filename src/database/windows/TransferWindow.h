@@ -1,66 +1,44 @@
 #pragma once
 
 #include "database/Transfer.h"
-#include "ui/WindowPlace.h"
-
-#include <QWidget>
-
-#include <memory>
+#include "ui/ListPanel.h"
+#include "ui/ToolWindow.h"
 
 class QLabel;
 class QPushButton;
 
 namespace kelvo {
 
-class ListTable;
-class Panel;
+class JobStrip;
 class ProgressStrip;
 
-/// `FrmTransfer`: the files that wait in the utility folder, to be completed and moved into the database. A
-/// run goes on when the window is closed. Owned by who opens it; GUI thread.
-class TransferWindow : public QWidget {
+/// "Transfer To Data Base": the files that wait in the utility folder, to be completed and moved into the
+/// database. A run goes on when the window is closed. GUI thread.
+class TransferWindow : public ToolWindow {
   Q_OBJECT
  public:
-  struct Services {
-    EventLoop& loop;
-    Prompter& prompter;
-    SettingsStore& settings;
-    AudioSystem& audio;
-    Catalogue& catalogue;
-    Paths paths;
-    TrackDefaults defaults;
-    QString title;  ///< the program's
-  };
-  explicit TransferWindow(const Services& services);
-  ~TransferWindow() override;
-
-  /// Its run: whether one goes on, and its stop.
-  [[nodiscard]] Transfer& Work() { return transfer_; }
+  TransferWindow(EventLoop& loop, Transfer& transfer);
 
  protected:
-  void showEvent(QShowEvent* event) override;
+  void Refresh() override { transfer_.List(); }
 
  private:
-  QPushButton* AddCommand(const QString& name, const QString& text, const QString& tooltip);
+  [[nodiscard]] RowModel<TransferRow>::Columns Columns();
+  void BuildCommands();
   void BuildLayout();
-  void BuildKeys();
-  [[nodiscard]] std::vector<int> SelectedIds() const;
-  [[nodiscard]] bool AllSelected() const;
-  void CmdSelect_Click();
+  [[nodiscard]] std::vector<int> PickedIds() const;
   void Show();
+  void ShowProgress();
 
-  Transfer transfer_;
-  Panel* panel_;
-  ListTable* list_;
+  Transfer& transfer_;
+  RowModel<TransferRow> model_;
+  ListPanel files_;
   QLabel* words_;
   ProgressStrip* file_;
-  ProgressStrip* total_;
-  QPushButton* select_;
-  QPushButton* delete_;
-  QPushButton* move_;
-  QPushButton* stop_;
-  QString hint_;
-  std::unique_ptr<WindowPlace> place_;
+  JobStrip* run_;
+  QPushButton* select_ = nullptr;
+  QPushButton* delete_ = nullptr;
+  QPushButton* move_ = nullptr;
 };
 
 }  // namespace kelvo

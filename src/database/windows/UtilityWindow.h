@@ -1,43 +1,37 @@
 #pragma once
 
 #include "database/UtilityFolder.h"
-#include "ui/WindowPlace.h"
-
-#include <QWidget>
-
-#include <memory>
+#include "ui/ListPanel.h"
+#include "ui/ToolWindow.h"
 
 class QLabel;
 class QPushButton;
 
 namespace kelvo {
 
-class Fader;
-class ListTable;
-class Panel;
+class SampleVolume;
 
-/// `frmUtil`, "Utility Folder": what waits there, and a player to hear it. Owned by who opens it; GUI thread.
-class UtilityWindow : public QWidget {
+/// "Utility Folder": what waits there, and a player to hear it. Nothing sounds when it is closed. GUI thread.
+class UtilityWindow : public ToolWindow {
   Q_OBJECT
  public:
-  explicit UtilityWindow(const UtilityFolder::Services& services);
-  ~UtilityWindow() override;
+  explicit UtilityWindow(UtilityFolder& folder);
 
  protected:
-  void showEvent(QShowEvent* event) override;
-  void closeEvent(QCloseEvent* event) override;
+  void Refresh() override { folder_.List(); }
+  void Leave() override { folder_.Stop(); }
 
  private:
+  void PlayPicked();
   void Show();
 
-  UtilityFolder folder_;
-  Panel* panel_;
-  ListTable* list_;
+  UtilityFolder& folder_;
+  RowModel<WaitingFile> model_;
+  ListPanel files_;
   QLabel* playing_;
   QPushButton* play_;
   QPushButton* stop_;
-  Fader* volume_;
-  std::unique_ptr<WindowPlace> place_;
+  SampleVolume* volume_;
 };
 
 }  // namespace kelvo

@@ -1,5 +1,7 @@
 #include "datamanager/windows/ScreenKeyboard.h"
 
+#include "ui/Naming.h"
+
 #include <QApplication>
 #include <QGridLayout>
 #include <QLineEdit>
@@ -18,9 +20,10 @@ ScreenKeyboard::ScreenKeyboard(QLineEdit& first, QWidget* parent) : QWidget(pare
   auto* layout = new QGridLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(3);
-  const auto add = [this](const QString& name, const QString& text, const QString& accessible) {
+  const auto add = [this](const QString& name, const QString& fixedName, const QString& text,
+                          const QString& accessible) {
     auto* key = new QPushButton(text, this);
-    key->setObjectName(name);
+    SetNames(*key, name, fixedName);
     key->setAccessibleName(accessible);
     key->setAutoRepeat(true);
     // The box that is typed into keeps the focus.
@@ -34,16 +37,19 @@ ScreenKeyboard::ScreenKeyboard(QLineEdit& first, QWidget* parent) : QWidget(pare
       const QString letter = kRows[row].mid(column, 1);
       // Doubled, or it would be a mnemonic.
       const QString shown = letter == QStringLiteral("&") ? QStringLiteral("&&") : letter;
-      QPushButton* key = add(QStringLiteral("Command1_%1").arg(number++), shown, letter);
+      QPushButton* key =
+          add(QStringLiteral("Key") + letter, QStringLiteral("Command1_%1").arg(number++), shown, letter);
       connect(key, &QPushButton::clicked, this, [this, letter] { Type(letter); });
       layout->addWidget(key, row, column);
     }
   }
   const auto below = static_cast<int>(kRows.size());
-  QPushButton* blank = add(QStringLiteral("Command1_%1").arg(number), tr("Space"), tr("Space"));
+  QPushButton* blank =
+      add(QStringLiteral("KeySpace"), QStringLiteral("Command1_%1").arg(number), tr("Space"), tr("Space"));
   connect(blank, &QPushButton::clicked, this, [this] { Type(QStringLiteral(" ")); });
   layout->addWidget(blank, below, 0, 1, 7);
-  QPushButton* back = add(QStringLiteral("Command3"), tr("Back Space"), tr("Back Space"));
+  QPushButton* back =
+      add(QStringLiteral("KeyBackSpace"), QStringLiteral("Command3"), tr("Back Space"), tr("Back Space"));
   connect(back, &QPushButton::clicked, this, [this] {
     if (box_) box_->backspace();
   });

@@ -1,22 +1,20 @@
 #include "datamanager/windows/SearchWindow.h"
 
+#include "database/TrackInfo.h"
 #include "datamanager/windows/ScreenKeyboard.h"
-#include "datamanager/windows/SearchModel.h"
-#include "ui/CommandButton.h"
-#include "ui/ListTable.h"
-#include "ui/ScalableIcon.h"
-#include "ui/Tabular.h"
-#include "ui/Theme.h"
+#include "platform/Words.h"
+#include "ui/Command.h"
+#include "ui/Line.h"
+#include "ui/Naming.h"
 
 #include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
-#include <QShortcut>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace kelvo {
 
@@ -26,101 +24,117 @@ namespace {
 
 constexpr Nanoseconds kOnTopBeat = 2000ms;
 
-const QString kSelectAll = QStringLiteral("Select All");
-const QString kClearAll = QStringLiteral("Clear All");
-
 }  // namespace
 
-SearchWindow::SearchWindow(Services services, QWidget* console)
-    : QWidget(console, Qt::Window),
-      services_(std::move(services)),
-      search_(services_.loop, services_.prompter, services_.catalogue),
-      question_(new QWidget(this)),
-      ok_(new CommandButton(ScalableIcon(Icon::Search), QStringLiteral("SEARCH"), this)),
-      model_(new SearchModel(search_, services_.catalogue, this)),
-      list_(new ListTable(this)),
-      commands_(new QWidget(this)),
-      results_(new QLabel(this)),
-      state_(new QLabel(this)),
-      place_(*this, services_.settings,
-             PlaceKeys::Of(services_.title, QStringLiteral("Startup"), QStringLiteral("Search"))) {
-  setObjectName(QStringLiteral("TrackSearch"));
-  setWindowTitle(QStringLiteral("Track Search"));
-  auto* layout = new QVBoxLayout(this);
-  BuildQuestion(*layout);
-  BuildResults(*layout);
-  keyboard_ = new ScreenKeyboard(*text_, this);
-  layout->addWidget(keyboard_);
-
-  connect(ok_, &QPushButton::clicked, this, [this] { Search(); });
-  connect(&search_, &TrackSearch::Changed, this, [this] { ShowState(); });
-  connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { ShowSelection(); });
-  connect(model_, &QAbstractItemModel::modelReset, this, [this] { ShowSelection(); });
-  timer_ = services_.loop.Every(kOnTopBeat, [this] { StayOnTop(); });
-  ShowState();
-  // A place that was kept has given the window its size already.
-  if (!testAttribute(Qt::WA_Resized)) resize(sizeHint().expandedTo(QSize(900, 620)));
-  BeginTyping();
+RowModel<Mref>::Columns SearchWindow::Columns(const TrackSearch& search) {
+  const Catalogue& tracks = search.Tracks();
+  const auto first = [](const PooledTextColumn& lines) {
+    return [&lines](Mref track) { return FirstReference(lines[track]); };
+  };
+  const auto plain = [](const PooledTextColumn& texts) {
+    return [&texts](Mref track) { return texts[track]; };
+  };
+  return {{{.head = QStringLiteral("Track"), .letters = 32},
+           [&search](Mref track) { return search.ShownName(track); }},
+          {{.head = QStringLiteral("Artist"), .letters = 17, .rank = 2}, first(tracks.TrackArtists)},
+          {{.head = QStringLiteral("Album"), .letters = 17, .rank = 3}, first(tracks.TrackAlbums)},
+          {{.head = QStringLiteral("Category"), .letters = 14, .rank = 4}, first(tracks.TrackGenres)},
+          {{.head = QStringLiteral("Date"), .letters = 11, .rank = 5}, plain(tracks.TrackDates)},
+          {{.head = QStringLiteral("Hi"), .letters = 6, .rank = 7, .number = true}, plain(tracks.TrackHi)},
+          {{.head = QStringLiteral("Bpm"), .letters = 7, .rank = 6, .number = true}, plain(tracks.TrackBpm)},
+          {{.head = QStringLiteral("Time"), .letters = 8, .rank = 1, .number = true},
+           [&tracks](Mref track) { return LengthText(tracks.TrackDurations(track)); }}};
 }
 
-QRadioButton* SearchWindow::AddOption(const QString& name, const QString& text) {
+SearchWindow::SearchWindow(EventLoop& loop, TrackSearch& search)
+    : ToolWindow({.name = QStringLiteral("TrackSearch"),
+                  .title = QStringLiteral("Track Search"),
+                  .letters = 126,
+                  .lines = 38}),
+      search_(search),
+      model_(search.Results(), Columns(search)),
+      found_(
+          {.name = QStringLiteral("LstResults"), .title = tr("RESULTS"), .accessible = tr("Search results")},
+          model_, this),
+      question_(new QWidget(this)),
+      results_(new QLabel(this)),
+      state_(new QLabel(this)) {
+  model_.Dress = [&tracks = search.Tracks()](Mref track, int column, int role) {
+    return role == Qt::ToolTipRole && column == 0 ? QVariant(tracks.TrackPaths(track)) : QVariant();
+  };
+  SetNames(*results_, QStringLiteral("LblResults"), QStringLiteral("Label2"));
+  SetNames(*state_, QStringLiteral("LblState"), QStringLiteral("Label3"));
+  BuildQuestion();
+  BuildCommands();
+  keyboard_ = new ScreenKeyboard(*text_, this);
+  BuildLayout();
+  connect(&search_, &TrackSearch::Changed, this, [this] { ShowState(); });
+  connect(&found_, &ListPanel::PickedChanged, this, [this] { ShowPicked(); });
+  connect(&found_, &ListPanel::RowActivated, this, [this] { AddPicked(); });
+  timer_ = loop.Every(kOnTopBeat, [this] { StayOnTop(); });
+  ShowState();
+  TakeKeys();
+}
+
+QRadioButton* SearchWindow::AddOption(const QString& name, const QString& fixedName, const QString& text) {
   auto* option = new QRadioButton(text, question_);
-  option->setObjectName(name);
+  SetNames(*option, name, fixedName);
   return option;
 }
 
-QLineEdit* SearchWindow::AddBox(const QString& name, const QString& hint) {
+QLineEdit* SearchWindow::AddBox(const QString& name, const QString& fixedName, const QString& hint) {
   auto* box = new QLineEdit(question_);
-  box->setObjectName(name);
+  SetNames(*box, name, fixedName);
   box->setToolTip(hint);
   connect(box, &QLineEdit::returnPressed, this, [this] { Search(); });
   return box;
 }
 
-void SearchWindow::BuildQuestion(QVBoxLayout& layout) {
-  text_ = AddBox(QStringLiteral("Text1"), tr("What to look for"));
+void SearchWindow::BuildQuestion() {
+  text_ = AddBox(QStringLiteral("TxtSearch"), QStringLiteral("Text1"), tr("What to look for"));
   text_->setAccessibleName(tr("Search for"));
   text_->setPlaceholderText(tr("Type what you look for, then Enter"));
   text_->setClearButtonEnabled(true);
-  date_ = AddBox(QStringLiteral("Text2"), tr("Only this release date, as 1999-Dec"));
-  hiPos_ = AddBox(QStringLiteral("Text3"), tr("Only this highest chart position"));
-  bpm_ = AddBox(QStringLiteral("Text4"), tr("Only this number of beats per minute"));
-  title_ = AddOption(QStringLiteral("Option1"), QStringLiteral("A Track Title"));
-  artist_ = AddOption(QStringLiteral("Option2"), QStringLiteral("An Artist Name"));
-  album_ = AddOption(QStringLiteral("Option3"), QStringLiteral("An Album Name"));
-  genre_ = AddOption(QStringLiteral("Option6"), QStringLiteral("A Genre Name"));
-  anyPart_ = AddOption(QStringLiteral("Option4"), QStringLiteral("Any Part"));
-  wholeString_ = AddOption(QStringLiteral("Option5"), QStringLiteral("The Whole Search String"));
+  date_ =
+      AddBox(QStringLiteral("TxtDate"), QStringLiteral("Text2"), tr("Only this release date, as 1999-Dec"));
+  hiPos_ =
+      AddBox(QStringLiteral("TxtHiPos"), QStringLiteral("Text3"), tr("Only this highest chart position"));
+  bpm_ =
+      AddBox(QStringLiteral("TxtBpm"), QStringLiteral("Text4"), tr("Only this number of beats per minute"));
+  title_ = AddOption(QStringLiteral("OptTitle"), QStringLiteral("Option1"), QStringLiteral("A Track Title"));
+  artist_ =
+      AddOption(QStringLiteral("OptArtist"), QStringLiteral("Option2"), QStringLiteral("An Artist Name"));
+  album_ = AddOption(QStringLiteral("OptAlbum"), QStringLiteral("Option3"), QStringLiteral("An Album Name"));
+  genre_ = AddOption(QStringLiteral("OptGenre"), QStringLiteral("Option6"), QStringLiteral("A Genre Name"));
+  anyPart_ = AddOption(QStringLiteral("OptAnyPart"), QStringLiteral("Option4"), QStringLiteral("Any Part"));
+  wholeString_ = AddOption(QStringLiteral("OptWholeString"), QStringLiteral("Option5"),
+                           QStringLiteral("The Whole Search String"));
   titleFirst_ = new QCheckBox(QStringLiteral("Display By Track Title - Artist"), question_);
-  titleFirst_->setObjectName(QStringLiteral("Check1"));
+  SetNames(*titleFirst_, QStringLiteral("ChkTitleFirst"), QStringLiteral("Check1"));
   titleFirst_->setToolTip(tr("Shows the results of the next search by title"));
-  ok_->setObjectName(QStringLiteral("OKButton"));
-  ok_->setToolTip(tr("Starts the search  (Enter), or stops the one that runs"));
-  Theme::SetRole(*ok_, QStringLiteral("primary"));
-
-  auto* top = new QHBoxLayout;
-  top->addWidget(question_, 1);
-  top->addWidget(ok_, 0, Qt::AlignTop);
-  layout.addLayout(top);
   auto* rows = new QVBoxLayout(question_);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->addWidget(text_);
-  const auto addOptions = [this, rows](const QString& words, const QList<QRadioButton*>& options) {
-    auto* row = new QHBoxLayout;
-    row->setSpacing(fontMetrics().height());
-    row->addWidget(new QLabel(words, question_));
-    auto* group = new QButtonGroup(question_);
-    for (QRadioButton* option : options) {
-      group->addButton(option);
-      row->addWidget(option);
-    }
-    options.front()->setChecked(true);
-    row->addStretch(1);
-    rows->addLayout(row);
-  };
-  addOptions(tr("In"), {title_, artist_, album_, genre_});
-  addOptions(tr("Match"), {anyPart_, wholeString_});
-  auto* whole = new QHBoxLayout;
+  rows->addLayout(OptionLine(tr("In"), {title_, artist_, album_, genre_}));
+  rows->addLayout(OptionLine(tr("Match"), {anyPart_, wholeString_}));
+  rows->addLayout(WholeLine());
+}
+
+QHBoxLayout* SearchWindow::OptionLine(const QString& words, const QList<QRadioButton*>& options) {
+  auto* line = Line({new QLabel(words, question_)});
+  line->setSpacing(fontMetrics().height());
+  auto* group = new QButtonGroup(question_);
+  for (QRadioButton* option : options) {
+    group->addButton(option);
+    line->addWidget(option);
+  }
+  options.front()->setChecked(true);
+  line->addStretch(1);
+  return line;
+}
+
+QHBoxLayout* SearchWindow::WholeLine() {
+  auto* line = Line({});
   const std::array boxes{std::pair{tr("&Date"), date_}, std::pair{tr("&Hi Pos"), hiPos_},
                          std::pair{tr("&BPM"), bpm_}};
   for (const auto& [words, box] : boxes) {
@@ -128,64 +142,56 @@ void SearchWindow::BuildQuestion(QVBoxLayout& layout) {
     label->setBuddy(box);
     box->setAccessibleName(QString(words).remove(QLatin1Char('&')));
     box->setMaximumWidth(fontMetrics().averageCharWidth() * 14);
-    whole->addWidget(label);
-    whole->addWidget(box);
+    line->addWidget(label);
+    line->addWidget(box);
   }
-  whole->addStretch(1);
-  whole->addWidget(titleFirst_);
-  rows->addLayout(whole);
+  line->addStretch(1);
+  line->addWidget(titleFirst_);
+  return line;
 }
 
-void SearchWindow::BuildResults(QVBoxLayout& layout) {
-  list_->setObjectName(QStringLiteral("ListView1"));
-  list_->setAccessibleName(tr("Search results"));
-  list_->setModel(model_);
-  list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-  list_->setItemDelegate(new TabularDelegate(this));
-  list_->setColumnHidden(SearchModel::MrefColumn, true);
-  list_->SetColumns(SearchModel::Track, 32,
-                    {{SearchModel::Time, 8},
-                     {SearchModel::Artist, 17},
-                     {SearchModel::Album, 17},
-                     {SearchModel::Category, 14},
-                     {SearchModel::Date, 11},
-                     {SearchModel::Bpm, 7},
-                     {SearchModel::Hi, 6}});
-  layout.addWidget(list_, 1);
-
-  selectAll_ = new CommandButton(kSelectAll, commands_);
-  selectAll_->setObjectName(QStringLiteral("Command4"));
-  selectAll_->setToolTip(tr("Selects all results, or none  (Alt+A)"));
-  add_ = new CommandButton(ScalableIcon(Icon::Add), QStringLiteral("Add To Queue"), commands_);
-  add_->setObjectName(QStringLiteral("CmdAdd"));
-  add_->setToolTip(tr("Adds the selected results to the play queue  (Ctrl+Enter, double click)"));
-  results_->setObjectName(QStringLiteral("Label2"));
-  state_->setObjectName(QStringLiteral("Label3"));
-  auto* row = new QHBoxLayout;
-  auto* buttons = new QHBoxLayout(commands_);
-  buttons->setContentsMargins(0, 0, 0, 0);
-  buttons->addWidget(selectAll_);
-  buttons->addWidget(add_);
-  row->addWidget(commands_);
-  row->addWidget(results_, 1);
-  row->addWidget(state_);
-  layout.addLayout(row);
-
-  connect(selectAll_, &QPushButton::clicked, this, [this] { SelectAllOrNone(); });
-  connect(add_, &QPushButton::clicked, this, [this] { AddSelected(); });
-  connect(list_, &ListTable::RowActivated, this, [this] { AddSelected(); });
-  // Not the buttons' own: their words change, which takes a shortcut away.
-  const auto bind = [this](const QKeySequence& keys, QPushButton* button) {
-    connect(new QShortcut(keys, this), &QShortcut::activated, button, &QPushButton::click);
-  };
-  bind(QKeySequence(Qt::ALT | Qt::Key_A), selectAll_);
-  bind(QKeySequence(Qt::CTRL | Qt::Key_Return), add_);
-  bind(QKeySequence(Qt::CTRL | Qt::Key_Enter), add_);
+void SearchWindow::BuildCommands() {
+  ok_ = AddCommand(*this, {.name = QStringLiteral("CmdSearch"),
+                           .fixedName = QStringLiteral("OKButton"),
+                           .words = search_.Caption(),
+                           .tooltip = tr("Starts the search, or stops the one that runs"),
+                           .keyWords = tr("Enter"),
+                           .icon = Icon::Search,
+                           .role = QStringLiteral("primary"),
+                           .run = [this] { Search(); }});
+  selectAll_ = AddCommand(*this, {.name = QStringLiteral("CmdSelectAll"),
+                                  .fixedName = QStringLiteral("Command4"),
+                                  .words = QStringLiteral("Select All"),
+                                  .tooltip = tr("Selects all results, or none"),
+                                  .key = QKeySequence(Qt::ALT | Qt::Key_A),
+                                  .run = [this] { found_.PickAllOrNone(); }});
+  add_ =
+      AddCommand(*this, {.name = QStringLiteral("CmdAdd"),
+                         .words = QStringLiteral("Add To Queue"),
+                         .tooltip = tr("Adds the selected results to the play queue; so does a double click"),
+                         .key = QKeySequence(Qt::CTRL | Qt::Key_Return),
+                         .icon = Icon::Add,
+                         .run = [this] { AddPicked(); }});
 }
 
-void SearchWindow::BeginTyping() {
+void SearchWindow::BuildLayout() {
+  auto* top = new QHBoxLayout;
+  top->addWidget(question_, 1);
+  top->addWidget(ok_, 0, Qt::AlignTop);
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(top);
+  layout->addWidget(&found_, 1);
+  layout->addLayout(Line({selectAll_, add_, {results_, 1}, state_}));
+  layout->addWidget(keyboard_);
+}
+
+void SearchWindow::TakeKeys() {
   text_->setFocus();
   text_->selectAll();
+}
+
+void SearchWindow::Refresh() {
+  if (!search_.Running()) Search();
 }
 
 void SearchWindow::Search() {
@@ -205,72 +211,43 @@ void SearchWindow::Search() {
 
 void SearchWindow::ShowState() {
   const bool running = search_.Running();
-  // What is disabled loses the focus; it has it again when the search is over.
-  if (running && question_->isEnabled()) focus_ = focusWidget();
-  ok_->setText(search_.Caption());
-  for (QWidget* part : {question_, static_cast<QWidget*>(list_), commands_, keyboard_}) {
-    part->setEnabled(!running);
+  // What is disabled loses the focus; it has it again when the search is over. Meanwhile Enter stops it.
+  if (running && question_->isEnabled()) {
+    focus_ = focusWidget();
+    ok_->setFocus();
   }
+  ok_->setText(search_.Caption());
+  for (QWidget* part : {question_, static_cast<QWidget*>(&found_.Table()), keyboard_})
+    part->setEnabled(!running);
   if (!running && focus_ != nullptr) std::exchange(focus_, nullptr)->setFocus();
   results_->setText(search_.ResultWords());
   state_->setText(search_.StateWords());
   const bool ended = !search_.StateWords().isEmpty();
-  list_->SetEmptyText(running ? QString()
-                      : ended ? tr("No track was found.\nTry another field, or a part of the word.")
-                              : tr("Type what you look for and press Enter."));
-  ShowSelection();
+  found_.SetHint(running ? QString()
+                 : ended ? tr("No track was found.\nTry another field, or a part of the word.")
+                         : tr("Type what you look for and press Enter."));
+  ShowPicked();
 }
 
-void SearchWindow::ShowSelection() {
-  const bool any = list_->selectionModel()->hasSelection();
-  selectAll_->setEnabled(model_->rowCount() > 0);
-  selectAll_->setText(any ? selectAll_->text() : kSelectAll);
-  add_->setEnabled(any);
+void SearchWindow::ShowPicked() {
+  selectAll_->setText(found_.AllPicked() ? QStringLiteral("Clear All") : QStringLiteral("Select All"));
+  selectAll_->setEnabled(!search_.Running() && model_.rowCount() > 0);
+  add_->setEnabled(!search_.Running() && found_.AnyPicked());
 }
 
-void SearchWindow::SelectAllOrNone() {
-  const bool select = selectAll_->text() == kSelectAll;
-  if (select) {
-    list_->selectAll();
-  } else {
-    list_->clearSelection();
-  }
-  selectAll_->setText(select ? kClearAll : kSelectAll);
-}
-
-void SearchWindow::AddSelected() {
-  std::vector<int> rows;
-  // By ranges: all of 100,000 results are one.
-  for (const QItemSelectionRange& range : list_->selectionModel()->selection()) {
-    for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
-  }
-  std::sort(rows.begin(), rows.end());
-  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+void SearchWindow::AddPicked() {
   std::vector<Mref> tracks;
-  for (const int row : rows) tracks.push_back(search_.Results()[static_cast<std::size_t>(row)]);
+  for (const int row : found_.Picked()) tracks.push_back(search_.Results()[row]);
   if (OnAdd && !tracks.empty()) OnAdd(std::move(tracks));
 }
 
 void SearchWindow::StayOnTop() {
+  if (!isVisible() || isMinimized()) return;
   // Over the console and nothing else: no question, no menu and no window that is being worked in is covered.
   const QWidget* active = QApplication::activeWindow();
-  const bool free = active == nullptr || active == parentWidget();
-  if (free && isVisible() && !isMinimized() && !QApplication::activeModalWidget() &&
-      !QApplication::activePopupWidget()) {
-    raise();
-  }
-}
-
-void SearchWindow::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape) {
-    if (search_.Running()) {
-      Search();
-    } else {
-      close();
-    }
-    return;
-  }
-  QWidget::keyPressEvent(event);
+  const QWindow* console = windowHandle()->transientParent();
+  const bool free = active == nullptr || active->windowHandle() == console;
+  if (free && !QApplication::activeModalWidget() && !QApplication::activePopupWidget()) raise();
 }
 
 }  // namespace kelvo

@@ -1,63 +1,55 @@
 #pragma once
 
 #include "datamanager/TrackSearch.h"
-#include "ui/WindowPlace.h"
-
-#include <QWidget>
+#include "ui/ListPanel.h"
+#include "ui/ToolWindow.h"
 
 #include <functional>
 #include <vector>
 
 class QCheckBox;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
-class QVBoxLayout;
 
 namespace kelvo {
 
-class ListTable;
-class SearchModel;
-class SettingsStore;
-
-/// "Track Search": stays open beside the console and remembers its place. Owned by who opens it; GUI thread.
-class SearchWindow : public QWidget {
+/// "Track Search": stays open above the console. A search goes on when the window is closed. GUI thread.
+class SearchWindow : public ToolWindow {
   Q_OBJECT
  public:
-  struct Services {
-    EventLoop& loop;
-    Prompter& prompter;
-    SettingsStore& settings;
-    const Catalogue& catalogue;
-    QString title;  ///< the program's title
-  };
-  /// `console` is the window that it stays above.
-  SearchWindow(Services services, QWidget* console);
+  SearchWindow(EventLoop& loop, TrackSearch& search);
 
   /// The operator wants these tracks in the play queue.
   std::function<void(std::vector<Mref>)> OnAdd;
 
   /// Makes the text box ready to be typed into.
-  void BeginTyping();
+  void TakeKeys() override;
 
  protected:
-  void keyPressEvent(QKeyEvent* event) override;
+  void Refresh() override;
+  void Enter() override {}
 
  private:
-  void BuildQuestion(QVBoxLayout& layout);
-  void BuildResults(QVBoxLayout& layout);
-  [[nodiscard]] QRadioButton* AddOption(const QString& name, const QString& text);
-  [[nodiscard]] QLineEdit* AddBox(const QString& name, const QString& hint);
+  [[nodiscard]] static RowModel<Mref>::Columns Columns(const TrackSearch& search);
+  void BuildQuestion();
+  void BuildCommands();
+  void BuildLayout();
+  [[nodiscard]] QHBoxLayout* OptionLine(const QString& words, const QList<QRadioButton*>& options);
+  [[nodiscard]] QHBoxLayout* WholeLine();
+  [[nodiscard]] QRadioButton* AddOption(const QString& name, const QString& fixedName, const QString& text);
+  [[nodiscard]] QLineEdit* AddBox(const QString& name, const QString& fixedName, const QString& hint);
   void Search();
   void ShowState();
-  void ShowSelection();
-  void SelectAllOrNone();
-  void AddSelected();
+  void ShowPicked();
+  void AddPicked();
   void StayOnTop();
 
-  Services services_;
-  TrackSearch search_;
+  TrackSearch& search_;
+  RowModel<Mref> model_;
+  ListPanel found_;
   QWidget* question_;
   QLineEdit* text_ = nullptr;
   QLineEdit* date_ = nullptr;
@@ -70,17 +62,13 @@ class SearchWindow : public QWidget {
   QRadioButton* anyPart_ = nullptr;
   QRadioButton* wholeString_ = nullptr;
   QCheckBox* titleFirst_ = nullptr;
-  QPushButton* ok_;
-  SearchModel* model_;
-  ListTable* list_;
-  QWidget* commands_;
+  QPushButton* ok_ = nullptr;
   QPushButton* selectAll_ = nullptr;
   QPushButton* add_ = nullptr;
   QLabel* results_;
   QLabel* state_;
   QWidget* keyboard_ = nullptr;
   QWidget* focus_ = nullptr;  ///< where the focus was when a search began
-  WindowPlace place_;
   Timer timer_;
 };
 

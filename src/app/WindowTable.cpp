@@ -1,0 +1,104 @@
+#include "app/WindowTable.h"
+
+#include "console/DataManagerAccess.h"
+
+#include <QPointer>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace kelvo {
+
+WindowTable::WindowTable(Services services, std::vector<WindowLine> lines)
+    : services_(std::move(services)),
+      lines_(std::move(lines)),
+      children_(services_.loop),
+      windows_(lines_.size()) {}
+
+WindowTable::~WindowTable() {
+  Close();
+}
+
+QString WindowTable::WhyClosed(const WindowLine& line) const {
+  const DeskFacts facts = services_.facts();
+  if (facts.locked) return tr("The screen is locked");
+  if (line.guard.catalogue && !facts.catalogueLoaded) return tr("The catalogue is not loaded yet");
+  if (line.guard.idleDesk && !facts.idle) return tr("Closed while something plays or the queue has a name");
+  return {};
+}
+
+void WindowTable::Open(const QString& id) {
+  const auto line =
+      std::find_if(lines_.begin(), lines_.end(), [&id](const WindowLine& each) { return each.id == id; });
+  if (line == lines_.end()) return;
+  const auto index = static_cast<std::size_t>(line - lines_.begin());
+  if (!line->guard.password || !WhyClosed(*line).isEmpty()) {
+    OpenGuarded(index);
+    return;
+  }
+  services_.access.Enter([self = QPointer(this), index] {
+    if (self) self->OpenGuarded(index);
+  });
+}
+
+void WindowTable::OpenGuarded(std::size_t index) {
+  const WindowLine& line = lines_[index];
+  // The desk may have gone on air, or been locked, while the password was typed.
+  if (const QString refusal = WhyClosed(line); !refusal.isEmpty()) {
+    Prompt message;
+    message.text = refusal;
+    message.icon = PromptIcon::Information;
+    services_.prompter.Tell(message);
+    return;
+  }
+  std::unique_ptr<BesideWindow>& window = windows_[index];
+  if (!window) {
+    window = line.make();
+    window->OnLeft = [this, form = window.get()] { children_.Closed(*form); };
+  }
+  if (line.childForm) {
+    children_.ShowChild(*window);
+  } else {
+    window->Show();
+  }
+}
+
+void WindowTable::SetLocked(bool locked) {
+  for (const auto& window : windows_) {
+    if (window) window->SetLocked(locked);
+  }
+}
+
+Job<bool> WindowTable::MayClose() {
+  QStringList asked;
+  for (std::size_t index = 0; index < lines_.size(); ++index) {
+    Prompt question;
+    question.text = lines_[index].busyQuestion;
+    // What was asked for one window holds for all that ask the same.
+    if (!windows_[index] || !windows_[index]->Busy() || asked.contains(question.text)) continue;
+    asked.append(question.text);
+    question.buttons = Buttons::YesNo;
+    question.icon = PromptIcon::Exclamation;
+    const Answer answer = co_await services_.prompter.Ask(question);
+    if (answer != Answer::Yes) co_return false;
+  }
+  for (const auto& window : windows_) {
+    if (!window) continue;
+    const bool may = co_await window->MayClose();
+    if (!may) co_return false;
+  }
+  co_return true;
+}
+
+void WindowTable::Close() {
+  for (const auto& window : windows_) {
+    if (window) window->Hide();
+  }
+}
+
+bool WindowTable::Owns(const QObject* window) const {
+  return window != nullptr && std::any_of(windows_.begin(), windows_.end(),
+                                          [window](const auto& each) { return each && each->Is(window); });
+}
+
+}  // namespace kelvo

@@ -1,0 +1,131 @@
+#include "app/windows/WindowLines.h"
+
+#include "app/windows/HostedWindow.h"
+#include "console/Console.h"
+#include "database/windows/JingleImportWindow.h"
+#include "database/windows/ScanWindow.h"
+#include "database/windows/TransferWindow.h"
+#include "database/windows/UtilityWindow.h"
+#include "datamanager/windows/SearchWindow.h"
+
+#include <QCoreApplication>
+
+namespace kelvo {
+namespace {
+
+struct Text {
+  Q_DECLARE_TR_FUNCTIONS(WindowLines)
+};
+
+/// What changes the tracks of the database: behind its password, and not while the desk is on air.
+constexpr WindowGuard kUpkeep{.idleDesk = true, .password = true};
+
+QString StopsMusic() {
+  return Text::tr("Music Is Still Being Imported Or Transferred !\r\nStop That And Quit ?");
+}
+
+WindowLine ImportLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Import"),
+                  .words = Text::tr("&Import Music..."),
+                  .guard = kUpkeep,
+                  .busyQuestion = StopsMusic(),
+                  .place = QStringLiteral("Scan")};
+  line.make = [&desk, host, place = line.place] {
+    const Console::Services& have = desk.GetServices();
+    return std::make_unique<Hosted<ScanWindow, ScanImport>>(host, place,
+                                                            ScanImport::Services{.loop = have.loop,
+                                                                                 .prompter = have.prompter,
+                                                                                 .catalogue = have.catalogue,
+                                                                                 .paths = have.paths,
+                                                                                 .title = have.title});
+  };
+  return line;
+}
+
+WindowLine TransferLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Transfer"),
+                  .words = Text::tr("&Transfer To Database..."),
+                  .guard = kUpkeep,
+                  .busyQuestion = StopsMusic(),
+                  .place = QStringLiteral("Transfer")};
+  line.make = [&desk, host, place = line.place] {
+    const Console::Services& have = desk.GetServices();
+    return std::make_unique<Hosted<TransferWindow, Transfer>>(
+        host, place,
+        Transfer::Services{.loop = have.loop,
+                           .prompter = have.prompter,
+                           .audio = have.audio,
+                           .catalogue = have.catalogue,
+                           .paths = have.paths,
+                           .defaults = desk.Settings().defaults});
+  };
+  return line;
+}
+
+WindowLine UtilityLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Utility"),
+                  .words = Text::tr("&Utility Folder..."),
+                  .guard = kUpkeep,
+                  .place = QStringLiteral("Util")};
+  line.make = [&desk, host, place = line.place] {
+    const Console::Services& have = desk.GetServices();
+    return std::make_unique<Hosted<UtilityWindow, UtilityFolder>>(
+        host, place,
+        UtilityFolder::Services{.loop = have.loop,
+                                .settings = have.settings,
+                                .audio = have.audio,
+                                .catalogue = have.catalogue,
+                                .paths = have.paths,
+                                .title = have.title});
+  };
+  return line;
+}
+
+WindowLine JinglesLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Jingles"),
+                  .words = Text::tr("Import &Jingles..."),
+                  .guard = {.password = true},
+                  .busyQuestion = StopsMusic(),
+                  .place = QStringLiteral("Jingle")};
+  line.make = [&desk, host, place = line.place] {
+    const Console::Services& have = desk.GetServices();
+    return std::make_unique<Hosted<JingleImportWindow, JingleImport>>(
+        host, place,
+        JingleImport::Services{.loop = have.loop,
+                               .prompter = have.prompter,
+                               .catalogue = have.catalogue,
+                               .paths = have.paths,
+                               .title = have.title});
+  };
+  return line;
+}
+
+WindowLine SearchLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = WindowId::kTrackSearch,
+                  .startsGroup = true,
+                  .words = Text::tr("Track &Search..."),
+                  .place = QStringLiteral("Search")};
+  line.make = [&desk, host, place = line.place] {
+    const Console::Services& have = desk.GetServices();
+    auto made = std::make_unique<Hosted<SearchWindow, TrackSearch>>(
+        host, place,
+        TrackSearch::Services{.loop = have.loop, .prompter = have.prompter, .catalogue = have.catalogue});
+    made->window.OnAdd = [&desk, adding = std::make_shared<JobList>()](std::vector<Mref> tracks) {
+      adding->Add(desk.Queue().AddTracks(std::move(tracks), PlayQueue::Route::Search));
+    };
+    return made;
+  };
+  return line;
+}
+
+}  // namespace
+
+std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
+  const Console::Services& have = desk.GetServices();
+  const WindowHost host{
+      .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
+  return {ImportLine(desk, host), TransferLine(desk, host), UtilityLine(desk, host), JinglesLine(desk, host),
+          SearchLine(desk, host)};
+}
+
+}  // namespace kelvo

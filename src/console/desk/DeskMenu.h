@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+namespace kelvo {
+
+/// The menus of the console, from left to right.
+enum class DeskMenu { File, View, Library, Desk };
+
+/// Windows that a button of the console itself opens, by their id in the table of windows.
+namespace WindowId {
+inline const QString kTrackSearch = QStringLiteral("TrackSearch");
+}
+
+}  // namespace kelvo

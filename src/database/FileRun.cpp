@@ -1,0 +1,160 @@
+#include "database/FileRun.h"
+
+#include "database/TrackNames.h"
+#include "platform/ErrorLog.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+namespace kelvo {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Nanoseconds kWatch = 100ms;
+
+bool IsLackOfRoom(const std::exception_ptr& failure) {
+  try {
+    std::rethrow_exception(failure);
+  } catch (const Failure& known) {
+    return known.Number() == ENOSPC || known.Number() == EDQUOT;
+  } catch (...) {
+    return false;
+  }
+}
+
+}  // namespace
+
+FileOutcome OutcomeOf(CopyResult result) {
+  switch (result) {
+    case CopyResult::Copied:
+      return FileOutcome::Done;
+    case CopyResult::Stopped:
+      return FileOutcome::Stopped;
+    case CopyResult::Existed:
+      break;
+  }
+  return FileOutcome::Existed;
+}
+
+int FileSum::Count(FileOutcome outcome) const {
+  return static_cast<int>(std::count(outcomes.begin(), outcomes.end(), outcome));
+}
+
+bool FileSum::EndedBy(FileOutcome outcome) const {
+  return !outcomes.empty() && outcomes.back() == outcome;
+}
+
+double FileProgress::Percent() const {
+  if (files == 0) return 0;
+  const double part = total > 0 ? static_cast<double>(done) / static_cast<double>(total) : 0;
+  return 100.0 * (finished + std::min(part, 1.0)) / files;
+}
+
+void FileRun::Reset() {
+  stop_ = false;
+  ifTaken = IfTaken::Ask;
+  progress_ = {};
+  TellProgress();
+}
+
+void FileRun::Stop() {
+  stop_ = true;
+  if (control_) control_->stop = true;
+}
+
+FileProgress FileRun::Progress() const {
+  FileProgress progress = progress_;
+  if (control_) {
+    progress.done = control_->done;
+    progress.total = control_->total;
+  }
+  return progress;
+}
+
+void FileRun::Show(const QString& words) {
+  progress_.words = words;
+  TellProgress();
+}
+
+void FileRun::Note(const QString& line) {
+  messages_.append(line);
+  NoteInLog(line);
+}
+
+Job<FileSum> FileRun::Run(Work work) {
+  FileSum sum;
+  messages_.clear();
+  progress_.files = static_cast<int>(work.files);
+  for (std::size_t file = 0; file < work.files && !stop_; ++file) {
+    FileOutcome outcome = FileOutcome::Failed;
+    step_.clear();
+    try {
+      Job<FileOutcome> one = work.step(file);
+      outcome = co_await std::move(one);
+    } catch (...) {
+      outcome = Fail(work, std::current_exception());
+    }
+    watch_.Stop();
+    control_.reset();
+    ++progress_.finished;
+    sum.outcomes.push_back(outcome);
+    if (work.after) work.after(file, outcome);
+    if (outcome == FileOutcome::NoRoom || outcome == FileOutcome::Stopped) break;
+  }
+  sum.messages = std::exchange(messages_, {});
+  co_return sum;
+}
+
+FileOutcome FileRun::Fail(const Work& work, const std::exception_ptr& failure) {
+  const QString tag = step_.isEmpty() ? work.tag : work.tag + QLatin1Char(' ') + step_;
+  const bool full = IsLackOfRoom(failure);
+  // Of a full disk the operator is told when the run has ended.
+  if (work.failures == Failures::Told && !full) {
+    messages_.append(ErrorLog::Compose(failure, tag));
+    basHandleError(tag, failure);
+  } else {
+    Note(ErrorLog::Compose(failure, tag));
+  }
+  return full ? FileOutcome::NoRoom : FileOutcome::Failed;
+}
+
+Job<bool> FileRun::IsMusic(QString path) {
+  const auto look = [path] { return CheckMediaFile(path); };
+  co_return co_await loop_.Offload(EventLoop::Lane::Apart, look);
+}
+
+Job<bool> FileRun::HasRoom(RoomCheck check, QString folder, QString file) {
+  const auto look = [check, folder, file] { return check(folder, QFileInfo(file).size()); };
+  co_return co_await loop_.Offload(EventLoop::Lane::Apart, look);
+}
+
+Job<CopyResult> FileRun::Copy(CopyOrder order) {
+  control_ = std::make_shared<CopyControl>();
+  control_->stop = stop_;
+  watch_ = loop_.Every(kWatch, [this] { TellProgress(); });
+  const CopyResult result = co_await CopyFileLater(loop_, std::move(order), control_);
+  watch_.Stop();
+  TellProgress();
+  co_return result;
+}
+
+Job<IfTaken> FileRun::AskIfTaken(Prompter& prompter, Prompt question) {
+  if (ifTaken != IfTaken::Ask) co_return ifTaken;
+  const Answer answer = co_await prompter.Ask(question);
+  if (answer == Answer::Yes) co_return IfTaken::Replace;
+  co_return answer == Answer::No ? IfTaken::Rename : IfTaken::LeaveOut;
+}
+
+void AddCount(QStringList& lines, int number, const QString& words) {
+  if (number > 0) lines.append(QString::number(number) + words);
+}
+
+QString MegabytesText(std::int64_t bytes) {
+  return QString::number(static_cast<double>(bytes) / 1048576, 'f', 4);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "ui/CommandButton.h"
+#include "ui/ScalableIcon.h"
+
+#include <QKeySequence>
+
+#include <functional>
+#include <optional>
+
+namespace kelvo {
+
+/// A command of a window: all that its button is made of. A value.
+struct Command {
+  QString name;            ///< its object name
+  QString fixedName = {};  ///< see SetNames
+  QString words;           ///< on the button
+  QString tooltip = {};    ///< the key is put behind it
+  QKeySequence key = {};   ///< works wherever the focus is in the window; empty: none
+  QString keyWords = {};   ///< told in place of `key` where the key is handled elsewhere
+  std::optional<Icon> icon = {};
+  QString role = {};                        ///< see Theme::SetRole
+  Qt::FocusPolicy focus = Qt::StrongFocus;  ///< TabFocus: a click leaves the keyboard where it is
+  std::function<void()> run = {};
+};
+
+/// Makes the button of a command, owned by `owner`, in whose window its key works.
+CommandButton* AddCommand(QWidget& owner, const Command& command);
+
+}  // namespace kelvo

@@ -1,0 +1,58 @@
+#include "ui/ToolWindow.h"
+
+#include "ui/EnterKey.h"
+#include "ui/Naming.h"
+#include "ui/TabOrder.h"
+
+#include <QCloseEvent>
+#include <QShortcut>
+
+namespace kelvo {
+
+ToolWindow::ToolWindow(const Look& look) {
+  SetNames(*this, look.name, look.fixedName);
+  setWindowTitle(look.title);
+  resize(fontMetrics().averageCharWidth() * look.letters, fontMetrics().height() * look.lines);
+  new EnterKey(*this);
+  connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this, &QWidget::close);
+  connect(new QShortcut(QKeySequence(Qt::Key_F5), this), &QShortcut::activated, this, [this] { Refresh(); });
+}
+
+ToolWindow::~ToolWindow() = default;
+
+void ToolWindow::KeepPlace(SettingsStore& settings, const PlaceKeys& keys) {
+  place_ = std::make_unique<WindowPlace>(*this, settings, keys);
+}
+
+void ToolWindow::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  if (event->spontaneous()) return;
+  TabByLayout(*this);
+  Enter();
+}
+
+void ToolWindow::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  // A hide that comes from the window system (minimised, another desktop) leaves it open.
+  if (event->spontaneous()) return;
+  Leave();
+  Q_EMIT Left();
+}
+
+void ToolWindow::closeEvent(QCloseEvent* event) {
+  // Locked, it takes no hand: not that of the window manager either.
+  if (!isEnabled()) {
+    event->ignore();
+    return;
+  }
+  // The answer may come at once or much later; a window that may close is hidden then.
+  if (!closing_.Running()) closing_ = AskAndClose();
+  event->setAccepted(!isVisible());
+}
+
+Job<> ToolWindow::AskAndClose() {
+  const bool may = co_await MayClose();
+  if (may) hide();
+}
+
+}  // namespace kelvo
