@@ -277,24 +277,6 @@ TEST_F(ConsoleOnScreen, StaysOpenOnNoAndWritesItsSizeOnYes) {
   EXPECT_EQ(settings_.GetSetting(u"Kelvo"_s, u"ConStartup"_s, u"Width"_s), u"1400"_s);
 }
 
-TEST_F(ConsoleOnScreen, AsksForEachWindowByItsLineOfTheMenu) {
-  OpenWindow();
-  const std::pair<QString, void (ConsoleWindow::*)()> lines[] = {
-      {u"&Import Music..."_s, &ConsoleWindow::ImportWanted},
-      {u"&Transfer To Database..."_s, &ConsoleWindow::TransferWanted},
-      {u"&Utility Folder..."_s, &ConsoleWindow::UtilityWanted},
-      {u"Import &Jingles..."_s, &ConsoleWindow::JinglesWanted},
-      {u"Track &Search..."_s, &ConsoleWindow::SearchWanted}};
-  const QList<QAction*> actions = window_->findChildren<QAction*>();
-  for (const auto& [words, wanted] : lines) {
-    QSignalSpy spy(&*window_, wanted);
-    for (QAction* each : actions) {
-      if (each->text() == words) each->trigger();
-    }
-    EXPECT_EQ(spy.count(), 1) << words.toStdString();
-  }
-}
-
 TEST_F(ConsoleOnScreen, FitsItsSmallestSizeWithEveryCommandInSight) {
   OpenWindow();
   Resize(1024, 680);
