@@ -32,8 +32,7 @@ class CatalogueFeedOnDesk : public DeskTest {
   }
   [[nodiscard]] std::vector<int> TracksInQueue() {
     std::vector<int> tracks;
-    for (int index = 1; index <= Queue().Count(); ++index)
-      tracks.push_back(ToInt(Queue().Row(index).track));
+    for (int index = 1; index <= Queue().Count(); ++index) tracks.push_back(ToInt(Queue().Row(index).track));
     return tracks;
   }
 };

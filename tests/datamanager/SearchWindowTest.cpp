@@ -1,4 +1,3 @@
-#include "datamanager/windows/SearchModel.h"
 #include "datamanager/windows/SearchWindow.h"
 #include "platform/SimulatedEventLoop.h"
 #include "support/Lookup.h"
@@ -94,15 +93,15 @@ TEST_F(SearchOnScreen, FindsWhatIsTypedAndHandsTheSelectionOver) {
 }
 
 TEST_F(SearchOnScreen, ResultsFollowTheirTracks) {
-  auto& list = Find<ListTable>(u"ListView1"_s);
-  QTest::keyClicks(&Find<QLineEdit>(u"Text1"_s), u"love"_s);
-  QTest::keyClick(&Find<QLineEdit>(u"Text1"_s), Qt::Key_Return);
+  auto& list = Find<ListTable>(u"LstResults"_s);
+  QTest::keyClicks(&Find<QLineEdit>(u"TxtSearch"_s), u"love"_s);
+  QTest::keyClick(&Find<QLineEdit>(u"TxtSearch"_s), Qt::Key_Return);
   ASSERT_EQ(list.model()->rowCount(), 2);
   list.selectRow(1);
   catalogue.Rename(ToMref(2), u"Renamed.mp3"_s);
   catalogue.Remove(ToMref(1));
   ASSERT_EQ(list.model()->rowCount(), 1);
-  EXPECT_EQ(list.model()->index(0, SearchModel::Track).data().toString(), u"Renamed"_s);
+  EXPECT_EQ(list.model()->index(0, 0).data().toString(), u"Renamed"_s);
   Click(u"CmdAdd"_s);
   EXPECT_THAT(added, ElementsAre(ToMref(1))) << "what was selected, under its number of now";
 }

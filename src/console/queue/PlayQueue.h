@@ -64,8 +64,8 @@ class PlayQueue : public QObject {
   [[nodiscard]] bool MayCut() const;
   [[nodiscard]] bool MayClear() const;
   [[nodiscard]] bool MaySort() const;
-  /// What became of the first row of this track, or of `row` when it has left the catalogue; none when there is
-  /// no such row.
+  /// What became of the first row of this track, or of `row` when it has left the catalogue; none when there
+  /// is no such row.
   [[nodiscard]] std::optional<RowStatus> StatusOf(Mref track, RowId row = RowId::None) const;
 
   /// Where tracks come from. The library adds each track once only; a search adds what it is told to.
@@ -99,8 +99,8 @@ class PlayQueue : public QObject {
   [[nodiscard]] QString TimingsCaption() const;
   void SwitchTimings();
 
-  /// What became of a track, in its first row, or in `row` when it has left the catalogue; a request is met by
-  /// that. Nothing while a preview runs.
+  /// What became of a track, in its first row, or in `row` when it has left the catalogue; a request is met
+  /// by that. Nothing while a preview runs.
   void MarkQueueRow(Mref track, RowStatus status, RowId row = RowId::None);
   /// Automatic play starts: nothing was played yet, and requests are rows like all others.
   void ResetMarks();
