@@ -15,10 +15,9 @@ namespace {
 /// Inserts a name at its place among the others.
 void InsertInOrder(QStringList& list, const QString& name) {
   const QString upper = name.toUpper();
-  const auto place = std::lower_bound(list.begin(), list.end(), upper,
-                                      [](const QString& left, const QString& right) {
-                                        return left.toUpper() < right;
-                                      });
+  const auto place =
+      std::lower_bound(list.begin(), list.end(), upper,
+                       [](const QString& left, const QString& right) { return left.toUpper() < right; });
   list.insert(place, name);
 }
 

@@ -301,8 +301,7 @@ Job<LoadOutcome> CatalogueLoader::LoadTracks() {
         if (!co_await AppendOdd(readerFor(start), fileName, record.status))
           co_return LoadOutcome::UnstableFile;
       }
-      Show(tracks, tables_.LastTrack(), static_cast<int>(count),
-           QStringLiteral("Extracting Track Data.. ("));
+      Show(tracks, tables_.LastTrack(), static_cast<int>(count), QStringLiteral("Extracting Track Data.. ("));
       co_await turn.Yield();
     }
   }

@@ -10,9 +10,9 @@ std::string Utf8(const QString& text) {
 /// The columns of pooled texts, one by one.
 template <typename Tables, typename Work>
 void ForEachPool(Tables& tables, Work work) {
-  for (auto* column : {&tables.TrackGenres, &tables.TrackArtists, &tables.TrackAlbums, &tables.TrackDates,
-                       &tables.TrackBpm, &tables.TrackHi, &tables.TrackStartEnd, &tables.TrackGain,
-                       &tables.TrackExtensions}) {
+  for (auto* column :
+       {&tables.TrackGenres, &tables.TrackArtists, &tables.TrackAlbums, &tables.TrackDates, &tables.TrackBpm,
+        &tables.TrackHi, &tables.TrackStartEnd, &tables.TrackGain, &tables.TrackExtensions}) {
     work(*column);
   }
 }

@@ -25,8 +25,9 @@ struct CatalogueRow {
   double duration = -1;  ///< seconds; below 0 is unknown
 };
 
-/// The tables of the media database, by row number. Rows are numbered from 1: row 0 exists, stays empty and is
-/// no track. A value: the CatalogueLoader fills one and hands it to the Catalogue, which everybody else reads.
+/// The tables of the media database, by row number. Rows are numbered from 1: row 0 exists, stays empty and
+/// is no track. A value: the CatalogueLoader fills one and hands it to the Catalogue, which everybody else
+/// reads.
 class CatalogueTables {
  public:
   /// Empty tables; `musicFolder` is where the tracks to come lie.

@@ -72,8 +72,7 @@ QStringList CleanUtilityFolder(const Paths& paths) {
 Job<> FindStagedFiles(EventLoop& loop, Catalogue& catalogue, Paths paths) {
   std::vector<StagedFileChanged> meanwhile;
   const QObject listener;
-  catalogue.Listen(&listener,
-                   [&meanwhile](const StagedFileChanged& change) { meanwhile.push_back(change); });
+  catalogue.Listen(&listener, [&meanwhile](const StagedFileChanged& change) { meanwhile.push_back(change); });
   const auto list = [paths] { return ListUtilityFolder(paths); };
   UtilityListing waiting = co_await loop.Offload(EventLoop::Lane::Apart, list);
   for (const QString& line : waiting.passedOver) NoteInLog(line);

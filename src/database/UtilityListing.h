@@ -25,8 +25,8 @@ struct UtilityListing {
 /// that wait in the others. What fails is skipped. Blocks; any thread.
 [[nodiscard]] QStringList CleanUtilityFolder(const Paths& paths);
 
-/// Lists the waiting files off the logic's thread and gives them to the catalogue. What is staged or taken away
-/// during the look is heeded. Throws Failure when the utility folder cannot be read.
+/// Lists the waiting files off the logic's thread and gives them to the catalogue. What is staged or taken
+/// away during the look is heeded. Throws Failure when the utility folder cannot be read.
 [[nodiscard]] Job<> FindStagedFiles(EventLoop& loop, Catalogue& catalogue, Paths paths);
 
 }  // namespace kelvo

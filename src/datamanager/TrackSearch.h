@@ -23,8 +23,8 @@ struct SearchQuestion {
   bool titleFirst = false;   ///< shows the tracks as title and artist
 };
 
-/// Finds tracks in the catalogue, with no look at the disk. What it found follows the catalogue. Owned by who shows it; the catalogue outlives it;
-/// logic thread.
+/// Finds tracks in the catalogue, with no look at the disk. What it found follows the catalogue. Owned by who
+/// shows it; the catalogue outlives it; logic thread.
 class TrackSearch : public QObject {
   Q_OBJECT
 

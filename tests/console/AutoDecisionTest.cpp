@@ -138,6 +138,16 @@ TEST(AutoDecisionTest, PreviewsRepeatATrackOnlyWhenAllWerePlayed) {
   EXPECT_TRUE(picks.Pick(12, draw));
   EXPECT_EQ(picks.Count(), 1);
   EXPECT_FALSE(picks.Pick(0, draw));
+
+  // A track in front of the picked ones goes: the others are still known to be used.
+  PreviewPicks others;
+  const auto third = [] { return 0.3; };
+  ASSERT_EQ(others.Pick(10, third), ToMref(3));
+  ASSERT_EQ(others.Pick(10, third), ToMref(4));
+  others.Remove(ToMref(1));
+  others.Remove(ToMref(3));
+  EXPECT_EQ(others.Count(), 1);
+  EXPECT_EQ(others.Pick(8, [] { return 0.25; }), ToMref(3)) << "2 is used";
 }
 
 }  // namespace

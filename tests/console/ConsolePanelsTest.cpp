@@ -348,4 +348,25 @@ TEST_F(ConsolePanels, NewTracksComeToTheListThatTheOperatorHasOpen) {
   EXPECT_EQ(Cell(Find<ListTable>(u"Lstartname"_s), 1), u"THE NEWCOMERS"_s);
 }
 
+TEST_F(ConsolePanels, TheListShowsNewNamesAndLosesRemovedTracksWithTheSelectionAsItWas) {
+  OpenWindow();
+  QTest::keyClicks(&Find<QLineEdit>(u"TrackFilter"_s), u"a"_s);
+  Library().selectAll();
+  ASSERT_EQ(SelectedRows(Library()), (std::vector<int>{1, 2, 3}));
+  QString painted;
+  QObject::connect(Library().model(), &QAbstractItemModel::dataChanged, &*window_,
+                   [&](const QModelIndex& first) { painted = first.data().toString(); });
+  catalogue_.Rename(ToMref(2), u"bravado.mp3"_s);
+  EXPECT_EQ(painted, u"Bravado"_s);
+  catalogue_.Remove(ToMref(1));
+  loop_.RunFor(100ms);
+  EXPECT_EQ(Cell(Library(), 0), u"Bravado"_s);
+  EXPECT_EQ(Cell(Library(), 1), u"Gamma"_s);
+  EXPECT_EQ(SelectedRows(Library()), (std::vector<int>{1, 2}));
+  EXPECT_EQ(Find<QLabel>(u"Label7"_s).text(), u"2 of 2"_s);
+  Click(u"Command31"_s);
+  loop_.RunFor(100ms);
+  EXPECT_EQ(Column(TrackColumn), QStringList{u"Gamma"_s}) << "the other file was not renamed on disk";
+}
+
 }  // namespace

@@ -200,29 +200,19 @@ TEST_F(PlayQueueTest, UnplayedRequestsCanSurviveAClear) {
   EXPECT_EQ(Queue().Count(), 0);
 }
 
-/// Answers while something else happens at the desk.
-class BusyPrompter : public testing::ScriptedPrompter {
- public:
-  Job<Answer> Ask(Prompt prompt) override {
-    meanwhile();
-    return ScriptedPrompter::Ask(prompt);
-  }
-  std::function<void()> meanwhile;
-};
-
 TEST_F(PlayQueueTest, AutomaticPlayThatBeganWhileTheQuestionStoodKeepsItsRows) {
-  BusyPrompter prompter;
+  testing::ScriptedPrompter prompter;
   ConsoleState state;
   Disks disks(loop_);
   PlayQueue queue(loop_, disks, prompter, catalogue_, state);
   Finish(queue.AddTracks({ToMref(1), ToMref(2)}));
   prompter.answers = {Answer::Ok, Answer::Yes};
-  prompter.meanwhile = [&state] { state.AutoPlayOn = true; };
+  prompter.meanwhile = [&state](const Prompt&) { state.AutoPlayOn = true; };
   Finish(queue.ClearQueue());
   EXPECT_EQ(queue.Count(), 2);
   state.AutoPlayOn = false;
   queue.SetGroup({});
-  prompter.meanwhile = [&state] { state.GroupPlayOn = true; };
+  prompter.meanwhile = [&state](const Prompt&) { state.GroupPlayOn = true; };
   Finish(queue.AddTracks({ToMref(3)}));
   EXPECT_EQ(queue.Count(), 2);
   EXPECT_TRUE(queue.GroupQueueFlag());

@@ -92,7 +92,9 @@ class CatalogueFeed : public ::testing::Test {
     catalogue_.Replace(std::move(tables));
     catalogue_.Listen(
         &listener_, [this](const CatalogueReplaced&) { told_.append(u"replaced"_s); },
-        [this](const TrackAdded& added) { Tell(u"added"_s, added.track, catalogue_.TrackNames[added.track]); },
+        [this](const TrackAdded& added) {
+          Tell(u"added"_s, added.track, catalogue_.TrackNames[added.track]);
+        },
         [this](const TrackChanged& change) {
           Tell(u"changed %1"_s.arg(change.fields.toInt()), change.track,
                u"%1 to %2"_s.arg(change.durationBefore).arg(catalogue_.TrackDurations(change.track)));

@@ -27,16 +27,6 @@ const QByteArray kNewInfo =
     "~ALL CATEGORIES\r\n~ALL ARTISTS,Amber\r\n~ALL ALBUMS,Best\r\n2005-Dec\r\n0\r\n0\r\n0,1,1\r\n3,3\r\n"
     "25,25\r\n1\r\n0\r\n?\r\n60\r\nTrack Added On 01/06/2007\r\n";
 
-/// Answers while something else happens.
-class BusyPrompter : public ScriptedPrompter {
- public:
-  Job<Answer> Ask(Prompt prompt) override {
-    if (meanwhile) meanwhile(prompt);
-    return ScriptedPrompter::Ask(prompt);
-  }
-  std::function<void(const Prompt&)> meanwhile;
-};
-
 class TransferTest : public ::testing::Test {
  protected:
   TransferTest() { Open(); }
@@ -86,7 +76,7 @@ class TransferTest : public ::testing::Test {
 
   TestDatabase database_;
   SimulatedEventLoop loop_;
-  BusyPrompter prompter_;
+  ScriptedPrompter prompter_;
   ErrorLog log_{loop_, prompter_, database_.tree.Path(u"kelvo.log"_s)};
   ClockAudio audio_{loop_};
   Catalogue catalogue_;

@@ -33,7 +33,8 @@ class UtilityFolderTest : public ::testing::Test {
   UtilityFolderTest() { Open(); }
   void Open() {
     folder_.reset();
-    folder_.emplace(UtilityFolder::Services{loop_, settings_, audio_, catalogue_, database_.paths, u"Kelvo"_s});
+    folder_.emplace(
+        UtilityFolder::Services{loop_, settings_, audio_, catalogue_, database_.paths, u"Kelvo"_s});
   }
   QString Add(const QString& name) {
     const QString path = database_.Add(Paths::Utility, name);

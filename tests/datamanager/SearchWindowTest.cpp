@@ -95,6 +95,20 @@ TEST_F(SearchOnScreen, FindsWhatIsTypedAndHandsTheSelectionOver) {
   EXPECT_THAT(added, ElementsAre(ToMref(2)));
 }
 
+TEST_F(SearchOnScreen, ResultsFollowTheirTracks) {
+  auto& list = Find<ListTable>(u"LstResults"_s);
+  QTest::keyClicks(&Find<QLineEdit>(u"TxtSearch"_s), u"love"_s);
+  QTest::keyClick(&Find<QLineEdit>(u"TxtSearch"_s), Qt::Key_Return);
+  ASSERT_EQ(list.model()->rowCount(), 2);
+  list.selectRow(1);
+  catalogue.Rename(ToMref(2), u"Renamed.mp3"_s);
+  catalogue.Remove(ToMref(1));
+  ASSERT_EQ(list.model()->rowCount(), 1);
+  EXPECT_EQ(list.model()->index(0, 0).data().toString(), u"Renamed"_s);
+  Click(u"CmdAdd"_s);
+  EXPECT_THAT(added, ElementsAre(ToMref(1))) << "what was selected, under its number of now";
+}
+
 TEST_F(SearchOnScreen, TypesWithTheKeysOnTheScreenIntoTheBoxThatHasTheFocus) {
   ClickKey(u"R"_s);
   ClickKey(u"&"_s);

@@ -21,6 +21,7 @@ T Next(std::deque<T>& script, T otherwise, const QString& question) {
 
 Job<Answer> ScriptedPrompter::Ask(Prompt prompt) {
   asked.push_back(prompt);
+  if (meanwhile) meanwhile(prompt);
   if (away) {
     OneShot<Answer> never;
     co_return co_await never.Wait();

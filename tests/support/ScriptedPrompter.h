@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <deque>
+#include <functional>
 #include <vector>
 
 namespace kelvo::testing {
@@ -25,6 +26,8 @@ class ScriptedPrompter : public Prompter {
   std::deque<QString> texts;
   std::deque<std::optional<QString>> paths;
 
+  /// Happens while an Ask stands, before its answer.
+  std::function<void(const Prompt&)> meanwhile;
   bool away = false;  ///< nobody answers an Ask: it stands until it is dropped
 
   int secretsAsked = 0;

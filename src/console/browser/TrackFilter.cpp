@@ -51,7 +51,8 @@ void TrackFilter::AppendLine(Mref track, std::string* to) const {
 }
 
 void TrackFilter::Count(std::string_view line, int by) {
-  for (const char letter : line) counts_[static_cast<unsigned char>(letter)] += static_cast<std::uint32_t>(by);
+  for (const char letter : line)
+    counts_[static_cast<unsigned char>(letter)] += static_cast<std::uint32_t>(by);
 }
 
 Job<> TrackFilter::Extend(EventLoop& loop) {
@@ -101,7 +102,8 @@ void TrackFilter::PutLine(std::size_t row, const std::string& line) {
     alphabets_[row] = AlphabetOf(line);
   }
   // Lengths wrap round: a shorter line is a step back.
-  for (std::size_t each = row + (line.empty() ? 0 : 1); each < starts_.size(); ++each) starts_[each] += longer;
+  for (std::size_t each = row + (line.empty() ? 0 : 1); each < starts_.size(); ++each)
+    starts_[each] += longer;
 }
 
 const char* TrackFilter::FindWord(const Word& word, const char* from, const char* end) const {

@@ -83,7 +83,7 @@ void DeckEngine::StartDeck(Deck deck) {
   const double from = players_[deck]->CurrentPosition();
   motions_[deck] = {from, from, services_.loop.Elapsed(),
                     services_.loop.After(kNoSound, [this, deck] { CheckStart(deck); })};
-  services_.queue.MarkQueueRow(record.CatalogueIndex, RowStatus::NowPlaying);
+  services_.queue.MarkQueueRow(record.CatalogueIndex, RowStatus::NowPlaying, record.Row);
   if (!services_.state.PlaysByItself()) RecordSession(SessionCode::TrackStarted, deck);
   Q_EMIT Changed(deck);
   if (OnStarted) OnStarted(deck);
@@ -150,7 +150,7 @@ void DeckEngine::StopDeck(Deck deck) {
     record.Position = players_[deck]->CurrentPosition();
   }
   record.State = DeckState::Done;
-  services_.queue.MarkQueueRow(record.CatalogueIndex, RowStatus::Stopped);
+  services_.queue.MarkQueueRow(record.CatalogueIndex, RowStatus::Stopped, record.Row);
   RecordSession(SessionCode::TrackStopped, deck);
   Q_EMIT Changed(deck);
 }
@@ -200,7 +200,7 @@ Job<> DeckEngine::WaitForAudio(Deck deck, std::function<bool()> givenUp) {
 
 bool DeckEngine::WasRecentlyPlayed(Deck deck) const {
   return decks_[deck].State == DeckState::Done &&
-         services_.queue.StatusOf(decks_[deck].CatalogueIndex) == RowStatus::Played;
+         services_.queue.StatusOf(decks_[deck].CatalogueIndex, decks_[deck].Row) == RowStatus::Played;
 }
 
 void DeckEngine::BeginFastMove(Deck deck, FastMove move) {
@@ -301,7 +301,7 @@ void DeckEngine::EndOfStream(Deck deck) {
     RecordSession(SessionCode::EndOfTrack, deck, static_cast<double>(Int(record.Duration)));
   }
   record.PlayedOut = true;
-  services_.queue.MarkQueueRow(record.CatalogueIndex, RowStatus::Played);
+  services_.queue.MarkQueueRow(record.CatalogueIndex, RowStatus::Played, record.Row);
   record.Position = record.Duration;
   record.RemainSeconds = 0;
   record.State = DeckState::Done;

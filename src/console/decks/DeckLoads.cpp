@@ -238,7 +238,7 @@ void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInf
     record.TrackInfoText.prepend(RequestWords(request.requestText, infoTextWidth_));
 
   if (old.State != DeckState::Empty && old.Position > 0 && old.Position < old.Duration) {
-    services_.queue.MarkQueueRow(old.CatalogueIndex, RowStatus::Faded);
+    services_.queue.MarkQueueRow(old.CatalogueIndex, RowStatus::Faded, old.Row);
   }
   // Automatic play looks first at what it loads itself.
   if (coming_[deck].patience == Disks::Patience::Person) TakeFadeIn(deck);

@@ -98,8 +98,14 @@ int PlayQueue::FindTrack(Mref track) const {
   return found == rows_.end() ? 0 : static_cast<int>(found - rows_.begin()) + 1;
 }
 
-std::optional<RowStatus> PlayQueue::StatusOf(Mref track) const {
-  const int index = FindTrack(track);
+int PlayQueue::FindRow(Mref track, RowId row) const {
+  if (track != Mref::None || row == RowId::None) return FindTrack(track);
+  const int index = IndexOf(row);
+  return index != 0 && Row(index).soundBite ? FindTrack(track) : index;
+}
+
+std::optional<RowStatus> PlayQueue::StatusOf(Mref track, RowId row) const {
+  const int index = FindRow(track, row);
   if (index == 0) return std::nullopt;
   return Row(index).status;
 }
@@ -399,9 +405,9 @@ void PlayQueue::SwitchTimings() {
   TellRowsChanged();
 }
 
-void PlayQueue::MarkQueueRow(Mref track, RowStatus status) {
+void PlayQueue::MarkQueueRow(Mref track, RowStatus status, RowId rowId) {
   if (state_.PreviewOn) return;
-  const int index = FindTrack(track);
+  const int index = FindRow(track, rowId);
   if (index == 0) return;
   QueueEntry& row = rows_[static_cast<std::size_t>(index - 1)];
   row.status = status;

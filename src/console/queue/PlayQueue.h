@@ -64,8 +64,9 @@ class PlayQueue : public QObject {
   [[nodiscard]] bool MayCut() const;
   [[nodiscard]] bool MayClear() const;
   [[nodiscard]] bool MaySort() const;
-  /// What became of the first row of this track; none when there is no such row.
-  [[nodiscard]] std::optional<RowStatus> StatusOf(Mref track) const;
+  /// What became of the first row of this track, or of `row` when it has left the catalogue; none when there
+  /// is no such row.
+  [[nodiscard]] std::optional<RowStatus> StatusOf(Mref track, RowId row = RowId::None) const;
 
   /// Where tracks come from. The library adds each track once only; a search adds what it is told to.
   enum class Route { Library, Search };
@@ -98,8 +99,9 @@ class PlayQueue : public QObject {
   [[nodiscard]] QString TimingsCaption() const;
   void SwitchTimings();
 
-  /// What became of a track, in its first row; a request is met by that. Nothing while a preview runs.
-  void MarkQueueRow(Mref track, RowStatus status);
+  /// What became of a track, in its first row, or in `row` when it has left the catalogue; a request is met
+  /// by that. Nothing while a preview runs.
+  void MarkQueueRow(Mref track, RowStatus status, RowId row = RowId::None);
   /// Automatic play starts: nothing was played yet, and requests are rows like all others.
   void ResetMarks();
   /// What the operator should know of a command that did less than was asked.
@@ -131,6 +133,7 @@ class PlayQueue : public QObject {
   void TellRowsChanged();
   [[nodiscard]] QString GenreColumnText(Mref track) const;
   [[nodiscard]] int FindTrack(Mref track) const;
+  [[nodiscard]] int FindRow(Mref track, RowId row) const;
   /// For the total; 0 when the length is unknown.
   [[nodiscard]] static qint64 WholeSeconds(double duration);
   [[nodiscard]] qint64 SecondsOf(Mref track) const;
