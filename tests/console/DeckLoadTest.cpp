@@ -186,11 +186,15 @@ TEST_F(DeckLoadTest, ADeckThatPlaysUnheardAndAutomaticPlayLoadWithoutAsking) {
   int overrides = 0;
   Decks().CheckFadeOverride = [&overrides](Deck) { ++overrides; };
   const std::size_t records = SessionCodes().size();
-  Load(Deck::One, 3);
+  Queue().Click(3);
+  const Job<DeckLoad> load = Decks().LoadDeck(Deck::One);
+  EXPECT_TRUE(loop_.RunUntil([&load] { return !load.Running(); }, 30s));
   EXPECT_EQ(Record(Deck::One).Title, u"Gamma"_s);
   EXPECT_EQ(overrides, 0) << "only a track that it has looked at";
   Decks().TakeFadeIn(Deck::One);
   EXPECT_EQ(overrides, 1);
+  Load(Deck::One, 1);
+  EXPECT_EQ(overrides, 2) << "one that comes by hand at once";
   EXPECT_EQ(SessionCodes().size(), records) << "automatic play records no load";
 }
 

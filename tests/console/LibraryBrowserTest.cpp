@@ -209,7 +209,8 @@ TEST_F(Browsing, SortsStablyDatesBackwardsNumbersByValueAndKeepsTheOrderForWhatC
   Press(Stage::Genre, u"ROCK"_s);
   EXPECT_EQ(Rows(), (Numbers{2, 1, 3, 4}));
   TrackOrder order(catalogue_);
-  Settle(order.Sort(loop_, LibraryColumn::Mref));
+  Job<> sorting = order.Sort(loop_, LibraryColumn::Mref);
+  ASSERT_TRUE(loop_.RunUntil([&sorting] { return !sorting.Running(); }));
   Add(u"late"_s, {}, {});
   EXPECT_EQ(order.Tracks().size(), 6U);
   EXPECT_EQ(order.Tracks().back(), ToMref(6));

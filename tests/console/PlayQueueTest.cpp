@@ -345,7 +345,7 @@ TEST_F(DeskTest, ATrackThatIsCutWhileManyAreAddedIsAddedAnew) {
   Queue().CutSelected();
   ASSERT_TRUE(loop_.RunUntil([&adding] { return !adding.Running(); }, 1s));
   ASSERT_EQ(Queue().Count(), 200);
-  EXPECT_EQ(Queue().Row(200).Track(), tracks.back());
+  EXPECT_EQ(Queue().Row(200).track, tracks.back());
 }
 
 TEST_F(PlayQueueTest, TracksThatComeMeanwhileLeaveTheOperatorsSelection) {
