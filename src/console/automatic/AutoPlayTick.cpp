@@ -62,7 +62,7 @@ void AutoPlay::AutoTick() {
   if (now_.AutoTransition == TransitionKind::None) now_.AutoTransition = TransitionKind::Dub;
   const TickDecision decision = Decide();
   if (decision.start && !lag_.Running()) {
-    if (mode_ == AutoMode::Jukebox && services_.settings.JukeLag > 0) {
+    if (mode_ == AutoMode::Jukebox && services_.settings.Get(setting::JukeLag) > 0) {
       lag_ = StartAfterLag(*decision.start, decision.transition);
     } else {
       StartNext(*decision.start, decision.transition);
@@ -80,7 +80,7 @@ void AutoPlay::StartNext(Deck deck, TransitionKind transition) {
 }
 
 Job<> AutoPlay::StartAfterLag(Deck deck, TransitionKind transition) {
-  co_await services_.loop.Sleep(std::chrono::seconds(services_.settings.JukeLag));
+  co_await services_.loop.Sleep(std::chrono::seconds(services_.settings.Get(setting::JukeLag)));
   const bool stillThere = services_.decks.Record(deck).State == DeckState::Loaded;
   if (stillThere && !pauseAtEnd_ && !loader_.FadeHolds() && !Starting()) StartNext(deck, transition);
 }
