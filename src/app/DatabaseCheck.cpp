@@ -1,5 +1,6 @@
 #include "app/DatabaseCheck.h"
 
+#include "database/DatabaseSettings.h"
 #include "database/OlderForm.h"
 #include "platform/ErrorLog.h"
 #include "platform/OffloadWithin.h"
@@ -21,10 +22,6 @@ constexpr Nanoseconds kFolderLimit = 10s;
 /// A hundred thousand names come slowly from a share that does answer.
 constexpr Nanoseconds kListLimit = 30s;
 
-const QString kStartup = QStringLiteral("Startup");
-const QString kPathsKey = QStringLiteral("Paths");
-const QString kNoPaths = QStringLiteral("NoPaths");
-
 }  // namespace
 
 DatabaseCheck::DatabaseCheck(EventLoop& loop, Prompter& prompter, SettingsStore& settings, ProgramFacts facts,
@@ -36,7 +33,7 @@ DatabaseCheck::DatabaseCheck(EventLoop& loop, Prompter& prompter, SettingsStore&
       install_(std::move(install)) {}
 
 void DatabaseCheck::Save(const Paths& paths) {
-  settings_.SaveSetting(facts_.title, kStartup, kPathsKey, paths.ToSetting());
+  ProgramSettings(settings_, facts_.title).Set(setting::Paths, paths);
 }
 
 Job<Paths> DatabaseCheck::ThoseThere(Paths paths) {
@@ -121,13 +118,8 @@ Job<> DatabaseCheck::TellUnwritable() {
 Job<std::optional<Paths>> DatabaseCheck::Run() {
   if (!co_await SettingsWillDo()) co_return std::nullopt;
   co_await TellUnwritable();
-  const QString stored = settings_.GetSetting(facts_.title, kStartup, kPathsKey, kNoPaths);
-  std::optional<Paths> paths;
-  if (stored == kNoPaths) {
-    paths = co_await install_(Paths());
-  } else {
-    paths = Paths::FromSetting(stored);
-  }
+  std::optional<Paths> paths = ProgramSettings(settings_, facts_.title).Get(setting::Paths);
+  if (!paths) paths = co_await install_(Paths());
   while (paths) {
     const Paths present = co_await ThoseThere(*paths);
     int missing = Paths::kFirst;

@@ -55,8 +55,8 @@ void FolderChooser::Up() {
 void FolderChooser::MakeFolder(const QString& name) {
   const QString clean = name.trimmed();
   if (clean.isEmpty()) return;
-  if (clean.contains(QLatin1Char('/')) || clean.contains(QLatin1Char(','))) {
-    trouble_ = tr("The name of a folder cannot hold \"/\" or a comma.");
+  if (clean.contains(QLatin1Char('/'))) {
+    trouble_ = tr("The name of a folder cannot hold \"/\".");
     Q_EMIT Changed();
     return;
   }

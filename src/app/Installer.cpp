@@ -1,11 +1,12 @@
 #include "app/Installer.h"
 
 #include "app/FolderChooser.h"
+#include "console/DataManagerAccess.h"
+#include "console/status/StatusTick.h"
+#include "database/DatabaseSettings.h"
 #include "database/GenreNames.h"
-#include "database/TrackInfo.h"
 #include "platform/ChildProcess.h"
 #include "platform/ErrorLog.h"
-#include "platform/SettingsStore.h"
 #include "platform/SystemFacts.h"
 #include "platform/Words.h"
 
@@ -18,7 +19,10 @@
 namespace kelvo {
 namespace {
 
-const QString kStartup = QStringLiteral("Startup");
+constexpr SwitchSetting kDisclaim{{setting::kStartup, QLatin1StringView("Disclaim")}, false};
+constexpr TextSetting kAppPath{{setting::kProgInfo, QLatin1StringView("AppPath")}};
+constexpr TextSetting kVersion{{setting::kProgInfo, QLatin1StringView("Version")}};
+constexpr TextSetting kInstallDate{{setting::kProgInfo, QLatin1StringView("InstallDate")}};
 const QString kDemoName = QStringLiteral("demo");
 
 /// `location` with the folder `name` in it, unless it is that folder.
@@ -251,24 +255,19 @@ Job<> Installer::Finish(Paths paths) {
 
 void Installer::Save(const Paths& paths) {
   const ProgramFacts& facts = services_.facts;
-  const QString info = QStringLiteral("ProgInfo");
-  const auto save = [&](const QString& section, const QString& key, const QString& value) {
-    services_.settings.SaveSetting(facts.title, section, key, value);
-  };
-  save(kStartup, QStringLiteral("Paths"), paths.ToSetting());
-  save(kStartup, QStringLiteral("Disclaim"), QStringLiteral("0"));
-  save(kStartup, QStringLiteral("DmanAccess"), TruthText(true));
-  save(info, QStringLiteral("AppPath"), services_.programFolder);
-  save(info, QStringLiteral("Version"),
-       QStringLiteral("%1,%2,%3").arg(facts.major).arg(facts.minor).arg(facts.revision));
-  save(info, QStringLiteral("InstallDate"), services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy")));
+  const ProgramSettings settings(services_.settings, facts.title);
+  settings.Set(setting::Paths, paths);
+  settings.Set(kDisclaim, false);
+  settings.Set(setting::DmanAccess, true);
+  settings.Set(kAppPath, services_.programFolder);
+  settings.Set(kVersion, QStringLiteral("%1,%2,%3").arg(facts.major).arg(facts.minor).arg(facts.revision));
+  settings.Set(kInstallDate, services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy")));
 }
 
 void Installer::KeepDemoWarning(const QString& folder) {
-  const QString& title = services_.facts.title;
-  const QString key = QStringLiteral("AudioWarningFilePath");
-  if (!services_.settings.GetSetting(title, kStartup, key).isEmpty()) return;
-  services_.settings.SaveSetting(title, kStartup, key, QDir(folder).filePath(QStringLiteral("ello.Mp3")));
+  const ProgramSettings settings(services_.settings, services_.facts.title);
+  if (!settings.Get(setting::AudioWarningFilePath).isEmpty()) return;
+  settings.Set(setting::AudioWarningFilePath, QDir(folder).filePath(QStringLiteral("ello.Mp3")));
 }
 
 Job<> Installer::Refuse(QString why) {

@@ -1,6 +1,7 @@
 #include "app/SplashChecks.h"
 
 #include "audio/CMixer.h"
+#include "audio/MonitorSettings.h"
 #include "platform/AtomicFile.h"
 #include "platform/ErrorLog.h"
 #include "platform/SettingsStore.h"
@@ -207,8 +208,7 @@ Job<> SplashChecks::CheckAudio() {
     co_return;
   }
   const QString monitor =
-      services_.settings.GetSetting(services_.facts.title, QStringLiteral("Startup"),
-                                    QStringLiteral("PFLDeviceName"), QStringLiteral("None"));
+      ProgramSettings(services_.settings, services_.facts.title).Get(setting::PFLDeviceName);
   Say(QString::number(names.size()) + QStringLiteral(" Sound Output Devices Installed: PFL Was Enabled. ") +
       (monitor == QStringLiteral("None") ? QStringLiteral("(Please Select PFL Device In Configuration)")
                                          : QStringLiteral(" Current PFL Device is ") + monitor));

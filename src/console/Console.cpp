@@ -1,7 +1,7 @@
 #include "console/Console.h"
 
+#include "database/DatabaseSettings.h"
 #include "platform/ErrorLog.h"
-#include "platform/SettingsStore.h"
 #include "platform/Words.h"
 
 #include <QFileInfo>
@@ -19,7 +19,9 @@ QString TotalTracks(const Catalogue& catalogue) {
 
 Console::Console(Services services)
     : services_(std::move(services)),
-      settings_(ReadConsoleSettings(services_.settings, services_.title, services_.programFolder)),
+      settings_(services_.settings, services_.title),
+      play_(settings_.Get(setting::PlaySettings).value_or(PlaySettings::Of(ReadTrackDefaults(settings_)))),
+      jingles_(settings_.Get(setting::JingleSettings).value_or(JingleSettings())),
       sessionStart_(services_.loop.Now()),
       disks_(services_.loop),
       queue_(services_.loop, disks_, services_.prompter, services_.catalogue, state_),
@@ -27,8 +29,8 @@ Console::Console(Services services)
       session_(services_.catalogue, [this](Deck deck) { return FactsFor(deck); }),
       log_(services_.loop, services_.documents, services_.title),
       decks_({services_.loop, disks_, services_.audio, services_.catalogue, queue_, panel_, state_, session_,
-              services_.paths, settings_.defaults, settings_.decks}),
-      transitions_({services_.loop, state_, decks_, panel_, session_, settings_.PanFadeBias}),
+              services_.paths, settings_}),
+      transitions_({services_.loop, state_, decks_, panel_, session_, settings_}),
       speak_({services_.loop, state_, decks_}),
       random_(services_.seed ? RandomSource(*services_.seed) : RandomSource()),
       auto_(ForAutoPlay()),
@@ -37,14 +39,14 @@ Console::Console(Services services)
       tick_({services_.loop, state_, decks_, queue_, panel_, *warningPlayer_, services_.title,
              services_.version, services_.aboutLine, sessionStart_}),
       lock_(services_.prompter),
-      managerAccess_(services_.prompter, settings_.DmanAccess, settings_.DmanPassWord),
+      managerAccess_(services_.prompter, settings_),
       filter_(services_.catalogue),
       browser_(services_.loop, services_.catalogue, filter_, queue_, state_),
       statusLine_(services_.aboutLine) {
   JoinParts();
-  speak_.SetDepthSlider(settings_.jingles.autoFadeDepth);
-  speak_.SetSpeedSlider(settings_.jingles.autoFadeSpeed);
-  tick_.SetAudioWarning(settings_.AudioWarningsOn, settings_.AudioWarningFilePath);
+  speak_.SetDepthSlider(jingles_.autoFadeDepth);
+  speak_.SetSpeedSlider(jingles_.autoFadeSpeed);
+  TakeAudioWarning();
   services_.audio.OnDefaultOutputChanged = [this](const OutputStatus& status) { ShowDevice(status); };
   ShowDevice(services_.audio.DefaultOutputStatus());
 }
@@ -58,8 +60,8 @@ AutoPlay::Services Console::ForAutoPlay() {
           queue_,
           services_.catalogue,
           random_,
-          {settings_.JukeLag, settings_.PrevSecs},
-          settings_.play.delta,
+          settings_,
+          play_.delta,
           [this](Deck deck, TransitionKind kind) { transitions_.StartRoutine(deck, kind); },
           [this](int speed) { SetFadeSpeed(speed); },
           [this](const QString& title) {
@@ -109,6 +111,8 @@ void Console::JoinParts() {
   tick_.hooks.StatusLine = [this] { return statusLine_; };
   tick_.hooks.SetStatusLine = [this](const QString& text) { SetStatusLine(text); };
   tick_.hooks.BlinkFilterWords = [this] { browser_.BlinkFilterWords(); };
+  settings_.Listen(setting::AudioWarnings, this, [this](bool) { TakeAudioWarning(); });
+  settings_.Listen(setting::AudioWarningFilePath, this, [this](const QString&) { TakeAudioWarning(); });
   services_.catalogue.Listen(
       this, [this](const TrackAdded&) { ShowTotalTracks(); },
       [this](const TrackRemoved&) { ShowTotalTracks(); });
@@ -122,7 +126,7 @@ Console::~Console() {
 SessionFacts Console::FactsFor(Deck deck) const {
   SessionFacts facts;
   facts.sessionClock = SessionClock();
-  facts.fadeSpeed = settings_.play.fadeSpeed;
+  facts.fadeSpeed = play_.fadeSpeed;
   facts.trackSeconds = decks_.Record(deck).Duration;
   return facts;
 }
@@ -138,7 +142,7 @@ void Console::SetStatusLine(const QString& text) {
 }
 
 void Console::SetFadeSpeed(int value) {
-  settings_.play.fadeSpeed = std::clamp(value, 0, 50);
+  play_.fadeSpeed = std::clamp(value, 0, 50);
   Q_EMIT FadeSpeedChanged();
 }
 
@@ -194,7 +198,7 @@ void Console::Activate() {
 
 Job<> Console::LoadCatalogue() {
   loader_ = std::make_unique<CatalogueLoader>(services_.loop, services_.audio, services_.catalogue,
-                                              services_.paths, settings_.defaults, services_.title);
+                                              services_.paths, ReadTrackDefaults(settings_), services_.title);
   loader_->OnProgress = [this] { Q_EMIT LoadProgress(); };
   Q_EMIT LoadChanged();
   const LoadOutcome outcome = co_await loader_->Load();
@@ -243,11 +247,19 @@ Job<bool> Console::QueryClose(bool bySystem) {
   co_return true;
 }
 
-void Console::SaveSettings(int width, int height) {
-  settings_.play.delta = auto_.SldDelta();
-  settings_.jingles.autoFadeDepth = speak_.DepthSlider();
-  settings_.jingles.autoFadeSpeed = speak_.SpeedSlider();
-  SaveConsoleSettings(services_.settings, services_.title, settings_, width, height);
+void Console::TakeAudioWarning() {
+  QString path = settings_.Get(setting::AudioWarningFilePath);
+  if (path.isEmpty()) path = services_.programFolder + QStringLiteral("/ello.Mp3");
+  tick_.SetAudioWarning(settings_.Get(setting::AudioWarnings) && QFileInfo::exists(path), path);
+}
+
+void Console::SaveSettings() {
+  play_.delta = auto_.SldDelta();
+  jingles_.autoFadeDepth = speak_.DepthSlider();
+  jingles_.autoFadeSpeed = speak_.SpeedSlider();
+  settings_.Set(setting::JingleSettings, jingles_);
+  settings_.Set(setting::PlaySettings, play_);
+  settings_.Set(setting::LastPanFadeBias, settings_.Get(setting::PanFadeBias));
 }
 
 }  // namespace kelvo

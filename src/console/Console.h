@@ -1,20 +1,20 @@
 #pragma once
 
 #include "audio/AudioSystem.h"
-#include "console/automatic/AutoPlay.h"
-#include "console/decks/ConfirmationPanel.h"
-#include "console/ConsoleSettings.h"
-#include "console/desk/ConsoleState.h"
 #include "console/DataManagerAccess.h"
-#include "console/decks/DeckEngine.h"
-#include "console/browser/LibraryBrowser.h"
-#include "console/queue/PlayQueue.h"
-#include "console/transitions/PressToSpeak.h"
+#include "console/DeskSliders.h"
 #include "console/ScreenLock.h"
+#include "console/automatic/AutoPlay.h"
+#include "console/browser/LibraryBrowser.h"
+#include "console/browser/TrackFilter.h"
+#include "console/decks/ConfirmationPanel.h"
+#include "console/decks/DeckEngine.h"
+#include "console/desk/ConsoleState.h"
+#include "console/queue/PlayQueue.h"
 #include "console/session/SessionList.h"
 #include "console/session/SessionLog.h"
 #include "console/status/StatusTick.h"
-#include "console/browser/TrackFilter.h"
+#include "console/transitions/PressToSpeak.h"
 #include "console/transitions/Transitions.h"
 #include "database/Catalogue.h"
 #include "database/CatalogueLoader.h"
@@ -73,7 +73,7 @@ class Console : public QObject {
   [[nodiscard]] Catalogue& Tracks() { return services_.catalogue; }
   [[nodiscard]] TrackFilter& Filter() { return filter_; }
   [[nodiscard]] LibraryBrowser& Browser() { return browser_; }
-  [[nodiscard]] const ConsoleSettings& Settings() const { return settings_; }
+  [[nodiscard]] const ProgramSettings& Settings() const { return settings_; }
   [[nodiscard]] const Services& GetServices() const { return services_; }
   [[nodiscard]] const QString& Title() const { return services_.title; }
 
@@ -94,7 +94,7 @@ class Console : public QObject {
   [[nodiscard]] double SessionClock() const;
 
   /// Position of the fade speed slider, 0..50.
-  [[nodiscard]] int FadeSpeed() const { return settings_.play.fadeSpeed; }
+  [[nodiscard]] int FadeSpeed() const { return play_.fadeSpeed; }
   void SetFadeSpeed(int value);
   /// Position of the default fade-out slider, seconds before the end of a track.
   [[nodiscard]] int Delta() const { return auto_.SldDelta(); }
@@ -106,7 +106,7 @@ class Console : public QObject {
   /// the timers have stopped.
   [[nodiscard]] Job<bool> QueryClose(bool bySystem);
   /// Writes what the desk finds again at its next start.
-  void SaveSettings(int width, int height);
+  void SaveSettings();
 
   /// The program has to end: a database that can't be read.
   std::function<void()> OnMustEnd;
@@ -124,13 +124,16 @@ class Console : public QObject {
   [[nodiscard]] AutoPlay::Services ForAutoPlay();
   [[nodiscard]] Job<> LoadCatalogue();
   void ShowTotalTracks();
+  void TakeAudioWarning();
   void ShowDevice(const OutputStatus& status);
   [[nodiscard]] AirFacts Air();
   void OnPanelConfirmed(const PanelQuestion& question);
   [[nodiscard]] SessionFacts FactsFor(Deck deck) const;
 
   Services services_;
-  ConsoleSettings settings_;
+  ProgramSettings settings_;
+  PlaySettings play_;
+  JingleSettings jingles_;
   ConsoleState state_;
   QDateTime sessionStart_;
   Disks disks_;

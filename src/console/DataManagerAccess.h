@@ -2,6 +2,7 @@
 
 #include "platform/Job.h"
 #include "platform/Prompter.h"
+#include "platform/Setting.h"
 
 #include <QString>
 
@@ -9,13 +10,23 @@
 
 namespace kelvo {
 
+namespace setting {
+
+/// Free access to the Data Manager and its tools; otherwise the password guards them.
+inline constexpr TruthSetting DmanAccess{{kStartup, QLatin1StringView("DmanAccess")}, true};
+inline constexpr TextSetting DmanPassWord{{kStartup, QLatin1StringView("DmanPassWord")}};
+
+}  // namespace setting
+
 /// The console's way into the Data Manager and its tools: free, or behind a password. The setting counts from
 /// one start of the program to the next. Owned by the Console; logic thread.
 class DataManagerAccess {
  public:
-  /// `dmanAccess`: free access. Otherwise `password` opens; an empty one opens never.
-  DataManagerAccess(Prompter& prompter, bool dmanAccess, QString password)
-      : prompter_(prompter), dmanAccess_(dmanAccess), password_(std::move(password)) {}
+  /// Reads the settings. An empty password opens never.
+  DataManagerAccess(Prompter& prompter, const ProgramSettings& settings)
+      : prompter_(prompter),
+        dmanAccess_(settings.Get(setting::DmanAccess)),
+        password_(settings.Get(setting::DmanPassWord)) {}
 
   /// A menu entry: calls `open` when the way is free. Does nothing while the question of an entry is open.
   void Enter(std::function<void()> open);

@@ -1,6 +1,7 @@
 #include "database/Paths.h"
 
 #include "platform/ErrorLog.h"
+#include "platform/Setting.h"
 
 #include <QDir>
 
@@ -8,7 +9,7 @@ namespace kelvo {
 
 Paths Paths::FromSetting(const QString& text) {
   Paths paths;
-  const QStringList fields = text.split(QLatin1Char(','));
+  const QStringList fields = SplitFields(text);
   const int count = static_cast<int>(std::min<qsizetype>(fields.size(), kLast));
   for (int field = 0; field < count; ++field) paths.Set(field + 1, fields[field]);
   return paths;
@@ -17,7 +18,7 @@ Paths Paths::FromSetting(const QString& text) {
 QString Paths::ToSetting() const {
   QStringList fields;
   for (int slot = kFirst; slot <= kLast; ++slot) fields.append((*this)(slot));
-  return fields.join(QLatin1Char(','));
+  return JoinFields(fields);
 }
 
 Paths Paths::Below(const QString& folder) {
@@ -37,8 +38,6 @@ QString Paths::FolderName(int slot) {
 
 QString Paths::WhyNotKept(const QString& folder) {
   if (!QDir::isAbsolutePath(folder)) return QStringLiteral("Not a whole path : %1").arg(folder);
-  if (folder.contains(QLatin1Char(',')))
-    return QStringLiteral("The path %1 holds a comma, which the settings use between paths !").arg(folder);
   return {};
 }
 

@@ -24,8 +24,8 @@ class Paths {
   static constexpr int kFirst = Playlists;
   static constexpr int kLast = Utility;
 
-  /// Fills slot i + 1 from field i of the text, which is the folders joined by ",". Missing fields stay
-  /// empty.
+  /// Fills slot i + 1 from field i of the text, which is the folders joined by "," (see JoinFields). Missing
+  /// fields stay empty.
   [[nodiscard]] static Paths FromSetting(const QString& text);
   [[nodiscard]] QString ToSetting() const;
 
@@ -34,7 +34,7 @@ class Paths {
   /// The last folder name of a slot: "Kelvo2007_Playlists" and so on.
   [[nodiscard]] static QString FolderName(int slot);
 
-  /// Why the table can't keep `folder`, in words; empty when it can.
+  /// Why the table can't keep `folder`, in words: it is no whole path; empty when it can.
   [[nodiscard]] static QString WhyNotKept(const QString& folder);
 
   /// The folder in `slot`. Throws Failure outside 0..9.

@@ -1,5 +1,6 @@
 #include "database/Transfer.h"
 
+#include "database/DatabaseSettings.h"
 #include "database/MediaSearch.h"
 #include "database/TrackNames.h"
 #include "database/UtilityListing.h"
@@ -232,7 +233,7 @@ Job<FileOutcome> Transfer::MoveOne(int id) {
   run_.At(QStringLiteral("info"));
   rows_.SetTaken(row.id, true);
   const QString today = services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy"));
-  const TrackInfo fresh = NewTrackInfo(row, duration, services_.defaults, today);
+  const TrackInfo fresh = NewTrackInfo(row, duration, ReadTrackDefaults(services_.settings), today);
   const TrackInfo info = co_await WriteInfo(BaseName(fileName), fresh);
   const QString path = music + QLatin1Char('/') + fileName;
   StoreRow(catalogue, RowFrom(info, fileName, duration), path);
@@ -313,7 +314,7 @@ Job<TrackInfo> Transfer::WriteInfo(QString baseName, TrackInfo fresh) {
   const QString file = standing.isEmpty() ? name : standing;
   const QString today = services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy"));
   const auto write = [path = services_.paths(Paths::Info) + QLatin1Char('/') + file, fresh, baseName,
-                      defaults = services_.defaults, today] {
+                      defaults = ReadTrackDefaults(services_.settings), today] {
     std::optional<TrackInfo> old = ReadTrackInfo(path);
     if (!old) {
       CreateTrackInfo(path, fresh);

@@ -4,12 +4,12 @@
 #include "database/Catalogue.h"
 #include "database/FileRun.h"
 #include "database/Paths.h"
-#include "database/TrackInfo.h"
 #include "database/TransferRows.h"
 #include "database/TransferSteps.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
 #include "platform/Prompter.h"
+#include "platform/Setting.h"
 
 #include <QHash>
 #include <QObject>
@@ -34,7 +34,7 @@ class Transfer : public QObject {
     AudioSystem& audio;
     Catalogue& catalogue;
     Paths paths;
-    TrackDefaults defaults;
+    ProgramSettings settings;
   };
 
   explicit Transfer(Services services);

@@ -14,16 +14,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const QString kSection = QStringLiteral("Startup");
-const QString kVolumeKey = QStringLiteral("UtilMediaVol");
+constexpr NumberSetting kVolume{
+    {setting::kStartup, QLatin1StringView("UtilMediaVol")}, 0, 0, UtilityFolder::kMostLoss};
 
 }  // namespace
 
 UtilityFolder::UtilityFolder(Services services)
     : services_(std::move(services)), player_(services_.audio.MakePlayer()) {
-  const QString kept =
-      services_.settings.GetSetting(services_.title, kSection, kVolumeKey, QStringLiteral("0"));
-  volume_ = WholeNumber(kept, 0, kMostLoss);
+  volume_ = services_.settings.Get(kVolume);
   player_->SetVolume(-2 * volume_);
   player_->OnEndOfStream = [this] { Stop(); };
   services_.catalogue.Listen(this, [this](const StagedFileChanged& change) { Follow(change); });
@@ -102,7 +100,7 @@ void UtilityFolder::SetVolume(int loss) {
 }
 
 void UtilityFolder::KeepVolume() {
-  services_.settings.SaveSetting(services_.title, kSection, kVolumeKey, QString::number(volume_));
+  services_.settings.Set(kVolume, volume_);
 }
 
 }  // namespace kelvo

@@ -6,7 +6,7 @@
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
 #include "platform/RowStore.h"
-#include "platform/SettingsStore.h"
+#include "platform/Setting.h"
 
 #include <QString>
 
@@ -31,11 +31,10 @@ class UtilityFolder : public QObject {
 
   struct Services {
     EventLoop& loop;
-    SettingsStore& settings;
+    ProgramSettings settings;
     AudioSystem& audio;
     Catalogue& catalogue;
     Paths paths;
-    QString title;
   };
 
   explicit UtilityFolder(Services services);

@@ -101,13 +101,22 @@ QString SettingsStore::GetSetting(const QString& title, const QString& section, 
   return text_.Value(title, section, key).value_or(fallback);
 }
 
+std::optional<QString> SettingsStore::Find(const QString& title, const QString& section,
+                                           const QString& key) const {
+  return text_.Value(title, section, key);
+}
+
 void SettingsStore::SaveSetting(const QString& title, const QString& section, const QString& key,
                                 const QString& value) {
-  if (text_.SetValue(title, section, key, value)) Changed();
+  if (!text_.SetValue(title, section, key, value)) return;
+  Changed();
+  Q_EMIT SettingChanged(title, section, key);
 }
 
 void SettingsStore::DeleteSetting(const QString& title, const QString& section, const QString& key) {
-  if (text_.Remove(title, section, key)) Changed();
+  if (!text_.Remove(title, section, key)) return;
+  Changed();
+  Q_EMIT SettingChanged(title, section, key);
 }
 
 void SettingsStore::Changed() {

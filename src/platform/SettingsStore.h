@@ -4,10 +4,12 @@
 #include "platform/SettingsText.h"
 
 #include <QByteArray>
+#include <QObject>
 #include <QString>
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace kelvo {
 
@@ -22,14 +24,14 @@ class EventLoop;
 /// thread, the whole file each time (see ReplaceFile), in order. What cannot be read in the file (a line of
 /// garbage) is kept as it stands. A file that cannot be read at all is set aside under another name, which is
 /// logged, before anything is written in its place.
-class SettingsStore {
+class SettingsStore : public QObject {
+  Q_OBJECT
+
  public:
   /// Reads `filePath`; a missing file is an empty store, one that cannot be read is too: see WhyUnreadable.
   SettingsStore(EventLoop& loop, QString filePath);
   /// Writes what is not on disk yet; a failure goes to the log.
-  ~SettingsStore();
-  SettingsStore(const SettingsStore&) = delete;
-  SettingsStore& operator=(const SettingsStore&) = delete;
+  ~SettingsStore() override;
 
   /// `settings.ini` in this program's folder of the XDG config folder.
   [[nodiscard]] static QString DefaultFilePath();
@@ -42,12 +44,19 @@ class SettingsStore {
 
   [[nodiscard]] QString GetSetting(const QString& title, const QString& section, const QString& key,
                                    const QString& fallback = {}) const;
+  /// The stored text; none when there is none.
+  [[nodiscard]] std::optional<QString> Find(const QString& title, const QString& section,
+                                            const QString& key) const;
   void SaveSetting(const QString& title, const QString& section, const QString& key, const QString& value);
   void DeleteSetting(const QString& title, const QString& section, const QString& key);
 
   /// Writes what is not on disk yet, before it returns. For the end of the program and for tests. Throws
   /// Failure.
   void Flush();
+
+ Q_SIGNALS:
+  /// A setting was saved with another text than before, or deleted.
+  void SettingChanged(const QString& title, const QString& section, const QString& key);
 
  private:
   /// The file as its writers see it, on whatever thread: a text that is older than the file's is not written.

@@ -155,7 +155,7 @@ TEST_F(InstallerTest, CompletesAnInstallationThatWasStoppedAndKeepsWhatIsThere) 
 
 TEST_F(InstallerTest, RefusesAPlaceThatCannotHoldADatabaseBeforeItMakesAnything) {
   const QString file = tree_.Write(u"file"_s, "in the way");
-  for (const QString& place : {tree_.MakeFolder(u"rock, pop"_s), file, file + u"/below"_s, u"music"_s}) {
+  for (const QString& place : {file, file + u"/below"_s, u"music"_s}) {
     Make();
     installer_->SetLocation(Paths::Albums - 1, place);
     prompter_.answers = {Answer::Ok};
@@ -167,6 +167,17 @@ TEST_F(InstallerTest, RefusesAPlaceThatCannotHoldADatabaseBeforeItMakesAnything)
   }
   EXPECT_TRUE(QDir(program_).isEmpty());
   EXPECT_EQ(Setting(u"Startup"_s, u"Paths"_s), u"none"_s);
+}
+
+TEST_F(InstallerTest, APlaceWithACommaInItsNameIsAPlaceLikeAnyOther) {
+  Make();
+  installer_->SetLocation(Paths::Albums - 1, tree_.MakeFolder(u"rock, pop"_s));
+  prompter_.answers = {Answer::Ok};
+  installer_->Install();
+  Finish();
+  ASSERT_TRUE(result_);
+  EXPECT_EQ(Paths::FromSetting(Setting(u"Startup"_s, u"Paths"_s)), *result_);
+  EXPECT_TRUE(tree_.Exists(u"rock, pop/Kelvo2007_Albums"_s));
 }
 
 TEST_F(InstallerTest, GivingUpEndsWithoutATrace) {
@@ -251,7 +262,7 @@ TEST(FolderChooserTest, WalksThroughFoldersAndSaysWhyItCannot) {
   chooser.MakeFolder(u" new one "_s);
   settle();
   EXPECT_EQ(chooser.Folder(), tree.Path(u"a/b/new one"_s));
-  chooser.MakeFolder(u"this, that"_s);
+  chooser.MakeFolder(u"this/that"_s);
   EXPECT_FALSE(chooser.Trouble().isEmpty());
   chooser.Up();
   settle();

@@ -71,10 +71,16 @@ TEST_F(LockedDeskTest, TheDeckThatPlaysGoesOnToItsEndBehindAWrongCode) {
 }
 
 TEST(DataManagerAccessTest, ThePasswordOpensAndNothingElseDoes) {
+  const testing::TemporaryTree tree;
+  SimulatedEventLoop loop;
+  SettingsStore store(loop, tree.Path(u"settings.ini"_s));
+  const ProgramSettings settings(store, u"Kelvo"_s);
+  settings.Set(setting::DmanAccess, false);
+  settings.Set(setting::DmanPassWord, u"Secret"_s);
   ScriptedPrompter prompter;
   int opened = 0;
   const auto open = [&opened] { ++opened; };
-  DataManagerAccess access(prompter, false, u"Secret"_s);
+  DataManagerAccess access(prompter, settings);
   prompter.texts = {u""_s, u"secret"_s, u"Secret"_s};
   prompter.answers = {Answer::Ok};
   access.Enter(open);
@@ -88,7 +94,8 @@ TEST(DataManagerAccessTest, ThePasswordOpensAndNothingElseDoes) {
   EXPECT_EQ(opened, 1);
   EXPECT_EQ(prompter.secretsAsked, 3);
 
-  DataManagerAccess unset(prompter, false, {});
+  settings.Set(setting::DmanPassWord, {});
+  DataManagerAccess unset(prompter, settings);
   prompter.texts = {u""_s};
   unset.Enter(open);
   EXPECT_EQ(opened, 1) << "no password set is no free access";

@@ -16,15 +16,21 @@
 
 namespace kelvo::testing {
 
+/// Settings of automatic play, in seconds.
+struct AutoSeconds {
+  int jukeLag = 2;
+  int preview = 15;
+};
+
 /// The joined desk of the program over a database in `folder`, in simulated time, with names for the parts
 /// that automatic play works with. Tracks are added while it runs.
 class AutoDesk {
  public:
-  AutoDesk(const QString& folder, Prompter& prompter, std::uint64_t seed, AutoPlaySettings settings = {})
+  AutoDesk(const QString& folder, Prompter& prompter, std::uint64_t seed, AutoSeconds seconds = {})
       : paths(Paths::Below(folder)),
         log_(loop, prompter, folder + QStringLiteral("/kelvo.log")),
         settings_(loop, folder + QStringLiteral("/settings.ini")),
-        desk(Services(prompter, seed, folder, settings)) {
+        desk(Services(prompter, seed, folder, seconds)) {
     // The machine's memory is no part of the evening.
     desk.Status().hooks.Memory = [] { return MemoryStatus(); };
     desk.Activate();
@@ -92,13 +98,11 @@ class AutoDesk {
   ErrorLog log_;
   SettingsStore settings_;
   Console::Services Services(Prompter& prompter, std::uint64_t seed, const QString& folder,
-                             const AutoPlaySettings& settings) {
+                             const AutoSeconds& seconds) {
     for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) QDir().mkpath(paths(slot));
-    const auto set = [this](const QString& key, int value) {
-      settings_.SaveSetting(QStringLiteral("Kelvo"), QStringLiteral("Startup"), key, QString::number(value));
-    };
-    set(QStringLiteral("JukeLag"), settings.JukeLag);
-    set(QStringLiteral("PrevSecs"), settings.PrevSecs);
+    const ProgramSettings settings(settings_, QStringLiteral("Kelvo"));
+    settings.Set(setting::JukeLag, seconds.jukeLag);
+    settings.Set(setting::PrevSecs, seconds.preview);
     return {.loop = loop,
             .prompter = prompter,
             .audio = audio,

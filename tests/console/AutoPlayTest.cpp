@@ -18,9 +18,9 @@ const QByteArray kSoft = AutoDesk::Info("0,1,1", "3,3", "25,25", 0, 0);
 
 class AutoPlayTest : public ::testing::Test {
  protected:
-  void Make(AutoPlaySettings settings = {}) { desk_.emplace(tree_.Path(), prompter_, 2007, settings); }
+  void Make(testing::AutoSeconds settings = {}) { desk_.emplace(tree_.Path(), prompter_, 2007, settings); }
   /// A queue of tracks "A", "B", ... of `seconds` each.
-  void MakeQueue(int tracks, double seconds, const QByteArray& info, AutoPlaySettings settings = {}) {
+  void MakeQueue(int tracks, double seconds, const QByteArray& info, testing::AutoSeconds settings = {}) {
     Make(settings);
     for (int each = 0; each < tracks; ++each) {
       desk_->Enqueue(desk_->AddTrack(QString(QChar(u'A' + each)), seconds, info));
@@ -433,7 +433,7 @@ TEST_F(AutoPlayTest, APanOutOfSilenceIsNoSilence) {
     desk_->Enqueue(
         desk_->AddTrack(QString(QLatin1Char(name)), 60, AutoDesk::Info("1,3,3", "8,8", "0,0", 0, 0)));
   }
-  desk_->transitions.SetPanFadeBias(40);
+  desk_->desk.Settings().Set(setting::PanFadeBias, 40);
   On();
   desk_->Run(15);
   desk_->decks.StopDeck(Deck::One);

@@ -122,9 +122,8 @@ TEST_F(ConsoleTest, WhatTheDeskFoundItWritesForItsNextStart) {
   AddThreeTracks();
   Open();
   desk_->SetFadeSpeed(99);
-  desk_->SaveSettings(1300, 900);
+  desk_->SaveSettings();
   EXPECT_EQ(settings_.GetSetting(u"Kelvo"_s, u"ConStartup"_s, u"PlaySettings"_s), u"50,3,0"_s);
-  EXPECT_EQ(settings_.GetSetting(u"Kelvo"_s, u"ConStartup"_s, u"Width"_s), u"1300"_s);
 }
 
 TEST_F(ConsoleTest, SessionTimesRunFromTheStartOfTheDesk) {

@@ -209,7 +209,6 @@ TEST_F(ConsoleWires, EachGroupOfPanelsHasTheColourOfItsSetting) {
   EXPECT_EQ(Theme::GroupColour(Group::Bites), QColor(210, 200, 70));
   Set(u"DeckBackCol"_s, u"1,2"_s);
   Set(u"ConBackCol"_s, u"90,90,90"_s);
-  window_->ApplyColours();
   EXPECT_EQ(HeadOf(u"Deck1"_s), QColor(30, 200, 40)) << "no colour: it keeps the one it has";
   EXPECT_EQ(HeadOf(u"AutoFade"_s), QColor(90, 90, 90));
 }

@@ -1,5 +1,6 @@
 #include "console/SoakDesk.h"
 
+#include "console/decks/DeckSettings.h"
 #include "platform/SystemFacts.h"
 
 #include <QDir>
@@ -27,15 +28,13 @@ SoakDesk::SoakDesk(const QString& folder, const SoakSettings& settings, std::uin
       settings_(loop_, folder + u"/settings.ini"_s) {
   audio_.Hangs = [this](const QString& path) { return loop_.Hangs(path); };
   for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) QDir().mkpath(paths_(slot));
-  const auto set = [this](const QString& section, const QString& key, const QString& value) {
-    settings_.SaveSetting(kTitle, section, key, value);
-  };
-  set(u"Startup"_s, u"JukeLag"_s, QString::number(settings.jukeLag));
-  set(u"Startup"_s, u"PrevSecs"_s, QString::number(settings.prevSecs));
-  set(u"Startup"_s, u"PanFadeBias"_s, QString::number(settings.panFadeBias));
+  const ProgramSettings store(settings_, kTitle);
+  store.Set(setting::JukeLag, settings.jukeLag);
+  store.Set(setting::PrevSecs, settings.prevSecs);
+  store.Set(setting::PanFadeBias, settings.panFadeBias);
   // A stream that ends while the desk is switched off would change the lengths that are known.
-  set(u"Startup"_s, u"FixTrackDurErrors"_s, u"0"_s);
-  set(u"ConStartup"_s, u"TrackPlaySettings"_s, u"%1,%2,0"_s.arg(settings.fadeSpeed).arg(settings.delta));
+  store.Set(setting::FixTrackDurErrors, false);
+  store.Set(setting::PlaySettings, PlaySettings{settings.fadeSpeed, settings.delta, 0});
 }
 
 void SoakDesk::AddTrack(const QString& name, double stored, double length, const QByteArray& info) {

@@ -18,6 +18,12 @@ TEST(Paths, ASettingWithFewerFieldsLeavesTheLastSlotsEmpty) {
   EXPECT_EQ(Paths::FromSetting(paths.ToSetting()), paths);
 }
 
+TEST(Paths, ACommaInAFolderStaysInItsField) {
+  Paths paths = Paths::Below(u"/rock, pop/100%2C"_s);
+  EXPECT_EQ(Paths::FromSetting(paths.ToSetting()), paths);
+  EXPECT_EQ(paths.ToSetting().count(u','), 7) << "whoever splits at commas finds eight fields";
+}
+
 TEST(Paths, FieldsBeyondTheEighthAreNotTakenAndTheTableEndsAtNine) {
   const Paths paths = Paths::FromSetting(u"1,2,3,4,5,6,7,8,9,10,11"_s);
   EXPECT_EQ(paths(8), u"8"_s);

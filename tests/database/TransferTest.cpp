@@ -34,7 +34,7 @@ class TransferTest : public ::testing::Test {
   /// The window is opened: the waiting files are listed.
   void Open() {
     transfer_.emplace(
-        Transfer::Services{loop_, prompter_, audio_, catalogue_, database_.paths, TrackDefaults{}});
+        Transfer::Services{loop_, prompter_, audio_, catalogue_, database_.paths, {settings_, u"Kelvo"_s}});
     List();
   }
   void List() {
@@ -79,6 +79,7 @@ class TransferTest : public ::testing::Test {
   ScriptedPrompter prompter_;
   ErrorLog log_{loop_, prompter_, database_.tree.Path(u"kelvo.log"_s)};
   ClockAudio audio_{loop_};
+  SettingsStore settings_{loop_, database_.tree.Path(u"settings.ini"_s)};
   Catalogue catalogue_;
   std::optional<Transfer> transfer_;
 };

@@ -34,7 +34,7 @@ class UtilityFolderTest : public ::testing::Test {
   void Open() {
     folder_.reset();
     folder_.emplace(
-        UtilityFolder::Services{loop_, settings_, audio_, catalogue_, database_.paths, u"Kelvo"_s});
+        UtilityFolder::Services{loop_, {settings_, u"Kelvo"_s}, audio_, catalogue_, database_.paths});
   }
   QString Add(const QString& name) {
     const QString path = database_.Add(Paths::Utility, name);

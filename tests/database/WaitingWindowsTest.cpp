@@ -34,11 +34,10 @@ class UtilityOnScreen : public ImportOnScreen {
   void OpenUtility() {
     utility_.reset();
     folder_.emplace(UtilityFolder::Services{.loop = loop_,
-                                            .settings = settings_,
+                                            .settings = {settings_, u"Kelvo"_s},
                                             .audio = heard_,
                                             .catalogue = catalogue_,
-                                            .paths = database_.paths,
-                                            .title = u"Kelvo"_s});
+                                            .paths = database_.paths});
     utility_.emplace(*folder_);
     Show(*utility_);
   }
@@ -110,7 +109,7 @@ class TransferOnScreen : public ImportOnScreen {
                                      .audio = audio_,
                                      .catalogue = catalogue_,
                                      .paths = database_.paths,
-                                     .defaults = {}});
+                                     .settings = {settings_, u"Kelvo"_s}});
     transfer_.emplace(loop_, *work_);
     Show(*transfer_);
     loop_.RunFor(1s);

@@ -5,7 +5,7 @@
 #include "demo_library/Renderer.h"
 #include "platform/ErrorLog.h"
 #include "platform/QtEventLoop.h"
-#include "platform/SettingsStore.h"
+#include "platform/Setting.h"
 #include "platform/ShellLink.h"
 #include "platform/SystemFacts.h"
 #include "platform/TextFile.h"
@@ -249,8 +249,7 @@ void CheckPlace(const LibraryOptions& options) {
 
 void NameInSettings(SettingsStore& settings, const QString& folder) {
   const QString startup = QStringLiteral("Startup");
-  settings.SaveSetting(SettingsTitle(), startup, QStringLiteral("Paths"),
-                       FoldersOf(folder).join(QLatin1Char(',')));
+  settings.SaveSetting(SettingsTitle(), startup, QStringLiteral("Paths"), JoinFields(FoldersOf(folder)));
   const QString warning = QStringLiteral("AudioWarningFilePath");
   if (settings.GetSetting(SettingsTitle(), startup, warning).isEmpty()) {
     settings.SaveSetting(SettingsTitle(), startup, warning, folder + QStringLiteral("/ello.Mp3"));
@@ -306,7 +305,7 @@ Outcome MakeLibrary(const LibraryOptions& options, const Progress& progress) {
     const QString paths =
         settings->GetSetting(SettingsTitle(), QStringLiteral("Startup"), QStringLiteral("Paths"));
     if (!paths.isEmpty() && options.ifMissing) return Outcome::NothingToDo;
-    if (!paths.isEmpty() && !options.replace && paths != FoldersOf(options.folder).join(QLatin1Char(','))) {
+    if (!paths.isEmpty() && !options.replace && paths != JoinFields(FoldersOf(options.folder))) {
       throw Failure(QStringLiteral("%1 names another library; --replace points it at this one")
                         .arg(options.settingsFile));
     }

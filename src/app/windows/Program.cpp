@@ -271,7 +271,7 @@ void Program::EndBySystem() {
 
 void Program::SaveDesk() {
   if (!console_ || !window_) return;
-  console_->SaveSettings(window_->width(), window_->height());
+  window_->SaveSettings();
 }
 
 bool Program::FlushSettings() {

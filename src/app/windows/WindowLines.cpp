@@ -57,7 +57,7 @@ WindowLine TransferLine(Console& desk, const WindowHost& host) {
                            .audio = have.audio,
                            .catalogue = have.catalogue,
                            .paths = have.paths,
-                           .defaults = desk.Settings().defaults});
+                           .settings = desk.Settings()});
   };
   return line;
 }
@@ -72,11 +72,10 @@ WindowLine UtilityLine(Console& desk, const WindowHost& host) {
     return std::make_unique<Hosted<UtilityWindow, UtilityFolder>>(
         host, place,
         UtilityFolder::Services{.loop = have.loop,
-                                .settings = have.settings,
+                                .settings = desk.Settings(),
                                 .audio = have.audio,
                                 .catalogue = have.catalogue,
-                                .paths = have.paths,
-                                .title = have.title});
+                                .paths = have.paths});
   };
   return line;
 }

@@ -275,7 +275,7 @@ void AutoPlay::AfterStart(Deck deck) {
     ApplyTrackSettings(deck);
     now_.AutoTransition = TransitionKind::PartFade;
     if (services_.SetFadeSpeed) services_.SetFadeSpeed(45);
-    now_.AutoDelta = length - services_.settings.PrevSecs;
+    now_.AutoDelta = length - services_.settings.Get(setting::PrevSecs);
   } else {
     if (state.AutoPlayOn) {
       ApplyTrackSettings(deck);

@@ -2,14 +2,15 @@
 
 #include "console/automatic/AutoDecision.h"
 #include "console/automatic/AutoLoader.h"
-#include "console/desk/ConsoleState.h"
 #include "console/decks/DeckEngine.h"
+#include "console/desk/ConsoleState.h"
 #include "console/queue/PlayQueue.h"
 #include "platform/Disks.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
 #include "platform/Prompter.h"
 #include "platform/RandomSource.h"
+#include "platform/Setting.h"
 
 #include <QObject>
 #include <QString>
@@ -19,11 +20,14 @@
 
 namespace kelvo {
 
-/// The settings that automatic play obeys.
-struct AutoPlaySettings {
-  int JukeLag = 2;    ///< seconds of silence before a start in jukebox mode
-  int PrevSecs = 15;  ///< seconds that a preview plays of each track
-};
+namespace setting {
+
+/// Seconds of silence before a start in jukebox mode.
+inline constexpr NumberSetting JukeLag{{kStartup, QLatin1StringView("JukeLag")}, 2, 0, kMost16};
+/// Seconds that a preview plays of each track.
+inline constexpr NumberSetting PrevSecs{{kStartup, QLatin1StringView("PrevSecs")}, 15, 0, kMost32};
+
+}  // namespace setting
 
 /// What comes next, for the windows.
 struct UpNext {
@@ -50,7 +54,7 @@ class AutoPlay : public QObject {
     PlayQueue& queue;
     const Catalogue& catalogue;
     RandomSource& random;
-    AutoPlaySettings settings;
+    ProgramSettings settings;
     int delta = 3;  ///< where `SldDelta` stands at first, seconds
     /// The start routine of the transitions, without questions. It calls AfterStart.
     std::function<void(Deck, TransitionKind)> StartTransition;
@@ -120,8 +124,6 @@ class AutoPlay : public QObject {
   [[nodiscard]] const QString& LastSkipped() const { return lastSkipped_; }
   [[nodiscard]] int SkippedCount() const { return skippedCount_; }
   [[nodiscard]] int UsedPicks() const { return loader_.UsedPicks.Count(); }
-
-  void SetSettings(const AutoPlaySettings& settings) { services_.settings = settings; }
 
  Q_SIGNALS:
   /// Anything that a window shows of this.

@@ -63,7 +63,7 @@ void AutoPlay::AutoTick() {
   if (now_.AutoTransition == TransitionKind::None) now_.AutoTransition = TransitionKind::Dub;
   const TickDecision decision = Decide();
   if (decision.start && !lag_.Running()) {
-    if (mode_ == AutoMode::Jukebox && services_.settings.JukeLag > 0) {
+    if (mode_ == AutoMode::Jukebox && services_.settings.Get(setting::JukeLag) > 0) {
       lag_ = StartAfterLag();
     } else {
       StartNext(*decision.start, decision.transition);
@@ -81,7 +81,7 @@ void AutoPlay::StartNext(Deck deck, TransitionKind transition) {
 }
 
 Job<> AutoPlay::StartAfterLag() {
-  co_await services_.loop.Sleep(std::chrono::seconds(services_.settings.JukeLag));
+  co_await services_.loop.Sleep(std::chrono::seconds(services_.settings.Get(setting::JukeLag)));
   if (loader_.FadeHolds()) co_return;
   // Another track may have come into the deck meanwhile, with a start of its own.
   const TickDecision decision = Decide();

@@ -1,5 +1,6 @@
 #include "console/decks/DeckEngine.h"
 
+#include "console/decks/DeckSettings.h"
 #include "database/TrackNames.h"
 #include "platform/ErrorLog.h"
 #include "platform/Words.h"
@@ -228,7 +229,7 @@ void DeckEngine::BeginFastMove(Deck deck, FastMove move) {
 }
 
 Job<> DeckEngine::RunFastMove(Deck deck, FastMove move) {
-  double step = services_.settings.FFwFRev;
+  double step = services_.settings.Get(setting::FFwFRev);
   for (;;) {
     DeckRecord& record = decks_[deck];
     if (services_.state.TransitionActive || record.State == DeckState::Playing) co_return;
@@ -324,7 +325,7 @@ void DeckEngine::CheckTrackTime(Deck deck) {
 }
 
 void DeckEngine::AdjustTrackTime(Mref track, Deck deck, double position) {
-  if (!services_.settings.FixTrackDur || !services_.catalogue.IsTrack(track)) return;
+  if (!services_.settings.Get(setting::FixTrackDurErrors) || !services_.catalogue.IsTrack(track)) return;
   const auto seconds = static_cast<double>(Int(position));
   TrackEdit edit;
   edit.duration = seconds;

@@ -2,8 +2,8 @@
 
 #include "audio/AudioSystem.h"
 #include "console/decks/ConfirmationPanel.h"
-#include "console/desk/ConsoleState.h"
 #include "console/decks/DeckRecord.h"
+#include "console/desk/ConsoleState.h"
 #include "console/queue/PlayQueue.h"
 #include "console/session/SessionRecorder.h"
 #include "database/Catalogue.h"
@@ -12,6 +12,7 @@
 #include "platform/Disks.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
+#include "platform/Setting.h"
 
 #include <QObject>
 
@@ -21,13 +22,6 @@
 #include <vector>
 
 namespace kelvo {
-
-/// The settings that the decks obey.
-struct DeckSettings {
-  bool FixTrackDur = true;  ///< wrong stored durations are corrected at the end of a stream
-  bool AfadeSet = true;     ///< a load takes the track's own fade-in speed
-  int FFwFRev = 5;          ///< seconds that one pulse of fast forward or rewind moves
-};
 
 /// The buttons that move a stopped deck.
 enum class FastMove { Rewind = 0, Forward = 1, SkipToStart = 2, SkipToEnd = 3 };
@@ -49,8 +43,7 @@ class DeckEngine : public QObject {
     ConsoleState& state;
     SessionRecorder& session;
     Paths paths;
-    TrackDefaults defaults;
-    DeckSettings settings;
+    ProgramSettings settings;
   };
 
   explicit DeckEngine(Services services);

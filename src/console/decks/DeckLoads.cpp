@@ -1,7 +1,9 @@
 // How a track comes into a deck.
 
 #include "console/decks/DeckEngine.h"
+#include "console/decks/DeckSettings.h"
 #include "console/decks/DeckWords.h"
+#include "database/DatabaseSettings.h"
 #include "database/TrackNames.h"
 #include "platform/ErrorLog.h"
 #include "platform/Words.h"
@@ -225,12 +227,13 @@ void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInf
   record.FilePath = request.path;
 
   if (file.failure) basHandleError(kLoadTag, file.failure);
+  const TrackDefaults defaults = ReadTrackDefaults(services_.settings);
   if (file.info) {
-    record.Play = file.info->Play(services_.defaults);
+    record.Play = file.info->Play(defaults);
     record.TrackInfoText = TrackInfoWords(*file.info, record.Duration);
     record.Info = StyleWords(record.Play);
   } else {
-    record.Play = DefaultTrackInfo({}, record.Duration, services_.defaults, {}).Play(services_.defaults);
+    record.Play = DefaultTrackInfo({}, record.Duration, defaults, {}).Play(defaults);
     record.TrackInfoText = QStringLiteral("Undefined Media File");
     record.Info = QStringLiteral("Default - Track Start:");
   }
@@ -249,7 +252,7 @@ void DeckEngine::TakeFadeIn(Deck deck) {
   const ConsoleState& state = services_.state;
   const TrackPlaySettings& play = decks_[deck].Play;
   const bool fadesIn = IsFade(play.Mode.fadeIn) && play.FadePosition.FadeIn() > 3 && play.FadeSpeed.ownFadeIn;
-  if (services_.settings.AfadeSet && fadesIn && OnFadeSpeed)
+  if (services_.settings.Get(setting::AfadeSet) && fadesIn && OnFadeSpeed)
     OnFadeSpeed(kMostFadeSpeed - *play.FadeSpeed.ownFadeIn);
   if (state.AutoPlayOn && !state.PreviewOn && CheckFadeOverride) CheckFadeOverride(deck);
 }

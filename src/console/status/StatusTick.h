@@ -1,14 +1,15 @@
 #pragma once
 
 #include "audio/MediaPlayer.h"
-#include "console/status/AirWatch.h"
 #include "console/decks/ConfirmationPanel.h"
-#include "console/desk/ConsoleState.h"
 #include "console/decks/DeckEngine.h"
-#include "console/status/DeskStatus.h"
+#include "console/desk/ConsoleState.h"
 #include "console/queue/PlayQueue.h"
+#include "console/status/AirWatch.h"
+#include "console/status/DeskStatus.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
+#include "platform/Setting.h"
 #include "platform/SystemFacts.h"
 
 #include <QObject>
@@ -17,6 +18,14 @@
 #include <optional>
 
 namespace kelvo {
+
+namespace setting {
+
+/// Whether a sound warns of a deck that runs out, and which; an empty path stands for the program's own.
+inline constexpr SwitchSetting AudioWarnings{{kStartup, QLatin1StringView("AudioWarnings")}, false};
+inline constexpr TextSetting AudioWarningFilePath{{kStartup, QLatin1StringView("AudioWarningFilePath")}};
+
+}  // namespace setting
 
 /// The desk's beat of one second: deck indicators and status line, queue length, memory, window title,
 /// session time, clock, idle state, the warning before silence, mode word, and at its end the turn of

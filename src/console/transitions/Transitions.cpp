@@ -30,7 +30,12 @@ constexpr int Toward(Deck side) {
 
 }  // namespace
 
-Transitions::Transitions(Services services) : services_(services), cancelPanel_(services_.loop) {}
+Transitions::Transitions(Services services)
+    : services_(std::move(services)),
+      panFadeBias_(services_.settings.Get(setting::PanFadeBias)),
+      cancelPanel_(services_.loop) {
+  services_.settings.Listen(setting::PanFadeBias, this, [this](int bias) { panFadeBias_ = bias; });
+}
 
 void Transitions::SetCrossPan(int value) {
   const int held = std::clamp(value, kDeckOneAlone, kDeckTwoAlone);
@@ -42,7 +47,7 @@ void Transitions::SetCrossPan(int value) {
 
 void Transitions::ApplyLaw() {
   const DeckLosses losses =
-      VolumeLaw({services_.state.CrossPan, record_.Kind, record_.TransitionDeck, services_.panFadeBias});
+      VolumeLaw({services_.state.CrossPan, record_.Kind, record_.TransitionDeck, panFadeBias_});
   const auto write = [this](Deck deck, int loss) {
     losses_[deck] = loss;
     if (WriteLoss) {

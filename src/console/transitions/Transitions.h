@@ -1,13 +1,14 @@
 #pragma once
 
-#include "console/transitions/CancelPanel.h"
 #include "console/decks/ConfirmationPanel.h"
-#include "console/desk/ConsoleState.h"
 #include "console/decks/DeckEngine.h"
-#include "console/session/SessionRecorder.h"
 #include "console/decks/VolumeLaw.h"
+#include "console/desk/ConsoleState.h"
+#include "console/session/SessionRecorder.h"
+#include "console/transitions/CancelPanel.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
+#include "platform/Setting.h"
 
 #include <QObject>
 #include <QString>
@@ -28,6 +29,14 @@ struct TransitionRecord {
   PerDeck<double> DeckStartMark;         ///< session clock when a dub started the deck, seconds
 };
 
+namespace setting {
+
+/// The weight of the slider in a pan, see VolumeLaw.
+inline constexpr NumberSetting PanFadeBias{
+    {kStartup, QLatin1StringView("PanFadeBias")}, 12, -kMost16, kMost16};
+
+}  // namespace setting
+
 /// Brings one deck in and the other out: the cross-pan slider, the law by which the levels of the decks
 /// follow it, the walk that moves it, and the commands that start a transition. The walk goes by the clock: a
 /// late wake-up takes the steps that are due, so a busy machine fades as fast as an idle one. The going deck
@@ -42,7 +51,7 @@ class Transitions : public QObject {
     DeckEngine& decks;
     ConfirmationPanel& panel;
     SessionRecorder& session;
-    int panFadeBias = 12;
+    ProgramSettings settings;
   };
 
   explicit Transitions(Services services);
@@ -54,7 +63,6 @@ class Transitions : public QObject {
   /// The mouse goes down on the slider: from now on the law is the plain one.
   void GrabSlider();
   void MoveSlider(int value) { SetCrossPan(value); }
-  void SetPanFadeBias(int bias) { services_.panFadeBias = bias; }
 
   // The start buttons, F6 to F8 and F10 to F12. A dub lasts until its button is let go.
   void PressPartFade(Deck deck) { Press(deck, TransitionKind::PartFade); }
@@ -157,6 +165,7 @@ class Transitions : public QObject {
   void PutBackOnAir(Deck deck);
 
   Services services_;
+  int panFadeBias_;
   TransitionRecord record_;
   PerDeck<int> losses_;  ///< as the law last gave them
   CancelPanel cancelPanel_;

@@ -13,7 +13,7 @@
 #include "console/windows/ModeLabel.h"
 #include "console/windows/QueuePanel.h"
 #include "console/windows/SpeakPanel.h"
-#include "platform/SettingsStore.h"
+#include "console/windows/WindowSettings.h"
 #include "ui/ElidedLabel.h"
 #include "ui/ListTable.h"
 #include "ui/ScalableIcon.h"
@@ -33,6 +33,10 @@ namespace {
 
 const QString kDeviceNotice = QStringLiteral("device");
 const QString kDiskNotice = QStringLiteral("disk ");
+
+const std::array kColours{
+    std::pair{&setting::ConBackCol, Group::Console}, std::pair{&setting::DeckBackCol, Group::Decks},
+    std::pair{&setting::SbitesBackCol, Group::Bites}, std::pair{&setting::SlistsBackCol, Group::Lists}};
 
 /// The three columns of the desk. However it was resized they share its width alike, so that on an ordinary
 /// screen whole names fit into both lists, until the operator shares it out by hand.
@@ -75,6 +79,8 @@ ConsoleWindow::ConsoleWindow(Console& console)
   BuildDesk();
   BuildMenu();
   ApplyColours();
+  for (const auto& [declared, group] : kColours)
+    console_.Settings().Listen(*declared, this, [this](const std::optional<Colour>&) { ApplyColours(); });
   ReadPlace();
 
   connect(&console_, &Console::StatusChanged, this, [this] { ShowStatus(); });
@@ -247,25 +253,16 @@ void ConsoleWindow::AddWindowCommand(DeskMenu menu, QAction& command) {
 }
 
 void ConsoleWindow::ApplyColours() {
-  const Console::Services& services = console_.GetServices();
-  const auto apply = [&](ColourGroup setting, Group group) {
-    const auto colour = ReadColour(services.settings, services.title, setting);
+  for (const auto& [declared, group] : kColours) {
+    const std::optional<Colour> colour = console_.Settings().Get(*declared);
     if (colour) Theme::SetGroupColour(group, QColor(colour->red, colour->green, colour->blue));
-  };
-  apply(ColourGroup::Console, Group::Console);
-  apply(ColourGroup::Decks, Group::Decks);
-  apply(ColourGroup::SoundBites, Group::Bites);
-  apply(ColourGroup::Lists, Group::Lists);
+  }
 }
 
 void ConsoleWindow::ReadPlace() {
-  const Console::Services& services = console_.GetServices();
-  const auto read = [&](const QString& key) {
-    return services.settings.GetSetting(services.title, QStringLiteral("ConStartup"), key).toInt();
-  };
   // The title bar of the window manager takes its part of the screen.
   const QSize room = screen()->availableSize() - QSize(0, fontMetrics().height() * 2);
-  const QSize wanted(read(QStringLiteral("Width")), read(QStringLiteral("Height")));
+  const QSize wanted(console_.Settings().Get(setting::Width), console_.Settings().Get(setting::Height));
   setMinimumSize(QSize(1024, 680).boundedTo(room));
   resize(wanted.isEmpty() ? QSize(1600, 900).boundedTo(room)
                           : wanted.boundedTo(room).expandedTo(minimumSize()));
@@ -292,7 +289,6 @@ void ConsoleWindow::ShowLoad() {
   }
   if (load_ != nullptr) load_->deleteLater();
   load_ = nullptr;
-  ApplyColours();
   library_->BeginFilter();
 }
 
@@ -340,6 +336,12 @@ void ConsoleWindow::closeEvent(QCloseEvent* event) {
   if (!asking_.Running()) asking_ = AskToClose();
 }
 
+void ConsoleWindow::SaveSettings() {
+  console_.Settings().Set(setting::Width, width());
+  console_.Settings().Set(setting::Height, height());
+  console_.SaveSettings();
+}
+
 Job<> ConsoleWindow::AskToClose() {
   // Qt takes no further close while it is inside this one.
   co_await console_.GetServices().loop.Yield();
@@ -349,7 +351,7 @@ Job<> ConsoleWindow::AskToClose() {
   }
   const bool yes = co_await console_.QueryClose(false);
   if (!yes) co_return;
-  console_.SaveSettings(width(), height());
+  SaveSettings();
   closing_ = true;
   close();
   Q_EMIT Closed();

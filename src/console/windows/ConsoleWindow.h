@@ -34,9 +34,8 @@ class ConsoleWindow : public QMainWindow {
   explicit ConsoleWindow(Console& console);
   ~ConsoleWindow() override;
 
-  /// Reads the colour settings and colours the panels; a setting that is no colour leaves its panels as they
-  /// are.
-  void ApplyColours();
+  /// Writes what window and desk find again at their next start.
+  void SaveSettings();
   /// What the desk tells of the programme that goes out: whether it is silent, and the disks that do not
   /// answer.
   void ShowAir(const DeskStatus& status);
@@ -71,6 +70,8 @@ class ConsoleWindow : public QMainWindow {
   void PlaceOverlays();
   void PlaceAlarm();
   void ReadPlace();
+  /// Colours the panels by the settings; one that is no colour leaves its panels as they are.
+  void ApplyColours();
   [[nodiscard]] Job<> AskToClose();
 
   Console& console_;
