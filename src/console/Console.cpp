@@ -28,16 +28,38 @@ Console::Console(Services services)
       panel_(services_.loop),
       session_(services_.catalogue, [this](Deck deck) { return FactsFor(deck); }),
       log_(services_.loop, services_.documents, services_.title),
-      decks_({services_.loop, disks_, services_.audio, services_.catalogue, queue_, panel_, state_, session_,
-              services_.paths, settings_}),
-      transitions_({services_.loop, state_, decks_, panel_, session_, settings_}),
-      speak_({services_.loop, state_, decks_}),
+      decks_({.loop = services_.loop,
+              .disks = disks_,
+              .audio = services_.audio,
+              .catalogue = services_.catalogue,
+              .queue = queue_,
+              .panel = panel_,
+              .state = state_,
+              .session = session_,
+              .paths = services_.paths,
+              .settings = settings_}),
+      transitions_({.loop = services_.loop,
+                    .state = state_,
+                    .decks = decks_,
+                    .panel = panel_,
+                    .session = session_,
+                    .settings = settings_,
+                    .fadeSpeed = std::clamp(play_.fadeSpeed, 0, 50)}),
+      speak_({.loop = services_.loop, .state = state_, .decks = decks_}),
       random_(services_.seed ? RandomSource(*services_.seed) : RandomSource()),
       auto_(ForAutoPlay()),
       jinglePlayer_(services_.audio.MakePlayer()),
       warningPlayer_(services_.audio.MakePlayer()),
-      tick_({services_.loop, state_, decks_, queue_, panel_, *warningPlayer_, services_.title,
-             services_.version, services_.aboutLine, sessionStart_}),
+      tick_({.loop = services_.loop,
+             .state = state_,
+             .decks = decks_,
+             .queue = queue_,
+             .panel = panel_,
+             .warningPlayer = *warningPlayer_,
+             .title = services_.title,
+             .version = services_.version,
+             .aboutLine = services_.aboutLine,
+             .sessionStart = sessionStart_}),
       lock_(services_.prompter),
       managerAccess_(services_.prompter, settings_),
       filter_(services_.catalogue),
@@ -52,30 +74,31 @@ Console::Console(Services services)
 }
 
 AutoPlay::Services Console::ForAutoPlay() {
-  return {services_.loop,
-          disks_,
-          services_.prompter,
-          state_,
-          decks_,
-          queue_,
-          services_.catalogue,
-          random_,
-          settings_,
-          play_.delta,
-          [this](Deck deck, TransitionKind kind) { transitions_.StartRoutine(deck, kind); },
-          [this](int speed) { SetFadeSpeed(speed); },
+  return {
+      .loop = services_.loop,
+      .disks = disks_,
+      .prompter = services_.prompter,
+      .state = state_,
+      .decks = decks_,
+      .queue = queue_,
+      .catalogue = services_.catalogue,
+      .random = random_,
+      .settings = settings_,
+      .delta = play_.delta,
+      .StartTransition = [this](Deck deck, TransitionKind kind) { transitions_.StartRoutine(deck, kind); },
+      .SetFadeSpeed = [this](int speed) { transitions_.SetFadeSpeed(speed); },
+      .LogPlay =
           [this](const QString& title) {
             if (!services_.documents.isEmpty()) log_.LogPlay(title, state_.AutoPlayOn);
           },
-          {},
-          {},
-          [this] { return transitions_.Starting(); },
-          [this](Deck deck) { return transitions_.FadedOut(deck); }};
+      .RunGroup = {},
+      .StopGroup = {},
+      .Starting = [this] { return transitions_.Starting(); },
+      .FadedOut = [this](Deck deck) { return transitions_.FadedOut(deck); }};
 }
 
 void Console::JoinParts() {
   transitions_.AfterStart = [this](Deck deck) { auto_.AfterStart(deck); };
-  connect(&auto_, &AutoPlay::Changed, this, &Console::DeltaChanged);
   tick_.hooks.EverySecond = [this] { auto_.Beat(); };
   tick_.hooks.TimedStart = [this] { return auto_.CheckTimer(); };
   tick_.hooks.Mode = [this] { return auto_.DisplayWord(); };
@@ -83,7 +106,7 @@ void Console::JoinParts() {
   tick_.hooks.AutoTick = [this] { auto_.AutoTick(); };
   panel_.OnConfirmed = [this](const PanelQuestion& question) { OnPanelConfirmed(question); };
   decks_.OnEndOfStream = [this](Deck) { SetStatusLine(services_.aboutLine); };
-  decks_.OnFadeSpeed = [this](int value) { SetFadeSpeed(value); };
+  decks_.OnFadeSpeed = [this](int value) { transitions_.SetFadeSpeed(value); };
   decks_.OnStarted = [this](Deck) { tick_.ExpectSound(); };
   decks_.OnStoppedByHand = [this](Deck deck) {
     if (!decks_.Moves(Other(deck))) tick_.AcceptSilence();
@@ -103,7 +126,6 @@ void Console::JoinParts() {
   queue_.HasTrackInfo = [paths = services_.paths](const QString& mediaPath) {
     return !FindFile(TrackInfoPath(paths, BaseName(QFileInfo(mediaPath).fileName()))).isEmpty();
   };
-  transitions_.FadeSpeed = [this] { return FadeSpeed(); };
   transitions_.SessionClock = [this] { return SessionClock(); };
   // Only there a level meets a dip that is down.
   transitions_.WriteLoss = [this](Deck deck, int loss) { speak_.SetLevel(deck, loss); };
@@ -126,7 +148,7 @@ Console::~Console() {
 SessionFacts Console::FactsFor(Deck deck) const {
   SessionFacts facts;
   facts.sessionClock = SessionClock();
-  facts.fadeSpeed = play_.fadeSpeed;
+  facts.fadeSpeed = transitions_.FadeSpeed();
   facts.trackSeconds = decks_.Record(deck).Duration;
   return facts;
 }
@@ -139,11 +161,6 @@ void Console::SetStatusLine(const QString& text) {
   if (statusLine_ == text) return;
   statusLine_ = text;
   Q_EMIT StatusChanged();
-}
-
-void Console::SetFadeSpeed(int value) {
-  play_.fadeSpeed = std::clamp(value, 0, 50);
-  Q_EMIT FadeSpeedChanged();
 }
 
 void Console::ShowDevice(const OutputStatus& status) {
@@ -254,6 +271,7 @@ void Console::TakeAudioWarning() {
 }
 
 void Console::SaveSettings() {
+  play_.fadeSpeed = transitions_.FadeSpeed();
   play_.delta = auto_.SldDelta();
   jingles_.autoFadeDepth = speak_.DepthSlider();
   jingles_.autoFadeSpeed = speak_.SpeedSlider();

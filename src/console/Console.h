@@ -93,13 +93,6 @@ class Console : public QObject {
   /// Seconds since the session began.
   [[nodiscard]] double SessionClock() const;
 
-  /// Position of the fade speed slider, 0..50.
-  [[nodiscard]] int FadeSpeed() const { return play_.fadeSpeed; }
-  void SetFadeSpeed(int value);
-  /// Position of the default fade-out slider, seconds before the end of a track.
-  [[nodiscard]] int Delta() const { return auto_.SldDelta(); }
-  void SetDelta(int seconds) { auto_.SetDelta(seconds); }
-
   /// Whether a deck or a jingle is heard.
   [[nodiscard]] bool Plays();
   /// Whether the desk may close; asks unless the operating system closes it without a deck playing. On Yes
@@ -116,8 +109,6 @@ class Console : public QObject {
   void LoadProgress();
   /// The load began or ended: PendingCatalogueLoad tells which.
   void LoadChanged();
-  void FadeSpeedChanged();
-  void DeltaChanged();
 
  private:
   void JoinParts();

@@ -80,7 +80,7 @@ TEST_F(AutoPlayTest, ThreeRowsRunForeverAndOverlapByTheDefaultTable) {
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Loaded);
   EXPECT_EQ(Play().AutoDelta(), 2);
   EXPECT_EQ(Play().SldDelta(), 2);
-  EXPECT_EQ(desk_->desk.FadeSpeed(), 11);
+  EXPECT_EQ(desk_->transitions.FadeSpeed(), 11);
   EXPECT_EQ(Play().StatusText(), u"Auto Start: B In 00:39"_s);
   ASSERT_TRUE(Play().Next());
   EXPECT_EQ(Play().Next()->queueIndex, 2);
@@ -122,7 +122,7 @@ TEST_F(AutoPlayTest, ATracksOwnSettingsAndALongFadeInDecideTheStart) {
   On();
   desk_->Run(5);
   EXPECT_EQ(Record(Deck::One).Info, u"Custom - Track Start/Fade:"_s);
-  EXPECT_EQ(desk_->desk.FadeSpeed(), 20);
+  EXPECT_EQ(desk_->transitions.FadeSpeed(), 20);
   desk_->Run(36.5);
   EXPECT_EQ(desk_->lastTransition, TransitionKind::PartFade);
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Playing) << "20 seconds before the end";
@@ -131,7 +131,7 @@ TEST_F(AutoPlayTest, ATracksOwnSettingsAndALongFadeInDecideTheStart) {
   EXPECT_EQ(Record(Deck::One).Info, u"Fade Overide: New Value=25"_s);
   EXPECT_EQ(Play().AutoDelta(), 25);
   EXPECT_EQ(Play().AutoTransition(), TransitionKind::Pan);
-  EXPECT_EQ(desk_->desk.FadeSpeed(), 10);
+  EXPECT_EQ(desk_->transitions.FadeSpeed(), 10);
 }
 
 TEST_F(AutoPlayTest, ADeltaLongerThanTheTrackIsCutAtItsLength) {
@@ -158,7 +158,7 @@ TEST_F(AutoPlayTest, TheJukeboxLeavesItsSilenceAndFadesByParts) {
 }
 
 TEST_F(AutoPlayTest, ATrackThatComesInTheSilenceOfTheJukeboxIsStartedInItsOwnWay) {
-  MakeQueue(4, 60, kSoft, {.JukeLag = 3, .PrevSecs = 15});
+  MakeQueue(4, 60, kSoft, {.jukeLag = 3});
   desk_->Enqueue(desk_->AddTrack(u"E"_s, 60, AutoDesk::Info("1,1,1", "3,9", "25,25", 0, 0)));
   Play().SetMode(AutoMode::Jukebox);
   On();
@@ -225,7 +225,7 @@ TEST_F(AutoPlayTest, APreviewPlaysSomeSecondsOfEachTrackOnceAndAsksToGoOn) {
   EXPECT_EQ(Record(Deck::One).Info, u"Preview Mode"_s);
   desk_->Run(1);
   EXPECT_EQ(Play().AutoDelta(), 85);
-  EXPECT_EQ(desk_->desk.FadeSpeed(), 45);
+  EXPECT_EQ(desk_->transitions.FadeSpeed(), 45);
   QStringList played{Record(Deck::One).Title};
   for (int each = 0; each < 4; ++each) {
     desk_->Run(15.5);

@@ -95,8 +95,8 @@ TEST_F(ConsolePanels, TheNameOfTheQueueIsReadOnTheSmallestDesk) {
 
 TEST_F(ConsolePanels, TheFadersFollowWhatTheDeskSetsByItself) {
   OpenWindow();
-  desk_->SetFadeSpeed(40);
-  desk_->SetDelta(7);
+  desk_->Fades().SetFadeSpeed(40);
+  desk_->Automatic().SetDelta(7);
   EXPECT_EQ(Find<Fader>(u"SldFadeSp"_s).value(), 40);
   EXPECT_EQ(Find<Fader>(u"SldDelta"_s).value(), 7);
 }

@@ -121,7 +121,7 @@ TEST_F(ConsoleTest, ALostSoundDeviceIsToldUntilItIsBackAndTheDecksRunOn) {
 TEST_F(ConsoleTest, WhatTheDeskFoundItWritesForItsNextStart) {
   AddThreeTracks();
   Open();
-  desk_->SetFadeSpeed(99);
+  desk_->Fades().SetFadeSpeed(99);
   desk_->SaveSettings();
   EXPECT_EQ(settings_.GetSetting(u"Kelvo"_s, u"ConStartup"_s, u"PlaySettings"_s), u"50,3,0"_s);
 }

@@ -118,18 +118,18 @@ TEST_F(DeckLoadTest, TheTracksOwnFadeInSpeedGoesToTheSlider) {
   load(u"e single position"_s, "2", "9", "20,45");
   Open();
   EnqueueAll();
-  EXPECT_EQ(desk_->FadeSpeed(), 25);
+  EXPECT_EQ(desk_->Fades().FadeSpeed(), 25);
   Load(Deck::One, 1);
-  EXPECT_EQ(desk_->FadeSpeed(), 20);
+  EXPECT_EQ(desk_->Fades().FadeSpeed(), 20);
   for (const int row : {2, 3, 4, 5}) Load(Deck::One, row);
-  EXPECT_EQ(desk_->FadeSpeed(), 20);
+  EXPECT_EQ(desk_->Fades().FadeSpeed(), 20);
 }
 
 TEST_F(DeckLoadTest, TheFadeInSpeedStaysWhenTheSettingIsOff) {
   Set(u"AfadeSet"_s, u"False"_s);
   OpenDesk();
   Load(Deck::One, 1);
-  EXPECT_EQ(desk_->FadeSpeed(), 25);
+  EXPECT_EQ(desk_->Fades().FadeSpeed(), 25);
 }
 
 TEST_F(DeckLoadTest, NothingIsLoadedWithoutASelectionOrOverTheSameTitle) {

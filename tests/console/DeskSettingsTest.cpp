@@ -49,8 +49,8 @@ TEST_F(DeskSettingsTest, TheListsOfTheDeskAreReadAndWrittenBackAlike) {
   SetDesk(u"PlaySettings"_s, u"33,8,-500"_s);
   Set(u"PanFadeBias"_s, u"15"_s);
   Make();
-  EXPECT_EQ(desk_->FadeSpeed(), 33);
-  EXPECT_EQ(desk_->Delta(), 8);
+  EXPECT_EQ(desk_->Fades().FadeSpeed(), 33);
+  EXPECT_EQ(desk_->Automatic().SldDelta(), 8);
   EXPECT_EQ(desk_->Speak().DepthSlider(), 1200);
   EXPECT_EQ(desk_->Speak().SpeedSlider(), 7);
   desk_->SaveSettings();
@@ -76,7 +76,7 @@ TEST_F(DeskSettingsTest, ACommaInACaptionShiftsNoOtherField) {
 TEST_F(DeskSettingsTest, ShortListsLeaveTheRestAtRest) {
   Set(u"DefaultFadeSpeed"_s, u"40"_s);
   Make();
-  EXPECT_EQ(desk_->FadeSpeed(), 40) << "without a list of its own the slider takes the default speed";
+  EXPECT_EQ(desk_->Fades().FadeSpeed(), 40) << "without a list of its own the slider takes the default speed";
   SetDesk(u"JingleSettings"_s, u"-600"_s);
   SetDesk(u"PlaySettings"_s, u"900"_s);
   const std::optional<JingleSettings> jingles = read_.Get(setting::JingleSettings);
@@ -84,8 +84,8 @@ TEST_F(DeskSettingsTest, ShortListsLeaveTheRestAtRest) {
   EXPECT_EQ(jingles->autoFadeDepth, 0);
   EXPECT_EQ(jingles->autoFadeSpeed, 1);
   Make();
-  EXPECT_EQ(desk_->FadeSpeed(), 50);
-  EXPECT_EQ(desk_->Delta(), 0);
+  EXPECT_EQ(desk_->Fades().FadeSpeed(), 50);
+  EXPECT_EQ(desk_->Automatic().SldDelta(), 0);
   SetDesk(u"PlaySettings"_s, u"NoPlay"_s);
   EXPECT_FALSE(read_.Get(setting::PlaySettings));
 }

@@ -111,7 +111,7 @@ DeskSight SoakDesk::Look() {
 DeskPlan SoakDesk::Plan() {
   const TransitionRecord& fade = desk_->Fades().Record();
   return {desk_->Automatic().AutoDelta(), static_cast<int>(desk_->Automatic().AutoTransition()),
-          desk_->FadeSpeed(), static_cast<int>(fade.Kind), fade.TransitionDeck};
+          desk_->Fades().FadeSpeed(), static_cast<int>(fade.Kind), fade.TransitionDeck};
 }
 
 void SoakDesk::SwitchOn(AutoMode mode, bool random) {
@@ -180,7 +180,7 @@ QString SoakDesk::Impossible() {
   const AutoPlay& play = desk_->Automatic();
   if (desk_->State().GroupPlayOn) return u"a group runs"_s;
   if (play.AutoTransition() > TransitionKind::Pan) return u"no such transition"_s;
-  if (desk_->FadeSpeed() < 0 || desk_->FadeSpeed() > 50) return u"no such fade speed"_s;
+  if (desk_->Fades().FadeSpeed() < 0 || desk_->Fades().FadeSpeed() > 50) return u"no such fade speed"_s;
   if (std::abs(desk_->State().CrossPan) > 200) return u"the slider is beyond its end"_s;
   const int selected = desk_->Queue().Selected();
   if (selected < 0 || selected > desk_->Queue().Count()) return u"no such row"_s;

@@ -19,7 +19,7 @@ class TransitionsTest : public DeskTest {
     Load(Deck::One, 1);
     Load(Deck::Two, 2);
     Fades().AfterStart = [this](Deck deck) { started_.push_back(deck); };
-    desk_->SetFadeSpeed(25);
+    desk_->Fades().SetFadeSpeed(25);
     Decks().ManualStart(Deck::One);
     Fades().SetCrossPan(kDeckOneAlone);
     loop_.RunFor(5s);
@@ -78,7 +78,7 @@ TEST_F(TransitionsTest, APanCrossesOverByItsBiasAtTheSpeedOfTheSlider) {
   ASSERT_TRUE(loop_.RunUntil([this] { return Fades().CrossPan() >= -100; }, 10s));
   EXPECT_EQ(Fades().CrossPan(), -98);
   EXPECT_EQ(Losses(), (DeckLosses{510, 1176}));
-  desk_->SetFadeSpeed(0);
+  desk_->Fades().SetFadeSpeed(0);
   EXPECT_NEAR(SecondsOfWalk(), 0.05 + 99 * 0.002, 0.01) << "a speed of 0 still takes 1 ms a half step";
   EXPECT_EQ(Losses(), (DeckLosses{2000, 0}));
   EXPECT_EQ(desk_->Session().Events().back().FadeType, TransitionKind::Pan);

@@ -32,6 +32,7 @@ constexpr int Toward(Deck side) {
 
 Transitions::Transitions(Services services)
     : services_(std::move(services)),
+      fadeSpeed_(services_.fadeSpeed),
       panFadeBias_(services_.settings.Get(setting::PanFadeBias)),
       cancelPanel_(services_.loop) {
   services_.settings.Listen(setting::PanFadeBias, this, [this](int bias) { panFadeBias_ = bias; });
@@ -79,7 +80,12 @@ bool Transitions::SectionsDisabled() const {
 }
 
 double Transitions::StepDelay() const {
-  return std::max(FadeSpeed ? FadeSpeed() : 0, 1) / 1000.0;
+  return std::max(fadeSpeed_, 1) / 1000.0;
+}
+
+void Transitions::SetFadeSpeed(int value) {
+  fadeSpeed_ = std::clamp(value, 0, 50);
+  Q_EMIT FadeSpeedChanged();
 }
 
 QString Transitions::FadeTimeTooltip(int fadeSpeed, TransitionKind kind) {

@@ -52,6 +52,7 @@ class Transitions : public QObject {
     ConfirmationPanel& panel;
     SessionRecorder& session;
     ProgramSettings settings;
+    int fadeSpeed = 25;  ///< where the slider is at first
   };
 
   explicit Transitions(Services services);
@@ -105,6 +106,9 @@ class Transitions : public QObject {
   /// Seconds between half steps of the walk, from the fade speed slider; at least 0.001.
   [[nodiscard]] double StepDelay() const;
 
+  /// Position of the fade speed slider, 0..50.
+  [[nodiscard]] int FadeSpeed() const { return fadeSpeed_; }
+  void SetFadeSpeed(int value);
   /// The tooltip of a part fade or pan button. `fadeSpeed` is the slider's position, 0..50.
   [[nodiscard]] static QString FadeTimeTooltip(int fadeSpeed, TransitionKind kind);
   /// What the fade speed slider shows for its position, and its tooltip.
@@ -113,8 +117,6 @@ class Transitions : public QObject {
 
   /// A deck was started: the next transition can be prepared.
   std::function<void(Deck)> AfterStart;
-  /// Position of the fade speed slider, 0..50.
-  std::function<int()> FadeSpeed;
   /// Seconds since the session began.
   std::function<double()> SessionClock;
   /// Where the levels go, as losses 0..2000; the decks themselves when unset.
@@ -122,6 +124,7 @@ class Transitions : public QObject {
 
  Q_SIGNALS:
   void CrossPanChanged(int value);
+  void FadeSpeedChanged();
   /// A walk began or ended, or its kind changed.
   void Changed();
 
@@ -165,6 +168,7 @@ class Transitions : public QObject {
   void PutBackOnAir(Deck deck);
 
   Services services_;
+  int fadeSpeed_;
   int panFadeBias_;
   TransitionRecord record_;
   PerDeck<int> losses_;  ///< as the law last gave them

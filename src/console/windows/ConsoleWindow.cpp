@@ -86,7 +86,7 @@ ConsoleWindow::ConsoleWindow(Console& console)
   connect(&console_, &Console::StatusChanged, this, [this] { ShowStatus(); });
   connect(&console_, &Console::LoadChanged, this, [this] { ShowLoad(); });
   connect(&console_, &Console::LoadProgress, this, [this] {
-    if (load_ != nullptr) load_->Show();
+    if (load_ != nullptr && console_.Load() != nullptr) load_->Show(*console_.Load());
   });
   connect(library_, &LibraryPanel::SearchWanted, this,
           [this] { Q_EMIT WindowWanted(WindowId::kTrackSearch); });
@@ -101,7 +101,13 @@ ConsoleWindow::~ConsoleWindow() = default;
 void ConsoleWindow::BuildDesk() {
   auto* decks = new QSplitter(Qt::Horizontal);
   for (const Deck deck : kDecks) {
-    decks_[deck] = new DeckPanel(console_, deck, decks);
+    decks_[deck] = new DeckPanel({.decks = console_.Decks(),
+                                  .fades = console_.Fades(),
+                                  .speak = console_.Speak(),
+                                  .automatic = console_.Automatic(),
+                                  .status = console_.Status(),
+                                  .state = console_.State()},
+                                 deck, decks);
     decks->addWidget(decks_[deck]);
     decks->setCollapsible(static_cast<int>(IndexOf(deck)), false);
   }
@@ -111,7 +117,8 @@ void ConsoleWindow::BuildDesk() {
   auto* middleLayout = new QVBoxLayout(middle);
   middleLayout->setContentsMargins(0, 0, 0, 0);
   middleLayout->addWidget(decks, 1);
-  middleLayout->addWidget(new CrossPanPanel(console_, middle));
+  middleLayout->addWidget(
+      new CrossPanPanel(console_.Fades(), console_.Automatic(), console_.Status(), middle));
   queue_ = new QueuePanel(console_.Queue(), columns_);
   columns_->addWidget(library_);
   columns_->addWidget(middle);
@@ -150,7 +157,12 @@ void ConsoleWindow::BuildDesk() {
   layout->addWidget(foot_);
   setCentralWidget(desk_);
   confirmation_ = new ConfirmationView(console_.Panel(), desk_);
-  new DeskKeys(console_, *this);
+  new DeskKeys({.loop = console_.GetServices().loop,
+                .panel = console_.Panel(),
+                .speak = console_.Speak(),
+                .fades = console_.Fades(),
+                .closed = [this] { return console_.Lock().Locked() || console_.Load() != nullptr; }},
+               *this);
   connect(&console_.Status(), &StatusTick::Ticked, this, [this] { ShowTick(); });
   connect(alarm_, &AirAlarm::Accepted, this, [this] { console_.Status().AcceptSilence(); });
   connect(&console_.Lock(), &ScreenLock::Changed, this, [this] { EnableSections(); });
@@ -280,9 +292,9 @@ void ConsoleWindow::ShowStatus() {
 
 void ConsoleWindow::ShowLoad() {
   EnableSections();
-  if (console_.Load() != nullptr) {
-    load_ = new LoadPanel(console_, desk_);
-    load_->Show();
+  if (const CatalogueLoader* load = console_.Load()) {
+    load_ = new LoadPanel(console_.Title(), desk_);
+    load_->Show(*load);
     PlaceOverlays();
     load_->show();
     return;

@@ -1,5 +1,8 @@
 #include "console/windows/CrossPanPanel.h"
 
+#include "console/automatic/AutoPlay.h"
+#include "console/status/StatusTick.h"
+#include "console/transitions/Transitions.h"
 #include "console/windows/WarningLamp.h"
 #include "ui/Fader.h"
 
@@ -14,9 +17,10 @@ constexpr int kMostDelta = 60;
 
 }  // namespace
 
-CrossPanPanel::CrossPanPanel(Console& console, QWidget* parent)
+CrossPanPanel::CrossPanPanel(Transitions& fades, AutoPlay& automatic, StatusTick& status, QWidget* parent)
     : Panel(Group::Decks, QString(), parent),
-      console_(console),
+      fades_(fades),
+      automatic_(automatic),
       crossPan_(new Fader(Qt::Horizontal, -200, 200, this)),
       speed_(new Fader(Qt::Horizontal, 0, 50, this)),
       speedWords_(new QLabel(this)),
@@ -47,11 +51,11 @@ CrossPanPanel::CrossPanPanel(Console& console, QWidget* parent)
   for (QLabel* end : {one, two}) end->setFont(Theme::Font(1.2, QFont::Bold));
 
   auto* pan = new QHBoxLayout;
-  pan->addWidget(new WarningLamp(console_.Status(), Deck::One, this));
+  pan->addWidget(new WarningLamp(status, Deck::One, this));
   pan->addWidget(one);
   pan->addWidget(crossPan_, 1);
   pan->addWidget(two);
-  pan->addWidget(new WarningLamp(console_.Status(), Deck::Two, this));
+  pan->addWidget(new WarningLamp(status, Deck::Two, this));
   auto* settings = new QHBoxLayout;
   settings->addWidget(speedWords_);
   settings->addWidget(speed_, 1);
@@ -63,34 +67,32 @@ CrossPanPanel::CrossPanPanel(Console& console, QWidget* parent)
   layout->addLayout(pan);
   layout->addLayout(settings);
 
-  Transitions& transitions = console_.Fades();
-  crossPan_->setValue(transitions.CrossPan());
-  connect(crossPan_, &Fader::sliderPressed, this, [&transitions] { transitions.GrabSlider(); });
-  connect(crossPan_, &Fader::MovedByHand, this, [this, &transitions](int value) {
+  crossPan_->setValue(fades_.CrossPan());
+  connect(crossPan_, &Fader::sliderPressed, this, [this] { fades_.GrabSlider(); });
+  connect(crossPan_, &Fader::MovedByHand, this, [this](int value) {
     // The wheel moves it too, and does not press it.
-    if (!crossPan_->isSliderDown()) transitions.GrabSlider();
-    transitions.MoveSlider(value);
+    if (!crossPan_->isSliderDown()) fades_.GrabSlider();
+    fades_.MoveSlider(value);
   });
-  connect(&transitions, &Transitions::CrossPanChanged, this,
-          [this](int value) { crossPan_->setValue(value); });
-  connect(speed_, &Fader::MovedByHand, this, [this](int value) { console_.SetFadeSpeed(value); });
-  connect(&console_, &Console::FadeSpeedChanged, this, [this] { ShowSpeed(); });
-  connect(delta_, &Fader::MovedByHand, this, [this](int value) { console_.SetDelta(value); });
-  connect(&console_, &Console::DeltaChanged, this, [this] { ShowDelta(); });
+  connect(&fades_, &Transitions::CrossPanChanged, this, [this](int value) { crossPan_->setValue(value); });
+  connect(speed_, &Fader::MovedByHand, this, [this](int value) { fades_.SetFadeSpeed(value); });
+  connect(&fades_, &Transitions::FadeSpeedChanged, this, [this] { ShowSpeed(); });
+  connect(delta_, &Fader::MovedByHand, this, [this](int value) { automatic_.SetDelta(value); });
+  connect(&automatic_, &AutoPlay::Changed, this, [this] { ShowDelta(); });
   ShowSpeed();
   ShowDelta();
 }
 
 void CrossPanPanel::ShowSpeed() {
-  speed_->setValue(console_.FadeSpeed());
-  speed_->setToolTip(Transitions::FadeSpeedTooltip(console_.FadeSpeed()) + QStringLiteral("\n") +
+  speed_->setValue(fades_.FadeSpeed());
+  speed_->setToolTip(Transitions::FadeSpeedTooltip(fades_.FadeSpeed()) + QStringLiteral("\n") +
                      tr("Controls Decks 1 and 2 Auto Pan Speed"));
-  speedWords_->setText(tr("Speed %1").arg(Transitions::ShownFadeSpeed(console_.FadeSpeed())));
+  speedWords_->setText(tr("Speed %1").arg(Transitions::ShownFadeSpeed(fades_.FadeSpeed())));
 }
 
 void CrossPanPanel::ShowDelta() {
-  delta_->setValue(console_.Delta());
-  deltaWords_->setText(tr("Delta %1 s").arg(console_.Delta()));
+  delta_->setValue(automatic_.SldDelta());
+  deltaWords_->setText(tr("Delta %1 s").arg(automatic_.SldDelta()));
 }
 
 }  // namespace kelvo

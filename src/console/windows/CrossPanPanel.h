@@ -1,26 +1,29 @@
 #pragma once
 
-#include "console/Console.h"
 #include "ui/Panel.h"
 
 class QLabel;
 
 namespace kelvo {
 
+class AutoPlay;
 class Fader;
+class StatusTick;
+class Transitions;
 
 /// The middle of the desk: the cross-pan slider between the decks, the fade speed, and the default fade-out
 /// position. Owned by the console window; GUI thread.
 class CrossPanPanel : public Panel {
   Q_OBJECT
  public:
-  explicit CrossPanPanel(Console& console, QWidget* parent = nullptr);
+  CrossPanPanel(Transitions& fades, AutoPlay& automatic, StatusTick& status, QWidget* parent = nullptr);
 
  private:
   void ShowSpeed();
   void ShowDelta();
 
-  Console& console_;
+  Transitions& fades_;
+  AutoPlay& automatic_;
   Fader* crossPan_;
   Fader* speed_;
   QLabel* speedWords_;

@@ -36,11 +36,11 @@ QString DecibelText(int loss) {
 
 }  // namespace
 
-DeckPanel::DeckPanel(Console& console, Deck deck, QWidget* parent)
+DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
     : Panel(Group::Decks,
             ForDeck(deck, QStringLiteral("AUDIO STREAM ONE"), QStringLiteral("AUDIO STREAM TWO")), parent),
-      console_(console),
-      decks_(console.Decks()),
+      desk_(parts),
+      decks_(parts.decks),
       deck_(deck),
       tally_(new DeckTally(this)),
       indicator_(new PlayIndicator(this)),
@@ -97,32 +97,31 @@ QPushButton* DeckPanel::AddTransition(TransitionKind kind, const QString& name, 
   button->setAccessibleName(text + QStringLiteral(", deck %1, ").arg(DisplayNumber(deck_)) + key);
   button->setProperty("key", key);
   connect(button, &QPushButton::pressed, this, [this, kind] {
-    Transitions& fades = console_.Fades();
+    Transitions& fades = desk_.fades;
     if (kind == TransitionKind::Dub) fades.PressDub(deck_);
     if (kind == TransitionKind::PartFade) fades.PressPartFade(deck_);
     if (kind == TransitionKind::Pan) fades.PressPan(deck_);
   });
   if (kind == TransitionKind::Dub) {
-    connect(button, &QPushButton::released, this, [this] { console_.Fades().ReleaseDub(deck_); });
+    connect(button, &QPushButton::released, this, [this] { desk_.fades.ReleaseDub(deck_); });
   }
   return button;
 }
 
 void DeckPanel::ShowTransitions() {
-  const Transitions& fades = console_.Fades();
+  const Transitions& fades = desk_.fades;
   const auto tip = [](QPushButton* button, const QString& words) {
     button->setToolTip(words + QStringLiteral("  (") + button->property("key").toString() + QLatin1Char(')'));
   };
-  tip(pan_, Transitions::FadeTimeTooltip(console_.FadeSpeed(), TransitionKind::Pan));
-  tip(partFade_, Transitions::FadeTimeTooltip(console_.FadeSpeed(), TransitionKind::PartFade));
+  tip(pan_, Transitions::FadeTimeTooltip(desk_.fades.FadeSpeed(), TransitionKind::Pan));
+  tip(partFade_, Transitions::FadeTimeTooltip(desk_.fades.FadeSpeed(), TransitionKind::PartFade));
   tip(dub_, tr("Both decks while it is held, then a part fade"));
   const DeckRecord& record = decks_.Record(deck_);
-  const bool usable =
-      record.State != DeckState::Empty && !record.Loading && !console_.State().PlaysByItself();
+  const bool usable = record.State != DeckState::Empty && !record.Loading && !desk_.state.PlaysByItself();
   for (QPushButton* button : {pan_, partFade_, dub_}) {
     // A dub that is held must not lose its button under the finger.
     if (!button->isDown())
-      button->setEnabled(usable && !fades.WalkActive() && !console_.Speak().SectionDisabled());
+      button->setEnabled(usable && !fades.WalkActive() && !desk_.speak.SectionDisabled());
   }
   const CancelPanel& cancel = fades.GetCancelPanel();
   const bool walksHere = fades.WalkActive() && fades.MayCancel() && fades.Record().TransitionDeck == deck_;
@@ -251,24 +250,24 @@ void DeckPanel::Connect() {
   connect(load_, &QPushButton::clicked, this, [this] { decks_.LoadCommand(deck_); });
   connect(start_, &QPushButton::clicked, this, [this] { decks_.ManualStart(deck_); });
   connect(stop_, &QPushButton::clicked, this, [this] { decks_.StopCommand(deck_); });
-  connect(level_, &Fader::MovedByHand, this, [this](int value) { console_.Speak().SetLevel(deck_, value); });
+  connect(level_, &Fader::MovedByHand, this, [this](int value) { desk_.speak.SetLevel(deck_, value); });
   connect(&decks_, &DeckEngine::Changed, this, [this](Deck deck) {
     if (deck != deck_) return;
     Show();
     ShowTransitions();
   });
-  connect(&console_.Status(), &StatusTick::Ticked, this,
-          [this] { indicator_->Show(console_.Status().Status().indicators[deck_]); });
+  connect(&desk_.status, &StatusTick::Ticked, this,
+          [this] { indicator_->Show(desk_.status.Status().indicators[deck_]); });
   const auto showButtons = [this] {
     ShowCommands(decks_.Record(deck_));
     ShowTransitions();
   };
-  connect(&console_.Fades(), &Transitions::Changed, this, showButtons);
-  connect(&console_.Automatic(), &AutoPlay::Changed, this, showButtons);
-  connect(&console_.Speak(), &PressToSpeak::Changed, this, showButtons);
-  connect(&console_.Fades().GetCancelPanel(), &CancelPanel::Changed, this, &DeckPanel::ShowTransitions);
-  connect(&console_, &Console::FadeSpeedChanged, this, &DeckPanel::ShowTransitions);
-  connect(cancelStart_, &QPushButton::clicked, this, [this] { console_.Fades().Cancel(); });
+  connect(&desk_.fades, &Transitions::Changed, this, showButtons);
+  connect(&desk_.automatic, &AutoPlay::Changed, this, showButtons);
+  connect(&desk_.speak, &PressToSpeak::Changed, this, showButtons);
+  connect(&desk_.fades.GetCancelPanel(), &CancelPanel::Changed, this, &DeckPanel::ShowTransitions);
+  connect(&desk_.fades, &Transitions::FadeSpeedChanged, this, &DeckPanel::ShowTransitions);
+  connect(cancelStart_, &QPushButton::clicked, this, [this] { desk_.fades.Cancel(); });
 }
 
 void DeckPanel::resizeEvent(QResizeEvent* event) {
@@ -354,8 +353,8 @@ void DeckPanel::ShowLevel(const DeckRecord& record) {
 }
 
 void DeckPanel::ShowCommands(const DeckRecord& record) {
-  const bool byHand = !console_.State().PlaysByItself() && !console_.Speak().SectionDisabled();
-  const bool walks = console_.Fades().WalkActive();
+  const bool byHand = !desk_.state.PlaysByItself() && !desk_.speak.SectionDisabled();
+  const bool walks = desk_.fades.WalkActive();
   load_->setEnabled(byHand && decks_.LoadCommandActs(deck_));
   start_->setEnabled(byHand && !record.Loading &&
                      (record.State == DeckState::Loaded || record.State == DeckState::Done));

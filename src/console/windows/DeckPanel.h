@@ -1,6 +1,9 @@
 #pragma once
 
-#include "console/Console.h"
+#include "console/automatic/AutoPlay.h"
+#include "console/status/StatusTick.h"
+#include "console/transitions/PressToSpeak.h"
+#include "console/transitions/Transitions.h"
 #include "ui/Panel.h"
 
 class QLabel;
@@ -21,7 +24,16 @@ class TimeDisplay;
 class DeckPanel : public Panel {
   Q_OBJECT
  public:
-  DeckPanel(Console& console, Deck deck, QWidget* parent = nullptr);
+  /// What the panel shows and commands. All outlive it.
+  struct Parts {
+    DeckEngine& decks;
+    Transitions& fades;
+    PressToSpeak& speak;
+    AutoPlay& automatic;
+    StatusTick& status;
+    const ConsoleState& state;
+  };
+  DeckPanel(const Parts& parts, Deck deck, QWidget* parent = nullptr);
 
  public Q_SLOTS:
   /// The beat that warnings blink to.
@@ -44,7 +56,7 @@ class DeckPanel : public Panel {
   void ShowTransitions();
   QToolButton* AddMove(FastMove move, const QString& tooltip);
 
-  Console& console_;
+  Parts desk_;
   DeckEngine& decks_;
   Deck deck_;
   DeckTally* tally_;

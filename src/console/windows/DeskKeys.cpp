@@ -1,5 +1,9 @@
 #include "console/windows/DeskKeys.h"
 
+#include "console/decks/ConfirmationPanel.h"
+#include "console/transitions/PressToSpeak.h"
+#include "console/transitions/Transitions.h"
+
 #include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
@@ -60,7 +64,8 @@ QString ButtonOf(int key) {
 
 }  // namespace
 
-DeskKeys::DeskKeys(Console& console, QWidget& window) : QObject(&window), console_(console), window_(window) {
+DeskKeys::DeskKeys(Parts parts, QWidget& window)
+    : QObject(&window), desk_(std::move(parts)), window_(window) {
   qApp->installEventFilter(this);
 }
 
@@ -100,34 +105,33 @@ bool DeskKeys::Press(const QKeyEvent& event, bool typing) {
     return true;
   }
   if (typing) return false;
-  // A locked screen takes no hand, the loading window neither.
-  if (console_.Lock().Locked() || console_.Load() != nullptr) return false;
-  if (console_.Panel().Visible() && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
-    console_.Panel().Confirm();
+  if (desk_.closed()) return false;
+  if (desk_.panel.Visible() && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+    desk_.panel.Confirm();
     return true;
   }
   if (key == Qt::Key_Space) {
     held_.try_emplace(key);
-    console_.Speak().Press();
+    desk_.speak.Press();
     return true;
   }
   if (!WalksSlider(event)) return false;
-  if (key == Qt::Key_4) console_.Fades().NumberPad4();
-  if (key == Qt::Key_6) console_.Fades().NumberPad6();
+  if (key == Qt::Key_4) desk_.fades.NumberPad4();
+  if (key == Qt::Key_6) desk_.fades.NumberPad6();
   return true;
 }
 
 bool DeskKeys::Release(int key) {
   const auto held = held_.find(key);
   if (held == held_.end()) return !ButtonOf(key).isEmpty();
-  held->second = console_.GetServices().loop.After(kReleaseDelay, [this, key] { LetGo(key); });
+  held->second = desk_.loop.After(kReleaseDelay, [this, key] { LetGo(key); });
   return true;
 }
 
 void DeskKeys::LetGo(int key) {
   held_.erase(key);
   if (key == Qt::Key_Space) {
-    console_.Speak().Release();
+    desk_.speak.Release();
     return;
   }
   auto* button = window_.findChild<QPushButton*>(ButtonOf(key));

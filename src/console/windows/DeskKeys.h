@@ -1,15 +1,20 @@
 #pragma once
 
-#include "console/Console.h"
+#include "platform/EventLoop.h"
 
 #include <QObject>
 
+#include <functional>
 #include <map>
 
 class QKeyEvent;
 class QWidget;
 
 namespace kelvo {
+
+class ConfirmationPanel;
+class PressToSpeak;
+class Transitions;
 
 /// The keys of the desk that work wherever the focus is in the console: F6 to F8 and F10 to F12 start
 /// transitions (also from the windows beside it), 4 and 6 of the number pad walk the slider, the space bar is
@@ -19,8 +24,16 @@ namespace kelvo {
 class DeskKeys : public QObject {
   Q_OBJECT
  public:
+  /// What the keys command. All outlive it.
+  struct Parts {
+    EventLoop& loop;
+    ConfirmationPanel& panel;
+    PressToSpeak& speak;
+    Transitions& fades;
+    std::function<bool()> closed;  ///< the screen is locked, or waits for the catalogue
+  };
   /// Watches the whole application for keys meant for `window`.
-  DeskKeys(Console& console, QWidget& window);
+  DeskKeys(Parts parts, QWidget& window);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -33,7 +46,7 @@ class DeskKeys : public QObject {
   void LetGo(int key);
   void LetGoOfAll();
 
-  Console& console_;
+  Parts desk_;
   QWidget& window_;
   std::map<int, Timer> held_;  ///< keys that are down; a timer that runs is their release
 };

@@ -1,5 +1,6 @@
 #include "console/windows/LoadPanel.h"
 
+#include "database/CatalogueLoader.h"
 #include "ui/ProgressStrip.h"
 
 #include <QLabel>
@@ -7,13 +8,12 @@
 
 namespace kelvo {
 
-LoadPanel::LoadPanel(const Console& console, QWidget* parent)
+LoadPanel::LoadPanel(const QString& program, QWidget* parent)
     : Panel(Group::Console, QStringLiteral("Initialising System, Please Wait...."), parent),
-      console_(console),
       references_(new ProgressStrip(this)),
       tracks_(new ProgressStrip(this)) {
   setObjectName(QStringLiteral("FrmMap"));
-  auto* title = new QLabel(console.Title() + QLatin1Char(' ') + QStringLiteral(KELVO_VERSION), this);
+  auto* title = new QLabel(program + QLatin1Char(' ') + QStringLiteral(KELVO_VERSION), this);
   title->setFont(Theme::Font(1.5, QFont::DemiBold));
   title->setAlignment(Qt::AlignCenter);
   references_->setAccessibleName(tr("Reference lists"));
@@ -27,16 +27,14 @@ LoadPanel::LoadPanel(const Console& console, QWidget* parent)
   adjustSize();
 }
 
-void LoadPanel::Show() {
-  const CatalogueLoader* load = console_.Load();
-  if (load == nullptr) return;
+void LoadPanel::Show(const CatalogueLoader& load) {
   const auto show = [](ProgressStrip& strip, const LoadBar& bar) {
     strip.setRange(0, bar.maximum);
     strip.setValue(bar.value);
     strip.SetWords(bar.words);
   };
-  show(*references_, load->references);
-  show(*tracks_, load->tracks);
+  show(*references_, load.references);
+  show(*tracks_, load.tracks);
 }
 
 }  // namespace kelvo

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "console/Console.h"
 #include "ui/Panel.h"
 
 namespace kelvo {
 
+class CatalogueLoader;
 class ProgressStrip;
 
 /// "Initialising System, Please Wait....": the two bars of the catalogue load, over the console that waits
@@ -12,13 +12,12 @@ class ProgressStrip;
 class LoadPanel : public Panel {
   Q_OBJECT
  public:
-  LoadPanel(const Console& console, QWidget* parent);
+  /// `program`: its title.
+  LoadPanel(const QString& program, QWidget* parent);
 
-  /// Shows the bars as they stand.
-  void Show();
+  void Show(const CatalogueLoader& load);
 
  private:
-  const Console& console_;
   ProgressStrip* references_;
   ProgressStrip* tracks_;
 };
