@@ -34,7 +34,10 @@ if ! SDL_AUDIODRIVER=dummy ${fixed[@]+"${fixed[@]}"} "$root/build/tsan/tests/aud
   failed=1
 fi
 
-# Last, what CTest said at its end.
+# Last, what CTest said at its end, and which of its processes' tests failed.
 echo
 sed -n '/tests passed/,$p' "$log"
+awk '$1 == "[" && $2 == "PASSED" {passed += $4} END {print passed + 0 " tests passed"}' \
+  "$root/build/asan/Testing/Temporary/LastTest.log"
+sed -nE 's/^(\[  FAILED  \] [^ ,]+\.[^ ,]+).*/\1/p; /ERROR: .*Sanitizer/p' "$log" | sort -u
 exit "$failed"

@@ -3,7 +3,6 @@
 #include "database/DatabaseSettings.h"
 #include "database/OlderForm.h"
 #include "platform/ErrorLog.h"
-#include "platform/OffloadWithin.h"
 #include "platform/SettingsStore.h"
 
 #include <QFileInfo>
@@ -17,8 +16,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A folder on a share that does not answer is not there. No window shows meanwhile.
-constexpr Nanoseconds kFolderLimit = 10s;
 /// A hundred thousand names come slowly from a share that does answer.
 constexpr Nanoseconds kListLimit = 30s;
 
@@ -26,7 +23,7 @@ constexpr Nanoseconds kListLimit = 30s;
 
 DatabaseCheck::DatabaseCheck(EventLoop& loop, Prompter& prompter, SettingsStore& settings, ProgramFacts facts,
                              Install install)
-    : loop_(loop),
+    : disks_(loop),
       prompter_(prompter),
       settings_(settings),
       facts_(std::move(facts)),
@@ -41,7 +38,7 @@ Job<Paths> DatabaseCheck::ThoseThere(Paths paths) {
   for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) {
     if (paths(slot).isEmpty()) continue;
     const auto look = [folder = paths(slot)] { return QFileInfo(folder).isDir(); };
-    looks.emplace_back(slot, OffloadWithin(loop_, kFolderLimit, look));
+    looks.emplace_back(slot, disks_.Look(paths(slot), look));
   }
   Paths present;
   for (auto& [slot, look] : looks) {
@@ -55,7 +52,7 @@ Job<std::optional<QString>> DatabaseCheck::OlderFile(QString infoFolder) {
   std::optional<QString> older;
   const auto list = [infoFolder] { return FirstFileOfOlderForm(infoFolder); };
   try {
-    older = co_await OffloadWithin(loop_, kListLimit, list);
+    older = co_await disks_.Look(infoFolder, list, Disks::Patience::Person, kListLimit);
   } catch (...) {
     basHandleError(QStringLiteral(" Main"));
   }
@@ -96,12 +93,13 @@ Job<> DatabaseCheck::TellUnwritable() {
   // One that cannot be read is out of the way before it is written.
   if (!settings_.WhyUnreadable().isEmpty()) co_return;
   QString why = QStringLiteral("The Disk Does Not Answer");
-  const auto attempt = [path = settings_.FilePath()] {
-    SettingsStore::TryToWrite(path);
+  const QString file = settings_.FilePath();
+  const auto attempt = [file] {
+    SettingsStore::TryToWrite(file);
     return true;
   };
   try {
-    const std::optional<bool> written = co_await OffloadWithin(loop_, kFolderLimit, attempt);
+    const std::optional<bool> written = co_await disks_.Look(file, attempt);
     if (written) co_return;
   } catch (const std::exception& failure) {
     why = QString::fromUtf8(failure.what());

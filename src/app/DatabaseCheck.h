@@ -2,6 +2,7 @@
 
 #include "app/ProgramFacts.h"
 #include "database/Paths.h"
+#include "platform/Disks.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
 #include "platform/Prompter.h"
@@ -47,7 +48,7 @@ class DatabaseCheck {
   [[nodiscard]] Job<Repair> RepairPath(Paths* paths, int slot);
   void Save(const Paths& paths);
 
-  EventLoop& loop_;
+  Disks disks_;
   Prompter& prompter_;
   SettingsStore& settings_;
   ProgramFacts facts_;

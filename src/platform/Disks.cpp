@@ -54,7 +54,7 @@ struct Disks::Attempt {
 
 Disks::Disks(EventLoop& loop) : loop_(loop), known_(std::make_shared<Known>()) {}
 
-void Disks::Begin(const QString& path, Patience patience, std::function<void()> work,
+void Disks::Begin(const QString& path, Patience patience, Nanoseconds limit, std::function<void()> work,
                   std::function<void(bool answered)> end) {
   const auto attempt = std::make_shared<Attempt>();
   attempt->disk = loop_.DiskOf(path);
@@ -70,7 +70,7 @@ void Disks::Begin(const QString& path, Patience patience, std::function<void()> 
     const std::shared_ptr<Attempt> waits = watched.lock();
     if (waits && !alive.expired()) TellSilent(waits);
   });
-  attempt->limit = loop_.After(kLookLimit, [watched] {
+  attempt->limit = loop_.After(limit, [watched] {
     if (const std::shared_ptr<Attempt> waits = watched.lock()) waits->Tell(false);
   });
   const auto look = [attempt, path, patience, known = known_, work = std::move(work)] {
@@ -116,7 +116,7 @@ void Disks::Ended(const std::shared_ptr<Attempt>& attempt) {
 
 void Disks::Suspect(const QString& path) {
   const auto look = [path] { Knock(path); };
-  Begin(path, Patience::Air, look, [](bool) {});
+  Begin(path, Patience::Air, kLookLimit, look, [](bool) {});
 }
 
 QStringList Disks::Silent() const {

@@ -18,7 +18,7 @@ namespace kelvo {
 /// Looks at files whose disk may not answer: a share that is gone, a stick with a loose plug. Each look has a
 /// thread of its own and a limit of its own, so it holds up nobody but who asked. A disk that lets a look
 /// wait for two seconds is told as silent until it answers one of those that wait, or is mounted anew. Owned
-/// by the Console; logic thread.
+/// by the Console, and one by the DatabaseCheck before it; logic thread.
 class Disks : public QObject {
   Q_OBJECT
 
@@ -34,10 +34,11 @@ class Disks : public QObject {
   explicit Disks(EventLoop& loop);
 
   /// Does `work`, a look at `path`, off the logic's thread and gives its result; none when its disk does not
-  /// answer. Rethrows its failure. `work` owns all that it touches: it may end long after.
+  /// answer within `limit`. Rethrows its failure. `work` owns all that it touches: it may end long after.
   template <typename Work>
   [[nodiscard]] Job<std::optional<std::invoke_result_t<Work>>> Look(QString path, Work work,
-                                                                    Patience patience = Patience::Person);
+                                                                    Patience patience = Patience::Person,
+                                                                    Nanoseconds limit = kLookLimit);
   /// Asks `question` of each path, in turn; none for those whose disk does not answer.
   using Answers = std::vector<std::optional<bool>>;
   [[nodiscard]] Job<Answers> LookAtEach(QStringList paths, std::function<bool(const QString&)> question);
@@ -58,7 +59,7 @@ class Disks : public QObject {
   struct Batch;
   struct Known;
   /// `end` is told once whether `work` was done.
-  void Begin(const QString& path, Patience patience, std::function<void()> work,
+  void Begin(const QString& path, Patience patience, Nanoseconds limit, std::function<void()> work,
              std::function<void(bool answered)> end);
   void TellSilent(const std::shared_ptr<Attempt>& attempt);
   void Ended(const std::shared_ptr<Attempt>& attempt);
@@ -71,7 +72,8 @@ class Disks : public QObject {
 };
 
 template <typename Work>
-Job<std::optional<std::invoke_result_t<Work>>> Disks::Look(QString path, Work work, Patience patience) {
+Job<std::optional<std::invoke_result_t<Work>>> Disks::Look(QString path, Work work, Patience patience,
+                                                           Nanoseconds limit) {
   using Result = std::invoke_result_t<Work>;
   struct Shared {
     std::optional<Result> result;
@@ -86,7 +88,7 @@ Job<std::optional<std::invoke_result_t<Work>>> Disks::Look(QString path, Work wo
       shared->failure = std::current_exception();
     }
   };
-  Begin(path, patience, look, [shared](bool answered) { shared->answered.Set(answered); });
+  Begin(path, patience, limit, look, [shared](bool answered) { shared->answered.Set(answered); });
   const bool answered = co_await shared->answered.Wait();
   if (!answered) co_return std::nullopt;
   if (shared->failure) std::rethrow_exception(shared->failure);

@@ -70,7 +70,8 @@ void ToldList::Add(const Prompt& prompt, int times) {
   item->setFlags(Qt::ItemIsEnabled);
   list_.addItem(item.release());
   Describe(Count() - 1);
-  list_.scrollToBottom();
+  // It lays out every row: once for all the messages that come in this turn.
+  QMetaObject::invokeMethod(&list_, &QListWidget::scrollToBottom, Qt::QueuedConnection);
   head_.setText(dropped_ == 0
                     ? tr("%1 messages").arg(Count())
                     : tr("%1 messages, the last %2 are shown").arg(Count() + dropped_).arg(Count()));

@@ -13,7 +13,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <set>
+#include <vector>
 
 using namespace kelvo;
 using namespace kelvo::testing;
@@ -28,12 +30,18 @@ namespace {
 class DeadDisks : public SimulatedEventLoop {
  public:
   void RunOffThread(Lane lane, std::function<void()> work, Callback done) override {
-    if (lane == Lane::Apart && dead.contains(++looks)) return;
+    if (lane == Lane::Apart && dead.contains(++looks)) {
+      hanging_.push_back(std::move(work));
+      return;
+    }
     SimulatedEventLoop::RunOffThread(lane, std::move(work), std::move(done));
   }
   /// By their number, from 1.
   std::set<int> dead;
   int looks = 0;
+
+ private:
+  std::vector<std::function<void()>> hanging_;  ///< kept, as by their threads
 };
 
 /// The looks that come before those at the database's folders: whether the settings can be written.

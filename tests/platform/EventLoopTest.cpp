@@ -1,6 +1,6 @@
+#include "platform/Disks.h"
 #include "platform/ErrorLog.h"
 #include "platform/Job.h"
-#include "platform/OffloadWithin.h"
 #include "platform/QtEventLoop.h"
 #include "platform/SimulatedEventLoop.h"
 #include "support/TurnUntil.h"
@@ -213,9 +213,10 @@ TEST(RealTime, CancelledAndUnfinishedWorkEndsUnheardWithTheLoop) {
   EXPECT_TRUE(log.empty());
 }
 
-Job<> Looks(EventLoop& loop, Nanoseconds limit, std::function<int()> look, Log& log) {
+Job<> Looks(Disks& disks, Nanoseconds limit, std::function<int()> look, Log& log) {
   try {
-    const std::optional<int> seen = co_await OffloadWithin(loop, limit, look);
+    const QString root = QStringLiteral("/");
+    const std::optional<int> seen = co_await disks.Look(root, look, Disks::Patience::Person, limit);
     log.push_back(seen ? std::to_string(*seen) : "given up");
   } catch (const Failure& failure) {
     log.emplace_back(failure.what());
@@ -229,16 +230,17 @@ TEST(RealTime, ALookAtADeadDiskIsGivenUpAndHoldsUpNeitherOthersNorTheEnd) {
   Log log;
   {
     QtEventLoop loop;
+    Disks disks(loop);
     const auto dead = [back, &ended] {
       back.wait();
       ended.set_value_at_thread_exit();
       return 1;
     };
-    const Job<> first = Looks(loop, 30ms, dead, log);
+    const Job<> first = Looks(disks, 30ms, dead, log);
     const Job<> second = Looks(
-        loop, 1min, [] { return 2; }, log);
+        disks, 1min, [] { return 2; }, log);
     const Job<> third = Looks(
-        loop, 1min, []() -> int { throw Failure(QStringLiteral("torn")); }, log);
+        disks, 1min, []() -> int { throw Failure(QStringLiteral("torn")); }, log);
     EXPECT_TRUE(TurnUntil([&] { return log.size() == 3; }));
     EXPECT_EQ(std::count(log.begin(), log.end(), "given up"), 1);
     EXPECT_EQ(std::count(log.begin(), log.end(), "2") + std::count(log.begin(), log.end(), "torn"), 2);

@@ -86,12 +86,12 @@ QString FileNameOf(const Piece& piece) {
   return NameOf(piece) + (piece.coding == Coding::Wave16 ? QStringLiteral(".wav") : QStringLiteral(".mp3"));
 }
 
-Plan PlanOf(const Piece& piece, std::uint32_t seed) {
+Plan PlanOf(const Piece& piece, double longest, std::uint32_t seed) {
   Plan plan;
   plan.style = piece.style;
   plan.key = piece.key;
   plan.bpm = piece.bpm;
-  plan.seconds = piece.seconds;
+  plan.seconds = longest > 0.0 ? std::min(piece.seconds, longest) : piece.seconds;
   plan.strongStart = piece.strongStart;
   plan.strongEnd = piece.strongEnd;
   plan.seed = seed;
@@ -200,7 +200,7 @@ class LibraryMaker {
   }
 
   void MakeTrack(const Piece& piece, std::uint32_t seed) const {
-    const StereoSound sound = Render(Compose(PlanOf(piece, seed)), seed);
+    const StereoSound sound = Render(Compose(PlanOf(piece, options_.longest, seed)), seed);
     WriteNew(work_[kMusic] + QLatin1Char('/') + FileNameOf(piece), Encode(sound, piece.coding));
     WriteNew(work_[kInfo] + QLatin1Char('/') + NameOf(piece) + QStringLiteral(".kif"),
              InfoOf(piece, sound.Frames()).ToBytes());

@@ -14,6 +14,7 @@ struct LibraryOptions {
   QString settingsFile;  ///< empty: no settings are written
   std::uint32_t seed = 1;
   int pieces = -1;         ///< only the first ones; below 0 all
+  double longest = 0.0;    ///< seconds to which each track is cut; 0: none is
   bool ifMissing = false;  ///< leave what is there alone
   bool replace = false;    ///< the settings may be pointed at this library though they name another
 };
