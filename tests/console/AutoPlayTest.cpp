@@ -40,7 +40,7 @@ class AutoPlayTest : public ::testing::Test {
            desk_->decks.Player(Deck::Two).State() == PlayState::Playing;
   }
   [[nodiscard]] testing::FaultyPlayer& Disk(Deck deck) { return desk_->Disk(deck); }
-  /// Runs until the fade of start number `starts` has walked for half a second.
+  /// Runs until the fade of start number `starts` has run for half a second.
   void RunIntoFade(int starts) {
     for (int tenth = 0; tenth < 3000 && (desk_->starts < starts || !desk_->state.TransitionActive); ++tenth)
       desk_->Run(0.1);
@@ -549,7 +549,7 @@ TEST_F(AutoPlayTest, ADeckThatSoundsOnAfterADubIsNotLoadedOver) {
   EXPECT_EQ(Record(Deck::One).Title, u"C"_s);
   EXPECT_EQ(Record(Deck::One).State, DeckState::Loaded);
 
-  // Its disk dies: nobody waits for its end.
+  // Its disk dies: the desk doesn't wait for its end.
   make();
   Disk(Deck::One).StandStill();
   desk_->Run(9);

@@ -14,7 +14,7 @@ class LoadPanel : public Panel {
  public:
   LoadPanel(const Console& console, QWidget* parent);
 
-  /// Shows the bars as they stand.
+  /// Shows the present state of the bars.
   void Show();
 
  private:
