@@ -3,7 +3,7 @@
 namespace kelvo {
 namespace {
 
-/// Those of Qt that stand before a value.
+/// Those of Qt that precede a value.
 bool TakesValue(const QString& option) {
   static const QStringList options =
       QStringLiteral(

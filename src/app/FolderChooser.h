@@ -15,7 +15,7 @@ namespace kelvo {
 [[nodiscard]] QString FreeSpaceText(std::int64_t bytes);
 
 /// Walks through drives and folders until one is chosen. Every look at a disk is off the thread: a drive that
-/// does not answer holds up nothing but itself. Owned by who shows it; logic thread.
+/// does not answer blocks nothing else. Owned by who shows it; logic thread.
 class FolderChooser : public QObject {
   Q_OBJECT
  public:

@@ -101,7 +101,7 @@ class Installer : public QObject {
   Job<> reading_;
 };
 
-/// The path table that the rows stand for. A location that ends in its folder's name is that folder, and so
+/// The path table that the rows make. A location that ends in its folder's name is that folder, and so
 /// is one that `present` holds; any other gets the folder in it.
 [[nodiscard]] Paths ApplyLocations(const Installer::Locations& locations, const QString& programFolder,
                                    const Paths& present);

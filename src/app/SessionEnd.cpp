@@ -7,7 +7,7 @@ Job<bool> AnswerSessionEnd(SessionManager& manager, DeskAtSessionEnd desk) {
   if (!desk.plays() || !manager.AllowsInteraction()) co_return false;
   const bool quit = co_await desk.mayQuit();
   if (quit) {
-    // What was done while the question stood.
+    // What was done while the question was open.
     desk.save();
     manager.Release();
   } else {

@@ -111,7 +111,7 @@ void TryDataFolder(const QString& folder) {
   }
 }
 
-/// Makes the folders that stand beside the program's own files, puts the media that come with it where they
+/// Makes the folders beside the program's own files, puts the media that come with it where they
 /// belong and seeds the request files, each only where no file of that name is. What fails leaves the rest to
 /// be done and is in the result. Blocks for the disk.
 std::vector<std::exception_ptr> PlaceFiles(const QString& programFolder, const QString& jinglesFolder) {

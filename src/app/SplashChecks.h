@@ -55,7 +55,7 @@ class SplashChecks {
   [[nodiscard]] Job<> CheckDisplay();
   [[nodiscard]] Job<> CheckAudio();
   [[nodiscard]] Job<> PlaceSystemFiles();
-  /// A step that fails is told and leaves the next ones to run.
+  /// A step that fails is reported and leaves the next ones to run.
   [[nodiscard]] Job<> Step(Job<> step);
   void Say(const QString& line) const;
 

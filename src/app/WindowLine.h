@@ -39,7 +39,7 @@ class BesideWindow : public ChildForm {
 /// One line of the table of windows: all that the desk has to know of a window before it is made. A value.
 struct WindowLine {
   QString id;                         ///< unique
-  DeskMenu menu = DeskMenu::Library;  ///< where its entry stands
+  DeskMenu menu = DeskMenu::Library;  ///< where its entry is
   bool startsGroup = false;           ///< a line above the entry
   QString words = {};                 ///< of the entry, with its mnemonic
   QString key = {};                   ///< portable text ("Ctrl+I"); empty: none

@@ -41,7 +41,7 @@ class WindowTable : public QObject {
   [[nodiscard]] QString WhyClosed(const WindowLine& line) const;
 
   /// Makes the window at first, and brings it to the front, when its guard lets it; after the password, where
-  /// it has one. A refusal is told to the operator.
+  /// it has one. The operator gets a message of a refusal.
   void Open(const QString& id);
   /// Follows the screen lock.
   void SetLocked(bool locked);

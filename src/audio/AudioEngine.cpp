@@ -37,7 +37,7 @@ AudioEngine::AudioEngine(EventLoop& loop, std::unique_ptr<OutputBackend> backend
 AudioEngine::~AudioEngine() {
   tick_.Stop();
   soon_.Stop();
-  // First, for it ends every callback: behind it nobody renders what is freed here.
+  // First, for it ends every callback: after it nothing renders what is freed here.
   backend_.reset();
 }
 
@@ -188,7 +188,7 @@ void AudioEngine::FreeRetired() {
     }
     return true;
   });
-  // Nobody plays there any more, so its device is let go.
+  // Nothing plays there any more, so its device is closed.
   outputs_.erase(std::remove_if(outputs_.begin() + 1, outputs_.end(),
                                 [](const auto& output) { return output.use_count() == 1; }),
                  outputs_.end());

@@ -34,7 +34,7 @@ class AudioEngine : public AudioSystem, private PlayerHost {
   [[nodiscard]] std::uint64_t Underruns(const QString& output = {}) const;
   /// How often the device of `output` ran dry, as far as devices tell it.
   [[nodiscard]] std::uint64_t Dropouts(const QString& output = {}) const;
-  /// How the output named `output` stands, while a player is on it; nothing otherwise.
+  /// The state of the output named `output`, while a player is on it; nothing otherwise.
   [[nodiscard]] std::optional<OutputStatus> StatusOf(const QString& output) const;
 
  private:

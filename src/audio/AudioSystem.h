@@ -10,7 +10,7 @@
 
 namespace kelvo {
 
-/// How an output stands.
+/// The state of an output.
 struct OutputStatus {
   enum class Kind {
     OnAir,          ///< its device plays
@@ -41,8 +41,8 @@ class AudioSystem {
   /// Seconds of sound in `path`, read off the logic's thread. Throws Failure when it is no sound file.
   [[nodiscard]] virtual Job<double> DurationOf(QString path) = 0;
 
-  /// How the default output stands, and a call each time that changes. It starts on the silent clock and goes
-  /// on air when its device has been opened.
+  /// The state of the default output, and a call each time that changes. It starts on the silent clock and
+  /// goes on air when its device has been opened.
   [[nodiscard]] virtual OutputStatus DefaultOutputStatus() const = 0;
   std::function<void(const OutputStatus&)> OnDefaultOutputChanged;
 };

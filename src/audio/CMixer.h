@@ -97,7 +97,7 @@ class CMixer {
     QString name;
     std::vector<Line> destinations;
   };
-  /// Where one side of the tree stands. Without a selected line all is 0 and empty.
+  /// The selection on one side of the tree. Without a selected line all is 0 and empty.
   struct Cursor {
     Line* line = nullptr;
     int index = 0;

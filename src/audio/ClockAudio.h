@@ -9,8 +9,8 @@
 namespace kelvo {
 
 /// Sound without sound: players whose positions run by the loop's clock alone, over files that are only a
-/// name and a length. Rehearses the desk's logic over days of simulated time. What goes wrong with files and
-/// devices is told to it. Owned by whoever rehearses; logic thread.
+/// name and a length. Rehearses the desk's logic over days of simulated time. Faults of files and
+/// devices are set by its owner. Owned by whoever rehearses; logic thread.
 class ClockAudio : public AudioSystem {
  public:
   explicit ClockAudio(EventLoop& loop) : loop_(loop) {}

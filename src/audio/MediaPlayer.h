@@ -30,8 +30,8 @@ class MediaPlayer {
   /// Opens `path` and leaves it stopped at position 0. Until the file is known to be good the player keeps
   /// what it has; a failure changes nothing. An Open that is overtaken by another ends as Superseded.
   [[nodiscard]] virtual Job<OpenResult> Open(QString path) = 0;
-  /// Counts up while an Open is under way and its disk answers: a long file on a slow disk can be told from a
-  /// disk that hangs.
+  /// Counts up while an Open is under way and its disk answers: a long file on a slow disk can be
+  /// distinguished from a disk that hangs.
   [[nodiscard]] virtual std::uint64_t OpenSteps() const = 0;
   /// Closes the file: silent, no duration, position 0.
   virtual void Close() = 0;

@@ -37,8 +37,9 @@ struct TrackEdit {
 };
 
 /// The whole media database in memory, and the only one who tells what happens to it: everybody may read its
-/// tables, but they change through its methods alone, and each change is told to all who listen before the
-/// method returns. The files on disk are the caller's business. Owned by the program's entry; logic thread.
+/// tables, but they change through its methods alone, and each change is reported to all who listen before
+/// the method returns. The files on disk are the caller's business. Owned by the program's entry; logic
+/// thread.
 class Catalogue : public QObject {
   Q_OBJECT
 
@@ -107,7 +108,7 @@ class Catalogue : public QObject {
   // Files that wait in the utility folder, by their full path.
   void AddStagedFile(const QString& path);
   void RemoveStagedFile(const QString& path);
-  /// What was found there; each difference is told.
+  /// What was found there; each difference is reported.
   void SetStagedFiles(const QStringList& paths);
 
   /// Calls the handler whose argument is the kind of change that happened, as long as `listener` lives:

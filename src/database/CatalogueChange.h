@@ -27,7 +27,7 @@ Q_DECLARE_FLAGS(TrackFields, TrackField)
 /// The sets of names in which tracks are filed, each name a folder.
 enum class ReferenceSet { Genres, Artists, Albums, Playlists };
 
-// What can happen to the catalogue. Each is told when the tables have changed already.
+// What can happen to the catalogue. Each is reported after the tables have changed.
 
 /// All tables were read anew: every track number from before means nothing any more.
 struct CatalogueReplaced {};
@@ -69,7 +69,7 @@ struct TrackRemoved {
 };
 
 /// A name in a set is new (`before` is empty), has become another, or is gone (`name` is empty). The lines of
-/// the tracks that bear it change one by one, each told as TrackChanged.
+/// the tracks that bear it change one by one, each reported as TrackChanged.
 struct ReferenceChanged {
   ReferenceSet set;
   QString before;

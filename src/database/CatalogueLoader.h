@@ -35,7 +35,7 @@ enum class LoadOutcome {
 };
 
 /// Reads the whole media database, once at the start and again when a full reload is asked for. What it reads
-/// comes to the catalogue in one piece at the end. It yields between items, reads files off the logic's
+/// enters the catalogue in one piece at the end. It yields between items, reads files off the logic's
 /// thread, and gives each music file without a track info file a new one. Owned by who runs the load; one
 /// load at a time; logic thread.
 class CatalogueLoader {

@@ -31,7 +31,7 @@ class DriveList : public QObject {
   void MapNetworkDrive();
   /// Any folder, picked by the operator.
   void Browse();
-  /// A folder that the operator named; a place already listed is told again.
+  /// A folder that the operator named; a place already listed is reported again.
   void AddFolder(const QString& path);
 
  Q_SIGNALS:

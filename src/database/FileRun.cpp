@@ -112,7 +112,7 @@ Job<FileSum> FileRun::Run(Work work) {
 FileOutcome FileRun::Fail(const Work& work, const std::exception_ptr& failure) {
   const QString tag = step_.isEmpty() ? work.tag : work.tag + QLatin1Char(' ') + step_;
   const bool full = IsLackOfRoom(failure);
-  // Of a full disk the operator is told when the run has ended.
+  // A full disk is reported to the operator when the run has ended.
   if (work.failures == Failures::Told && !full) {
     messages_.append(ErrorLog::Compose(failure, tag));
     basHandleError(tag, failure);

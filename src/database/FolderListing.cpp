@@ -29,7 +29,7 @@ FolderHandle OpenFolder(const QString& folder) {
   return FolderHandle(opendir(QFile::encodeName(folder).constData()));
 }
 
-/// What an entry is; none when it is neither or that cannot be told.
+/// What an entry is; none when it is neither or that is unknown.
 std::optional<EntryKind> KindOf(DIR* folder, const QString& place, const dirent& entry, LinkTargets& links) {
   if (entry.d_type == DT_REG) return EntryKind::Files;
   if (entry.d_type == DT_DIR) return EntryKind::Folders;

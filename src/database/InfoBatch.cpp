@@ -132,7 +132,7 @@ InfoBatch::Status InfoReader::ReadText(int handle, InfoBatch& batch, InfoBatch::
     size += static_cast<std::size_t>(got);
     const std::string_view text(buffer_.data(), size);
     const std::optional<int> count = SplitPlain(text, lines);
-    // What stands behind the fixed lines matters only for the encoding of a file that is not plain.
+    // What follows the fixed lines matters only for the encoding of a file that is not plain.
     const bool complete =
         count == kFixedInfoLines && static_cast<std::size_t>(lines.back().end() - text.begin()) < size;
     if (complete || (got == 0 && count == kFixedInfoLines)) return Store(lines, batch, record);

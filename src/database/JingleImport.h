@@ -51,7 +51,7 @@ class JingleImport : public QObject {
   void Search(const QString& folder);
   /// Copies the rows into the jingle folder, in this order.
   void Import(const std::vector<int>& rows);
-  /// `Command5`: deletes the files of the rows from their drive, after its questions.
+  /// Deletes the files of the rows from their drive, after its questions.
   void Delete(const std::vector<int>& rows);
   void Stop();
 

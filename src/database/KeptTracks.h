@@ -26,7 +26,7 @@ class KeptTracks {
   QObject listener_;
 };
 
-/// A walk through all tracks that may wait between two of them: when tracks are removed meanwhile none is
+/// A pass over all tracks that may wait between two of them: when tracks are removed meanwhile none is
 /// passed over, and it ends when the catalogue is read anew. Owned by the job, as a local variable; logic
 /// thread.
 class TrackWalk {

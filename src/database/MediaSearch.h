@@ -28,9 +28,10 @@ struct FoundFile {
 /// Whether the name is that of an MP3 or WAV file, by its extension.
 [[nodiscard]] bool IsMediaName(const QString& name);
 
-/// The walk of a search through folders and all below them, a piece at a time. Made by the logic, used by one
-/// other thread at a time. Names come in the order of their upper-cased forms, the files of a folder before
-/// its folders; hidden ones (leading dot) are left out. A folder is entered once, whatever links lead to it.
+/// The course of a search through folders and all below them, a piece at a time. Made by the logic, used by
+/// one other thread at a time. Names come in the order of their upper-cased forms, the files of a folder
+/// before its folders; hidden ones (leading dot) are left out. A folder is entered once, whatever links lead
+/// to it.
 class MediaWalk {
  public:
   enum class Tags { Leave, Read };
@@ -38,7 +39,7 @@ class MediaWalk {
 
   struct Piece {
     std::vector<FoundFile> files;
-    QString folder;     ///< the folder that was come to
+    QString folder;     ///< the folder that was reached
     double share = 0;   ///< of the whole way, 0 to 1; a folder's folders count alike
     QStringList notes;  ///< folders that can't be read, names that are no text
     bool atEnd = false;
@@ -64,13 +65,13 @@ class MediaWalk {
   QStringList files_;  ///< what is left of `folder_`, the next last
   double filesShare_ = 0;
   double share_ = 0;
-  QStringList roots_;      ///< until the walk begins
+  QStringList roots_;      ///< until the search begins
   QSet<QString> leftOut_;  ///< see FoldersOfOtherMounts
   std::set<std::pair<std::uint64_t, std::uint64_t>> entered_;
 };
 
-/// A search in Lane::Apart, told in pieces small enough to be shown between two turns. Owned by the form's
-/// logic, which it must not outlive; logic thread.
+/// A search in Lane::Apart, reported in pieces small enough to be shown between two turns. Owned by the
+/// form's logic, which it must not outlive; logic thread.
 class MediaSearch : public QObject {
   Q_OBJECT
  public:

@@ -36,7 +36,7 @@ Job<QString> Mount(EventLoop& loop, QString program, QString address, QString pa
   ChildCommand mount = Gio(program, arguments << address);
   if (!password.isEmpty()) {
     // It asks for those of user and domain that the address doesn't tell, then for the password. A user of
-    // its own stands before an "@" in the address.
+    // its own is before an "@" in the address.
     const bool namesUser = !QUrl(address).userName().isEmpty();
     const QByteArray user = namesUser ? QByteArray() : qgetenv("USER") + '\n';
     const QByteArray domain =

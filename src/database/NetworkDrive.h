@@ -17,8 +17,8 @@ class Prompter;
 [[nodiscard]] QString NetworkAddress(const QString& typed);
 
 /// "Map Network Drive": asks for the network path and its password, and mounts it. Gives the folder where it
-/// can be looked through; none after a cancel or a failure, which was told. A folder of this system that is
-/// typed is taken as it is. `title` is the program's.
+/// can be looked through; none after a cancel or a failure, which was reported. A folder of this system that
+/// is typed is taken as it is. `title` is the program's.
 [[nodiscard]] Job<std::optional<QString>> MapNetworkDrive(EventLoop& loop, Prompter& prompter, QString title);
 
 }  // namespace kelvo

@@ -67,7 +67,7 @@ class ScanImport : public QObject {
  Q_SIGNALS:
   /// Words, Percent, Busy or DeletesSources changed.
   void Changed();
-  /// The operator stands by the names: the import takes its rows.
+  /// The operator has confirmed the names: the import takes its rows.
   void Began();
 
  private:

@@ -30,7 +30,7 @@ enum ScanColumn {
 /// What the last import found of a row. A change of its name clears it.
 enum class ScanMark {
   None,
-  InDatabase,  ///< yellow: stands in the music folder; is staged when it is imported again
+  InDatabase,  ///< yellow: is in the music folder; is staged when it is imported again
   InUtility,   ///< red: waits in the utility folder already
   Copied
 };

@@ -10,7 +10,7 @@ struct StagedName {
   QString artist;
   QString title;
   QString date;
-  QString album;      ///< a blank stands in its place in the file name when there is none
+  QString album;      ///< a blank takes its place in the file name when there is none
   QString extension;  ///< with its dot
 };
 

@@ -8,7 +8,7 @@
 
 namespace kelvo {
 
-/// The files that stand in the music and the utility folder, by name in any case. Read once for an import,
+/// The files that are in the music and the utility folder, by name in any case. Read once for an import,
 /// which tells it of each file that it adds. A value; read off the logic's thread.
 struct StandingNames {
   /// Blocks for the disk; any thread. Throws Failure when the folders can't be read.

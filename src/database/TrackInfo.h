@@ -43,7 +43,7 @@ class TrackInfo {
     SetText(field.line, field.text(value));
   }
 
-  /// Lines 7 to 11; the default end style stands for an empty one.
+  /// Lines 7 to 11; the default end style where it is empty.
   [[nodiscard]] TrackPlaySettings Play(const TrackDefaults& defaults) const;
   /// Writes lines 7 to 9 in their full form.
   void CompletePlayLines();

@@ -7,7 +7,7 @@
 namespace kelvo {
 namespace {
 
-/// The "#" stands last: CheckName tolerates it, CleanFileName does not.
+/// The "#" is last: CheckName tolerates it, CleanFileName does not.
 const QString kForbidden = QStringLiteral("\"*,/:<>?\\|#");
 
 }  // namespace

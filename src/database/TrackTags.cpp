@@ -44,7 +44,7 @@ void TakeGenre(TrackTags& tags, const QString& words) {
   if (tags.genre < 0) tags.genreText = words;
 }
 
-/// Fills what no earlier tag told; the genre apart, which each kind keeps in its own way.
+/// Fills what no earlier tag gave; the genre apart, which each kind keeps in its own way.
 void Take(TrackTags& tags, const TagLib::Tag& tag) {
   const auto fill = [](QString& field, const QString& text) {
     if (field.isEmpty()) field = text;

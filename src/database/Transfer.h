@@ -81,7 +81,7 @@ class Transfer : public QObject {
   [[nodiscard]] Job<double> LookAt(const TransferRow& row);
   /// Makes the folder of a name that is not there yet; the name as the database spells it.
   [[nodiscard]] Job<QString> EnsureReference(Paths::Slot slot, QString name, ReferenceSet set);
-  /// The name under which the music file stands in the database; empty when the operator left it out.
+  /// The name of the music file in the database; empty when the operator left it out.
   [[nodiscard]] Job<QString> CopyMusic(const TransferRow& row);
   [[nodiscard]] Job<TrackInfo> WriteInfo(QString baseName, TrackInfo fresh);
   [[nodiscard]] Job<bool> Exists(QString path);

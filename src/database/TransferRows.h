@@ -22,7 +22,7 @@ struct TransferRow {
   QString album;
   QString category;
   QString date = kNoDate;
-  bool taken = false;  ///< its music file stands in the database, the rest is under way
+  bool taken = false;  ///< its music file is in the database, the rest is under way
 };
 
 /// A name as it can be a reference of a track and a folder: clean, not hidden, not reserved, not too long;

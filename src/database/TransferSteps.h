@@ -13,7 +13,7 @@
 
 namespace kelvo {
 
-/// The names that stand in the folders of the database, so that a run over many files looks at each folder
+/// The names in the folders of the database, so that a run over many files looks at each folder
 /// once. Names that differ in case only count as one. A value.
 class DatabaseNames {
  public:

@@ -30,7 +30,7 @@ void AppendUpper(std::string_view utf8, std::string* to) {
                  [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
 }
 
-/// The two halves of "Artist - Title", blanks as they stand; without "-" all is the title.
+/// The two halves of "Artist - Title", blanks kept; without "-" all is the title.
 struct NameHalves {
   std::string_view artist;
   std::string_view title;
@@ -115,7 +115,7 @@ class Matcher {
     upper_.push_back(' ');
     return upper_.find(text_) != std::string::npos;
   }
-  /// Only names of artists are looked at with a blank on each side; albums and genres as they stand.
+  /// Only names of artists are looked at with a blank on each side; albums and genres unchanged.
   [[nodiscard]] bool LineMatches(const std::string& upper) const {
     const std::string line = field_ == Field::Artist && !upper.empty() ? ' ' + upper + ' ' : upper;
     return line.find(text_) != std::string::npos;

@@ -45,7 +45,7 @@ class TrackSearch : public QObject {
 
   [[nodiscard]] const RowStore<Mref>& Results() const { return results_; }
   [[nodiscard]] const Catalogue& Tracks() const { return services_.catalogue; }
-  /// How a result is shown: by its name as it stands, or by title and artist.
+  /// How a result is shown: by its whole name, or by title and artist.
   [[nodiscard]] QString ShownName(Mref track) const;
   /// "Search Results = ...", empty until a search has ended.
   [[nodiscard]] const QString& ResultWords() const { return resultWords_; }

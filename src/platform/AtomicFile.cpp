@@ -1,6 +1,5 @@
 #include "platform/AtomicFile.h"
 
-#include "platform/EventLoop.h"
 #include "platform/NewFile.h"
 
 #include <fcntl.h>
@@ -13,7 +12,7 @@ namespace kelvo {
 
 namespace {
 
-/// The file that is to be replaced: what stands there now may be.
+/// The file that is to be replaced: what is there now may be.
 struct Target {
   explicit Target(const QString& name);
   QByteArray path;
@@ -56,11 +55,6 @@ void TryToReplaceFile(const QString& path) {
   const Target target(path);
   NewFile file(target.path, S_IRUSR | S_IWUSR);
   file.Write("\n", 1);
-}
-
-Job<> ReplaceFileLater(EventLoop& loop, QString path, QByteArray bytes) {
-  const auto work = [path, bytes] { ReplaceFile(path, bytes); };
-  co_await loop.Offload(EventLoop::Lane::Files, work);
 }
 
 QByteArray ReadWholeFile(const QString& path, qint64 limit) {

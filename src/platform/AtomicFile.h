@@ -1,13 +1,9 @@
 #pragma once
 
-#include "platform/Job.h"
-
 #include <QByteArray>
 #include <QString>
 
 namespace kelvo {
-
-class EventLoop;
 
 /// Replaces the content of `path` with `bytes`, or creates it: written beside the file, flushed to disk,
 /// renamed over it. After a crash, a full disk or a kill at any instant the file holds the old bytes or the
@@ -21,9 +17,6 @@ void ReplaceFile(const QString& path, const QByteArray& bytes);
 
 /// Does what ReplaceFile does, up to the renaming: throws the Failure that it would meet. Changes nothing.
 void TryToReplaceFile(const QString& path);
-
-/// The same as ReplaceFile off the logic's thread, in the order of the calls. Rethrows the failure.
-[[nodiscard]] Job<> ReplaceFileLater(EventLoop& loop, QString path, QByteArray bytes);
 
 /// The whole file. Throws Failure (missing, no permission, over `limit` bytes). Any thread.
 [[nodiscard]] QByteArray ReadWholeFile(const QString& path, qint64 limit = qint64{64} << 20);

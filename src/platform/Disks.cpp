@@ -18,7 +18,7 @@ namespace {
 
 constexpr Nanoseconds kBatchPoll = 20ms;
 
-/// Asks the disk itself, not what the system remembers of it, as far as that can be told.
+/// Asks the disk itself, not what the system remembers of it, as far as that is possible.
 void Knock(const QString& path) {
   struct statvfs facts {};
   ::statvfs(QFile::encodeName(path).constData(), &facts);
@@ -38,7 +38,7 @@ struct Disks::Known {
 
 /// One look.
 struct Disks::Attempt {
-  EventLoop::Disk disk;  ///< where the look has come to; under the mutex of Known
+  EventLoop::Disk disk;  ///< the disk that the look has reached; under the mutex of Known
   bool refused = false;  ///< written by the look's thread before it ends
   // The logic's thread:
   std::function<void(bool)> end;

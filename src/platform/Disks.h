@@ -16,9 +16,10 @@
 namespace kelvo {
 
 /// Looks at files whose disk may not answer: a share that is gone, a stick with a loose plug. Each look has a
-/// thread of its own and a limit of its own, so it holds up nobody but who asked. A disk that lets a look
-/// wait for two seconds is told as silent until it answers one of those that wait, or is mounted anew. Owned
-/// by the Console, and one by the DatabaseCheck before it; logic thread.
+/// thread of its own and a limit of its own, so it blocks only its caller. A disk that lets a look
+/// wait for two seconds is reported as silent until it answers one of those that wait, or is mounted anew.
+/// Owned by the Console, and
+/// one by the DatabaseCheck before it; logic thread.
 class Disks : public QObject {
   Q_OBJECT
 
@@ -42,7 +43,7 @@ class Disks : public QObject {
   /// Asks `question` of each path, in turn; none for those whose disk does not answer.
   using Answers = std::vector<std::optional<bool>>;
   [[nodiscard]] Job<Answers> LookAtEach(QStringList paths, std::function<bool(const QString&)> question);
-  /// Somebody waits for data of this file: its disk is told as silent when it does not answer.
+  /// Somebody waits for data of this file: its disk is reported as silent when it does not answer.
   void Suspect(const QString& path);
 
   /// The disks that do not answer at the moment, by where they are mounted.
@@ -58,7 +59,7 @@ class Disks : public QObject {
   struct Attempt;
   struct Batch;
   struct Known;
-  /// `end` is told once whether `work` was done.
+  /// `end` is called once, with whether `work` was done.
   void Begin(const QString& path, Patience patience, Nanoseconds limit, std::function<void()> work,
              std::function<void(bool answered)> end);
   void TellSilent(const std::shared_ptr<Attempt>& attempt);

@@ -9,8 +9,8 @@
 
 namespace kelvo {
 
-/// Sees to it that a program which is ending does end: when this object still lives after `limit`, because a
-/// thread hangs on a disk that does not answer, the process ends where it stands. Its exit code is that of a
+/// Makes sure that a program which is ending does end: when this object still lives after `limit`, because a
+/// thread hangs on a disk that does not answer, the process ends at once. Its exit code is that of a
 /// failure, unless all that had to be written is written by then. Any thread.
 class EndLimit {
  public:

@@ -39,7 +39,7 @@ class Failure : public std::runtime_error {
 /// What fails again and again does not fill the disk: the same line is written ten times within an hour and
 /// then only counted, and the count is written when it goes on after that hour or the log closes. A file that
 /// has grown to 4 MB becomes FILE.old, in the place of the one before. When the file cannot be written the
-/// operator is told once, and the lines go to stderr, a hundred of them at most.
+/// operator sees one message, and the lines go to stderr, a hundred of them at most.
 class ErrorLog {
  public:
   /// `filePath` is appended to, one line a failure: date and time, a tab, the text.

@@ -49,7 +49,7 @@ class EventLoop {
 
   /// Where work off the logic's thread is done. `Files` writes what the program keeps, in the order in which
   /// it was given. `Apart` keeps no order: each work has a thread of its own, so one that hangs on a disk
-  /// holds up its caller and nobody else. See Disks for looks at disks that may not answer.
+  /// blocks its caller only. See Disks for looks at disks that may not answer.
   enum class Lane { Files, Apart };
 
   EventLoop();
@@ -88,7 +88,7 @@ class EventLoop {
   /// True when a job that began its turn at `turnStart` (see TurnClock) has used its 4 ms and should yield.
   [[nodiscard]] bool TurnIsOver(Nanoseconds turnStart);
   /// The clock that turns are measured by. The simulated one moves a little at each look, so that a job which
-  /// only asks still comes to the end of its turn.
+  /// only asks still finishes its turn.
   [[nodiscard]] virtual Nanoseconds TurnClock() = 0;
 
   /// True when the clock doesn't follow the world outside: whoever waits for another process must then wait
@@ -145,7 +145,7 @@ class EventLoop::SleepAwaiter {
 };
 
 /// A job's allowance of the logic's thread: `co_await turn.Yield()` costs next to nothing until 4 ms are used
-/// up, and then lets the loop go round.
+/// up, and then lets the loop take a turn.
 class Turn {
  public:
   explicit Turn(EventLoop& loop) : loop_(loop), start_(loop.TurnClock()) {}

@@ -15,13 +15,13 @@ class EventLoop;
 struct CopyOrder {
   QString from;
   QString to;
-  bool replace = false;  ///< whether a file that stands at `to` may be replaced
+  bool replace = false;  ///< whether a file at `to` may be replaced
 };
 
 enum class CopyResult {
   Copied,
-  Stopped,  ///< by the operator; nothing stands at `to` that was not there before
-  Existed,  ///< a file stands at `to`, and it may not be replaced
+  Stopped,  ///< by the operator; nothing new is left at `to`
+  Existed,  ///< a file is at `to`, and it may not be replaced
 };
 
 /// The two ends of a running copy: the logic's thread asks it to stop and reads how far it is.

@@ -145,7 +145,7 @@ class [[nodiscard]] Job {
     if (this != &other) {
       Cancel();
       handle_ = std::exchange(other.handle_, nullptr);
-      // Who stores a job has no mind to await it at once, so a failure at its very start is told now.
+      // A job that is stored is not awaited at once, so a failure at its very start is reported now.
       if (handle_ && handle_.done()) handle_.promise().ReportUnheard();
     }
     return *this;
@@ -154,7 +154,7 @@ class [[nodiscard]] Job {
   Job& operator=(const Job&) = delete;
   ~Job() { Cancel(); }
 
-  /// Ends the job where it stands. Safe from inside the job itself.
+  /// Ends the job at the point that it has reached. Safe from inside the job itself.
   void Cancel() {
     const auto handle = std::exchange(handle_, nullptr);
     if (!handle) return;

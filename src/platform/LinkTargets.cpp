@@ -40,7 +40,7 @@ LinkTargets::LinkTargets() : shared_(std::make_shared<Shared>()) {}
 LinkTargets::Kind LinkTargets::KindOf(const QString& path) {
   struct Question {
     std::optional<Kind> kind;
-    QString disk;  ///< where the look has come to
+    QString disk;  ///< the disk that the look has reached
   };
   const auto question = std::make_shared<Question>();
   std::thread([shared = shared_, question, path] {

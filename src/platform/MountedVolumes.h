@@ -19,7 +19,7 @@ struct MountedVolume {
 };
 
 /// The drives of this system, in the order of their paths. Asks no drive anything: one that does not answer
-/// holds nobody up. Reads the system's files; any thread.
+/// blocks no caller. Reads the system's files; any thread.
 [[nodiscard]] std::vector<MountedVolume> ListVolumes();
 
 /// The drives of a mount table. `isRemovable` knows the devices ("/dev/sdb1").

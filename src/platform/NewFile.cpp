@@ -29,7 +29,7 @@ QByteArray FolderOf(const QByteArray& path) {
   return slash == 0 ? QByteArrayLiteral("/") : path.left(slash);
 }
 
-/// A name too long to carry the ending is told by its digest.
+/// A name too long to carry the ending is replaced by its digest.
 QByteArray NameBeside(const QByteArray& path) {
   const QByteArray ending = QByteArrayLiteral(".kelvo-new");
   QByteArray name = path.mid(path.lastIndexOf('/') + 1);
@@ -156,8 +156,8 @@ bool NewFile::RenameBeside() {
   }
   if (errno == EEXIST) return false;
   if (errno != EINVAL && errno != ENOSYS) FailOn("write", target_, errno);
-  // Some network and user-space file systems know no such rename. A second name is never given over one that
-  // stands; where there are no second names either, the look comes just before.
+  // Some network and user-space file systems know no such rename. A second name is never given over an
+  // existing one; where there are no second names either, it is looked for just before.
   if (::link(beside_.constData(), target_.constData()) == 0) {
     ::unlink(beside_.constData());
     return true;

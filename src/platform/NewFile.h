@@ -15,7 +15,7 @@ namespace kelvo {
 /// The path as the system takes it. Throws Failure for one that can't be a path.
 [[nodiscard]] QByteArray EncodedPath(const QString& path);
 
-/// The file that `path` stands for when symbolic links are followed; it need not exist. Throws Failure on a
+/// The file that `path` leads to when symbolic links are followed; it need not exist. Throws Failure on a
 /// loop.
 [[nodiscard]] QByteArray BehindLinks(QByteArray path);
 
@@ -37,7 +37,7 @@ class Descriptor {
   int number_;
 };
 
-/// A file that gets its name when it is whole. Until then it stands beside `target` under a hidden name,
+/// A file that gets its name when it is whole. Until then it is kept beside `target` under a hidden name,
 /// which is the same for every writer of that target: what a killed one left behind is found and taken away,
 /// and a lock keeps two at work apart. Without a Commit it goes with the object. Any thread; throws Failure,
 /// which names the target.

@@ -115,7 +115,7 @@ void QtEventLoop::QueueChanged() {
 void QtEventLoop::Arm() {
   const auto due = NextDue();
   if (!due) return;
-  // Rounded up: a wake-up just before the time would find nothing to do and go round once more.
+  // Rounded up: a wake-up just before the time would find nothing to do and wait again.
   const auto wait = std::chrono::ceil<std::chrono::milliseconds>(*due - Elapsed());
   // The timer counts in an int: what is due in a month is looked at every hour.
   wake_.start(

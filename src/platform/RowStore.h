@@ -66,7 +66,7 @@ class RowStore final : public RowFeed {
     AlterUntold(row, change);
     TellChanged(row, row);
   }
-  /// The same for many rows, which are told together with TellChanged.
+  /// The same for many rows, which TellChanged reports together.
   template <typename Change>
   void AlterUntold(int row, Change change) {
     change(rows_[static_cast<std::size_t>(row)]);

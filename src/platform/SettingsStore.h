@@ -22,7 +22,7 @@ class EventLoop;
 ///
 /// SaveSetting takes effect at once for readers of this process and is written to disk off the logic's
 /// thread, the whole file each time (see ReplaceFile), in order. What cannot be read in the file (a line of
-/// garbage) is kept as it stands. A file that cannot be read at all is set aside under another name, which is
+/// garbage) is kept unchanged. A file that cannot be read at all is set aside under another name, which is
 /// logged, before anything is written in its place.
 class SettingsStore : public QObject {
   Q_OBJECT

@@ -17,7 +17,7 @@ bool NeedsNumber(QStringView text, qsizetype at) {
          (atAnEdge && character.isSpace());
 }
 
-/// `text` in a form that stands on one line, keeps its edges and holds none of `reserved` bare.
+/// `text` in a form that fits on one line, keeps its edges and holds none of `reserved` bare.
 QString Escaped(QStringView text, QLatin1StringView reserved) {
   QString escaped;
   escaped.reserve(text.size() + 8);
@@ -76,7 +76,7 @@ QString Plain(QStringView escaped) {
   return plain;
 }
 
-/// Where `character` stands without a backslash before it; -1 when it doesn't.
+/// The place of `character` without a backslash before it; -1 when it doesn't.
 qsizetype IndexOfBare(QStringView text, QChar character) {
   for (qsizetype at = 0; at < text.size(); ++at) {
     if (text[at] == QLatin1Char('\\')) {
@@ -146,7 +146,7 @@ QByteArray SettingsText::ToBytes() const {
   return bytes;
 }
 
-/// Where a key stands twice, the first counts.
+/// Where a key is given twice, the first counts.
 void SettingsText::Index() {
   places_.clear();
   for (size_t at = 0; at < sections_.size(); ++at) {
@@ -214,7 +214,7 @@ bool SettingsText::SetValue(const QString& title, const QString& section, const 
 
 bool SettingsText::Remove(const QString& title, const QString& section, const QString& key) {
   bool removed = false;
-  // A second line of the same key, which a person may have written, must not come to light.
+  // A second line of the same key, which a person may have written, must not take effect.
   for (auto found = places_.find(AddressOf(title, section, key)); found != places_.end();
        found = places_.find(AddressOf(title, section, key))) {
     auto& lines = sections_[found->second.section].lines;

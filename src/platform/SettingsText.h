@@ -11,7 +11,7 @@
 namespace kelvo {
 
 /// The text of a settings file: `[Title / Section]` heads with `Key=Value` lines below them, UTF-8. Any text
-/// can stand in any place; what would not come back is written with a backslash. Lines that say nothing
+/// can be in any place; what would not come back is written with a backslash. Lines that say nothing
 /// (comments, blank lines, garbage) keep their place and their bytes, and so does every line whose value
 /// isn't changed. Section and key names compare without regard to case. A value; any thread.
 class SettingsText {
@@ -41,7 +41,7 @@ class SettingsText {
   };
   struct Section {
     std::optional<std::pair<QString, QString>>
-        name;  ///< title and section; none for what stands before the first head
+        name;  ///< title and section; none for what precedes the first head
     QByteArray head;
     std::vector<Line> lines;
   };

@@ -8,7 +8,7 @@ namespace kelvo {
 /// A shell link (".lnk"): a target and its arguments. The only reader and writer of these files. A value; any
 /// thread.
 struct ShellLink {
-  QString targetPath;  ///< absolute path of the file that the link stands for
+  QString targetPath;  ///< absolute path of the file that the link points to
   QString arguments;   ///< the entry's own data
 
   /// Throws Failure when the bytes are no shell link or hold no target.

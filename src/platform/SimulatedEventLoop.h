@@ -9,8 +9,8 @@
 
 namespace kelvo {
 
-/// A loop whose clock stands still while work is done and jumps from one due event to the next: hours pass in
-/// seconds, twice with the same result. Who follows the clock (the simulated sound device) is told of each
+/// A loop whose clock stops while work is done and jumps from one due event to the next: hours pass in
+/// seconds, twice with the same result. Who follows the clock (the simulated sound device) hears of each
 /// jump before the event at its end runs.
 class SimulatedEventLoop : public EventLoop {
  public:

@@ -51,7 +51,7 @@ class TextFile {
   Encoding encoding_ = Encoding::Windows1252;
 };
 
-/// Windows-1252 both ways. The five codes that the page leaves open stand for themselves (U+0081 ...), so
+/// Windows-1252 both ways. The five codes that the page leaves open mean themselves (U+0081 ...), so
 /// every byte comes back. `FitsWindows1252` tells whether nothing would be lost.
 [[nodiscard]] QString FromWindows1252(QByteArrayView bytes);
 [[nodiscard]] bool FitsWindows1252(QStringView text);

@@ -91,7 +91,7 @@ bool BeginsWord(QChar before) {
   return before.isSpace() || before == QLatin1Char('(');
 }
 
-/// Where the last extension's dot stands, -1 when there is none.
+/// The place of the last extension's dot, -1 when there is none.
 qsizetype DotOf(const QString& fileName) {
   const qsizetype nameAt = fileName.lastIndexOf(QLatin1Char('/')) + 1;
   const qsizetype dot = fileName.lastIndexOf(QLatin1Char('.'));

@@ -17,7 +17,7 @@ struct Command {
   QString words;           ///< on the button
   QString tooltip = {};    ///< the key is put behind it
   QKeySequence key = {};   ///< works wherever the focus is in the window; empty: none
-  QString keyWords = {};   ///< told in place of `key` where the key is handled elsewhere
+  QString keyWords = {};   ///< shown in place of `key` where the key is handled elsewhere
   std::optional<Icon> icon = {};
   QString role = {};                        ///< see Theme::SetRole
   Qt::FocusPolicy focus = Qt::StrongFocus;  ///< TabFocus: a click leaves the keyboard where it is

@@ -117,7 +117,7 @@ void Fader::mouseMoveEvent(QMouseEvent* event) {
   }
   const QPointF way = event->position() - grip_->start;
   if (!grip_->moved && way.manhattanLength() < QApplication::startDragDistance() / 3.0) return;
-  // The handle may have been moved by the program meanwhile: the hand goes on from where it stands now.
+  // The handle may have been moved by the program meanwhile: the hand goes on from where it is now.
   if (grip_->moved && ValueAt(grip_->place) != sliderPosition()) grip_->place = Place(sliderPosition());
   grip_->moved = true;
   const double fine = event->modifiers() & Qt::ShiftModifier ? 0.1 : 1.0;

@@ -7,7 +7,7 @@
 namespace kelvo {
 
 /// A fader of the desk, upright or lying. It takes hold like the real thing: a drag moves it from where it
-/// stands, wherever the mouse went down, so that no click makes the sound jump; Shift drags finely. A click
+/// is, wherever the mouse went down, so that no click makes the sound jump; Shift drags finely. A click
 /// beside the handle without a drag goes one page towards it, the wheel goes in single steps, the middle
 /// button sets it to the place, a double click to its rest value. Levels kept as loss (0 loudest) are shown
 /// loud side up with setInvertedAppearance. It takes no keyboard focus unless its owner says so; the owner
@@ -32,7 +32,7 @@ class Fader : public QAbstractSlider {
   [[nodiscard]] QSize minimumSizeHint() const override;
 
  Q_SIGNALS:
-  /// A person moved it; a setValue of the program is not told here.
+  /// A person moved it; a setValue of the program is not reported here.
   void MovedByHand(int value);
 
  protected:
@@ -52,7 +52,7 @@ class Fader : public QAbstractSlider {
   [[nodiscard]] QSizeF HandleSize() const;
   /// Pixels that the handle can travel.
   [[nodiscard]] double Travel() const;
-  /// Where a value stands, 0 at the left or lower end, 1 at the other.
+  /// The place of a value, 0 at the left or lower end, 1 at the other.
   [[nodiscard]] double Place(int value) const;
   [[nodiscard]] QPointF PointOf(int value) const;
   /// The way from the grip to `point` as a share of the travel, positive to the right and up.

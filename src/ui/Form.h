@@ -14,7 +14,7 @@ class QLineEdit;
 
 namespace kelvo {
 
-/// Labelled fields, one below the other, each with room for a message beside it. Knows whether what stands in
+/// Labelled fields, one below the other, each with room for a message beside it. Knows whether what is in
 /// them differs from what was there at first. GUI thread.
 class Form : public QWidget {
   Q_OBJECT
@@ -43,7 +43,7 @@ class Form : public QWidget {
 
   /// A field holds something else than at first, or than at the last Settle.
   [[nodiscard]] bool Dirty() const;
-  /// What stands in the fields is what is kept.
+  /// What is in the fields has been kept.
   void Settle();
   /// Puts back what is kept.
   void Restore();

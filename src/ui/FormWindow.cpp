@@ -8,7 +8,7 @@
 namespace kelvo {
 
 FormWindow::FormWindow(const Look& look, Prompter& prompter)
-    : ToolWindow(look), prompter_(prompter), form_(new Form(this)), body_(new QVBoxLayout) {
+    : ToolWindow(look), prompter_(prompter), form_(new Form(this)) {
   ok_ = AddCommand(*this, {.name = QStringLiteral("CmdOk"),
                            .words = tr("OK"),
                            .tooltip = tr("Saves and closes"),
@@ -25,8 +25,7 @@ FormWindow::FormWindow(const Look& look, Prompter& prompter)
                                              close();
                                            }});
   auto* layout = new QVBoxLayout(this);
-  layout->addLayout(body_, 1);
-  body_->addWidget(form_);
+  layout->addWidget(form_, 1);
   layout->addLayout(Line({kRoom, ok_, cancel}));
   connect(form_, &Form::Changed, this, [this] { ShowState(); });
   connect(form_, &Form::Submitted, ok_, &QPushButton::click);

@@ -5,7 +5,6 @@
 #include "ui/ToolWindow.h"
 
 class QPushButton;
-class QVBoxLayout;
 
 namespace kelvo {
 
@@ -21,11 +20,9 @@ class FormWindow : public ToolWindow {
 
  protected:
   [[nodiscard]] Form& Fields() { return *form_; }
-  /// The layout, for what stands above the buttons beside the form.
-  [[nodiscard]] QVBoxLayout& Body() { return *body_; }
   /// Sets the fields' messages. Called at each change, and after the fields were added by ShowState.
   virtual void Check() {}
-  /// Keeps what is in the fields; false when that failed, which it has told.
+  /// Keeps what is in the fields; false when that failed, which it has reported.
   [[nodiscard]] virtual bool Save() = 0;
   void ShowState();
   void Enter() override;
@@ -35,7 +32,6 @@ class FormWindow : public ToolWindow {
 
   Prompter& prompter_;
   Form* form_;
-  QVBoxLayout* body_;
   QPushButton* ok_;
 };
 

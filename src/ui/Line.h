@@ -7,7 +7,7 @@
 
 namespace kelvo {
 
-/// What stands in a line: a widget and its share of the room that is left over; without a widget, room.
+/// A part of a line: a widget and its share of the room that is left over; without a widget, room.
 struct Piece {
   Piece(QWidget* piece, int share = 0) : widget(piece), share(share) {}  // NOLINT: a widget is a piece
   QWidget* widget;

@@ -35,8 +35,8 @@ void Place(QWidget& box, QWidget* above, int step) {
 
 }  // namespace
 
-/// A box's time on the screen: when it ends, by an answer or because the job was cancelled, what stood on the
-/// box stands on the window again.
+/// A box's time on the screen: when it ends, by an answer or because the job was cancelled, the boxes above
+/// it belong to the window behind it again.
 class MessageBoxPrompter::Lease {
  public:
   Lease(MessageBoxPrompter& prompter, QWidget& box) : prompter_(prompter), box_(box) {}

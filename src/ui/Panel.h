@@ -16,7 +16,6 @@ class Panel : public QFrame {
  public:
   Panel(Group group, const QString& title, QWidget* parent = nullptr);
 
-  [[nodiscard]] Group PanelGroup() const { return group_; }
   void SetTitle(const QString& title);
   [[nodiscard]] const QString& Title() const { return title_; }
   /// Words at the right end of the header ("12   00:45:10"), digits of even width.

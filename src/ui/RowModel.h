@@ -15,11 +15,11 @@ struct ColumnLook {
   int letters = 10;     ///< its width, in letters
   int rank = 0;         ///< 0: the main column, which takes the room that is left. The others go by rank
                         ///< where there is no room, the highest first
-  bool number = false;  ///< stands at the right
+  bool number = false;  ///< right-aligned
 };
 
-/// What Qt's search by letters finds in a list: the first row from `start` on, and round, whose column `main`
-/// begins with what was typed, in the column of `start`.
+/// What Qt's search by letters finds in a list: the first row from `start` on, wrapping at the end, whose
+/// column `main` begins with what was typed, in the column of `start`.
 [[nodiscard]] QModelIndexList RowsBeginning(const QAbstractItemModel& model, int main,
                                             const QModelIndex& start, const QString& typed);
 

@@ -125,7 +125,7 @@ void SplashPanel::paintEvent(QPaintEvent*) {
   DrawRecord(painter, QPointF(w * 0.10, h * 0.27), h * 0.36, one, 40);
   DrawRecord(painter, QPointF(w * 0.90, h * 0.27), h * 0.36, two, 110);
 
-  // The words stand on a ground of their own, so that the artwork never takes their contrast.
+  // The words have a ground of their own, so that the artwork never takes their contrast.
   QLinearGradient veil(0, h * 0.44, 0, h * 0.62);
   QColor clear = colours.window;
   clear.setAlpha(0);

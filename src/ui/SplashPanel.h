@@ -5,7 +5,7 @@
 namespace kelvo {
 
 /// The face of the program while it starts: artwork, title, version, and what the start-up found, line by
-/// line. The whole face is its background: a click anywhere is told. GUI thread.
+/// line. The whole face is its background: a click anywhere is reported. GUI thread.
 class SplashPanel : public QWidget {
   Q_OBJECT
  public:
@@ -18,7 +18,6 @@ class SplashPanel : public QWidget {
   void SetWordsLine(const QString& line);
   /// The latest lines are shown, as many as fit.
   void AppendStatus(const QString& line);
-  [[nodiscard]] const QStringList& StatusLines() const { return status_; }
 
   [[nodiscard]] QSize sizeHint() const override;
 

@@ -8,7 +8,7 @@ class QFontMetricsF;
 namespace kelvo {
 
 /// Text whose digits all take the same width, whatever the font: counting times do not tremble, columns of
-/// times stand in line.
+/// times are aligned.
 [[nodiscard]] qreal TabularWidth(const QFontMetricsF& metrics, const QString& text);
 /// Draws one line with the painter's font and pen.
 void DrawTabular(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text);

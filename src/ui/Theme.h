@@ -32,7 +32,7 @@ class Theme {
     QColor accent;
     QColor onAir;  ///< red: sound goes out
     QColor amber;  ///< soon over; the colour of a bar that needs looking at
-    QColor title;  ///< yellow: the names of what stands in the decks
+    QColor title;  ///< yellow: the names of the tracks in the decks
     QColor ready;  ///< green: loaded, can be started
     QColor blue;   ///< a bar at work
   };

@@ -5,7 +5,7 @@
 namespace kelvo {
 
 /// The time left of a deck, as large as its place allows: digits of even width that do not tremble. What the
-/// time means is the owner's to say (SetState); it is told by colour and, in the last seconds, by blinking,
+/// time means is the owner's to say (SetState); it is shown by colour and, in the last seconds, by blinking,
 /// never by hiding the digits; a locked console goes on showing it. Name it with setAccessibleName; the time
 /// is spoken as its description. GUI thread.
 class TimeDisplay : public QWidget {

@@ -9,9 +9,9 @@
 
 namespace kelvo {
 
-/// Many messages in one window, the latest at the end, equal ones counted: what a storm of errors comes to
-/// instead of a desk full of boxes. It keeps the last 500 and says how many went before. Made and owned by
-/// MessageBoxPrompter. GUI thread.
+/// Many messages in one window, the latest at the end, equal ones counted: shown for a storm of
+/// errors instead of a desk full of boxes. It keeps the last 500 and says how many went before. Made and
+/// owned by MessageBoxPrompter. GUI thread.
 class ToldList : public QDialog {
   Q_OBJECT
  public:

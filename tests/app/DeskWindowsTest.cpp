@@ -109,7 +109,7 @@ TEST_F(TheWindowsOfTheDesk, TheFunctionKeysOfTheDeskWorkInEveryWindow) {
   EnqueueAll();
   Load(Deck::One, 1);
   Load(Deck::Two, 2);
-  QTest::mouseClick(window_->findChild<QPushButton*>(u"Command34"_s), Qt::LeftButton);
+  QTest::mouseClick(window_->findChild<QPushButton*>(u"CmdSearch"_s), Qt::LeftButton);
   ASSERT_NE(Search(), nullptr) << "the console's own button opens it too";
   QTest::keyClick(FindNamed<QLineEdit>(*Search(), u"TxtSearch"_s), Qt::Key_F7);
   loop_.RunFor(10s);

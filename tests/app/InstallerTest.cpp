@@ -227,19 +227,19 @@ TEST_F(InstallerTest, ShowsItsRowsAndTakesAPlaceFromTheFolderDialog) {
   InstallerWindow window(loop_, *installer_);
   window.show();
   installer_->SetLocation(2, tree_.Path(u"discs"_s));
-  QTest::mouseClick(window.findChild<QPushButton*>(u"Command3_2"_s), Qt::LeftButton);
-  auto* dialog = window.findChild<QDialog*>(u"Dialog1"_s);
+  QTest::mouseClick(window.findChild<QPushButton*>(u"CmdFolderPlace2"_s), Qt::LeftButton);
+  auto* dialog = window.findChild<QDialog*>(u"FolderDialog"_s);
   ASSERT_NE(dialog, nullptr);
   loop_.RunFor(std::chrono::milliseconds(10));
-  QTest::keyClick(dialog->findChild<QListWidget*>(u"Dir1"_s), Qt::Key_Return);
+  QTest::keyClick(dialog->findChild<QListWidget*>(u"FolderList"_s), Qt::Key_Return);
   loop_.RunFor(std::chrono::milliseconds(10));
   QTest::mouseClick(dialog->findChild<QPushButton*>(u"OKButton"_s), Qt::LeftButton);
-  EXPECT_EQ(window.findChild<QLabel*>(u"Label6_2"_s)->text(), u"Kelvo2007_Music files"_s);
-  EXPECT_EQ(window.findChild<QLabel*>(u"Label10_2"_s)->text(), tree_.Path(u"discs/blue"_s));
+  EXPECT_EQ(window.findChild<QLabel*>(u"FolderName2"_s)->text(), u"Kelvo2007_Music files"_s);
+  EXPECT_EQ(window.findChild<QLabel*>(u"FolderPlace2"_s)->text(), tree_.Path(u"discs/blue"_s));
   EXPECT_FALSE(window.findChild<QPushButton*>(u"StartDemo"_s)->isVisible());
 
   prompter_.answers = {Answer::Ok};
-  auto* install = window.findChild<QPushButton*>(u"Command1"_s);
+  auto* install = window.findChild<QPushButton*>(u"CmdInstall"_s);
   QTest::mouseClick(install, Qt::LeftButton);
   EXPECT_FALSE(install->isEnabled()) << "once is enough";
   Finish();

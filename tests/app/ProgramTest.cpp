@@ -58,7 +58,7 @@ class WholeProgram : public ::testing::Test {
     }
     return nullptr;
   }
-  /// The exit code of a program that is told to end by `tell` while its desk is open, `width` wide.
+  /// The exit code of a program that `tell` ends while its desk is open, `width` wide.
   int EndBy(const std::function<void()>& tell, int width) {
     Program program;
     program.Start();

@@ -51,12 +51,13 @@ class StatusWidgets : public DeskTest {
 
 TEST_F(StatusWidgets, TheClockFollowsTheBeat) {
   ClockPanel clock(*tick_);
-  EXPECT_EQ(clock.findChild<QLabel*>(u"Label18"_s)->text(), u"01:02:03"_s) << "right before the first beat";
+  EXPECT_EQ(clock.findChild<QLabel*>(u"LblSession"_s)->text(), u"01:02:03"_s)
+      << "right before the first beat";
   loop_.RunFor(63s);
   tick_->Tick();
-  EXPECT_EQ(clock.findChild<QLabel*>(u"Label18"_s)->text(), u"01:03:06"_s);
-  EXPECT_EQ(clock.findChild<QLabel*>(u"Text7"_s)->text(), loop_.Now().toString(u"HH:mm:ss"_s));
-  EXPECT_EQ(clock.findChild<QLabel*>(u"Text10"_s)->text(), u"Fri 1 Jun 2007"_s);
+  EXPECT_EQ(clock.findChild<QLabel*>(u"LblSession"_s)->text(), u"01:03:06"_s);
+  EXPECT_EQ(clock.findChild<QLabel*>(u"TxtTimeOfDay"_s)->text(), loop_.Now().toString(u"HH:mm:ss"_s));
+  EXPECT_EQ(clock.findChild<QLabel*>(u"TxtDate"_s)->text(), u"Fri 1 Jun 2007"_s);
 }
 
 TEST_F(StatusWidgets, TheDialPaintsItsHandsWhereTheyPoint) {

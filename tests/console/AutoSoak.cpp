@@ -73,7 +73,7 @@ class Soak {
     CheckSound(look);
   }
 
-  /// Counts the silence that nothing explains. A deck that stands is silent from its first moment on.
+  /// Counts the silence that nothing explains. A deck that has stopped is silent from its first moment on.
   void CheckSound(const SoakLook& look) {
     const double passed = look.now.at - look.before.at;
     if (starts_.Sounds(Deck::One, look) || starts_.Sounds(Deck::Two, look)) {

@@ -15,7 +15,7 @@ struct SoakOptions {
   int seconds = 3600;
   std::uint64_t seed = 1;
   SoakMode mode = SoakMode::Kelvo;
-  std::function<void(int)> OnSecond;  ///< told of each simulated second
+  std::function<void(int)> OnSecond;  ///< called at each simulated second
 };
 
 struct SoakResult {
@@ -33,13 +33,13 @@ struct SoakResult {
 };
 
 /// Seconds within which sound must be back when something can be played: the tick that sees a deck end, two
-/// seconds while a fade walks, the load, the tick that starts it and the way to its first audible step. The
+/// seconds while a fade runs, the load, the tick that starts it and the way to its first audible step. The
 /// pause of the jukebox is not counted.
 inline constexpr int kSilenceBound = 5;
 
 /// Automatic play on the joined desk for `options.seconds` of simulated time over a database made in
 /// `folder`, with faults by chance. Ten times a second what the decks do is compared with what the rules say:
-/// when each track starts and how, that it is heard to where the next one comes in, where the levels stand,
+/// when each track starts and how, that it is heard to where the next one comes in, how high the levels are,
 /// which row comes next, and that there is no silence but for a reason. The same options give the same
 /// result.
 [[nodiscard]] SoakResult RunSoak(const QString& folder, const SoakOptions& options);

@@ -203,7 +203,7 @@ TEST_F(ConsoleKeys, AHandOnTheLevelUnderTheVoiceSetsWhereTheDeckComesBackTo) {
 
 TEST_F(ConsoleKeys, TheNumberPadWalksTheSliderByItsDigitsAndMovesInListsByItsArrows) {
   OpenOnAir();
-  auto& genres = Find<ListTable>(u"Lstcatname"_s);
+  auto& genres = Find<ListTable>(u"GenreList"_s);
   genres.setFocus();
   Key(Qt::Key_Left, Qt::KeypadModifier);
   Key(Qt::Key_Right, Qt::KeypadModifier);
@@ -239,8 +239,8 @@ TEST_F(ConsoleKeys, AutomaticPlayIsPausedLeftToChanceAndTimedByKeys) {
   auto& form = Find<TimerForm>(u"FrmTimer"_s);
   EXPECT_TRUE(form.isVisible());
   for (const auto& [name, key] :
-       {std::pair(u"CmdRoboPause"_s, u"Ctrl+Shift+P"_s), std::pair(u"Option7"_s, u"Ctrl+R"_s),
-        std::pair(u"Command7"_s, u"Ctrl+Shift+T"_s)}) {
+       {std::pair(u"CmdRoboPause"_s, u"Ctrl+Shift+P"_s), std::pair(u"ChkRandom"_s, u"Ctrl+R"_s),
+        std::pair(u"CmdSetTimer"_s, u"Ctrl+Shift+T"_s)}) {
     EXPECT_TRUE(Find<QAbstractButton>(name).toolTip().contains(key)) << name.toStdString();
   }
 }
@@ -249,10 +249,10 @@ TEST_F(ConsoleKeys, AHalfTypedHourStartsNoShow) {
   OpenWindow();
   EnqueueAll();
   loop_.RunFor(5min + 30s);
-  Click(u"Command7"_s);
+  Click(u"CmdSetTimer"_s);
   auto& hour = Find<QSpinBox>(u"TimerHour"_s);
   auto& minute = Find<QSpinBox>(u"TimerMinute"_s);
-  auto& armed = Find<QCheckBox>(u"Check1"_s);
+  auto& armed = Find<QCheckBox>(u"ChkTimerSet"_s);
   EXPECT_EQ(hour.value(), 9);
   EXPECT_EQ(minute.value(), 5) << "the present time";
   const auto type = [&hour](const QString& digits) {

@@ -2,6 +2,7 @@
 
 #include "console/DeskFixture.h"
 #include "console/windows/ConsoleWindow.h"
+#include "support/Lookup.h"
 #include "support/TurnUntil.h"
 #include "ui/ListTable.h"
 #include "ui/Theme.h"
@@ -40,12 +41,10 @@ class ConsoleOnScreen : public DeskTest {
   }
   template <typename Widget>
   Widget& Find(const QString& name) {
-    auto* widget = window_->findChild<Widget*>(name);
-    EXPECT_NE(widget, nullptr) << name.toStdString();
-    return *widget;
+    return *FindNamed<Widget>(*window_, name);
   }
-  ListTable& Library() { return Find<ListTable>(u"ListView1"_s); }
-  ListTable& QueueList() { return Find<ListTable>(u"ListView2"_s); }
+  ListTable& Library() { return Find<ListTable>(u"TrackList"_s); }
+  ListTable& QueueList() { return Find<ListTable>(u"PlayQueueList"_s); }
   QString Cell(ListTable& list, int row, int column = 0) {
     return list.model()->index(row, column).data().toString();
   }

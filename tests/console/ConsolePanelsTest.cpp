@@ -42,8 +42,8 @@ TEST_F(ConsolePanels, TheFieldOfADeckMovesWhileItPlaysAndNamesTheTrackThatIsHear
   Load(Deck::One, 1);
   Load(Deck::Two, 2);
   loop_.RunFor(2s);
-  auto& one = Find<QWidget>(u"Label8"_s);
-  auto& two = Find<QWidget>(u"Label9"_s);
+  auto& one = Find<QWidget>(u"PlayIndicator1"_s);
+  auto& two = Find<QWidget>(u"PlayIndicator2"_s);
   const QImage rest = one.grab().toImage();
   Click(u"CmdMan2"_s);
   Click(u"CmdMan3"_s);
@@ -80,7 +80,7 @@ TEST_F(ConsolePanels, WholeNamesStandInBothListsOfAnOrdinaryScreen) {
 
 TEST_F(ConsolePanels, TheNameOfTheQueueIsReadOnTheSmallestDesk) {
   OpenWindow();
-  auto& name = Find<QLineEdit>(u"Text5"_s);
+  auto& name = Find<QLineEdit>(u"TxtPlayListName"_s);
   for (const int width : {1024, 1366}) {
     Resize(width, 768);
     EXPECT_GT(name.width(), name.fontMetrics().horizontalAdvance(u" (No Name) "_s)) << width;
@@ -210,14 +210,14 @@ TEST_F(ConsolePanels, TheQueueOffersOnlyWhatItDoes) {
   EXPECT_FALSE(Enabled(u"CmdQueUp"_s));
   EXPECT_TRUE(Enabled(u"CmdQueDown"_s));
   EXPECT_TRUE(heads.sectionsClickable());
-  Click(u"Option5"_s);
+  Click(u"CmdAutoPlay"_s);
   loop_.RunFor(100ms);
   EXPECT_FALSE(Enabled(u"CmdQueCut"_s));
   EXPECT_FALSE(Enabled(u"CmdQueClear"_s));
   EXPECT_FALSE(heads.sectionsClickable());
   loop_.RunFor(20s);
   EXPECT_TRUE(Enabled(u"CmdQueUp"_s)) << "rows are moved in automatic play too";
-  Click(u"Option5"_s);
+  Click(u"CmdAutoPlay"_s);
   EXPECT_TRUE(Enabled(u"CmdQueCut"_s));
   EXPECT_TRUE(Enabled(u"CmdQueClear"_s));
   EXPECT_TRUE(heads.sectionsClickable());
@@ -232,7 +232,7 @@ TEST_F(ConsolePanels, TheQueueShowsANewRowAndGoesBackToThePositionAfterAWhile) {
   for (int row = 1; row < catalogue_.LastTrack(); ++row) tracks.push_back(ToMref(row));
   Enqueue(tracks);
   Queue().Select(1);
-  Click(u"Option5"_s);
+  Click(u"CmdAutoPlay"_s);
   loop_.RunFor(20s);
   const int position = Queue().Selected();
   ASSERT_TRUE(InSight(QueueList(), position));
@@ -265,12 +265,12 @@ TEST_F(ConsolePanels, AFadeTakesTheCommandsThatDoNothingAndShowsThatTheListsWait
     EXPECT_TRUE(loop_.RunUntil([&] { return desk_->Fades().CrossPan() >= side; }, 20s));
   };
   walkTo(-180);
-  EXPECT_FALSE(Enabled(u"Command5"_s));
-  EXPECT_FALSE(Enabled(u"Command6"_s));
+  EXPECT_FALSE(Enabled(u"CmdDeckStop1"_s));
+  EXPECT_FALSE(Enabled(u"CmdDeckStop2"_s));
   EXPECT_TRUE(Enabled(u"CmdLoad2"_s)) << "it tells that it failed";
   EXPECT_FALSE(Enabled(u"CmdLoad3"_s));
   Click(u"CmdLoad2"_s);
-  EXPECT_TRUE(Find<QWidget>(u"Label20_1"_s).isVisible());
+  EXPECT_TRUE(Find<QWidget>(u"LblLoadFail1"_s).isVisible());
   EXPECT_EQ(pointerOver(*QueueList().viewport()), Qt::WaitCursor);
   EXPECT_EQ(pointerOver(Find<QWidget>(u"SldCrossPan"_s)), Qt::ArrowCursor);
   EXPECT_EQ(pointerOver(*Library().viewport()), Qt::WaitCursor);
@@ -279,7 +279,8 @@ TEST_F(ConsolePanels, AFadeTakesTheCommandsThatDoNothingAndShowsThatTheListsWait
   walkTo(kDeckTwoAlone);
   loop_.RunFor(500ms);
   EXPECT_EQ(window_->windowHandle()->cursor().shape(), Qt::ArrowCursor) << "though the mouse stands still";
-  for (const QString& name : {u"Command5"_s, u"Command6"_s, u"CmdLoad2"_s, u"CmdLoad3"_s, u"CmdRF2_2"_s})
+  for (const QString& name :
+       {u"CmdDeckStop1"_s, u"CmdDeckStop2"_s, u"CmdLoad2"_s, u"CmdLoad3"_s, u"CmdRF2_2"_s})
     EXPECT_TRUE(Enabled(name)) << name.toStdString();
 }
 
@@ -322,9 +323,9 @@ TEST_F(ConsolePanels, NewTracksComeToTheListThatTheOperatorHasOpen) {
   box.setText(u"nobody"_s);
   catalogue_.Append({});
   loop_.RunFor(1s);
-  EXPECT_EQ(Find<QLabel>(u"Label7"_s).text(), u"0 of 4"_s);
+  EXPECT_EQ(Find<QLabel>(u"LblTrackCount"_s).text(), u"0 of 4"_s);
   box.clear();
-  auto& genres = Find<ListTable>(u"Lstcatname"_s);
+  auto& genres = Find<ListTable>(u"GenreList"_s);
   DoubleClick(genres, 0);
   loop_.RunFor(1s);
   QTest::mouseClick(Library().horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(20, 8));
@@ -344,8 +345,8 @@ TEST_F(ConsolePanels, NewTracksComeToTheListThatTheOperatorHasOpen) {
   EXPECT_EQ(SelectedRows(Library()), (std::vector<int>{3})) << "the selection goes along with its track";
   EXPECT_EQ(Cell(genres, 0), u"BLUES"_s);
   EXPECT_EQ(SelectedRows(genres), (std::vector<int>{2}));
-  EXPECT_EQ(Find<QLabel>(u"Lbn1_1"_s).text(), u"ROCK"_s);
-  EXPECT_EQ(Cell(Find<ListTable>(u"Lstartname"_s), 1), u"THE NEWCOMERS"_s);
+  EXPECT_EQ(Find<QLabel>(u"LblChosenGenre"_s).text(), u"ROCK"_s);
+  EXPECT_EQ(Cell(Find<ListTable>(u"ArtistList"_s), 1), u"THE NEWCOMERS"_s);
 }
 
 TEST_F(ConsolePanels, TheListShowsNewNamesAndLosesRemovedTracksWithTheSelectionAsItWas) {
@@ -363,8 +364,8 @@ TEST_F(ConsolePanels, TheListShowsNewNamesAndLosesRemovedTracksWithTheSelectionA
   EXPECT_EQ(Cell(Library(), 0), u"Bravado"_s);
   EXPECT_EQ(Cell(Library(), 1), u"Gamma"_s);
   EXPECT_EQ(SelectedRows(Library()), (std::vector<int>{1, 2}));
-  EXPECT_EQ(Find<QLabel>(u"Label7"_s).text(), u"2 of 2"_s);
-  Click(u"Command31"_s);
+  EXPECT_EQ(Find<QLabel>(u"LblTrackCount"_s).text(), u"2 of 2"_s);
+  Click(u"CmdAddToQueue"_s);
   loop_.RunFor(100ms);
   EXPECT_EQ(Column(TrackColumn), QStringList{u"Gamma"_s}) << "the other file was not renamed on disk";
 }

@@ -26,20 +26,20 @@ TEST_F(ConsoleOnScreen, TakesATrackFromTheListToADeckAndPlaysItToItsEnd) {
   Click(u"CmdLoad2"_s);
   loop_.RunFor(200ms);
   EXPECT_EQ(Find<QLabel>(u"lbldisplay1"_s).text(), u"Gamma"_s);
-  EXPECT_EQ(Find<TimeDisplay>(u"Text8"_s).Text(), u"01:30"_s);
+  EXPECT_EQ(Find<TimeDisplay>(u"TimeLeft1"_s).Text(), u"01:30"_s);
   auto& tally = *Find<QWidget>(u"Deck1"_s).findChild<DeckTally*>();
   EXPECT_EQ(tally.TallyState(), DeckTally::State::Loaded);
 
   Click(u"CmdMan2"_s);
   loop_.RunFor(30s);
   EXPECT_EQ(tally.TallyState(), DeckTally::State::OnAir);
-  EXPECT_EQ(Find<TimeDisplay>(u"Text8"_s).TimeState(), TimeDisplay::State::Calm);
+  EXPECT_EQ(Find<TimeDisplay>(u"TimeLeft1"_s).TimeState(), TimeDisplay::State::Calm);
   EXPECT_TRUE(Cell(QueueList(), 0, CommentColumn).startsWith(u"Now Playing"_s));
   loop_.RunFor(35s);
   EXPECT_EQ(tally.TallyState(), DeckTally::State::Ending);
-  EXPECT_EQ(Find<TimeDisplay>(u"Text8"_s).TimeState(), TimeDisplay::State::Amber);
+  EXPECT_EQ(Find<TimeDisplay>(u"TimeLeft1"_s).TimeState(), TimeDisplay::State::Amber);
   loop_.RunFor(20s);
-  EXPECT_EQ(Find<TimeDisplay>(u"Text8"_s).TimeState(), TimeDisplay::State::BlinkRed);
+  EXPECT_EQ(Find<TimeDisplay>(u"TimeLeft1"_s).TimeState(), TimeDisplay::State::BlinkRed);
   loop_.RunFor(10s);
   EXPECT_EQ(tally.TallyState(), DeckTally::State::Done);
   EXPECT_EQ(Find<ProgressStrip>(u"Progress1"_s).Colour(), QColor(255, 200, 0));
@@ -49,31 +49,31 @@ TEST_F(ConsoleOnScreen, TakesATrackFromTheListToADeckAndPlaysItToItsEnd) {
 TEST_F(ConsoleOnScreen, ChoosesInTheLibraryByMouseAndKeys) {
   database_.tree.MakeFolder(Paths::FolderName(Paths::Categories) + u"/Rock"_s);
   OpenWindow();
-  auto& genres = Find<ListTable>(u"Lstcatname"_s);
-  auto& artists = Find<ListTable>(u"Lstartname"_s);
+  auto& genres = Find<ListTable>(u"GenreList"_s);
+  auto& artists = Find<ListTable>(u"ArtistList"_s);
   EXPECT_TRUE(genres.selectionModel()->selectedRows().isEmpty());
   DoubleClick(genres, 0);
   loop_.RunFor(1s);
   EXPECT_EQ(Library().model()->rowCount(), 3) << "a double click is one press";
-  EXPECT_EQ(Find<QLabel>(u"Lbn1_1"_s).text(), u"ROCK"_s);
+  EXPECT_EQ(Find<QLabel>(u"LblChosenGenre"_s).text(), u"ROCK"_s);
   EXPECT_EQ(Cell(artists, 0), u"THE BAND"_s);
   EXPECT_EQ(artists.model()->index(0, 0).data(Qt::ForegroundRole).value<QColor>(), QColor(255, 255, 0));
-  EXPECT_FALSE(Find<QWidget>(u"Picture2"_s).isVisible()) << "a short listing shows no panel";
+  EXPECT_FALSE(Find<QWidget>(u"ListingPanel"_s).isVisible()) << "a short listing shows no panel";
 
   QTest::keyClick(&*window_, Qt::Key_A, Qt::AltModifier);
   QTest::keyClick(&artists, Qt::Key_Down);
-  EXPECT_EQ(Find<QLabel>(u"Lbn2_1"_s).text(), QString()) << "arrows choose nothing";
+  EXPECT_EQ(Find<QLabel>(u"LblChosenArtist"_s).text(), QString()) << "arrows choose nothing";
   QTest::keyClick(&artists, Qt::Key_Return);
   loop_.RunFor(1s);
-  EXPECT_EQ(Find<QLabel>(u"Lbn2_1"_s).text(), u"THE BAND"_s);
+  EXPECT_EQ(Find<QLabel>(u"LblChosenArtist"_s).text(), u"THE BAND"_s);
   QTest::keyClick(&artists, Qt::Key_Return);
-  EXPECT_EQ(Find<QLabel>(u"Lbn2_1"_s).text(), QString());
+  EXPECT_EQ(Find<QLabel>(u"LblChosenArtist"_s).text(), QString());
 
-  auto& all = Find<QPushButton>(u"Command30"_s);
+  auto& all = Find<QPushButton>(u"CmdSelectAll"_s);
   QTest::keyClick(&Library(), Qt::Key_A, Qt::ControlModifier);
   EXPECT_EQ(all.text(), u"Clear All"_s);
   EXPECT_EQ(Library().selectionModel()->selectedRows().size(), 3);
-  Click(u"Command31"_s);
+  Click(u"CmdAddToQueue"_s);
   loop_.RunFor(50ms);
   EXPECT_EQ(QueueList().model()->rowCount(), 3);
   EXPECT_EQ(all.text(), u"Select All"_s);
@@ -89,12 +89,12 @@ TEST_F(ConsoleOnScreen, TellsOfATrackAtARightClickUntilEscapeOrTheNextClick) {
   OpenWindow();
   auto& box = Find<QLineEdit>(u"TrackFilter"_s);
   QTest::keyClicks(&box, u"beta"_s);
-  auto& panel = Find<QWidget>(u"Picture9"_s);
+  auto& panel = Find<QWidget>(u"TrackDetails"_s);
   const QPoint spot = Library().visualRect(Library().model()->index(0, 0)).center();
   QTest::mouseClick(Library().viewport(), Qt::RightButton, {}, spot);
   ASSERT_TRUE(panel.isVisible());
-  EXPECT_EQ(Find<QLabel>(u"Label25_0"_s).text(), u"Beta"_s);
-  EXPECT_EQ(Find<QLabel>(u"Label25_1"_s).text(), u"Starts: Soft"_s);
+  EXPECT_EQ(Find<QLabel>(u"TrackDetailLine0"_s).text(), u"Beta"_s);
+  EXPECT_EQ(Find<QLabel>(u"TrackDetailLine1"_s).text(), u"Starts: Soft"_s);
   QTest::keyClick(&*window_, Qt::Key_Escape);
   EXPECT_FALSE(panel.isVisible());
   EXPECT_EQ(box.text(), u"beta"_s);
@@ -112,9 +112,9 @@ TEST_F(ConsoleOnScreen, AsksBeforeALiveDeckIsReplacedAndKeepsTheListsStillMeanwh
   Click(u"CmdMan2"_s);
   Queue().Click(2);
   Click(u"CmdLoad2"_s);
-  auto& panel = Find<QWidget>(u"Picture3"_s);
+  auto& panel = Find<QWidget>(u"ConfirmationPanel"_s);
   EXPECT_TRUE(panel.isVisible());
-  EXPECT_EQ(Find<QPushButton>(u"Command35"_s).text(), u"LOAD NEW TRACK"_s);
+  EXPECT_EQ(Find<QPushButton>(u"CmdConfirmAction"_s).text(), u"LOAD NEW TRACK"_s);
   EXPECT_FALSE(Library().isEnabled());
   EXPECT_FALSE(QueueList().isEnabled());
   QTest::keyClick(&*window_, Qt::Key_Escape);
@@ -125,7 +125,7 @@ TEST_F(ConsoleOnScreen, AsksBeforeALiveDeckIsReplacedAndKeepsTheListsStillMeanwh
   loop_.RunFor(3100ms);
   EXPECT_FALSE(panel.isVisible()) << "unanswered it goes by itself";
   Click(u"CmdLoad2"_s);
-  Click(u"Command35"_s);
+  Click(u"CmdConfirmAction"_s);
   loop_.RunFor(200ms);
   EXPECT_EQ(Record(Deck::One).Title, u"Beta"_s);
 }
@@ -220,9 +220,9 @@ TEST_F(ConsoleOnScreen, PlaysTheQueueByItselfAndTellsWhatComesNext) {
   OpenWindow();
   EnqueueAll();
   Queue().Select(1);
-  Click(u"Option5"_s);
+  Click(u"CmdAutoPlay"_s);
   loop_.RunFor(20s);
-  EXPECT_EQ(Find<QPushButton>(u"Option5"_s).text(), u"STOP"_s);
+  EXPECT_EQ(Find<QPushButton>(u"CmdAutoPlay"_s).text(), u"STOP"_s);
   EXPECT_FALSE(Find<QPushButton>(u"CmdLoad2"_s).isEnabled());
   EXPECT_EQ(Record(Deck::One).State, DeckState::Playing);
   EXPECT_TRUE(Find<QLabel>(u"AutoStatus"_s).text().startsWith(u"Auto Start: Beta In 00:"_s));
@@ -230,7 +230,7 @@ TEST_F(ConsoleOnScreen, PlaysTheQueueByItselfAndTellsWhatComesNext) {
   loop_.RunFor(60s);
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Playing);
   EXPECT_EQ(Record(Deck::One).Title, u"Gamma"_s);
-  Click(u"Option5"_s);
+  Click(u"CmdAutoPlay"_s);
   EXPECT_TRUE(Find<QPushButton>(u"CmdLoad2"_s).isEnabled());
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Playing) << "what plays goes on";
 }
@@ -246,7 +246,7 @@ TEST_F(ConsoleOnScreen, LocksItsPanelsAndLeavesTheDecksToPlayOn) {
   lock.trigger();
   loop_.RunFor(100ms);
   EXPECT_FALSE(QueueList().isEnabled());
-  EXPECT_FALSE(Find<QPushButton>(u"Command5"_s).isEnabled());
+  EXPECT_FALSE(Find<QPushButton>(u"CmdDeckStop1"_s).isEnabled());
   const int loss = Record(Deck::One).Loss;
   QTest::keyPress(&*window_, Qt::Key_Space);
   loop_.RunFor(2s);

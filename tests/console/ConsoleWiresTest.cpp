@@ -27,7 +27,7 @@ class ConsoleWires : public ConsoleOnScreen {
     Theme::SetGroupColour(Group::Lists, QColor(66, 189, 166));
     Theme::SetGroupColour(Group::Bites, QColor(44, 166, 211));
   }
-  QString Mode() { return Find<QLabel>(u"Label32_3"_s).text(); }
+  QString Mode() { return Find<QLabel>(u"LblMode"_s).text(); }
   /// The ground of a queue row as it is painted, beside its words.
   QColor GroundOf(int row) {
     const QRect place = QueueList().visualRect(QueueList().model()->index(row - 1, TrackColumn));
@@ -57,16 +57,16 @@ class ConsoleWires : public ConsoleOnScreen {
 TEST_F(ConsoleWires, AShowThatIsTimedBeginsAtItsMinute) {
   OpenWindow();
   EnqueueAll();
-  Click(u"Command7"_s);
+  Click(u"CmdSetTimer"_s);
   Find<QSpinBox>(u"TimerMinute"_s).setValue(2);
-  auto& armed = Find<QCheckBox>(u"Check1"_s);
+  auto& armed = Find<QCheckBox>(u"ChkTimerSet"_s);
   QTest::mouseClick(&armed, Qt::LeftButton, {}, QPoint(5, armed.height() / 2));
   loop_.RunFor(2s);
   EXPECT_EQ(window_->windowTitle(), u"AutoPlay Timer On :09:02"_s);
   const auto second = [this] { return loop_.Now().time().minute() * 60 + loop_.Now().time().second(); };
   ASSERT_TRUE(loop_.RunUntil([&] { return Record(Deck::One).State == DeckState::Playing; }, 5min));
   EXPECT_EQ(second() / 60, 2) << "not before it";
-  EXPECT_EQ(Find<QPushButton>(u"Option5"_s).text(), u"STOP"_s);
+  EXPECT_EQ(Find<QPushButton>(u"CmdAutoPlay"_s).text(), u"STOP"_s);
   loop_.RunFor(2s);
   EXPECT_FALSE(armed.isChecked());
   EXPECT_FALSE(window_->windowTitle().startsWith(u"AutoPlay Timer"_s));
@@ -81,22 +81,22 @@ TEST_F(ConsoleWires, TheModeWordSaysByWhatRuleTheDeskRuns) {
   const auto runsAs = [this](const QString& option) {
     auto& choice = Find<QAbstractButton>(option);
     QTest::mouseClick(&choice, Qt::LeftButton, {}, QPoint(8, choice.height() / 2));
-    Click(u"Option5"_s);
+    Click(u"CmdAutoPlay"_s);
     loop_.RunFor(3s);
     const QString word = Mode();
-    Click(u"Option5"_s);
+    Click(u"CmdAutoPlay"_s);
     loop_.RunFor(20s);
     EXPECT_EQ(Mode(), u"AUTOMATIC PLAY"_s);
     return word;
   };
   EXPECT_EQ(runsAs(u"OptKelvo"_s), u"KELVO MODE"_s);
   EXPECT_EQ(runsAs(u"OptJukebox"_s), u"JUKEBOX MODE"_s);
-  EXPECT_EQ(runsAs(u"Option7"_s), u"RANDOM"_s);
+  EXPECT_EQ(runsAs(u"ChkRandom"_s), u"RANDOM"_s);
 }
 
 TEST_F(ConsoleWires, TheTitleOfTheWindowNamesTheSession) {
   OpenWindow();
-  auto& name = Find<QLineEdit>(u"Text5"_s);
+  auto& name = Find<QLineEdit>(u"TxtPlayListName"_s);
   name.selectAll();
   QTest::keyClicks(&name, u"Wedding"_s);
   loop_.RunFor(2s);
@@ -127,7 +127,7 @@ TEST_F(ConsoleWires, TheRowThatAutomaticPlayIsAtBlinks) {
   OpenWindow();
   EnqueueAll();
   Queue().Select(1);
-  Click(u"Option5"_s);
+  Click(u"CmdAutoPlay"_s);
   loop_.RunFor(10s);
   const int row = Queue().IndexOf(Record(*Decks().OnAir()).Row);
   ASSERT_GT(row, 0);
@@ -146,7 +146,7 @@ TEST_F(ConsoleWires, TheRowThatAutomaticPlayIsAtBlinks) {
   }
   EXPECT_EQ(lit, 5);
   EXPECT_EQ(changes, 10);
-  Click(u"Option5"_s);
+  Click(u"CmdAutoPlay"_s);
   loop_.RunFor(2s);
   QueueList().clearSelection();
   EXPECT_NE(GroundOf(row), QColor(0x1E, 0x5A, 0x46));
@@ -179,18 +179,18 @@ TEST_F(ConsoleWires, TheColourOfAQueueRowTellsWhatBecameOfItsTrack) {
   Load(Deck::Two, 2);
   Click(u"CmdMan3"_s);
   loop_.RunFor(5s);
-  Click(u"Command6"_s);
-  Click(u"Command35"_s);
+  Click(u"CmdDeckStop2"_s);
+  Click(u"CmdConfirmAction"_s);
   loop_.RunFor(1s);
   EXPECT_NEAR(hue(2), 120, 8) << "what was stopped is green";
   Queue().Click(3);
   Click(u"CmdLoad2"_s);
-  Click(u"Command35"_s);
+  Click(u"CmdConfirmAction"_s);
   loop_.RunFor(1s);
   ASSERT_EQ(Record(Deck::One).Title, u"Gamma"_s);
   EXPECT_TRUE(colourless(1)) << "what was loaded over is white";
   EXPECT_GT(InkOf(1).lightness(), plain.lightness());
-  Click(u"Option5"_s);
+  Click(u"CmdAutoPlay"_s);
   EXPECT_NEAR(hue(2), 180, 8) << "automatic play begins anew with cyan";
 }
 
@@ -222,7 +222,7 @@ TEST_F(ConsoleWires, ADeckThatRunsOutIsWarnedOfByLampAndSound) {
   EnqueueAll();
   Load(Deck::Two, 1);
   Click(u"CmdMan3"_s);
-  auto& lamp = Find<WarningLamp>(u"Shape2"_s);
+  auto& lamp = Find<WarningLamp>(u"WarningLamp2"_s);
   const auto sounds = [&] {
     return std::any_of(audio_.players.begin(), audio_.players.end(), [&](const FaultyPlayer* each) {
       return each->FileName() == sound && each->State() == PlayState::Playing;
@@ -238,7 +238,7 @@ TEST_F(ConsoleWires, ADeckThatRunsOutIsWarnedOfByLampAndSound) {
   ASSERT_TRUE(loop_.RunUntil([&] { return lamp.Red(); }, 10s));
   EXPECT_LT(Record(Deck::Two).RemainSeconds, 10);
   EXPECT_TRUE(red());
-  EXPECT_FALSE(Find<WarningLamp>(u"Shape1"_s).Red());
+  EXPECT_FALSE(Find<WarningLamp>(u"WarningLamp1"_s).Red());
   ASSERT_TRUE(loop_.RunUntil([&] { return sounds(); }, 3s));
   ASSERT_TRUE(loop_.RunUntil([&] { return !lamp.Red(); }, 2s)) << "it blinks";
   EXPECT_FALSE(red());
@@ -256,12 +256,12 @@ TEST_F(ConsoleWires, AListThatHoldsOnlyAPartSaysSoAndBlinks) {
   };
   loop_.RunFor(2s);
   EXPECT_EQ(shown(), 0);
-  DoubleClick(Find<ListTable>(u"Lstcatname"_s), 0);
+  DoubleClick(Find<ListTable>(u"GenreList"_s), 0);
   loop_.RunFor(500ms);
   ASSERT_TRUE(loop_.RunUntil([&] { return shown() == 1; }, 2s)) << "the artists of the genre";
   ASSERT_TRUE(loop_.RunUntil([&] { return shown() == 0; }, 2s));
   ASSERT_TRUE(loop_.RunUntil([&] { return shown() == 1; }, 2s));
-  Click(u"Command20"_s);
+  Click(u"CmdAllArtists"_s);
   loop_.RunFor(1s);
   EXPECT_EQ(shown(), 0);
   loop_.RunFor(1s);

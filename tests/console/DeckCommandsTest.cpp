@@ -30,14 +30,14 @@ TEST_F(DeckCommands, RestWhileTheDecksDipForTheVoiceAndComeBackUnderIt) {
   QTest::keyPress(&*window_, Qt::Key_Space);
   loop_.RunFor(500ms);
   ASSERT_TRUE(desk_->Speak().AfadeRunning());
-  for (const QString& name : {u"CmdLoad2"_s, u"Command5"_s, u"CMdD3Pan"_s, u"CmdPFade3"_s, u"CmdDub3"_s})
+  for (const QString& name : {u"CmdLoad2"_s, u"CmdDeckStop1"_s, u"CMdD3Pan"_s, u"CmdPFade3"_s, u"CmdDub3"_s})
     EXPECT_FALSE(Enabled(name)) << name.toStdString();
   QTest::keyClick(&*window_, Qt::Key_F11);
   loop_.RunFor(100ms);
   EXPECT_FALSE(desk_->Fades().Starting());
   loop_.RunFor(3s);
   ASSERT_TRUE(desk_->Speak().AfadeDown());
-  for (const QString& name : {u"CmdLoad2"_s, u"Command5"_s, u"CMdD3Pan"_s, u"CmdPFade3"_s, u"CmdDub3"_s})
+  for (const QString& name : {u"CmdLoad2"_s, u"CmdDeckStop1"_s, u"CMdD3Pan"_s, u"CmdPFade3"_s, u"CmdDub3"_s})
     EXPECT_TRUE(Enabled(name)) << name.toStdString();
   QTest::keyRelease(&*window_, Qt::Key_Space);
   loop_.RunFor(500ms);

@@ -81,7 +81,7 @@ TEST_F(DeckLoadTest, ATrackWithoutAnInfoFileIsPlayedWithTheDefaults) {
           {true, TransitionKind::Dub, TransitionKind::Dub}, {6, std::nullopt}, {25, std::nullopt}, 1, 0}));
   EXPECT_TRUE(prompter_.asked.empty());
 
-  // An info file that is there and can't be read is told, and the show goes on.
+  // An info file that is there and can't be read is reported, and the show goes on.
   QFile::remove(database_.paths(Paths::Info) + u"/beta.kif"_s);
   database_.tree.MakeFolder(Paths::FolderName(Paths::Info) + u"/beta.kif"_s);
   Load(Deck::Two, 2);

@@ -22,7 +22,7 @@ class FaultyPlayer : public MediaPlayer {
     player_->Stop();
     stands_ = true;
   }
-  /// The data ends where it stands.
+  /// The data ends at the present position.
   void BreakOff() {
     Stop();
     if (OnEndOfStream) OnEndOfStream();
@@ -36,7 +36,7 @@ class FaultyPlayer : public MediaPlayer {
     }
     co_return result;
   }
-  /// Its disk owes data since now, and sound is left for `left`; then it stands still.
+  /// Its disk owes data since now, and sound is left for `left`; then it stops.
   void LoseDisk(EventLoop& loop, Nanoseconds left) {
     lateSince_ = loop.Elapsed();
     loop_ = &loop;
@@ -85,7 +85,7 @@ class FaultyPlayer : public MediaPlayer {
   Timer runsDry_;
 };
 
-/// ClockAudio whose streams can stand still or break off.
+/// ClockAudio whose streams can stop or break off.
 class FaultyAudio : public ClockAudio {
  public:
   using ClockAudio::ClockAudio;

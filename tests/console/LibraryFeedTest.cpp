@@ -1,4 +1,4 @@
-// What happens to the catalogue comes to the lists of the browser.
+// Changes of the catalogue reach the lists of the browser.
 
 #include "console/BrowserFixture.h"
 

@@ -13,7 +13,7 @@ using testing::DeskTest;
 
 class PressToSpeakTest : public DeskTest {
  protected:
-  /// Deck 1 plays at full, Deck 2 is loaded and stands at a loss of 1500; the dip goes to 1000 in steps
+  /// Deck 1 plays at full, Deck 2 is loaded and is at a loss of 1500; the dip goes to 1000 in steps
   /// of 60.
   void OpenDesk() {
     AddTrack(u"alpha"_s, 3000, 3000);

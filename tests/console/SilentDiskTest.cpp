@@ -1,4 +1,4 @@
-// Disks that do not answer: what hangs holds up nobody but those who wait for that disk.
+// Disks that do not answer: a disk that hangs holds up only those who wait for it.
 
 #include "console/DeskFixture.h"
 
@@ -281,7 +281,7 @@ TEST_F(SilentDiskTest, WhenNothingCanBePlayedTheAirIsSaidToBeSilent) {
   EXPECT_TRUE(Sounds());
   EXPECT_FALSE(Status().airSilent);
 
-  // What the decks hold goes round as long as nothing else can be had.
+  // What the decks hold is repeated as long as nothing else can be had.
   loop_.HangDisk(database_.paths(Paths::Music));
   EXPECT_LT(LongestSilence(5min), 0.5);
 }

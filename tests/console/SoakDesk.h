@@ -30,8 +30,8 @@ struct SoakSettings {
   int jukeLag = 2;
   int prevSecs = 15;
   int panFadeBias = 12;
-  int delta = 3;       ///< where `SldDelta` stands at first
-  int fadeSpeed = 25;  ///< where `SldFadeSp` stands at first
+  int delta = 3;       ///< first value of `SldDelta`
+  int fadeSpeed = 25;  ///< first value of `SldFadeSp`
 };
 
 /// What can be seen and heard of a deck.

@@ -11,16 +11,16 @@ namespace {
 
 /// Between two faults, on average.
 constexpr int kFaultEvery = 45;
-/// In every other of these spells nobody touches the queue, so that it is gone through in its order.
+/// In every other of these periods the queue is not touched, so that it is played in its order.
 constexpr int kSpell = 5400;
 /// The most files that are bad at once, and the fewest rows that are left, so that there is always something
 /// to play.
 constexpr int kMostBad = 14;
 constexpr int kFewestGoodRows = 5;
 constexpr int kFewestRows = 8;
-/// The desk gives up a load after ten seconds, and goes another round after five.
+/// The desk gives up a load after ten seconds, and tries all rows again after five.
 constexpr int kGiveUp = 16;
-/// It finds out in five that a deck stands still.
+/// It finds out in five that a deck has stopped.
 constexpr int kStandsStill = 6;
 /// Seconds of sound that a player has in memory, at the least.
 constexpr int kLeastMemory = 5;

@@ -6,12 +6,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Looks are a tenth of a second apart, the timer of a walk is a quarter.
+/// Looks are a tenth of a second apart, those of a fade's timer a quarter.
 constexpr double kBefore = 0.15;
 constexpr double kAfter = 0.5;
 /// A snap of a dub.
 constexpr double kSnap = 0.3;
-/// Until a start is known to have come to something, in seconds.
+/// Until the outcome of a start is known, in seconds.
 constexpr double kHeard = 1;
 /// The desk waits no longer for the first sound of a deck, in seconds.
 constexpr double kGivenUp = 3.5;
@@ -29,7 +29,7 @@ void SoakLevels::OnSlider(int place) {
 }
 
 void SoakLevels::OnStart(Deck deck, int kind, int speed, const QString& excuse, const SoakLook& look) {
-  // The walk before goes on until this one has the slider.
+  // The fade before goes on until this one has the slider.
   const bool overtakes = fade_ && (fade_->kind != kDub || !fade_->excuse.isEmpty());
   if (fade_) {
     Excuse(u"overtaken"_s);
@@ -75,7 +75,7 @@ void SoakLevels::Follow(const SoakLook& look) {
   const DeskSight& now = look.now;
   const double passed = now.at - fade.from;
   fade.walks = now.walking;
-  // What befalls a deck before it is heard may end the start; later it may change the pace of the walk.
+  // What happens to a deck before it is heard may end the start; later it may change the pace of the fade.
   QString reason = scene_.excuses.For(Touch::Kill, fade.from, now.at);
   if (reason.isEmpty() && !now.decks[fade.deck].playing) reason = u"ended in its fade"_s;
   if (!reason.isEmpty()) {

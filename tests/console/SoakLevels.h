@@ -6,7 +6,7 @@
 
 namespace kelvo::testing {
 
-/// Follows the slider and the levels of both decks: at each look they must stand where the transition that
+/// Follows the slider and the levels of both decks: at each look they must be where the transition that
 /// runs, or the last one, has brought them.
 class SoakLevels {
  public:
@@ -23,7 +23,7 @@ class SoakLevels {
   [[nodiscard]] bool Runs(double now) const;
   /// The deck that comes in by the fade that runs.
   [[nodiscard]] bool ComesIn(Deck deck) const { return fade_ && fade_->kind != kDub && fade_->deck == deck; }
-  /// A deck is started and nobody knows yet whether it is heard.
+  /// A deck is started and it is not known yet whether it is heard.
   [[nodiscard]] bool Starting(double now) const { return fade_ && now < fade_->from + 1; }
   /// Why the course of the fade that runs is not compared; empty when it is.
   [[nodiscard]] QString Excused() const { return fade_ ? fade_->excuse : QString(); }
@@ -38,11 +38,11 @@ class SoakLevels {
   struct Fade {
     Deck deck = Deck::One;
     int kind = kDub;
-    int slider = 0;  ///< where it stood
+    int slider = 0;  ///< its place
     double from = 0;
     FadeCourse course;
     QString excuse;
-    bool stoodBy = false;  ///< the slider was seen where the walk begins
+    bool stoodBy = false;  ///< the slider was seen where the fade begins
     bool moved = false;
     bool walks = false;  ///< the desk says so
   };
@@ -54,8 +54,8 @@ class SoakLevels {
   SoakScene& scene_;
   LawOfLevels law_;
   LawOfLevels lawBefore_;
-  std::optional<int> lawFrom_;  ///< the slider has stood there since the law changed
-  int home_ = 0;                ///< where the slider stands while nothing runs
+  std::optional<int> lawFrom_;  ///< the slider has been there since the law changed
+  int home_ = 0;                ///< where the slider is while nothing runs
   std::optional<Fade> fade_;
   bool disturbed_ = false;
 };

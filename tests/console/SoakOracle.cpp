@@ -117,7 +117,7 @@ FadeCourse CourseOf(int kind, Deck side, int slider, int speed) {
   if (kind == kPartFade) {
     from = toward * kPartPlace;
     course.by = from;
-    // A slider that stands beyond that place is set back to it at once.
+    // A slider that is beyond that place is set back to it at once.
     snap = 0.001 * std::max(toward * (from - slider), 0);
   }
   const int steps = (std::abs(course.home - from) + kStep - 1) / kStep;

@@ -8,9 +8,9 @@
 
 namespace kelvo::testing {
 
-/// The rules of automatic play, told a second time: when a start is due, with which transition and at which
-/// speed, and where the levels of the decks stand meanwhile. They are worked out from the files of a database
-/// alone and know nothing of how the desk does it.
+/// The rules of automatic play, written a second time: when a start is due, with which transition and at
+/// which speed, and how high the levels of the decks are meanwhile. They are worked out from the files of a
+/// database alone and know nothing of how the desk does it.
 
 /// How the desk plays.
 enum class SoakMode { Kelvo, Jukebox, Preview, Random };
@@ -31,7 +31,7 @@ struct TrackRules {
   int startStyle = 1;
   int endStyle = 0;
 };
-/// The default settings of a track without an info file stand in for one that is not there (empty).
+/// The default settings of a track without an info file are used where there is none (empty).
 [[nodiscard]] TrackRules RulesOf(const std::optional<QByteArray>& infoFile, int defaultDelta);
 
 /// When and how the next deck starts.
@@ -53,7 +53,7 @@ struct Started {
 /// A deck was loaded while the other one held a track or not.
 [[nodiscard]] StartPlan PlanAfterLoad(SoakMode mode, StartPlan plan, const TrackRules& loaded,
                                       bool otherHolds);
-/// The playing track, `duration` seconds long, has come to where the next one starts.
+/// The playing track, `duration` seconds long, has reached the point where the next one starts.
 [[nodiscard]] bool IsDue(const StartPlan& plan, double duration, double position);
 
 /// Losses of the two decks for a place of the slider, -200..200.
@@ -68,7 +68,7 @@ struct LawOfLevels {
 struct FadeCourse {
   int home = 0;           ///< where the slider ends
   double endsAfter = 0;   ///< at the earliest; a quarter of a second more at the latest
-  std::optional<int> by;  ///< the place from which it walks, where that is not the one where it stood
+  std::optional<int> by;  ///< the place from which it moves, where that is not where it was
 };
 [[nodiscard]] FadeCourse CourseOf(int kind, Deck side, int slider, int speed);
 

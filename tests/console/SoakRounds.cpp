@@ -118,7 +118,7 @@ void SoakRounds::CheckPreview(const QString& path) {
       scene_.Violate(u"%1 comes again before %2 has been heard"_s.arg(path, track.path));
       break;
     }
-    // Where the new round really began nobody saw: what failed before may have come in it already.
+    // Where the new round began is not known: what failed before may belong to it already.
     failedBefore_ = (failedBefore_ & heard_) | std::exchange(failed_, {});
     heard_.clear();
   }

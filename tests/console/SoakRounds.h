@@ -42,7 +42,7 @@ class SoakRounds {
   void OnLoaded(const QString& path, const QString& before, const QString& other);
   /// A deck was started: where the desk was switched on, it has taken its first rows.
   void OnStarted(const QString& path) {
-    // It may have stood in the deck before, or have been chosen anew.
+    // It may have been in the deck before, or have been chosen anew.
     if (std::exchange(switched_, false)) failedBefore_.insert(path);
   }
   /// Ten times a second: takes the selection over once an edit is done.

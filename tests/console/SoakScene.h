@@ -12,9 +12,9 @@ namespace kelvo::testing {
 enum class Touch {
   Silence,
   Start,  ///< its time or its manner
-  Load,   ///< a deck that stands empty for long
+  Load,   ///< a deck that is empty for long
   Cut,    ///< a track that is heard is taken away
-  Kill,   ///< a deck that was just started stands
+  Kill,   ///< a deck that was just started stops
   Order,  ///< the row that comes next
   Level,  ///< it is not where the slider says
 };

@@ -20,7 +20,7 @@ class SoakStarts {
 
   /// An info file was written or is gone.
   void OnInfoChanged(const QString& infoPath) { infoChanged_[infoPath] = scene_.desk.Now(); }
-  /// The stream of a deck broke off: for the desk it has come to its end.
+  /// The stream of a deck broke off: for the desk it has ended.
   void OnBrokeOff(Deck deck) { decks_[deck].brokeOff = true; }
   /// The desk was switched on by hand: it starts a deck as it finds them.
   void OnSwitch() { switched_ = true; }

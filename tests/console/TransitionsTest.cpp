@@ -31,7 +31,7 @@ class TransitionsTest : public DeskTest {
   void RunUntilWalkStarts() {
     ASSERT_TRUE(loop_.RunUntil([this] { return Fades().WalkActive(); }, 3s));
   }
-  /// How long the walk takes from now on.
+  /// How long the slider moves from now on.
   [[nodiscard]] double SecondsOfWalk() {
     const Nanoseconds begin = loop_.Elapsed();
     EXPECT_TRUE(loop_.RunUntil([this] { return !Fades().WalkActive(); }, 60s));

@@ -1,7 +1,6 @@
 #include "platform/AtomicFile.h"
 #include "platform/ErrorLog.h"
 #include "platform/FileSteps.h"
-#include "platform/SimulatedEventLoop.h"
 #include "support/TemporaryTree.h"
 
 #include <QDir>
@@ -182,25 +181,6 @@ TEST(ReplaceFile, WritersOfOneFileDoNotTearEachOther) {
   const QByteArray found = tree.Read(u"list.txt"_s);
   EXPECT_TRUE(found == QByteArray(50000, 'a') || found == QByteArray(50000, 'b'));
   EXPECT_EQ(EntriesOf(tree), QStringList{u"list.txt"_s});
-}
-
-TEST(ReplaceFile, LaterMeansInOrderAndFailuresComeBack) {
-  const TemporaryTree tree;
-  SimulatedEventLoop loop;
-  const Job<> first = ReplaceFileLater(loop, tree.Path(u"a"_s), "1");
-  const Job<> second = ReplaceFileLater(loop, tree.Path(u"a"_s), "2");
-  int number = 0;
-  const auto failing = [](SimulatedEventLoop* on, QString path, int* error) -> Job<> {
-    try {
-      co_await ReplaceFileLater(*on, path, "3");
-    } catch (const Failure& failure) {
-      *error = failure.Number();
-    }
-  };
-  const Job<> third = failing(&loop, tree.Path(u"no/a"_s), &number);
-  loop.RunFor(std::chrono::seconds(1));
-  EXPECT_EQ(tree.Read(u"a"_s), "2");
-  EXPECT_EQ(number, ENOENT);
 }
 
 TEST(ReadWholeFile, RefusesWhatIsTooLargeOrWouldNeverEnd) {

@@ -9,7 +9,7 @@ namespace kelvo::testing {
 /// Nobody sits at the desk: every question is answered by No, and nothing is typed or picked.
 class NobodyThere : public Prompter {
  public:
-  /// Hears what would be told; may be empty.
+  /// Called with each message; may be empty.
   std::function<void(const Prompt&)> OnTell;
 
   [[nodiscard]] Job<Answer> Ask(Prompt /*prompt*/) override { co_return Answer::No; }

@@ -5,7 +5,8 @@
 namespace kelvo::testing {
 namespace {
 
-/// The next scripted answer; without one the test has failed and `otherwise` stands for the person's Cancel.
+/// The next scripted answer; without one the test has failed and `otherwise` is the answer, as Cancel would
+/// be.
 template <typename T>
 T Next(std::deque<T>& script, T otherwise, const QString& question) {
   if (script.empty()) {

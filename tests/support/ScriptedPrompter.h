@@ -26,9 +26,9 @@ class ScriptedPrompter : public Prompter {
   std::deque<QString> texts;
   std::deque<std::optional<QString>> paths;
 
-  /// Happens while an Ask stands, before its answer.
+  /// Called while an Ask is open, before its answer.
   std::function<void(const Prompt&)> meanwhile;
-  bool away = false;  ///< nobody answers an Ask: it stands until it is dropped
+  bool away = false;  ///< an Ask gets no answer: it is open until it is dropped
 
   int secretsAsked = 0;
   std::vector<Prompt> asked;               ///< every Ask, AskText (title and prompt) and Tell, in order

@@ -4,7 +4,7 @@
 
 namespace kelvo::testing {
 
-/// Fails unless the parts of a window that is shown (controls, and labels with words) stand inside it side by
+/// Fails unless the parts of a window that is shown (controls, and labels with words) are inside it side by
 /// side, a button has room for its words, each control has a name and something for a screen reader, and a
 /// label with a mnemonic leads to its field.
 void ExpectWellLaidOut(const QWidget& window);

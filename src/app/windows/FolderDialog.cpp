@@ -1,5 +1,6 @@
 #include "app/windows/FolderDialog.h"
 
+#include "ui/Naming.h"
 #include "ui/ScalableIcon.h"
 #include "ui/Theme.h"
 
@@ -31,13 +32,13 @@ FolderDialog::FolderDialog(EventLoop& loop, const QString& start, QWidget* paren
       newName_(new QLineEdit(this)),
       trouble_(new QLabel(this)),
       ok_(AddButton(QStringLiteral("OKButton"), tr("&OK"), tr("Takes the folder that is shown above"))) {
-  setObjectName(QStringLiteral("Dialog1"));
+  SetNames(*this, QStringLiteral("FolderDialog"), QStringLiteral("Dialog1"));
   setWindowTitle(tr("Choose A Folder"));
-  drives_->setObjectName(QStringLiteral("Drive1"));
+  SetNames(*drives_, QStringLiteral("CboDrive"), QStringLiteral("Drive1"));
   drives_->setToolTip(tr("The drives of this computer"));
   path_->setObjectName(QStringLiteral("Path"));
   path_->setToolTip(tr("The folder; another can be typed, then Enter"));
-  folders_->setObjectName(QStringLiteral("Dir1"));
+  SetNames(*folders_, QStringLiteral("FolderList"), QStringLiteral("Dir1"));
   folders_->setAccessibleName(tr("Folders"));
   folders_->setToolTip(tr("Enter or a double click opens a folder, Backspace goes up"));
   folders_->installEventFilter(this);

@@ -10,7 +10,7 @@ namespace kelvo {
 class EventLoop;
 class SettingsStore;
 
-/// What every window beside the console stands on. All outlive the windows.
+/// What every window beside the console needs. All outlive the windows.
 struct WindowHost {
   QWidget& console;  ///< they come up in front of it
   EventLoop& loop;

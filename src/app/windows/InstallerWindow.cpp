@@ -2,6 +2,7 @@
 
 #include "app/windows/FolderDialog.h"
 #include "ui/ElidedLabel.h"
+#include "ui/Naming.h"
 #include "ui/Panel.h"
 #include "ui/ProgressStrip.h"
 #include "ui/ScalableIcon.h"
@@ -18,9 +19,9 @@ InstallerWindow::InstallerWindow(EventLoop& loop, Installer& installer)
       rows_(new Panel(Group::Console, tr("DATABASE FOLDERS"), this)),
       demo_(MakeDemoPart()),
       progress_(new ProgressStrip(this)),
-      install_(AddButton(QStringLiteral("Command1"), tr("&Install"),
-                         tr("Makes what is missing of these folders  (Alt+I)"))),
-      giveUp_(AddButton(QStringLiteral("Command2"), {}, {})) {
+      install_(AddButton(QStringLiteral("CmdInstall"), tr("&Install"),
+                         tr("Makes what is missing of these folders  (Alt+I)"), QStringLiteral("Command1"))),
+      giveUp_(AddButton(QStringLiteral("CmdGiveUp"), {}, {}, QStringLiteral("Command2"))) {
   setObjectName(QStringLiteral("DjNewInst"));
   setWindowTitle(installer_.Title());
   auto* head = new QLabel(installer_.Head(), this);
@@ -34,7 +35,7 @@ InstallerWindow::InstallerWindow(EventLoop& loop, Installer& installer)
   auto* grid = new QGridLayout(rows_);
   AddRows(*grid);
   Theme::SetRole(*install_, QStringLiteral("primary"));
-  progress_->setObjectName(QStringLiteral("ProgressBar1"));
+  SetNames(*progress_, QStringLiteral("InstallProgress"), QStringLiteral("ProgressBar1"));
   progress_->setAccessibleName(tr("Progress of the installation"));
 
   auto* ends = new QHBoxLayout;
@@ -61,9 +62,10 @@ InstallerWindow::InstallerWindow(EventLoop& loop, Installer& installer)
   install_->setFocus();
 }
 
-QPushButton* InstallerWindow::AddButton(const QString& name, const QString& text, const QString& tooltip) {
+QPushButton* InstallerWindow::AddButton(const QString& name, const QString& text, const QString& tooltip,
+                                        const QString& fixedName) {
   auto* button = new QPushButton(text, this);
-  button->setObjectName(name);
+  SetNames(*button, name, fixedName);
   button->setToolTip(tooltip);
   return button;
 }
@@ -72,14 +74,17 @@ void InstallerWindow::AddRows(QGridLayout& grid) {
   for (int row = 0; row < Installer::kRows; ++row) {
     const auto place = static_cast<std::size_t>(row);
     auto* name = new QLabel(Installer::RowName(row), rows_);
-    name->setObjectName(QStringLiteral("Label6_%1").arg(row));
+    SetNames(*name, QStringLiteral("FolderName%1").arg(row), QStringLiteral("Label6_%1").arg(row));
     locations_[place] = new ElidedLabel(rows_);
-    locations_[place]->setObjectName(QStringLiteral("Label10_%1").arg(row));
+    SetNames(*locations_[place], QStringLiteral("FolderPlace%1").arg(row),
+             QStringLiteral("Label10_%1").arg(row));
     locations_[place]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     freeSpace_[place] = new QLabel(rows_);
     freeSpace_[place]->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    QPushButton* choose = AddButton(QStringLiteral("Command3_%1").arg(row), tr("Place &%1...").arg(row + 1),
-                                    tr("Chooses another place for this folder  (Alt+%1)").arg(row + 1));
+    QPushButton* choose =
+        AddButton(QStringLiteral("CmdFolderPlace%1").arg(row), tr("Place &%1...").arg(row + 1),
+                  tr("Chooses another place for this folder  (Alt+%1)").arg(row + 1),
+                  QStringLiteral("Command3_%1").arg(row));
     choose->setAccessibleName(tr("Place of %1").arg(name->text()));
     connect(choose, &QPushButton::clicked, this, [this, row] {
       Choose(installer_.Location(row),

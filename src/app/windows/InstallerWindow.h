@@ -28,7 +28,8 @@ class InstallerWindow : public QWidget {
 
  private:
   void AddRows(QGridLayout& grid);
-  QPushButton* AddButton(const QString& name, const QString& text, const QString& tooltip);
+  QPushButton* AddButton(const QString& name, const QString& text, const QString& tooltip,
+                         const QString& fixedName = {});
   QWidget* MakeDemoPart();
   void Choose(const QString& start, std::function<void(const QString&)> chosen);
   void Show();

@@ -102,7 +102,7 @@ Program::~Program() {
 }
 
 QWidget* Program::TopWindow() const {
-  // A question stands on the window that it comes from.
+  // A question belongs on the window that it comes from.
   QWidget* const active = QApplication::activeWindow();
   if (beside_ && beside_->Owns(active)) return active;
   if (window_) return window_.get();

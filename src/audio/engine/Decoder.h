@@ -32,7 +32,7 @@ class Decoder {
 };
 
 /// Whether anything can be heard in the file: a sample above -66 dB of full scale within its first ten
-/// minutes. It reads no further than it must, so music answers at once. The decoder stands at its start
+/// minutes. It reads no further than it must, so music answers at once. The decoder is at its start
 /// afterwards.
 [[nodiscard]] bool HoldsSound(Decoder& decoder, const OpeningPtr& opening);
 

@@ -14,7 +14,7 @@
 namespace kelvo {
 
 /// The face of one voice for the logic. Each file that it opens has a core of its own: a decoder that hangs
-/// on the last one holds up nothing of the next. Made by the engine, which it must not outlive.
+/// on the last one does not delay the next. Made by the engine, which it must not outlive.
 class EnginePlayer : public MediaPlayer {
  public:
   EnginePlayer(PlayerHost& engine, std::shared_ptr<Output> output, std::shared_ptr<PlayerCore> core);

@@ -12,7 +12,7 @@ namespace {
 
 /// A full ring lasts for seconds, so a look now and then is enough...
 constexpr auto kLookWhilePlaying = 40ms;
-/// ... but when blocks of an older generation stand in the way of a new one, they go with the next callback.
+/// ... but when blocks of an older generation block a new one, they go with the next callback.
 constexpr auto kLookWhileWaiting = 2ms;
 
 }  // namespace

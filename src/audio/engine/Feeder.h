@@ -33,7 +33,7 @@ class Feeder {
 
   /// Works until `stop`. The decoder's thread.
   void Run(const std::stop_token& stop);
-  /// Fills the ring as far as it goes. Where nobody Runs.
+  /// Fills the ring as far as it goes. For a feeder without a thread in Run.
   void FillNow();
 
  private:

@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// No device at all: every output runs on the silent clock. With names it stands in for devices that nobody
+/// No device at all: every output runs on the silent clock. With names it replaces devices that nobody
 /// wants to hear, and tells its outputs as being on air.
 class NoDeviceBackend : public OutputBackend {
  public:

@@ -21,7 +21,7 @@ constexpr std::size_t kClockFrames = 1024;
 
 constexpr FrameIndex kMostToMakeUp = kEngineRate;
 
-/// A tick that comes late says nothing about the device: a busy or sleeping machine holds up both.
+/// A tick that comes late says nothing about the device: a busy or sleeping machine delays both.
 constexpr Nanoseconds kMostInATick = 50ms;
 
 }  // namespace

@@ -10,7 +10,7 @@
 namespace kelvo {
 
 /// Adds up the voices of one output. A device's callback and the silent clock may both ask for sound: one
-/// gets it, the other is told so at once. Kept alive by everyone who may render.
+/// gets it, the other learns it at once. Kept alive by everyone who may render.
 class OutputMixer {
  public:
   static constexpr std::size_t kMostPlayers = 64;

@@ -20,7 +20,7 @@ class PlayerHost {
   virtual void PollSoon() = 0;
   /// A core on `output`, with a decoder's thread of its own. Throws Failure when the output is full.
   [[nodiscard]] virtual std::shared_ptr<PlayerCore> MakeCore(Output& output) = 0;
-  /// Takes over a core that nobody plays any more, until nothing of it sounds.
+  /// Takes over a core that has no player any more, until nothing of it sounds.
   virtual void Retire(std::shared_ptr<Output> output, std::shared_ptr<PlayerCore> core) = 0;
   /// The player is about to go.
   virtual void Forget(EnginePlayer& player) = 0;

@@ -31,7 +31,7 @@ PulseBackend& Self(void* self) {
   return *static_cast<PulseBackend*>(self);
 }
 
-/// The answer comes to a callback; who asked has no more use for the question.
+/// The answer arrives in a callback; then the question is no longer needed.
 void Forget(pa_operation* question) {
   if (question) pa_operation_unref(question);
 }

@@ -15,7 +15,7 @@ namespace kelvo {
 
 /// The outputs of the desktop's sound server: PulseAudio, or PipeWire, which speaks its language. Everything
 /// is asked for and answered on one thread of its own, which never waits for an answer, so a server that is
-/// slow or dead holds up nobody. Owned by the engine; logic thread.
+/// slow or dead blocks no caller. Owned by the engine; logic thread.
 class PulseBackend : public OutputBackend {
  public:
   using Maker = std::function<std::unique_ptr<OutputBackend>()>;

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::uint32_t kFrameBytes = kChannels * sizeof(float);
 
-/// What the server asks for at a time, 23 ms: the pace of positions and of what is told to the desk.
+/// What the server asks for at a time, 23 ms: the pace of positions and of reports to the desk.
 constexpr std::uint32_t kPeriodFrames = 1024;
 
 /// 557 ms: more would be felt as a desk that doesn't answer.
@@ -31,7 +31,7 @@ PulseStream::PulseStream(pa_context& context, PulseReserve& reserve, std::shared
     : reserve_(reserve), link_(std::move(link)), frames_(reserve.Frames()) {
   const pa_sample_spec form{.format = PA_SAMPLE_FLOAT32NE, .rate = kEngineRate, .channels = kChannels};
   pa_proplist* const properties = pa_proplist_new();
-  // Volume and mute are the server's, by this name: the monitor's are not those of the air. No role is told,
+  // Volume and mute are the server's, by this name: the monitor's are not those of the air. No role is given,
   // for a server may turn a role down for a telephone call.
   const QByteArray key = "kelvo-output:" + link_->Name().toUtf8();
   pa_proplist_sets(properties, "module-stream-restore.id", key.constData());

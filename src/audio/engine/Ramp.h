@@ -2,7 +2,7 @@
 
 namespace kelvo {
 
-/// A value that walks to its goal in even steps, one a frame, and starts each walk from where it stands.
+/// A value that moves to its goal in even steps, one a frame, each time from its present value.
 template <typename Number>
 class Ramp {
  public:

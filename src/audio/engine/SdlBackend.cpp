@@ -119,7 +119,7 @@ void SdlBackend::OpenDevice(const std::shared_ptr<DeviceLink>& link) {
   if (id == 0) {
     qCDebug(logDevices) << "no device" << link->Name() << SDL_GetError();
     link->SetState(DeviceLink::State::Gone);
-    // With nothing open, a fresh start costs nobody a device, and finds hardware that has come back.
+    // With nothing open, a fresh start takes no device away, and finds hardware that has come back.
     if (devices_.empty()) ShutDown();
     return;
   }

@@ -13,7 +13,7 @@
 namespace kelvo {
 
 /// The sound devices of a machine without a sound server, through SDL. Every call of SDL is made on one
-/// thread of its own, so a device that is slow or dead holds up nobody else. Owned by the engine; logic
+/// thread of its own, so a device that is slow or dead blocks nothing else. Owned by the engine; logic
 /// thread.
 class SdlBackend : public OutputBackend {
  public:

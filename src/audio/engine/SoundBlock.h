@@ -26,7 +26,7 @@ inline constexpr std::size_t kBlockFrames = 512;
 struct SoundBlock {
   Generation generation = 0;
   std::uint32_t frames = 0;  ///< filled frames; 0 is allowed in a block that only tells the end
-  FrameIndex start = 0;      ///< where in the stream its first frame stands
+  FrameIndex start = 0;      ///< place of its first frame in the stream
   bool end = false;          ///< nothing follows in this generation
   std::array<float, kBlockFrames * kChannels> samples{};
 };

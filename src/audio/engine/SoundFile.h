@@ -11,8 +11,7 @@ namespace kelvo {
 
 /// A file that is being opened, as seen by the thread that opens it and by whoever waits.
 struct Opening {
-  std::atomic<bool> cancelled{
-      false};  ///< nobody wants it any more: its reads fail, and the opening with them
+  std::atomic<bool> cancelled{false};   ///< it is no longer needed: its reads fail, and the opening with them
   std::atomic<std::uint64_t> steps{0};  ///< counts up as long as its disk answers and there is work to do
 };
 using OpeningPtr = std::shared_ptr<Opening>;

@@ -10,7 +10,7 @@ namespace {
 /// 20 ms to go from one rate to another.
 constexpr int kRateSteps = kEngineRate / 50;
 
-/// How much faster than 1 it reads for a moment to come to whole frames again: three hundredths of a
+/// How much faster than 1 it reads for a moment to reach whole frames again: three hundredths of a
 /// semitone.
 constexpr double kCatchUp = 1.0 / 512;
 

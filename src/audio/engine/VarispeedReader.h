@@ -40,7 +40,7 @@ class VarispeedReader {
 
   [[nodiscard]] bool Pull();
   void MakeRoom();
-  /// Pulls until `frames` stand at and behind the read position, or no more come.
+  /// Pulls until `frames` are ready at and behind the read position, or no more come.
   void Ensure(std::size_t frames);
   [[nodiscard]] std::size_t Copy(std::span<float> target);
   [[nodiscard]] bool Interpolate(float* frame);

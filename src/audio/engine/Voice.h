@@ -22,7 +22,7 @@ class Voice {
   void Want(Generation generation, bool playing);
   void SetGains(float left, float right);
   void SetRate(double rate) { wantedRate_.store(rate, std::memory_order_relaxed); }
-  /// Where the voice stands in `generation`; nothing while it has not come to it.
+  /// The voice's position in `generation`; nothing before it has reached it.
   [[nodiscard]] std::optional<FrameIndex> PositionIn(Generation generation) const;
   /// True when `generation` has been played to its end.
   [[nodiscard]] bool HasEnded(Generation generation) const;

@@ -40,7 +40,7 @@ struct AutoSettings {
 /// A row of the queue, as the choice of the next row sees it.
 struct QueueChoice {
   Mref track = Mref::None;
-  bool passedOver = false;  ///< could not be played of late, or was tried in this round
+  bool passedOver = false;  ///< could not be played lately, or was tried in this round
 };
 
 struct NextRowQuestion {
@@ -48,7 +48,7 @@ struct NextRowQuestion {
   int start = 1;                 ///< the row to look at first, from 1; beyond the last wraps
   std::optional<Mref> playing;   ///< the track in the deck that is not to be loaded
   std::optional<Mref> target;    ///< the track in the deck that is to be loaded
-  bool mayRepeatTarget = false;  ///< a row whose track stands in that deck is as good as any
+  bool mayRepeatTarget = false;  ///< a row whose track is in that deck is as good as any
 };
 
 /// The row to load, from 1; 0 when every row is passed over. A row that no deck holds comes first; then one
@@ -82,7 +82,7 @@ struct TickDecision {
   int secondsLeft = 0;                              ///< until then; 0 or below is now
 };
 
-/// Once a second: what to start, or how long until then. A loaded deck starts when the other has come to its
+/// Once a second: what to start, or how long until then. A loaded deck starts when the other has reached its
 /// delta, and also when nothing is on air and nothing else would ever start it.
 [[nodiscard]] TickDecision DecideTick(const TickQuestion& question);
 

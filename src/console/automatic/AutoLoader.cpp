@@ -59,7 +59,7 @@ std::optional<Mref> AutoLoader::TrackIn(Deck deck) const {
 NextRowQuestion AutoLoader::QuestionFor(Deck deck, From from, bool atStart, bool retryBad) const {
   const PlayQueue& queue = services_.queue;
   NextRowQuestion question;
-  // At the start of a run the rows are taken as they stand; what played before is of no interest.
+  // At the start of a run the rows are taken as they are; what played before is of no interest.
   const bool otherCounts = !atStart || services_.decks.Record(Other(deck)).State != DeckState::Done;
   if (otherCounts) question.playing = TrackIn(Other(deck));
   question.target = TrackIn(deck);
@@ -181,7 +181,7 @@ void AutoLoader::Skip(const QString& path, const QString& title, Deck deck, Deck
 Job<bool> AutoLoader::Fill(Deck deck, From from, bool atStart) {
   const QScopedValueRollback filling(filling_, std::optional(deck));
   allowance_ = kLoadAllowance;
-  // A load of somebody else into this deck has its say first.
+  // A load of somebody else into this deck goes first.
   co_await LoadEnded(deck);
   tried_.clear();
   bool filled = false;
@@ -221,7 +221,7 @@ Job<bool> AutoLoader::FillFromQueue(Deck deck, From from, bool atStart) {
       }
       Skip(path, title, deck, outcome);
     }
-    // The loop goes round between two rows, so a long queue of bad files stops nobody.
+    // Between two rows the loop takes a turn, so a long queue of bad files blocks nothing.
     co_await services_.loop.Yield();
     if (next == From::Selected) next = From::BehindSelected;
   }

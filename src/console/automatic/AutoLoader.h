@@ -44,7 +44,7 @@ class AutoLoader {
 
   /// Until `deck` is loaded with a track that can be played (true), or nothing can be at the moment (false).
   /// Waits for a fade to end, unless nothing sounds, and, but for the start of a run (`atStart`), until
-  /// nothing is heard of the deck. At that start a row is taken though its track stood in the deck before.
+  /// nothing is heard of the deck. At that start a row is taken though its track was in the deck before.
   /// Held by the caller; one at a time.
   [[nodiscard]] Job<bool> Fill(Deck deck, From from, bool atStart = false);
 
@@ -74,13 +74,14 @@ class AutoLoader {
   [[nodiscard]] bool Sounds(Deck deck) const;
   /// Neither deck sounds: whatever is under way, silence goes first.
   [[nodiscard]] bool Silent() const { return !Sounds(Deck::One) && !Sounds(Deck::Two); }
-  /// A fade walks and is let be: there is sound in it.
+  /// A fade runs that must not be disturbed: it has sound.
   [[nodiscard]] bool FadeHolds() const;
 
   /// Random rows instead of the queue's order.
   bool RandomOn = false;
   PreviewPicks UsedPicks;
-  /// A track was passed over: its title and why. Told again for the same file after an hour at the earliest.
+  /// A track was passed over: its title and why. Reported again for the same file after an hour at the
+  /// earliest.
   std::function<void(const QString& title, const QString& why)> OnSkipped;
 
  private:
@@ -91,7 +92,7 @@ class AutoLoader {
   struct Bad {
     Nanoseconds retryAt{0};
     Nanoseconds toldAt{0};
-    int returns = -1;  ///< when its disk did not answer: as Disks::Returns stood then
+    int returns = -1;  ///< when its disk did not answer: the value of Disks::Returns then
   };
   [[nodiscard]] bool IsBad(const QString& path) const;
   [[nodiscard]] std::optional<Mref> TrackIn(Deck deck) const;
@@ -116,7 +117,8 @@ class AutoLoader {
   QHash<QString, Bad> bad_;
   QSet<QString> tried_;  ///< in the present round
   Mref lastPick_ = Mref::None;
-  bool lastHope_ = false;  ///< what is tried failed of late; nothing better is left, so it has its time
+  /// The present track failed lately; nothing better is left, so it gets its full time.
+  bool lastHope_ = false;
   bool nothingPlayable_ = false;
   std::optional<Deck> filling_;
   Nanoseconds allowance_ = kLoadAllowance;  ///< of the next load, when its track is needed

@@ -127,7 +127,7 @@ void AutoPlay::SetRandom(bool ticked) {
 Job<> AutoPlay::TakeDesk() {
   while (loader_.FadeHolds() || Starting()) co_await services_.loop.Sleep(100ms);
   for (const Deck deck : kDecks) co_await loader_.LoadEnded(deck);
-  // What was loaded by hand, or for a run that was switched off meanwhile, nobody has looked at.
+  // What was loaded by hand, or for a run that was switched off meanwhile, has not been checked yet.
   for (const Deck deck : kDecks) static_cast<void>(loader_.HoldsGoodTrack(deck));
 }
 
@@ -309,7 +309,7 @@ std::optional<QString> AutoPlay::CheckTimer() {
                   Format00(timer_.TimerMinute);
   if (timer_.Due(services_.loop.Now().time())) {
     DisarmTimer();
-    // The timer starts a show; it never ends one. A question that nobody answers does not hold it up.
+    // The timer starts a show; it never ends one. It does not wait for an unanswered question.
     if (!services_.state.PlaysByItself()) {
       Toggle(false);
     } else if (asking_) {

@@ -39,7 +39,7 @@ struct UpNext {
 
 /// Automatic play: the desk runs its two decks by itself. While one plays, the next track is brought into the
 /// other; a number of seconds before the end that other one is started. It never ends by itself: what cannot
-/// be played is passed over and told. Owned by the Console, after the decks and the queue, whose hooks
+/// be played is passed over and reported. Owned by the Console, after the decks and the queue, whose hooks
 /// PickPreview and CheckFadeOverride it takes; logic thread.
 class AutoPlay : public QObject {
   Q_OBJECT
@@ -55,7 +55,7 @@ class AutoPlay : public QObject {
     const Catalogue& catalogue;
     RandomSource& random;
     ProgramSettings settings;
-    int delta = 3;  ///< where `SldDelta` stands at first, seconds
+    int delta = 3;  ///< first value of `SldDelta`, seconds
     /// The start routine of the transitions, without questions. It calls AfterStart.
     std::function<void(Deck, TransitionKind)> StartTransition;
     std::function<void(int)> SetFadeSpeed;        ///< `SldFadeSp`, 0..50
@@ -69,7 +69,7 @@ class AutoPlay : public QObject {
   explicit AutoPlay(Services services);
   ~AutoPlay() override;
 
-  /// `Option5`: on when neither automatic nor group play runs, else off.
+  /// The start button: on when neither automatic nor group play runs, else off.
   void ToggleAutoPlay();
   /// "START" or "STOP".
   [[nodiscard]] QString StartCaption() const;
@@ -77,7 +77,7 @@ class AutoPlay : public QObject {
   /// `OptKelvo`, `OptJukebox`, `OptPreview`; refused while the desk plays by itself.
   void SetMode(AutoMode mode);
   [[nodiscard]] AutoMode Mode() const { return mode_; }
-  /// `Option7` "RANDOM"; read at the start, refused while the desk plays by itself.
+  /// The box "RANDOM"; read at the start, refused while the desk plays by itself.
   void SetRandom(bool ticked);
   [[nodiscard]] bool RandomTicked() const { return randomTicked_; }
   [[nodiscard]] bool RandomOn() const { return loader_.RandomOn; }
@@ -99,7 +99,7 @@ class AutoPlay : public QObject {
   void AfterStart(Deck deck);
   void ApplyTrackSettings(Deck deck);
   void CheckFadeOverride(Deck deck);
-  /// Once a second while AutoPlayOn is set and no fade walks. While one walks it acts only on silence.
+  /// Once a second while AutoPlayOn is set and no fade runs. While one runs it acts only on silence.
   void AutoTick();
   /// Once a second always, before the words are shown: what blinks changes, and silence under a fade is seen.
   void Beat();
@@ -112,11 +112,11 @@ class AutoPlay : public QObject {
   std::optional<QString> CheckTimer();
 
   [[nodiscard]] const QString& StatusText() const { return statusText_; }
-  /// `Label32`: the mode, or the blinking "AUTOMATIC PLAY" while idle.
+  /// The mode word: the mode, or the blinking "AUTOMATIC PLAY" while idle.
   [[nodiscard]] QString DisplayWord() const;
-  /// Silence is as it should be: the desk pauses at a track's end, or the jukebox makes its gap.
+  /// Silence is intended: the desk pauses at a track's end, or the jukebox makes its gap.
   [[nodiscard]] bool SilencePlanned() const { return running_ && (pauseAtEnd_ || lag_.Running()); }
-  /// What comes next; none when the desk doesn't play by itself or nothing is at hand.
+  /// What comes next; none when the desk doesn't play by itself or has no track.
   [[nodiscard]] std::optional<UpNext> Next() const;
   /// The alarm: nothing in the queue (or of the database, in preview) can be played.
   [[nodiscard]] bool NothingPlayable() const { return running_ && loader_.NothingPlayable(); }
@@ -142,7 +142,7 @@ class AutoPlay : public QObject {
     Nanoseconds movedAt{0};
     int dead = 0;  ///< ticks at which it should have played and its player did not run
   };
-  /// `attended`: somebody is there to answer.
+  /// `attended`: an operator is there to answer.
   void SwitchOn(bool preview, bool attended);
   void Toggle(bool attended);
   /// Whole seconds until the deck that plays needs its successor; 0 when none plays.

@@ -22,7 +22,7 @@ constexpr Nanoseconds kStall = 2s;
 /// A disk that owes data for so long is not counted on: what is left of the track in memory covers the start
 /// of the next one.
 constexpr Nanoseconds kLate = 1s;
-/// A stream that ends so many seconds too soon is told.
+/// A stream that ends so many seconds too soon is reported.
 constexpr double kTooSoon = 5;
 /// One that gave less sound than this is not played again for a while.
 constexpr double kTooLittle = 5;
@@ -58,7 +58,7 @@ void AutoPlay::AutoTick() {
   if (!services_.state.AutoPlayOn) return;
   for (const Deck deck : kDecks) Watch(deck);
   if (starting_.Running()) return;
-  // A fade is let be, unless all sound has ended under it.
+  // A fade is not disturbed, unless all sound has ended under it.
   if (loader_.FadeHolds()) return;
   if (now_.AutoTransition == TransitionKind::None) now_.AutoTransition = TransitionKind::Dub;
   const TickDecision decision = Decide();
@@ -150,7 +150,7 @@ int AutoPlay::SecondsLeft() const {
 }
 
 void AutoPlay::LoadNext() {
-  // The next track adds to what the one that is starting says of it, never the other way round.
+  // The next track adds to what the one that is starting demands, never the reverse.
   if (!services_.state.AutoPlayOn || loading_.Running() || Starting()) return;
   const std::optional<Deck> deck = FreeDeck(false);
   if (!deck || services_.loop.Elapsed() < nextRound_) return;

@@ -264,7 +264,7 @@ void LibraryBrowser::AddToQueue(std::vector<Mref> tracks) {
 Job<> LibraryBrowser::RunAdd(std::vector<Mref> tracks) {
   const KeptTracks kept(catalogue_, std::move(tracks));
   co_await queue_.AddTracks(kept.All());
-  // A group playlist that still stands was not given up: nothing was added.
+  // A group playlist that is still in force was not given up: nothing was added.
   if (state_.GroupPlayOn || (queue_.Count() > 0 && queue_.GroupQueueFlag())) co_return;
   allSelected_ = false;
   // The operator may have selected others meanwhile.

@@ -32,9 +32,9 @@ struct TrackDetails {
 };
 
 /// The way into the catalogue: choose a genre, an artist, an album, and the track list holds what fits all
-/// three; type words, and it shows what has them too. A listing walks through the whole catalogue in turns of
-/// the loop and can be stopped; what it found stays. What happens to the catalogue comes to the lists by
-/// itself: the choice, what is listed and what is selected stay. Owned by the Console; logic thread.
+/// three; type words, and it shows what has them too. A listing goes through the whole catalogue in turns of
+/// the loop and can be stopped; what it found stays. Changes of the catalogue reach the lists by
+/// themselves: the choice, what is listed and what is selected stay. Owned by the Console; logic thread.
 class LibraryBrowser : public QObject {
   Q_OBJECT
 
@@ -70,7 +70,8 @@ class LibraryBrowser : public QObject {
   /// The row to jump to for a letter: the first entry that begins with it, else with the nearest lower
   /// character, down to "1"; -1 when there is none.
   [[nodiscard]] int LetterRow(Stage stage, QChar letter) const;
-  /// The first entry at or behind `from`, going round, that begins with these letters in any case; else -1.
+  /// The first entry at or behind `from`, wrapping at the end, that begins with these letters in any case;
+  /// else -1.
   [[nodiscard]] int RowStarting(Stage stage, const QString& letters, int from) const;
   /// The top row with which a list that shows `rows` rows has its selected one in sight; none: it stays.
   [[nodiscard]] static std::optional<int> CentredTopRow(int selected, int rows);
@@ -95,7 +96,6 @@ class LibraryBrowser : public QObject {
   /// A click on a track selects its artist, and lists nothing.
   void ClickTrack(Mref track);
   void SortBy(LibraryColumn column);
-  [[nodiscard]] std::optional<LibraryColumn> SortColumn() const { return sortColumn_; }
   /// "Select All" and "Clear All" in turn; nothing while the list is empty.
   void ToggleAll();
   [[nodiscard]] QString SelectAllCaption() const;
@@ -190,7 +190,7 @@ class LibraryBrowser : public QObject {
   /// Other names in a list; what is selected keeps its row by its name, which `nameNow` may change.
   void ReplaceNames(Stage stage, const QStringList& names,
                     const std::function<QString(const QString&)>& nameNow = {});
-  /// At the loop's next turn: many changes make one walk through the catalogue.
+  /// At the loop's next turn: many changes cost one pass over the catalogue.
   void TakeInSoon();
   [[nodiscard]] Job<> TakeIn();
   /// False when the operator chose something else meanwhile.

@@ -93,7 +93,7 @@ Job<> LibraryBrowser::TakeIn() {
         const bool whole = co_await TakeInTracks();
         if (whole) break;
       }
-      // How many tracks there are is told where none is listed, too.
+      // The number of tracks is shown even when none is listed.
       Q_EMIT ChoiceChanged();
       if (sortColumn_) SortBy(*sortColumn_);
     }

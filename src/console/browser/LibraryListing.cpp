@@ -1,4 +1,4 @@
-// How the browser lists tracks: the walk through the catalogue, and what comes to the catalogue later.
+// How the browser lists tracks: the pass over the catalogue, and what is added to it later.
 
 #include "console/browser/LibraryBrowser.h"
 #include "database/KeptTracks.h"
@@ -87,7 +87,7 @@ std::vector<LibraryBrowser::Test> LibraryBrowser::TestsFor(const Listed& listed)
 }
 
 bool LibraryBrowser::Fits(const std::vector<Test>& tests, Mref track) {
-  // A line that came after the walk began has no mark.
+  // A line that came after the pass began has no mark.
   return std::all_of(tests.begin(), tests.end(), [track](const Test& test) {
     const std::uint32_t line = test.column->Id(track);
     return line < test.lines.size() && test.lines[line];

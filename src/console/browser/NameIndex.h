@@ -12,7 +12,7 @@
 
 namespace kelvo {
 
-/// Upper case letter by letter: the length stays, so that names that are told apart by it stay apart.
+/// Upper case letter by letter: the length stays, so that names that differ in it stay different.
 [[nodiscard]] QString UpperName(const QString& name);
 
 /// The names in the comma-separated lines of one catalogue column, each distinct line taken apart once, each

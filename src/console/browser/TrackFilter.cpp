@@ -101,7 +101,7 @@ void TrackFilter::PutLine(std::size_t row, const std::string& line) {
   } else {
     alphabets_[row] = AlphabetOf(line);
   }
-  // Lengths wrap round: a shorter line is a step back.
+  // The difference of two lengths is unsigned: a shorter line is a step back.
   for (std::size_t each = row + (line.empty() ? 0 : 1); each < starts_.size(); ++each)
     starts_[each] += longer;
 }

@@ -19,7 +19,7 @@ class Catalogue;
 [[nodiscard]] QString FoldedText(const QString& text);
 
 /// Finds tracks as one types: any words, in any order, each anywhere in the name, accents and case folded.
-/// Keeps the folded names in one piece of memory, so that a search over 100,000 tracks is one walk through
+/// Keeps the folded names in one piece of memory, so that a search over 100,000 tracks is one pass over
 /// it. Owned by the Console; the LibraryBrowser tells it what happens to the catalogue; logic thread.
 class TrackFilter {
  public:

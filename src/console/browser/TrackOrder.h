@@ -21,7 +21,7 @@ inline constexpr int kLibraryColumns = 8;
 [[nodiscard]] QString LibraryText(const Catalogue& catalogue, Mref track, LibraryColumn column);
 
 /// The order in which the track list shows its tracks, kept for the whole catalogue: once it is known, any
-/// choice of tracks is in order after one walk through it. Owned by the LibraryBrowser; logic thread.
+/// choice of tracks is in order after one pass over it. Owned by the LibraryBrowser; logic thread.
 class TrackOrder {
  public:
   explicit TrackOrder(const Catalogue& catalogue) : catalogue_(catalogue) {}
@@ -34,7 +34,7 @@ class TrackOrder {
   /// A track is gone. No sort may run: it would bring back the numbers from before.
   void Remove(const TrackRemoved& removed) { removed.TakeFrom(order_); }
   [[nodiscard]] bool IsSorted() const { return !order_.empty(); }
-  /// All tracks in order; those that came after the sort stand last.
+  /// All tracks in order; those that came after the sort are last.
   [[nodiscard]] const std::vector<Mref>& Tracks();
 
  private:

@@ -42,7 +42,7 @@ class ConfirmationPanel : public QObject {
 
   [[nodiscard]] bool Visible() const { return visible_; }
   [[nodiscard]] const PanelQuestion& Question() const { return question_; }
-  /// What LoadTrack will load, to be kept true while the question stands.
+  /// What LoadTrack will load, to be kept true while the question is shown.
   [[nodiscard]] LoadRequest& Asked() { return question_.load; }
   /// How often the panel ran out unanswered.
   [[nodiscard]] int PanelTimeouts() const { return panelTimeouts_; }

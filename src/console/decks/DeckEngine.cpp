@@ -16,11 +16,11 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Nanoseconds kFrameUpdate = 200ms;
-/// A deck whose position stands for so long after its start gives no sound.
+/// A deck whose position has not moved for so long after its start gives no sound.
 constexpr Nanoseconds kNoSound = 2s;
 /// The going deck is waited for only when it has just begun.
 constexpr Nanoseconds kNoSoundOfOther = 300ms;
-/// A deck whose position stands for so long stands still: three looks at it.
+/// A deck whose position has not moved for so long has stopped: three looks at it.
 constexpr Nanoseconds kStands = 3 * kFrameUpdate;
 /// So far from its start a deck moves for sure, seconds.
 constexpr double kMoved = 0.1;
@@ -285,7 +285,8 @@ void DeckEngine::FrameUpdate() {
     Motion& motion = motions_[deck];
     const double position = players_[deck]->CurrentPosition();
     if (std::exchange(motion.position, position) != position) motion.movedAt = services_.loop.Elapsed();
-    // A deck that stands has the position that it was given: its player may keep a different one on purpose.
+    // A deck that is stopped has the position that it was given: its player may keep a different one on
+    // purpose.
     if (players_[deck]->State() != PlayState::Playing) continue;
     record.Position = position;
     record.RemainSeconds = RemainOf(record);

@@ -27,8 +27,8 @@ namespace kelvo {
 enum class FastMove { Rewind = 0, Forward = 1, SkipToStart = 2, SkipToEnd = 3 };
 
 /// The two decks: a track's life from its load out of the queue over start, position and stop to the end of
-/// its stream, and what is written back then. When to start what is decided elsewhere. Owned by the Console;
-/// logic thread.
+/// its stream, and what is written back then. Other parts decide when to start which deck. Owned by the
+/// Console; logic thread.
 class DeckEngine : public QObject {
   Q_OBJECT
 
@@ -83,7 +83,7 @@ class DeckEngine : public QObject {
   void StopDeck(Deck deck);
   /// The operator stops the deck, with no question left.
   void StopByHand(Deck deck);
-  /// A deck that should play: from the start when it stands at its end. One that was faded out and still
+  /// A deck that should play: from the start when it is at its end. One that was faded out and still
   /// plays is on air again.
   void RestartDeck(Deck deck);
   /// Until `deck`, and the other one where it has just begun, is half a second into its track, or it is clear
@@ -91,7 +91,7 @@ class DeckEngine : public QObject {
   /// it at once.
   [[nodiscard]] Job<> WaitForAudio(Deck deck, std::function<bool()> givenUp = {});
   /// A deck that plays has moved on from where it was started, half a second into its track or beyond, and
-  /// has not stood still since.
+  /// has not stopped since.
   [[nodiscard]] bool GivesSound(Deck deck) const;
   /// Its position moves.
   [[nodiscard]] bool Moves(Deck deck) const;
@@ -142,17 +142,17 @@ class DeckEngine : public QObject {
   void FollowCatalogue();
   void FileWasRenamed(const QString& pathBefore, const QString& path);
   void RenumberTracks(const std::function<Mref(Mref track, const QString& path)>& number);
-  /// A load during the fade that runs is told to have failed.
+  /// A load during the fade that runs counts as failed.
   [[nodiscard]] bool FadeFailsLoad(Deck deck) const;
   [[nodiscard]] std::optional<LoadRequest> FindRequest();
-  /// What the load command is to load; none when a guard or a question holds it up.
+  /// What the load command is to load; none when a guard or a question prevents it.
   [[nodiscard]] std::optional<LoadRequest> Commanded(Deck deck);
   void BeginLoad(Deck deck, const LoadRequest& request, Disks::Patience patience);
   [[nodiscard]] Job<> RunLoad(Deck deck);
   /// Loads what is coming.
   [[nodiscard]] Job<DeckLoad> Load(Deck deck);
   [[nodiscard]] Job<TrackInfoFile> ReadInfo(QString path);
-  /// Looks whether the file that a deck opens gets on.
+  /// Checks whether the file that a deck opens makes progress.
   void WatchOpen(Deck deck);
   void TakeTrack(Deck deck, const LoadRequest& request, const TrackInfoFile& file);
   void EndLoad(Deck deck, DeckLoad outcome);

@@ -7,7 +7,7 @@ struct ConsoleState {
   bool AutoPlayOn = false;        ///< automatic play runs from the queue or as a preview
   bool GroupPlayOn = false;       ///< a group playlist runs
   bool PreviewOn = false;         ///< decks take random tracks, not queue rows
-  bool TransitionActive = false;  ///< a fade walks
+  bool TransitionActive = false;  ///< a fade runs
   bool NextTrackDue = false;      ///< a deck is through: a new track should be brought in
   int CrossPan = 0;               ///< -200 Deck 1 alone .. 200 Deck 2 alone
 

@@ -180,7 +180,7 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
       question.buttons = Buttons::YesNo;
       question.icon = PromptIcon::Question;
       const Answer answer = co_await prompter_.Ask(question);
-      // The desk went on while the question stood: the list may be running by now.
+      // The desk went on while the question was open: the list may be running by now.
       if (answer != Answer::Yes || state_.GroupPlayOn) co_return;
       name_ = kNoName;
       rows_.clear();
@@ -313,7 +313,7 @@ Job<> PlayQueue::ClearQueue() {
   question.buttons = requests ? Buttons::YesNoCancel : Buttons::OkCancel;
   const bool groupPlayed = state_.GroupPlayOn;
   const Answer answer = co_await prompter_.Ask(question);
-  // The desk went on while the question stood: automatic play may hold the rows by now.
+  // The desk went on while the question was open: automatic play may hold the rows by now.
   if (state_.AutoPlayOn || state_.GroupPlayOn != groupPlayed || Count() == 0) co_return;
   if (answer == Answer::Yes || answer == Answer::Ok) ClearAll();
   if (answer != Answer::No) co_return;

@@ -35,7 +35,7 @@ class PlayQueue : public QObject {
   /// Index from 1 to Count.
   [[nodiscard]] const QueueEntry& Row(int index) const { return rows_[static_cast<std::size_t>(index - 1)]; }
 
-  /// Where a row stands; 0 when it is gone.
+  /// The number of a row; 0 when it is gone.
   [[nodiscard]] int IndexOf(RowId row) const;
 
   /// The selected row's Index; 0 when none is.
@@ -56,7 +56,7 @@ class PlayQueue : public QObject {
   void SetGroup(QStringList timingLines);
   [[nodiscard]] const QStringList& GroupLines() const { return groupLines_; }
 
-  /// Rows, one is selected, no fade walks.
+  /// Rows, one is selected, no fade runs.
   [[nodiscard]] bool QueueHasSelection() const;
   [[nodiscard]] bool QueueHasRequests() const;
   /// What the operator may do now: the commands do nothing otherwise.
@@ -68,13 +68,13 @@ class PlayQueue : public QObject {
   /// is no such row.
   [[nodiscard]] std::optional<RowStatus> StatusOf(Mref track, RowId row = RowId::None) const;
 
-  /// Where tracks come from. The library adds each track once only; a search adds what it is told to.
+  /// Where tracks come from. The library adds each track once only; a search adds whatever was chosen.
   enum class Route { Library, Search };
   /// "Add To Queue": the tracks, in this order. Asks before it gives up a group playlist. A track whose file
-  /// is gone is skipped; one from the library that stands in the queue already is only selected. What the
+  /// is gone is skipped; one from the library that is in the queue already is only selected. What the
   /// operator selects meanwhile stays selected.
   [[nodiscard]] Job<> AddTracks(std::vector<Mref> tracks, Route route = Route::Library);
-  /// Adds a row as it stands at the end, with its Tag; the base of every other way in. `seconds` is added to
+  /// Adds a row unchanged at the end, with its Tag; the base of every other way in. `seconds` is added to
   /// the total.
   int AppendRow(QueueEntry entry, qint64 seconds);
 

@@ -9,7 +9,7 @@ namespace kelvo {
 
 /// The day's log of what went on air, a text file for the reports: one line a started track. The file is
 /// read-only between two lines. A log that cannot be written is noted in the program's own log and stops
-/// nobody. Owned by the Console; logic thread, the disk off it.
+/// nothing else. Owned by the Console; logic thread, the disk off it.
 class SessionLog {
  public:
   /// `documents` is the operator's folder of documents, `title` the program's.
@@ -18,7 +18,7 @@ class SessionLog {
   /// Appends a line with the present time; `automatic` when the desk plays by itself.
   void LogPlay(const QString& text, bool automatic);
 
-  /// Where the lines of `day` stand.
+  /// The file with the lines of `day`.
   [[nodiscard]] QString FilePath(const QDate& day) const;
 
  private:

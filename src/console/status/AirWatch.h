@@ -8,7 +8,7 @@ namespace kelvo {
 struct AirFacts {
   bool sounds = false;   ///< something moves on and can be heard
   bool wanted = false;   ///< the desk plays by itself
-  bool planned = false;  ///< silence is what the desk was told to give: a pause, the gap of the jukebox
+  bool planned = false;  ///< silence was asked for: a pause, the gap of the jukebox
 };
 
 /// Tells when the programme is silent and nobody planned it. Silence is planned until something has been
@@ -16,7 +16,7 @@ struct AirFacts {
 /// second.
 class AirWatch {
  public:
-  /// Longer silence than this is told.
+  /// Longer silence than this is reported.
   static constexpr Nanoseconds kBearable = std::chrono::seconds(2);
 
   /// Something is to be heard from now on: a deck was started.

@@ -29,7 +29,7 @@ struct ModeWord {
   bool lit = true;   ///< the bright half of the blinking
 };
 
-/// Where a group playlist stands.
+/// The progress of a group playlist.
 struct GroupRun {
   int line = 0;     ///< 0 before the first line
   int count = 0;    ///< lines of the list
@@ -69,8 +69,6 @@ struct DeskStatus {
   bool idle = true;
   ModeWord mode;
   QString pauseCaption = QStringLiteral("> ||");
-
-  [[nodiscard]] bool Warns() const { return lamps[Deck::One] || lamps[Deck::Two]; }
 };
 
 }  // namespace kelvo

@@ -30,7 +30,7 @@ inline constexpr TextSetting AudioWarningFilePath{{kStartup, QLatin1StringView("
 /// The desk's beat of one second: deck indicators and status line, queue length, memory, window title,
 /// session time, clock, idle state, the warning before silence, mode word, and at its end the turn of
 /// automatic play; always in this order, each step by itself, so that a failing one is logged and holds up
-/// none of the others. While a fade walks every second beat is left out. What it finds it keeps as a
+/// none of the others. During a fade every second beat is left out. What it finds it keeps as a
 /// DeskStatus, for windows to show. Owned by the Console, runs from the end of the catalogue load to the
 /// close; logic thread.
 class StatusTick : public QObject {
@@ -65,17 +65,17 @@ class StatusTick : public QObject {
   /// The sound that warns of a deck that runs out: played again and again while that is so.
   void SetAudioWarning(bool on, const QString& filePath);
 
-  /// A deck was started by hand or by the desk: from now on silence is told, unless it is planned.
+  /// A deck was started by hand or by the desk: from now on silence is reported, unless it is planned.
   void ExpectSound() { air_.Expect(services_.loop.Elapsed()); }
   /// The operator wants the silence that there is.
   void AcceptSilence();
   void SetSilentDisks(const QStringList& names);
 
-  /// What the other parts of the desk answer and do. All may be empty: then nothing walks, rips, or plays by
+  /// What the other parts of the desk answer and do. All may be empty: then nothing fades, rips, or plays by
   /// itself.
   struct Hooks {
-    std::function<bool()> WalkRuns;  ///< a fade walks: half the beats are left out
-    /// Each second, before the beat and also when that is left out: for what must not wait for a walk or a
+    std::function<bool()> WalkRuns;  ///< a fade runs: half the beats are left out
+    /// Each second, before the beat and also when that is left out: for what must not wait for a fade or a
     /// rip.
     std::function<void()> EverySecond;
     std::function<AirFacts()> Air;         ///< asked each second, never left out
@@ -95,7 +95,7 @@ class StatusTick : public QObject {
     std::function<QString()> Mode;  ///< the mode word while the desk plays by itself
     std::function<QString()>
         PauseCaption;                ///< of the pause button, asked once a beat while it plays by itself
-    std::function<void()> AutoTick;  ///< automatic play is on and no fade walks
+    std::function<void()> AutoTick;  ///< automatic play is on and no fade runs
   };
   Hooks hooks;
 

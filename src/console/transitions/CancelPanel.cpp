@@ -4,9 +4,8 @@ namespace kelvo {
 
 using namespace std::chrono_literals;
 
-void CancelPanel::Open(Deck deck, TransitionKind kind) {
+void CancelPanel::Open(Deck deck) {
   deck_ = deck;
-  kind_ = kind;
   visible_ = true;
   cancTimer_ = loop_.After(2000ms, [this] { Hide(); });
   Q_EMIT Changed();

@@ -7,7 +7,7 @@
 
 namespace kelvo {
 
-/// The button "Cancel" that stands beside a start button for two seconds after a deck was started with it.
+/// The button "Cancel" that is shown on a deck for two seconds after it was started by a start button.
 /// Owned by the Transitions; logic thread.
 class CancelPanel : public QObject {
   Q_OBJECT
@@ -15,13 +15,12 @@ class CancelPanel : public QObject {
  public:
   explicit CancelPanel(EventLoop& loop) : loop_(loop) {}
 
-  /// Shows it beside the button of `kind` on `deck`; hides by itself.
-  void Open(Deck deck, TransitionKind kind);
+  /// Shows it on `deck`; hides by itself.
+  void Open(Deck deck);
   void Hide();
 
   [[nodiscard]] bool Visible() const { return visible_; }
   [[nodiscard]] Deck OnDeck() const { return deck_; }
-  [[nodiscard]] TransitionKind BesideKind() const { return kind_; }
 
  Q_SIGNALS:
   void Changed();
@@ -30,7 +29,6 @@ class CancelPanel : public QObject {
   EventLoop& loop_;
   bool visible_ = false;
   Deck deck_ = Deck::One;
-  TransitionKind kind_ = TransitionKind::PartFade;
   Timer cancTimer_;
 };
 

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Nanoseconds kStepTime = 10ms;
-/// More steps than the longest way has: what is due after the machine slept.
+/// More steps than the longest way has: the most that are due after the machine slept.
 constexpr std::int64_t kMostSteps = 1000;
 
 }  // namespace

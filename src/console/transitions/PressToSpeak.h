@@ -10,7 +10,7 @@
 
 namespace kelvo {
 
-/// "AUTO FADE": while the operator holds the button or the space bar and talks, both decks stand at most at
+/// "AUTO FADE": while the operator holds the button or the space bar and talks, both decks are at most at
 /// the depth that was set; let go, they come back to where they were. Every write of a deck's level goes
 /// through SetLevel, so that a fade which runs meanwhile neither lifts a deck over the voice nor is undone
 /// afterwards. Whoever shows the button lets go of it when it loses the focus or is hidden. Owned by the

@@ -24,7 +24,7 @@ void Transitions::Press(Deck deck, TransitionKind kind) {
                             PanelAction::StartTransition, deck, LoadRequest(), kind});
       return;
     }
-    if (record.State != DeckState::Playing) cancelPanel_.Open(deck, kind);
+    if (record.State != DeckState::Playing) cancelPanel_.Open(deck);
   }
   if (kind == TransitionKind::Dub) dubs_[deck] = DubButton::Starting;
   starts_.Add(RunPressed(deck, kind));
@@ -80,7 +80,7 @@ void Transitions::PressNumberPad(Deck side, TransitionKind kind) {
 Job<> Transitions::RunPressed(Deck deck, TransitionKind kind) {
   if (cancelPanel_.Visible()) co_await services_.loop.Yield();
   if (!std::exchange(record_.StartCancelled, false)) co_await RunStart(deck, kind);
-  // A dub that came to nothing does not wait for its button.
+  // A dub whose start failed does not wait for its button.
   if (kind == TransitionKind::Dub && dubs_[deck] != DubButton::Held) dubs_[deck] = DubButton::Up;
   ForgetCancel();
 }

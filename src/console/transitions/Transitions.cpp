@@ -16,9 +16,9 @@ namespace {
 constexpr Nanoseconds kPanTimer = 250ms;
 constexpr Nanoseconds kSnapStep = 1ms;
 constexpr int kPanStep = 3;
-/// Where the slider stands when the walk of a part fade begins, on the coming deck's side.
+/// The slider's place when the walk of a part fade begins, on the coming deck's side.
 constexpr int kPartFadeStart = 50;
-/// More steps than any way of the slider has: what is due after the machine slept.
+/// More steps than any walk of the slider has: the most that are due after the machine slept.
 constexpr std::int64_t kMostSteps = kDeckTwoAlone - kDeckOneAlone;
 
 constexpr int EndOf(Deck side) {
@@ -168,7 +168,7 @@ Job<> Transitions::RunWalk() {
     const ConsoleState& state = services_.state;
     Nanoseconds stepped = services_.loop.Elapsed();
     for (;;) {
-      // The slider may be moved and its speed changed while it walks.
+      // The slider may be moved and its speed changed during the walk.
       const Nanoseconds pace(static_cast<std::int64_t>(std::llround(2e9 * StepDelay())));
       co_await services_.loop.Sleep(std::max(stepped + pace - services_.loop.Elapsed(), Nanoseconds(0)));
       if (!state.TransitionActive) break;

@@ -24,7 +24,7 @@ struct TransitionRecord {
   Deck TransitionDeck = Deck::One;
   TransitionKind Kind = TransitionKind::None;
   int TransitionTarget = kDeckOneAlone;  ///< the slider's end in that deck's direction
-  int TransitionStartValue = 0;          ///< where the slider stood when it began
+  int TransitionStartValue = 0;          ///< the slider's value when it began
   double TransitionMark = 0;             ///< session clock when it began, seconds
   PerDeck<double> DeckStartMark;         ///< session clock when a dub started the deck, seconds
 };
@@ -38,9 +38,9 @@ inline constexpr NumberSetting PanFadeBias{
 }  // namespace setting
 
 /// Brings one deck in and the other out: the cross-pan slider, the law by which the levels of the decks
-/// follow it, the walk that moves it, and the commands that start a transition. The walk goes by the clock: a
-/// late wake-up takes the steps that are due, so a busy machine fades as fast as an idle one. The going deck
-/// is never stopped. Owned by the Console; logic thread.
+/// follow it, and the commands that start a transition. The walk is the slider's movement to its goal in
+/// timed steps. It goes by the clock: a late wake-up takes the steps that are due, so a busy machine fades as
+/// fast as an idle one. The going deck is never stopped. Owned by the Console; logic thread.
 class Transitions : public QObject {
   Q_OBJECT
 
@@ -59,7 +59,7 @@ class Transitions : public QObject {
 
   // The slider.
   [[nodiscard]] int CrossPan() const { return services_.state.CrossPan; }
-  /// Moves the slider, -200..200 (clamped), and the levels with it. Where it stands already nothing happens.
+  /// Moves the slider, -200..200 (clamped), and the levels with it. Nothing happens when it is there already.
   void SetCrossPan(int value);
   /// The mouse goes down on the slider: from now on the law is the plain one.
   void GrabSlider();
@@ -72,7 +72,7 @@ class Transitions : public QObject {
   void ReleaseDub(Deck deck);
   /// The operator answered "PLAY IT AGAIN". Other questions of the panel are left alone.
   void OnPanelConfirmed(const PanelQuestion& question);
-  /// "Cancel": a start or a walk that is on its way ends, the slider goes back to where it stood.
+  /// "Cancel": a start or a walk that is on its way ends, the slider goes back to where it was.
   void Cancel();
   /// Whether there is a start or a walk that Cancel takes back. Those of automatic and group play are not:
   /// the going deck counts as done already. A hand at the slider takes over at any time.
@@ -83,7 +83,7 @@ class Transitions : public QObject {
   /// Starts the deck with the transition, without a question: for automatic and group play. A walk that runs
   /// is taken over. `kind` is Dub, PartFade or Pan.
   void StartRoutine(Deck deck, TransitionKind kind);
-  /// Walks the slider to the end of `side`; a walk that runs is taken over. Starts no deck.
+  /// Moves the slider to the end of `side`, step by step; a walk that runs is taken over. Starts no deck.
   void BeginTransition(Deck side, TransitionKind kind);
   /// Keys 4 and 6 of the number pad: part fade to Deck 1, pan to Deck 2. Not in automatic or group play.
   void NumberPad4() { PressNumberPad(Deck::One, TransitionKind::PartFade); }
@@ -139,7 +139,7 @@ class Transitions : public QObject {
   void Press(Deck deck, TransitionKind kind);
   void PressNumberPad(Deck side, TransitionKind kind);
   void SetKind(TransitionKind kind);
-  /// How far the slider stands from the end of `side`.
+  /// How far the slider is from the end of `side`.
   [[nodiscard]] int FromEnd(Deck side) const;
   [[nodiscard]] bool WaitsForRelease() const {
     return dubs_[Deck::One] != DubButton::Up || dubs_[Deck::Two] != DubButton::Up;

@@ -7,7 +7,7 @@ namespace kelvo {
 struct DeskStatus;
 
 /// "THE AIR IS SILENT": a plate over the head of the desk while nothing goes out that should. It is read from
-/// three metres, and also by those who see no red: the words stand in white on dark in both halves of the
+/// three metres, and also by those who see no red: the words are white on dark in both halves of the
 /// beat, and the lamp and the edge turn white in the lit one. It lies over words only, so nothing on the desk
 /// moves under the operator's hand; a click on it says that the silence is wanted. Owned by the console
 /// window; GUI thread.

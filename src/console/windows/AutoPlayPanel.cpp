@@ -4,6 +4,7 @@
 #include "platform/Words.h"
 #include "ui/CommandButton.h"
 #include "ui/ElidedLabel.h"
+#include "ui/Naming.h"
 #include "ui/ScalableIcon.h"
 
 #include <QCheckBox>
@@ -41,7 +42,7 @@ AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, const EventLoop& loop, QWidget
       status_(new ElidedLabel(this)),
       next_(new ElidedLabel(this)) {
   setObjectName(QStringLiteral("AutoPlay"));
-  start_->setObjectName(QStringLiteral("Option5"));
+  SetNames(*start_, QStringLiteral("CmdAutoPlay"), QStringLiteral("Option5"));
   start_->setToolTip(QStringLiteral("Start Auto Play"));
   start_->setFont(Theme::Font(1.2, QFont::Bold));
   start_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
@@ -51,12 +52,12 @@ AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, const EventLoop& loop, QWidget
   jukebox_->setToolTip(tr("Each track to its end, a short silence between them"));
   preview_->setObjectName(QStringLiteral("OptPreview"));
   preview_->setToolTip(tr("Some seconds of any track of the library"));
-  random_->setObjectName(QStringLiteral("Option7"));
+  SetNames(*random_, QStringLiteral("ChkRandom"), QStringLiteral("Option7"));
   random_->setToolTip(tr("The next row of the queue by chance"));
   pause_->setObjectName(QStringLiteral("CmdRoboPause"));
   pause_->setToolTip(QStringLiteral("Pauses at end of track"));
   pause_->setAccessibleName(pause_->toolTip());
-  timer_->setObjectName(QStringLiteral("Command7"));
+  SetNames(*timer_, QStringLiteral("CmdSetTimer"), QStringLiteral("Command7"));
   timer_->setToolTip(tr("Starts automatic play at a time of day"));
   for (QPushButton* button : {start_, pause_, timer_}) button->setFocusPolicy(Qt::TabFocus);
   status_->setObjectName(QStringLiteral("AutoStatus"));
@@ -65,7 +66,7 @@ AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, const EventLoop& loop, QWidget
   next_->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   for (ElidedLabel* words : {status_, next_}) {
     words->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    // The time stands at the end: of a long name the middle goes.
+    // The time is at the end: a long name is cut in its middle.
     words->SetElideMode(Qt::ElideMiddle);
   }
 

@@ -6,8 +6,8 @@
 
 namespace kelvo {
 
-/// The analog clock: a face with three hands, as large as its place allows. Shows what it is told; GUI
-/// thread.
+/// The analog clock: a face with three hands, as large as its place allows. Shows the time that it is given;
+/// GUI thread.
 class ClockDial : public QWidget {
   Q_OBJECT
  public:

@@ -2,6 +2,7 @@
 
 #include "console/status/StatusTick.h"
 #include "console/windows/ClockDial.h"
+#include "ui/Naming.h"
 #include "ui/Tabular.h"
 #include "ui/Theme.h"
 
@@ -16,10 +17,10 @@
 namespace kelvo {
 namespace {
 
-/// A line as large as its place, whose counting digits stand still.
+/// A line as large as its place, whose digits keep their places while they count.
 class GrowingLine : public QLabel {
  public:
-  /// `caption` stands before the text, dimmed; `widest` is the text that has to fit behind it; `scale` the
+  /// `caption` is shown before the text, dimmed; `widest` is the text that has to fit behind it; `scale` the
   /// smallest letter, in sizes of the program's font.
   GrowingLine(const QString& caption, const QString& widest, double scale, QFont::Weight weight,
               QWidget* parent)
@@ -67,11 +68,11 @@ ClockPanel::ClockPanel(const StatusTick& tick, QWidget* parent)
                                QFont::DemiBold, this)) {
   setObjectName(QStringLiteral("ClockPanel"));
   dial_->setObjectName(QStringLiteral("Clock"));
-  time_->setObjectName(QStringLiteral("Text7"));
+  SetNames(*time_, QStringLiteral("TxtTimeOfDay"), QStringLiteral("Text7"));
   time_->setAccessibleName(tr("Time of day"));
-  date_->setObjectName(QStringLiteral("Text10"));
+  SetNames(*date_, QStringLiteral("TxtDate"), QStringLiteral("Text10"));
   date_->setAccessibleName(tr("Date"));
-  session_->setObjectName(QStringLiteral("Label18"));
+  SetNames(*session_, QStringLiteral("LblSession"), QStringLiteral("Label18"));
   session_->setAccessibleName(tr("Length of the session"));
   session_->setToolTip(tr("Time since the session began"));
 

@@ -1,5 +1,7 @@
 #include "console/windows/ConfirmationView.h"
 
+#include "ui/Naming.h"
+
 #include <QAccessible>
 #include <QGridLayout>
 #include <QLabel>
@@ -14,18 +16,18 @@ ConfirmationView::ConfirmationView(ConfirmationPanel& panel, QWidget* parent)
       text_(new QLabel(this)),
       act_(new QPushButton(this)),
       cancel_(new QPushButton(QStringLiteral("Cancel"), this)) {
-  setObjectName(QStringLiteral("Picture3"));
-  caution_->setObjectName(QStringLiteral("Label21_0"));
+  SetNames(*this, QStringLiteral("ConfirmationPanel"), QStringLiteral("Picture3"));
+  SetNames(*caution_, QStringLiteral("LblCaution"), QStringLiteral("Label21_0"));
   caution_->setAlignment(Qt::AlignCenter);
   caution_->setFont(Theme::Font(1.3, QFont::Bold));
   QPalette amber = caution_->palette();
   amber.setColor(QPalette::WindowText, Theme::Palette().amber);
   caution_->setPalette(amber);
-  text_->setObjectName(QStringLiteral("Label21_1"));
+  SetNames(*text_, QStringLiteral("LblQuestion"), QStringLiteral("Label21_1"));
   text_->setAlignment(Qt::AlignCenter);
   text_->setFont(Theme::Font(1.1, QFont::DemiBold));
-  act_->setObjectName(QStringLiteral("Command35"));
-  cancel_->setObjectName(QStringLiteral("CmdConfirm"));
+  SetNames(*act_, QStringLiteral("CmdConfirmAction"), QStringLiteral("Command35"));
+  SetNames(*cancel_, QStringLiteral("CmdConfirmCancel"), QStringLiteral("CmdConfirm"));
   Theme::SetRole(*act_, QStringLiteral("stop"));
   auto* layout = new QGridLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

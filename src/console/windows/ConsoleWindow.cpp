@@ -112,7 +112,7 @@ void ConsoleWindow::BuildDesk() {
     decks->setCollapsible(static_cast<int>(IndexOf(deck)), false);
   }
   auto* middle = new QWidget(columns_);
-  // Its controls work while a fade walks: the pointer of the columns is not theirs.
+  // Its controls work during a fade, so they don't take the pointer of the columns.
   middle->setCursor(Qt::ArrowCursor);
   auto* middleLayout = new QVBoxLayout(middle);
   middleLayout->setContentsMargins(0, 0, 0, 0);
@@ -196,7 +196,7 @@ void ConsoleWindow::ShowAir(const DeskStatus& status) {
 }
 
 void ConsoleWindow::PlaceAlarm() {
-  // Over the status line and down over the heads of the panels: words, and nothing that takes a hand.
+  // Over the status line and down over the heads of the panels: words, and no controls.
   const Panel* under = decks_[Deck::One];
   const int bottom = under->mapTo(desk_, under->HeaderRect().bottomLeft()).y();
   alarm_->setGeometry(QRect(QPoint(status_->x(), 0), QPoint(status_->geometry().right(), bottom)));

@@ -63,8 +63,8 @@ class ConsoleWindow : public QMainWindow {
   void ShowStatus();
   void ShowLoad();
   void ShowPanel();
-  /// Which panels take a hand: none while the catalogue loads or the screen is locked, no list while the desk
-  /// asks or a fade walks. The keyboard comes back to where it was.
+  /// Which panels are enabled: none while the catalogue loads or the screen is locked, no list while the desk
+  /// asks or a fade runs. The keyboard comes back to where it was.
   void EnableSections();
   void ShowTick();
   void PlaceOverlays();

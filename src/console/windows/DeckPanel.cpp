@@ -6,6 +6,7 @@
 #include "ui/DeckTally.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Fader.h"
+#include "ui/Naming.h"
 #include "ui/ProgressStrip.h"
 #include "ui/ScalableIcon.h"
 #include "ui/TimeDisplay.h"
@@ -156,22 +157,25 @@ QToolButton* DeckPanel::AddMove(FastMove move, const QString& tooltip) {
 
 void DeckPanel::Build() {
   const QString number = QString::number(DisplayNumber(deck_));
+  SetNames(*stop_, QStringLiteral("CmdDeckStop") + number, stop_->objectName());
   title_->setObjectName(QStringLiteral("lbldisplay") + number);
   title_->setFont(Theme::Font(1.25, QFont::DemiBold));
   title_->setTextInteractionFlags(Qt::NoTextInteraction);
-  remaining_->setObjectName(ForDeck(deck_, QStringLiteral("Text8"), QStringLiteral("Text9")));
+  SetNames(*remaining_, QStringLiteral("TimeLeft") + number,
+           ForDeck(deck_, QStringLiteral("Text8"), QStringLiteral("Text9")));
   remaining_->setAccessibleName(tr("Time left, deck %1").arg(number));
   for (QLabel* label : {title_, info_}) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   title_->setWordWrap(true);
   title_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   title_->setFixedHeight(QFontMetrics(title_->font()).lineSpacing() * 2);
   tally_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
-  indicator_->setObjectName(ForDeck(deck_, QStringLiteral("Label8"), QStringLiteral("Label9")));
+  SetNames(*indicator_, QStringLiteral("PlayIndicator") + number,
+           ForDeck(deck_, QStringLiteral("Label8"), QStringLiteral("Label9")));
   indicator_->setAccessibleName(tr("What is heard, deck %1").arg(number));
   info_->setObjectName(QStringLiteral("LblGenInfo") + number);
   progress_->setObjectName(QStringLiteral("Progress") + number);
   progress_->setAccessibleName(tr("Position, deck %1").arg(number));
-  loadFail_->setObjectName(QStringLiteral("Label20_") + number);
+  SetNames(*loadFail_, QStringLiteral("LblLoadFail") + number, QStringLiteral("Label20_") + number);
   QPalette red = loadFail_->palette();
   red.setColor(QPalette::WindowText, Theme::Palette().amber);
   loadFail_->setPalette(red);

@@ -42,7 +42,7 @@ bool WalksSlider(const QKeyEvent& event) {
          (event.key() == Qt::Key_4 || event.key() == Qt::Key_6);
 }
 
-/// The button that a function key stands for.
+/// The button that a function key presses.
 QString ButtonOf(int key) {
   switch (key) {
     case Qt::Key_F6:
@@ -76,7 +76,7 @@ bool DeskKeys::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::WindowDeactivate && widget != nullptr && widget->isWindow()) LetGoOfAll();
   if ((!press && !release) || widget == nullptr) return false;
   const auto* key = static_cast<const QKeyEvent*>(event);
-  // The function keys work in every window beside the desk, unless a question stands.
+  // The function keys work in every window beside the desk, unless a question is open.
   const bool beside = !ButtonOf(key->key()).isEmpty() && !QApplication::activeModalWidget();
   if (widget->window() != &window_ && !beside) return false;
   const Qt::KeyboardModifiers modifiers = key->modifiers() & ~Qt::KeypadModifier;

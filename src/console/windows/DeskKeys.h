@@ -17,9 +17,9 @@ class PressToSpeak;
 class Transitions;
 
 /// The keys of the desk that work wherever the focus is in the console: F6 to F8 and F10 to F12 start
-/// transitions (also from the windows beside it), 4 and 6 of the number pad walk the slider, the space bar is
+/// transitions (also from the windows beside it), 4 and 6 of the number pad move the slider, the space bar is
 /// press-to-speak, also while the desk asks. A box that takes text keeps its own keys; an empty filter box
-/// has no use for a space. While the desk asks, Return and Enter are its yes. Owned by the console window;
+/// takes no space. While the desk asks, Return and Enter answer yes. Owned by the console window;
 /// GUI thread.
 class DeskKeys : public QObject {
   Q_OBJECT
@@ -41,7 +41,7 @@ class DeskKeys : public QObject {
  private:
   [[nodiscard]] bool Press(const QKeyEvent& event, bool typing);
   /// The keys that are held do what their release means a moment later: a key that repeats comes as a release
-  /// and a press that are not always told apart from those of a finger.
+  /// and a press that cannot always be distinguished from those of a finger.
   [[nodiscard]] bool Release(int key);
   void LetGo(int key);
   void LetGoOfAll();

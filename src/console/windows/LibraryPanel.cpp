@@ -7,6 +7,7 @@
 #include "ui/Command.h"
 #include "ui/ElidedLabel.h"
 #include "ui/ListTable.h"
+#include "ui/Naming.h"
 #include "ui/PickedRows.h"
 #include "ui/ScalableIcon.h"
 #include "ui/Tabular.h"
@@ -68,19 +69,21 @@ QWidget* LibraryPanel::NamesPart() {
     column = new NameColumn(browser_, stage, part);
     lists->addWidget(column, 1);
   }
-  const auto add = [this](const QString& name, const QString& words, const QString& tooltip, Qt::Key key) {
+  const auto add = [this](const QString& name, const QString& fixedName, const QString& words,
+                          const QString& tooltip, Qt::Key key) {
     return AddCommand(*this, {.name = name,
+                              .fixedName = fixedName,
                               .words = words,
                               .tooltip = tooltip,
                               .key = QKeySequence(Qt::CTRL | Qt::SHIFT | key),
                               .focus = Qt::TabFocus});
   };
-  search_ = add(QStringLiteral("Command34"), QStringLiteral("Search"), tr("Looks for tracks by their data"),
-                Qt::Key_F);
-  allArtists_ =
-      add(QStringLiteral("Command20"), QStringLiteral("All Artists"), tr("Shows all artists"), Qt::Key_A);
-  allAlbums_ =
-      add(QStringLiteral("Command25"), QStringLiteral("All Albums"), tr("Shows all albums"), Qt::Key_B);
+  search_ = add(QStringLiteral("CmdSearch"), QStringLiteral("Command34"), QStringLiteral("Search"),
+                tr("Looks for tracks by their data"), Qt::Key_F);
+  allArtists_ = add(QStringLiteral("CmdAllArtists"), QStringLiteral("Command20"),
+                    QStringLiteral("All Artists"), tr("Shows all artists"), Qt::Key_A);
+  allAlbums_ = add(QStringLiteral("CmdAllAlbums"), QStringLiteral("Command25"), QStringLiteral("All Albums"),
+                   tr("Shows all albums"), Qt::Key_B);
   auto* commands = new QHBoxLayout;
   commands->setSpacing(4);
   for (QPushButton* button : {search_, allArtists_, allAlbums_}) commands->addWidget(button, 1);
@@ -96,10 +99,10 @@ QWidget* LibraryPanel::TracksPart() {
   auto* part = new QWidget(this);
   auto* head = new QLabel(QStringLiteral("TRACKS"), part);
   head->setFont(Theme::Font(0.88, QFont::Bold));
-  summary_->setObjectName(QStringLiteral("Label13"));
+  SetNames(*summary_, QStringLiteral("LblListed"), QStringLiteral("Label13"));
   summary_->setAccessibleName(tr("What is listed"));
   summary_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  count_->setObjectName(QStringLiteral("Label7"));
+  SetNames(*count_, QStringLiteral("LblTrackCount"), QStringLiteral("Label7"));
   count_->setAccessibleName(tr("Tracks listed"));
   words_->setObjectName(QStringLiteral("TrackFilter"));
   words_->setAccessibleName(tr("Filter the tracks"));
@@ -108,7 +111,7 @@ QWidget* LibraryPanel::TracksPart() {
   words_->addAction(ScalableIcon(Icon::Search), QLineEdit::LeadingPosition);
   words_->installEventFilter(this);
 
-  list_->setObjectName(QStringLiteral("ListView1"));
+  SetNames(*list_, QStringLiteral("TrackList"), QStringLiteral("ListView1"));
   list_->setAccessibleName(tr("Tracks"));
   list_->setModel(model_);
   list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -135,14 +138,16 @@ QWidget* LibraryPanel::TracksPart() {
                      {number(LibraryColumn::Date), 11},
                      {number(LibraryColumn::Hi), 6}});
 
-  add_ = AddCommand(*this, {.name = QStringLiteral("Command31"),
+  add_ = AddCommand(*this, {.name = QStringLiteral("CmdAddToQueue"),
+                            .fixedName = QStringLiteral("Command31"),
                             .words = QStringLiteral("Add To Queue"),
                             .tooltip = tr("Adds the selected tracks to the play queue"),
                             .keyWords = tr("Enter or double click"),
                             .icon = Icon::Add,
                             .role = QStringLiteral("primary"),
                             .focus = Qt::TabFocus});
-  selectAll_ = AddCommand(*this, {.name = QStringLiteral("Command30"),
+  selectAll_ = AddCommand(*this, {.name = QStringLiteral("CmdSelectAll"),
+                                  .fixedName = QStringLiteral("Command30"),
                                   .words = browser_.SelectAllCaption(),
                                   .tooltip = tr("Selects all tracks of the list, or none"),
                                   .key = QKeySequence(Qt::CTRL | Qt::Key_A),

@@ -2,6 +2,7 @@
 
 #include "ui/CommandButton.h"
 #include "ui/ElidedLabel.h"
+#include "ui/Naming.h"
 #include "ui/ScalableIcon.h"
 
 #include <QGridLayout>
@@ -10,7 +11,7 @@ namespace kelvo {
 
 ListingPanel::ListingPanel(LibraryBrowser& browser, QWidget* parent)
     : Panel(Group::Lists, QString(), parent), browser_(browser) {
-  setObjectName(QStringLiteral("Picture2"));
+  SetNames(*this, QStringLiteral("ListingPanel"), QStringLiteral("Picture2"));
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(0, 0, 0, 0);
   const QStringList heads{QStringLiteral("Genre"), QStringLiteral("Artist"), QStringLiteral("Album")};
@@ -22,7 +23,7 @@ ListingPanel::ListingPanel(LibraryBrowser& browser, QWidget* parent)
     grid->addWidget(name, row, 1);
   }
   auto* stop = new CommandButton(ScalableIcon(Icon::Stop), QStringLiteral("Stop Listing"), this);
-  stop->setObjectName(QStringLiteral("Command33"));
+  SetNames(*stop, QStringLiteral("CmdStopListing"), QStringLiteral("Command33"));
   stop->setToolTip(tr("What is listed so far stays  (Esc)"));
   stop->setFocusPolicy(Qt::TabFocus);
   grid->addWidget(stop, static_cast<int>(heads.size()), 0, 1, 2);

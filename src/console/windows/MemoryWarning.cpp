@@ -1,13 +1,14 @@
 #include "console/windows/MemoryWarning.h"
 
 #include "console/status/StatusTick.h"
+#include "ui/Naming.h"
 #include "ui/Theme.h"
 
 namespace kelvo {
 
 MemoryWarning::MemoryWarning(const StatusTick& tick, QWidget* parent)
     : QLabel(QStringLiteral("* * WARNING * * SYSTEM MEMORY  LOW ! * *"), parent) {
-  setObjectName(QStringLiteral("Picture7"));
+  SetNames(*this, QStringLiteral("MemoryWarning"), QStringLiteral("Picture7"));
   setAlignment(Qt::AlignCenter);
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   setFont(Theme::Font(1.05, QFont::Bold));

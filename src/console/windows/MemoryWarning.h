@@ -6,7 +6,7 @@ namespace kelvo {
 
 class StatusTick;
 
-/// A red plate that is there only while the system runs short of memory, `Picture7`. Shows the DeskStatus;
+/// A red plate that is there only while the system runs short of memory. Shows the DeskStatus;
 /// owned by the console window, GUI thread.
 class MemoryWarning : public QLabel {
   Q_OBJECT

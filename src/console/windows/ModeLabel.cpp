@@ -1,6 +1,7 @@
 #include "console/windows/ModeLabel.h"
 
 #include "console/status/StatusTick.h"
+#include "ui/Naming.h"
 #include "ui/Theme.h"
 
 #include <QPainter>
@@ -23,7 +24,7 @@ QFont WordFont() {
 }  // namespace
 
 ModeLabel::ModeLabel(const StatusTick& tick, QWidget* parent) : QLabel(parent), tick_(tick) {
-  setObjectName(QStringLiteral("Label32_3"));
+  SetNames(*this, QStringLiteral("LblMode"), QStringLiteral("Label32_3"));
   setAccessibleName(tr("Mode"));
   setAlignment(Qt::AlignCenter);
   connect(&tick_, &StatusTick::Ticked, this, [this] { Show(); });

@@ -6,7 +6,7 @@ namespace kelvo {
 
 class StatusTick;
 
-/// The word that says by what rule the desk runs, `Label32` 3, as large as its place allows: a lit plate
+/// The word that says by what rule the desk runs, as large as its place allows: a lit plate
 /// while the desk plays by itself, a yellow word that blinks softly while it is run by hand. Shows the
 /// DeskStatus; owned by the console window, GUI thread.
 class ModeLabel : public QLabel {

@@ -3,6 +3,7 @@
 #include "ui/ElidedLabel.h"
 #include "ui/LetterBox.h"
 #include "ui/ListTable.h"
+#include "ui/Naming.h"
 #include "ui/Tabular.h"
 #include "ui/Theme.h"
 
@@ -22,8 +23,12 @@ const QColor kYellow(255, 255, 0);
 const QColor kGreen(0, 255, 0);
 
 struct StageWords {
+  // Object names, and beside them the fixed ones (see SetNames).
   QString list;
-  QString label;
+  QString fixedList;
+  QString chosen;
+  QString fixedChosen;
+  QString letters;
   QString head;
   QString accessible;
   QString empty;
@@ -32,14 +37,32 @@ struct StageWords {
 StageWords WordsOf(Stage stage) {
   switch (stage) {
     case Stage::Genre:
-      return {QStringLiteral("Lstcatname"), QStringLiteral("Lbn1_1"), QStringLiteral("GENRE"),
-              NameColumn::tr("Genres"), NameColumn::tr("No genres yet")};
+      return {.list = QStringLiteral("GenreList"),
+              .fixedList = QStringLiteral("Lstcatname"),
+              .chosen = QStringLiteral("LblChosenGenre"),
+              .fixedChosen = QStringLiteral("Lbn1_1"),
+              .letters = QStringLiteral("CboGenreLetter"),
+              .head = QStringLiteral("GENRE"),
+              .accessible = NameColumn::tr("Genres"),
+              .empty = NameColumn::tr("No genres yet")};
     case Stage::Artist:
-      return {QStringLiteral("Lstartname"), QStringLiteral("Lbn2_1"), QStringLiteral("ARTISTS"),
-              NameColumn::tr("Artists"), NameColumn::tr("Choose a genre")};
+      return {.list = QStringLiteral("ArtistList"),
+              .fixedList = QStringLiteral("Lstartname"),
+              .chosen = QStringLiteral("LblChosenArtist"),
+              .fixedChosen = QStringLiteral("Lbn2_1"),
+              .letters = QStringLiteral("CboArtistLetter"),
+              .head = QStringLiteral("ARTISTS"),
+              .accessible = NameColumn::tr("Artists"),
+              .empty = NameColumn::tr("Choose a genre")};
     case Stage::Album:
-      return {QStringLiteral("Lstalbname"), QStringLiteral("Lbn3_1"), QStringLiteral("ALBUMS"),
-              NameColumn::tr("Albums"), NameColumn::tr("Choose an artist")};
+      return {.list = QStringLiteral("AlbumList"),
+              .fixedList = QStringLiteral("Lstalbname"),
+              .chosen = QStringLiteral("LblChosenAlbum"),
+              .fixedChosen = QStringLiteral("Lbn3_1"),
+              .letters = QStringLiteral("CboAlbumLetter"),
+              .head = QStringLiteral("ALBUMS"),
+              .accessible = NameColumn::tr("Albums"),
+              .empty = NameColumn::tr("Choose an artist")};
   }
   return {};
 }
@@ -87,7 +110,7 @@ class NameModel : public QAbstractTableModel {
   int rows_;
 };
 
-/// Frames the row where the keyboard stands: it is not always the one that is selected.
+/// Frames the row of the keyboard's cursor: it is not always the one that is selected.
 class CursorDelegate : public TabularDelegate {
  public:
   using TabularDelegate::TabularDelegate;
@@ -139,7 +162,7 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
   auto* table = new NameTable(this);
   table->OnPress = [this](int row) { browser_.PressName(stage_, row); };
   list_ = table;
-  list_->setObjectName(words.list);
+  SetNames(*list_, words.list, words.fixedList);
   list_->setAccessibleName(words.accessible);
   list_->setModel(new NameModel(browser, stage, this));
   list_->setItemDelegate(new CursorDelegate(this));
@@ -158,8 +181,8 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
   QSizePolicy keeps(QSizePolicy::Ignored, QSizePolicy::Preferred);
   keeps.setRetainSizeWhenHidden(true);
   words_->setSizePolicy(keeps);
-  letters_->setObjectName(QStringLiteral("Combo1_%1").arg(static_cast<int>(stage)));
-  chosen_->setObjectName(words.label);
+  SetNames(*letters_, words.letters, QStringLiteral("Combo1_%1").arg(static_cast<int>(stage)));
+  SetNames(*chosen_, words.chosen, words.fixedChosen);
   chosen_->setFont(Theme::Font(0.9, QFont::DemiBold));
   chosen_->setAccessibleName(tr("%1: chosen").arg(words.accessible));
 
@@ -182,7 +205,7 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
 
 void NameColumn::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  // In a narrow column the words stand in two small lines beside the letters.
+  // In a narrow column the words take two small lines beside the letters.
   const QFont roomy = Theme::Font(0.8, QFont::Bold);
   const int room = width() - letters_->width() - 4;
   const bool oneLine = QFontMetrics(roomy).horizontalAdvance(words_->text()) <= room;

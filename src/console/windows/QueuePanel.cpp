@@ -5,6 +5,7 @@
 #include "ui/CommandButton.h"
 #include "ui/ElidedLabel.h"
 #include "ui/ListTable.h"
+#include "ui/Naming.h"
 #include "ui/ScalableIcon.h"
 #include "ui/Tabular.h"
 
@@ -25,9 +26,9 @@ constexpr int kBeatsToPosition = 4;
 
 }  // namespace
 
-QPushButton* QueuePanel::AddCommand(const QString& name, const QString& tooltip) {
+QPushButton* QueuePanel::AddCommand(const QString& name, const QString& tooltip, const QString& fixedName) {
   auto* button = new CommandButton(this);
-  button->setObjectName(name);
+  SetNames(*button, name, fixedName);
   button->setToolTip(tooltip);
   button->setAccessibleName(tooltip);
   button->setFocusPolicy(Qt::TabFocus);
@@ -45,16 +46,17 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
       cut_(AddCommand(QStringLiteral("CmdQueCut"), tr("Remove Selected File"))),
       clear_(AddCommand(QStringLiteral("CmdQueClear"), tr("Clear the Play Queue"))),
       edit_(AddCommand(QStringLiteral("CmdClEdit"), tr("Edit Song Data"))),
-      timings_(AddCommand(QStringLiteral("Command11"), tr("Shows durations in place of genres, and back"))) {
+      timings_(AddCommand(QStringLiteral("CmdTimings"), tr("Shows durations in place of genres, and back"),
+                          QStringLiteral("Command11"))) {
   setObjectName(QStringLiteral("PlayQueue"));
   auto* nameLabel = new ElidedLabel(tr("Play List Name/Id"), this);
-  name_->setObjectName(QStringLiteral("Text5"));
+  SetNames(*name_, QStringLiteral("TxtPlayListName"), QStringLiteral("Text5"));
   name_->setAccessibleName(nameLabel->text());
   name_->setFocusPolicy(Qt::ClickFocus);
   name_->setMinimumWidth(fontMetrics().averageCharWidth() * 6);
   nameLabel->setBuddy(name_);
 
-  list_->setObjectName(QStringLiteral("ListView2"));
+  SetNames(*list_, QStringLiteral("PlayQueueList"), QStringLiteral("ListView2"));
   list_->setAccessibleName(tr("Play queue"));
   list_->setModel(model_);
   list_->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -70,7 +72,7 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   QHeaderView* head = list_->horizontalHeader();
   head->setSectionsClickable(true);
   head->moveSection(head->visualIndex(GenreColumn), 2);
-  // A whole name before anything else: what the comment says is told by the row's colour too.
+  // A whole name before anything else: what the comment says is shown by the row's colour too.
   list_->SetColumns(
       TrackColumn, 47,
       {{CommentColumn, 20}, {GenreColumn, 13}, {BpmColumn, 7}, {DateColumn, 11}, {HiColumn, 6}});
@@ -145,7 +147,7 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
 
 void QueuePanel::resizeEvent(QResizeEvent* event) {
   Panel::resizeEvent(event);
-  // On a narrow desk the box stands under its label, with room for a name.
+  // On a narrow desk the box is under its label, with room for a name.
   const bool narrow = width() < fontMetrics().height() * 22;
   naming_->setDirection(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }

@@ -29,8 +29,8 @@ class QueuePanel : public Panel {
  public Q_SLOTS:
   /// What of the queue's commands works may be another by now: automatic play or a fade began or ended.
   void ShowCommands();
-  /// Automatic play is at this row, told at its beat. Where the operator looked elsewhere the list goes back
-  /// to it after a while, but not under the mouse.
+  /// Automatic play is at this row; called at its beat. Where the operator looked elsewhere the list goes
+  /// back to it after a while, but not under the mouse.
   void ShowPosition(int index);
 
  protected:
@@ -40,7 +40,7 @@ class QueuePanel : public Panel {
   void ShowFacts();
   void ShowSelection();
   void ShowRow(int index);
-  QPushButton* AddCommand(const QString& name, const QString& tooltip);
+  QPushButton* AddCommand(const QString& name, const QString& tooltip, const QString& fixedName = {});
 
   PlayQueue& queue_;
   QueueModel* model_;

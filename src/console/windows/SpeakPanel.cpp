@@ -2,6 +2,7 @@
 
 #include "ui/CommandButton.h"
 #include "ui/Fader.h"
+#include "ui/Naming.h"
 #include "ui/ScalableIcon.h"
 
 #include <QGridLayout>
@@ -18,7 +19,7 @@ SpeakPanel::SpeakPanel(PressToSpeak& speak, QWidget* parent)
       speed_(new Fader(Qt::Horizontal, 1, 10, this)),
       speedWords_(new QLabel(this)) {
   setObjectName(QStringLiteral("AutoFade"));
-  talk_->setObjectName(QStringLiteral("Command10"));
+  SetNames(*talk_, QStringLiteral("CmdPressToSpeak"), QStringLiteral("Command10"));
   talk_->setToolTip(tr("Both decks step back while it is held  (space bar)"));
   talk_->setFocusPolicy(Qt::NoFocus);
   Theme::SetRole(*talk_, QStringLiteral("primary"));
@@ -31,8 +32,8 @@ SpeakPanel::SpeakPanel(PressToSpeak& speak, QWidget* parent)
   speed_->setObjectName(QStringLiteral("SldAfSpd"));
   speed_->setAccessibleName(QStringLiteral("Auto Fade Attack / Decay"));
   speed_->setToolTip(QStringLiteral("Auto Fade Attack / Decay"));
-  depthWords_->setObjectName(QStringLiteral("Label11_4"));
-  speedWords_->setObjectName(QStringLiteral("Label11_6"));
+  SetNames(*depthWords_, QStringLiteral("LblSpeakDepth"), QStringLiteral("Label11_4"));
+  SetNames(*speedWords_, QStringLiteral("LblSpeakSpeed"), QStringLiteral("Label11_6"));
   for (QLabel* words : {depthWords_, speedWords_}) {
     words->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("-20.00 dB")));
     words->setAlignment(Qt::AlignRight | Qt::AlignVCenter);

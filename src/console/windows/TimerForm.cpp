@@ -1,5 +1,6 @@
 #include "console/windows/TimerForm.h"
 
+#include "ui/Naming.h"
 #include "ui/Theme.h"
 
 #include <QCheckBox>
@@ -23,7 +24,7 @@ TimerForm::TimerForm(AutoPlay& automatic, const EventLoop& loop, QWidget* parent
       warning_(new QLabel(this)) {
   setObjectName(QStringLiteral("FrmTimer"));
   setWindowTitle(tr("Set Timer"));
-  armed_->setObjectName(QStringLiteral("Check1"));
+  SetNames(*armed_, QStringLiteral("ChkTimerSet"), QStringLiteral("Check1"));
   hour_->setObjectName(QStringLiteral("TimerHour"));
   hour_->setRange(0, 23);
   minute_->setObjectName(QStringLiteral("TimerMinute"));
@@ -60,7 +61,7 @@ TimerForm::TimerForm(AutoPlay& automatic, const EventLoop& loop, QWidget* parent
 }
 
 void TimerForm::showEvent(QShowEvent* event) {
-  // What is armed stands in the boxes since it was.
+  // The boxes have held the armed time since it was armed.
   if (!event->spontaneous() && !automatic_.Timer().TimerArmed) {
     const QTime now = loop_.Now().time();
     hour_->setValue(now.hour());

@@ -1,5 +1,7 @@
 #include "console/windows/TrackInfoPanel.h"
 
+#include "ui/Naming.h"
+
 #include <QLabel>
 #include <QListWidget>
 #include <QShortcut>
@@ -9,16 +11,17 @@ namespace kelvo {
 
 TrackInfoPanel::TrackInfoPanel(LibraryBrowser& browser, QWidget* parent)
     : Panel(Group::Lists, QString(), parent), browser_(browser), genres_(new QListWidget(this)) {
-  setObjectName(QStringLiteral("Picture9"));
+  SetNames(*this, QStringLiteral("TrackDetails"), QStringLiteral("Picture9"));
   setAccessibleName(tr("Track details"));
   for (std::size_t line = 0; line < lines_.size(); ++line) {
     lines_[line] = new QLabel(this);
-    lines_[line]->setObjectName(QStringLiteral("Label25_%1").arg(line));
+    SetNames(*lines_[line], QStringLiteral("TrackDetailLine%1").arg(line),
+             QStringLiteral("Label25_%1").arg(line));
     lines_[line]->setTextFormat(Qt::PlainText);
   }
   lines_[0]->setFont(Theme::Font(1.1, QFont::DemiBold));
   lines_[0]->setWordWrap(true);
-  genres_->setObjectName(QStringLiteral("List1"));
+  SetNames(*genres_, QStringLiteral("TrackGenres"), QStringLiteral("List1"));
   genres_->setAccessibleName(tr("Genres of the track"));
   genres_->setToolTip(QStringLiteral("Double Click To Select Genre"));
   auto* hint = new QLabel(genres_->toolTip(), this);

@@ -1,6 +1,7 @@
 #include "console/windows/WarningLamp.h"
 
 #include "console/status/StatusTick.h"
+#include "ui/Naming.h"
 #include "ui/Theme.h"
 
 #include <QPainter>
@@ -11,7 +12,7 @@ namespace kelvo {
 
 WarningLamp::WarningLamp(const StatusTick& tick, Deck deck, QWidget* parent) : QWidget(parent) {
   const int number = DisplayNumber(deck);
-  setObjectName(QStringLiteral("Shape%1").arg(number));
+  SetNames(*this, QStringLiteral("WarningLamp%1").arg(number), QStringLiteral("Shape%1").arg(number));
   setAccessibleName(tr("Warning lamp, deck %1").arg(number));
   setToolTip(tr("Red: deck %1 runs out and nothing is ready to follow").arg(number));
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

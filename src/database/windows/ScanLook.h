@@ -7,7 +7,7 @@
 
 namespace kelvo {
 
-/// How the rows of a scan look: names are edited in place; what stands in the database already is yellow,
+/// How the rows of a scan look: names are edited in place; what is in the database already is yellow,
 /// what waits in the utility folder red, and both say so. `rows` outlives the model that takes this.
 [[nodiscard]] RowModel<ScanRow>::Columns ScanColumns(ScanRows& rows);
 /// The tooltip, colours and sign of a cell; see RowModel::Dress.
