@@ -134,7 +134,7 @@ Figures Round(EventLoop& loop, LibraryBrowser& browser, TrackSearch& search) {
   worst.allArtists = watch.Time([&] { browser.ShowAllArtists(); }, atOnce);
   for (const char* words : {"e", "la", "min", "ne kar", "solvi", "ter la 7", "99999", "zz", "la e o"}) {
     const auto type = [&] { browser.SetWords(QString::fromUtf8(words)); };
-    const double taken = watch.Time(type, atOnce);
+    const double taken = watch.Time(type, [&] { return !browser.FindingWords(); });
     std::printf("typed \"%s\": %zu tracks, %.2f ms\n", words, browser.Rows().size(), taken);
     worst.typing = std::max(worst.typing, taken);
   }

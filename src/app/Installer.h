@@ -33,7 +33,7 @@ class Installer : public QObject {
     SettingsStore& settings;
     ProgramFacts facts;
     QString programFolder;
-    QString demoGenerator;  ///< the program that makes the demo library; empty when there is none
+    QString demoGenerator = {};  ///< the program that makes the demo library; empty when there is none
   };
   struct Progress {
     int value = 0;

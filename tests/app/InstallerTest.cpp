@@ -32,8 +32,13 @@ class InstallerTest : public ::testing::Test {
   void Make(const Paths& present = {}, const QString& generator = {}) {
     run_.Cancel();
     result_.reset();
-    installer_ = std::make_unique<Installer>(
-        Installer::Services{loop_, prompter_, settings_, facts_, program_, generator}, present);
+    installer_ = std::make_unique<Installer>(Installer::Services{.loop = loop_,
+                                                                 .prompter = prompter_,
+                                                                 .settings = settings_,
+                                                                 .facts = facts_,
+                                                                 .programFolder = program_,
+                                                                 .demoGenerator = generator},
+                                             present);
     run_ = Await(*installer_, &result_);
   }
   void Finish() {
@@ -187,8 +192,11 @@ TEST_F(InstallerTest, GivingUpEndsWithoutATrace) {
     EXPECT_FALSE(paths);
     *done = true;
   };
-  installer_ =
-      std::make_unique<Installer>(Installer::Services{loop_, prompter_, settings_, facts_, program_, {}});
+  installer_ = std::make_unique<Installer>(Installer::Services{.loop = loop_,
+                                                               .prompter = prompter_,
+                                                               .settings = settings_,
+                                                               .facts = facts_,
+                                                               .programFolder = program_});
   const Job<> run = await(*installer_, &ended);
   installer_->GiveUp();
   EXPECT_TRUE(loop_.RunUntil([&] { return ended; }));

@@ -264,15 +264,15 @@ class Splash : public StartUp {
  protected:
   SplashChecks& Run(DisplayFacts display = {1920, 1080}) {
     checks = std::make_unique<SplashChecks>(
-        SplashChecks::Services{loop,
-                               prompter,
-                               audio,
-                               settings,
-                               facts,
-                               MakeDatabase(QStringLiteral("music")),
-                               programFolder,
-                               display,
-                               {QStringLiteral("Linux"), QStringLiteral("Test 1")}});
+        SplashChecks::Services{.loop = loop,
+                               .prompter = prompter,
+                               .audio = audio,
+                               .settings = settings,
+                               .facts = facts,
+                               .paths = MakeDatabase(QStringLiteral("music")),
+                               .programFolder = programFolder,
+                               .display = display,
+                               .platform = {QStringLiteral("Linux"), QStringLiteral("Test 1")}});
     checks->OnStatus = [this](const QString& line) { lines.append(line); };
     run = checks->Run();
     EXPECT_TRUE(loop.RunUntil([this] { return !run.Running(); }));

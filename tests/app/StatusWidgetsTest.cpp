@@ -24,9 +24,16 @@ class StatusWidgets : public DeskTest {
     Theme::Apply(*qApp);
     AddThreeTracks();
     Open();
-    tick_.emplace(StatusTick::Services{loop_, desk_->State(), desk_->Decks(), desk_->Queue(), desk_->Panel(),
-                                       *warningPlayer_, u"Kelvo"_s, u"1.1"_s, u"About Kelvo"_s,
-                                       loop_.Now().addSecs(-3723)});
+    tick_.emplace(StatusTick::Services{.loop = loop_,
+                                       .state = desk_->State(),
+                                       .decks = desk_->Decks(),
+                                       .queue = desk_->Queue(),
+                                       .panel = desk_->Panel(),
+                                       .warningPlayer = *warningPlayer_,
+                                       .title = u"Kelvo"_s,
+                                       .version = u"1.1"_s,
+                                       .aboutLine = u"About Kelvo"_s,
+                                       .sessionStart = loop_.Now().addSecs(-3723)});
     tick_->hooks.Memory = [this] { return memory_; };
   }
   /// How much of a widget is of about this colour, 0 to 1.

@@ -21,9 +21,13 @@ class ConsoleTest : public DeskTest {
   }
   Job<> Ask(bool bySystem, std::optional<bool>* may) { *may = co_await desk_->QueryClose(bySystem); }
 
+  Job<> Find(QString words, QStringList* names) {
+    for (const Mref track : co_await desk_->Filter().Find(loop_, words))
+      names->append(catalogue_.TrackNames[track]);
+  }
   [[nodiscard]] QStringList Found(const QString& words) {
     QStringList names;
-    for (const Mref track : desk_->Filter().Find(words)) names.append(catalogue_.TrackNames[track]);
+    Finish(Find(words, &names));
     return names;
   }
 };

@@ -40,18 +40,16 @@ class DeskTest : public ::testing::Test {
 
   void Make() {
     audio_.Hangs = [this](const QString& path) { return loop_.Hangs(path); };
-    desk_.emplace(Console::Services{loop_,
-                                    prompter_,
-                                    audio_,
-                                    settings_,
-                                    catalogue_,
-                                    database_.paths,
-                                    u"Kelvo"_s,
-                                    u"About Kelvo"_s,
-                                    database_.tree.Path(),
-                                    {},
-                                    {},
-                                    database_.tree.Path(u"documents"_s)});
+    desk_.emplace(Console::Services{.loop = loop_,
+                                    .prompter = prompter_,
+                                    .audio = audio_,
+                                    .settings = settings_,
+                                    .catalogue = catalogue_,
+                                    .paths = database_.paths,
+                                    .title = u"Kelvo"_s,
+                                    .aboutLine = u"About Kelvo"_s,
+                                    .programFolder = database_.tree.Path(),
+                                    .documents = database_.tree.Path(u"documents"_s)});
   }
   void Open() {
     Make();

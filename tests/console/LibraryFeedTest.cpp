@@ -185,4 +185,19 @@ TEST_F(Browsing, ARenamedOrDeletedNameKeepsTheChoiceOrReleasesIt) {
   EXPECT_EQ(Rows(), (Numbers{4, 6}));
 }
 
+TEST_F(Browsing, WordsInABigCatalogueAreFoundTurnByTurnAndFollowWhatChangesMeanwhile) {
+  AddMany(12000);
+  browser_.SetWords(u"artist 12000"_s);
+  EXPECT_TRUE(browser_.FindingWords()) << "more tracks than one turn looks through";
+  EXPECT_FALSE(browser_.Narrowed()) << "nothing half found is shown";
+  catalogue_.Rename(ToMref(7), u"artist 12000 - early song.mp3"_s);
+  catalogue_.Remove(ToMref(1));
+  Settle();
+  EXPECT_EQ(Rows(), (Numbers{6, 11999}));
+  browser_.SetWords(u"artist 11"_s);
+  browser_.SetWords({});
+  Settle();
+  EXPECT_TRUE(Rows().empty()) << "the words were taken back before they were found";
+}
+
 }  // namespace

@@ -51,18 +51,17 @@ void SoakDesk::AddTrack(const QString& name, double stored, double length, const
 }
 
 void SoakDesk::Open(int rows) {
-  desk_.emplace(Console::Services{loop_,
-                                  nobody_,
-                                  audio_,
-                                  settings_,
-                                  catalogue_,
-                                  paths_,
-                                  kTitle,
-                                  u"About Kelvo"_s,
-                                  folder_,
-                                  {},
+  desk_.emplace(Console::Services{.loop = loop_,
+                                  .prompter = nobody_,
+                                  .audio = audio_,
+                                  .settings = settings_,
+                                  .catalogue = catalogue_,
+                                  .paths = paths_,
+                                  .title = kTitle,
+                                  .aboutLine = u"About Kelvo"_s,
+                                  .programFolder = folder_,
                                   // No session log: it is flushed to the disk at each start.
-                                  seed_});
+                                  .seed = seed_});
   // The machine's memory is no part of the evening.
   desk_->Status().hooks.Memory = [] { return MemoryStatus(); };
   desk_->Activate();

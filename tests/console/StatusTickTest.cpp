@@ -17,9 +17,16 @@ class StatusTickTest : public DeskTest {
     Open();
     // Whole seconds, so that what is left of a track is easy to tell at a beat.
     loop_.RunFor(1s - loop_.Elapsed() % 1s);
-    tick_.emplace(StatusTick::Services{loop_, desk_->State(), desk_->Decks(), desk_->Queue(), desk_->Panel(),
-                                       *warningPlayer_, u"Kelvo"_s, u"1.1"_s, u"About Kelvo"_s,
-                                       sessionStart_});
+    tick_.emplace(StatusTick::Services{.loop = loop_,
+                                       .state = desk_->State(),
+                                       .decks = desk_->Decks(),
+                                       .queue = desk_->Queue(),
+                                       .panel = desk_->Panel(),
+                                       .warningPlayer = *warningPlayer_,
+                                       .title = u"Kelvo"_s,
+                                       .version = u"1.1"_s,
+                                       .aboutLine = u"About Kelvo"_s,
+                                       .sessionStart = sessionStart_});
     tick_->hooks.Memory = [this] { return memory_; };
     tick_->hooks.StatusLine = [this] { return desk_->StatusLine(); };
     tick_->hooks.SetStatusLine = [this](const QString& line) { desk_->SetStatusLine(line); };

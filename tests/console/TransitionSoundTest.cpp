@@ -26,8 +26,15 @@ class TransitionSoundTest : public ::testing::TestWithParam<std::tuple<Transitio
     database_.Add(Paths::Music, name, WaveFile(sound));
   }
   void Open() {
-    desk_.emplace(Console::Services{studio_.loop, prompter_, studio_.engine, settings_, catalogue_,
-                                    database_.paths, u"Kelvo"_s, u"About Kelvo"_s, database_.tree.Path()});
+    desk_.emplace(Console::Services{.loop = studio_.loop,
+                                    .prompter = prompter_,
+                                    .audio = studio_.engine,
+                                    .settings = settings_,
+                                    .catalogue = catalogue_,
+                                    .paths = database_.paths,
+                                    .title = u"Kelvo"_s,
+                                    .aboutLine = u"About Kelvo"_s,
+                                    .programFolder = database_.tree.Path()});
     desk_->Activate();
     ASSERT_TRUE(studio_.loop.RunUntil([this] { return desk_->CatalogueLoaded(); }));
     const Job<> add = desk_->Queue().AddTracks({ToMref(1), ToMref(2)});

@@ -22,7 +22,11 @@ using testing::TestDatabase;
 class JingleImportTest : public ::testing::Test {
  protected:
   JingleImportTest() {
-    import_.emplace(JingleImport::Services{loop_, prompter_, catalogue_, database_.paths, u"Kelvo 2007"_s});
+    import_.emplace(JingleImport::Services{.loop = loop_,
+                                           .prompter = prompter_,
+                                           .catalogue = catalogue_,
+                                           .paths = database_.paths,
+                                           .title = u"Kelvo 2007"_s});
   }
   QString AddSource(const QString& relative, qsizetype size) {
     return database_.tree.Write(u"drive/"_s + relative, QByteArray(size, 'j'));

@@ -31,7 +31,11 @@ class ScanImportTest : public ::testing::Test {
  protected:
   ScanImportTest() { Open(); }
   void Open() {
-    scan_.emplace(ScanImport::Services{loop_, prompter_, catalogue_, database_.paths, u"Kelvo 2007"_s});
+    scan_.emplace(ScanImport::Services{.loop = loop_,
+                                       .prompter = prompter_,
+                                       .catalogue = catalogue_,
+                                       .paths = database_.paths,
+                                       .title = u"Kelvo 2007"_s});
   }
   QString AddSource(const QString& relative, const QByteArray& bytes = "sound") {
     return database_.tree.Write(u"drive/"_s + relative, bytes);

@@ -33,8 +33,12 @@ class TransferTest : public ::testing::Test {
 
   /// The window is opened: the waiting files are listed.
   void Open() {
-    transfer_.emplace(
-        Transfer::Services{loop_, prompter_, audio_, catalogue_, database_.paths, {settings_, u"Kelvo"_s}});
+    transfer_.emplace(Transfer::Services{.loop = loop_,
+                                         .prompter = prompter_,
+                                         .audio = audio_,
+                                         .catalogue = catalogue_,
+                                         .paths = database_.paths,
+                                         .settings = {settings_, u"Kelvo"_s}});
     List();
   }
   void List() {

@@ -33,8 +33,11 @@ class UtilityFolderTest : public ::testing::Test {
   UtilityFolderTest() { Open(); }
   void Open() {
     folder_.reset();
-    folder_.emplace(
-        UtilityFolder::Services{loop_, {settings_, u"Kelvo"_s}, audio_, catalogue_, database_.paths});
+    folder_.emplace(UtilityFolder::Services{.loop = loop_,
+                                            .settings = {settings_, u"Kelvo"_s},
+                                            .audio = audio_,
+                                            .catalogue = catalogue_,
+                                            .paths = database_.paths});
   }
   QString Add(const QString& name) {
     const QString path = database_.Add(Paths::Utility, name);

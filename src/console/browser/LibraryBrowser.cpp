@@ -175,15 +175,31 @@ bool LibraryBrowser::WordsLookEverywhere() const {
 void LibraryBrowser::SetWords(const QString& words) {
   if (words == words_) return;
   words_ = words;
-  const bool narrowed = !words.trimmed().isEmpty();
-  if (!narrowed && !narrowed_) return;
-  narrowed_ = narrowed;
-  FindWords();
-  RefreshRows();
+  if (!words.trimmed().isEmpty()) {
+    search_ = RunSearch();
+    return;
+  }
+  search_.Cancel();
+  found_.clear();
+  if (std::exchange(narrowed_, false)) RefreshRows();
 }
 
-void LibraryBrowser::FindWords() {
-  found_ = narrowed_ ? filter_.Find(words_) : std::vector<Mref>();
+Job<> LibraryBrowser::RunSearch() {
+  try {
+    co_await FindWords();
+    RefreshRows();
+  } catch (...) {
+    basHandleError(QStringLiteral(" libwords"));
+  }
+}
+
+Job<> LibraryBrowser::FindWords() {
+  const QString words = words_;
+  if (words.trimmed().isEmpty()) co_return;
+  std::vector<Mref> found = co_await filter_.Find(loop_, words);
+  if (words != words_) co_return;
+  narrowed_ = true;
+  found_ = std::move(found);
 }
 
 std::vector<Mref> LibraryBrowser::ShownRows() {

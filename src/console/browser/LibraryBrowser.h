@@ -1,10 +1,10 @@
 #pragma once
 
-#include "console/desk/ConsoleState.h"
 #include "console/browser/NameIndex.h"
-#include "console/queue/PlayQueue.h"
 #include "console/browser/TrackFilter.h"
 #include "console/browser/TrackOrder.h"
+#include "console/desk/ConsoleState.h"
+#include "console/queue/PlayQueue.h"
 #include "database/Catalogue.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
@@ -85,7 +85,9 @@ class LibraryBrowser : public QObject {
   [[nodiscard]] const std::vector<Mref>& Rows() const { return rows_; }
   [[nodiscard]] bool Narrowed() const { return narrowed_; }
   [[nodiscard]] bool WordsLookEverywhere() const;
+  /// Narrows the list to the tracks with these words, within a turn over 100,000 tracks.
   void SetWords(const QString& words);
+  [[nodiscard]] bool FindingWords() const { return search_.Running(); }
   /// The chosen names, each cut to a third of `letters`, as they were when the listing began.
   [[nodiscard]] QString Summary(int letters) const;
 
@@ -200,7 +202,9 @@ class LibraryBrowser : public QObject {
   void EndListingAtOnce();
   void AddToTrackList(Mref track);
   void Publish(std::optional<Stage> fills);
-  void FindWords();
+  /// Takes what is found into `found_`, unless other words were typed meanwhile.
+  [[nodiscard]] Job<> FindWords();
+  [[nodiscard]] Job<> RunSearch();
   void RefreshRows();
   [[nodiscard]] std::vector<Mref> ShownRows();
   [[nodiscard]] Job<> RunSort(LibraryColumn column);
@@ -231,6 +235,7 @@ class LibraryBrowser : public QObject {
   bool moreToTakeIn_ = false;
   Job<> takeIn_;
   Job<> walk_;
+  Job<> search_;
   Job<> sort_;
   JobList adding_;
 };

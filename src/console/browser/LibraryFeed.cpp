@@ -68,7 +68,7 @@ void LibraryBrowser::BeginAnew() {
   ShowAll(Stage::Genre, catalogue_.GenreList);
   sort_.Cancel();
   order_.Reset();
-  FindWords();
+  found_.clear();
   RefreshRows();
   // Also ahead of the first choice, which would have to take the lines apart otherwise.
   TakeInSoon();

@@ -135,7 +135,8 @@ Job<bool> LibraryBrowser::TakeInTracks() {
     co_await turn.Yield();
     if (choice != choices_) co_return false;
   }
-  FindWords();
+  co_await FindWords();
+  if (choice != choices_) co_return false;
   Nanoseconds turnStart = loop_.TurnClock();
   TrackWalk walk(catalogue_);
   while (!targets.empty() && walk.Next()) {

@@ -31,6 +31,7 @@ QString FoldedText(const QString& text) {
 }
 
 void TrackFilter::Clear() {
+  ++changes_;
   letters_.clear();
   starts_.clear();
   alphabets_.clear();
@@ -88,6 +89,7 @@ void TrackFilter::Remove(Mref track) {
 }
 
 void TrackFilter::PutLine(std::size_t row, const std::string& line) {
+  ++changes_;
   const std::size_t start = starts_[row];
   const std::string_view before(letters_.data() + start, LineEnd(row));
   Count(before, -1);
@@ -119,7 +121,8 @@ const char* TrackFilter::FindWord(const Word& word, const char* from, const char
   return nullptr;
 }
 
-std::vector<Mref> TrackFilter::FindCommon(const std::vector<Word>& words) const {
+void TrackFilter::FindCommon(const std::vector<Word>& words, std::size_t first, std::size_t last,
+                             std::vector<Mref>* found) const {
   std::uint32_t alphabet = 0;
   std::vector<const Word*> longer;
   for (const Word& word : words) {
@@ -127,55 +130,77 @@ std::vector<Mref> TrackFilter::FindCommon(const std::vector<Word>& words) const 
     // One letter is in a name when it is in its alphabet.
     if (word.text.size() > 1 || LetterBit(word.text[0]) == 0) longer.push_back(&word);
   }
-  std::vector<Mref> found;
-  for (std::size_t row = 0; row < starts_.size(); ++row) {
+  for (std::size_t row = first; row < last; ++row) {
     if ((alphabets_[row] & alphabet) != alphabet) continue;
     const char* const start = letters_.data() + starts_[row];
     const char* const end = LineEnd(row);
     const bool all = std::all_of(longer.begin(), longer.end(),
                                  [&](const Word* word) { return FindWord(*word, start, end) != nullptr; });
-    if (all) found.push_back(ToMref(static_cast<qint64>(row) + 1));
+    if (all) found->push_back(ToMref(static_cast<qint64>(row) + 1));
   }
-  return found;
 }
 
-std::vector<Mref> TrackFilter::Find(const QString& words) const {
-  std::vector<Mref> found;
+TrackFilter::Search TrackFilter::SearchFor(const QString& words) const {
   const auto count = [this](const Word& word) {
     return counts_[static_cast<unsigned char>(word.text[word.rare])];
   };
-  std::vector<Word> wanted;
+  Search search;
   for (const QString& text : FoldedText(words).split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
     Word word{text.toStdString(), 0};
     for (std::size_t place = 1; place < word.text.size(); ++place) {
       if (count({word.text, place}) < count(word)) word.rare = place;
     }
-    wanted.push_back(std::move(word));
+    search.words.push_back(std::move(word));
   }
-  if (wanted.empty()) {
-    for (std::size_t row = 1; row <= starts_.size(); ++row) found.push_back(ToMref(static_cast<qint64>(row)));
-    return found;
-  }
-  // The word with the rarest letter leads, the others are looked for in its lines only.
-  std::sort(wanted.begin(), wanted.end(),
+  std::sort(search.words.begin(), search.words.end(),
             [count](const Word& one, const Word& other) { return count(one) < count(other); });
-  if (count(wanted[0]) > starts_.size() / 4) return FindCommon(wanted);
+  search.common = search.words.empty() || count(search.words[0]) > starts_.size() / 4;
+  return search;
+}
+
+void TrackFilter::FindIn(const Search& search, std::size_t first, std::size_t last,
+                         std::vector<Mref>* found) const {
+  if (search.common) {
+    FindCommon(search.words, first, last, found);
+    return;
+  }
   const char* const begin = letters_.data();
-  const char* const end = begin + letters_.size();
-  const char* at = begin;
-  std::size_t row = 0;
-  while ((at = FindWord(wanted[0], at, end)) != nullptr) {
+  const char* const end = LineEnd(last - 1);
+  const char* at = begin + starts_[first];
+  std::size_t row = first;
+  while ((at = FindWord(search.words[0], at, end)) != nullptr) {
     const auto offset = static_cast<std::size_t>(at - begin);
-    while (row + 1 < starts_.size() && starts_[row + 1] <= offset) ++row;
+    while (row + 1 < last && starts_[row + 1] <= offset) ++row;
     const char* const lineStart = begin + starts_[row];
     const char* const lineEnd = LineEnd(row);
-    const bool all = std::all_of(wanted.begin() + 1, wanted.end(), [&](const Word& word) {
+    // The other words are looked for in the lines of the first only.
+    const bool all = std::all_of(search.words.begin() + 1, search.words.end(), [&](const Word& word) {
       return FindWord(word, lineStart, lineEnd) != nullptr;
     });
-    if (all) found.push_back(ToMref(static_cast<qint64>(row) + 1));
+    if (all) found->push_back(ToMref(static_cast<qint64>(row) + 1));
     at = lineEnd;
   }
-  return found;
+}
+
+Job<std::vector<Mref>> TrackFilter::Find(EventLoop& loop, QString words) const {
+  constexpr std::size_t kRowsAtOnce = 128;
+  std::vector<Mref> found;
+  Turn turn(loop);
+  Search search = SearchFor(words);
+  unsigned changes = changes_;
+  for (std::size_t row = 0; row < starts_.size();) {
+    const std::size_t last = std::min(row + kRowsAtOnce, starts_.size());
+    FindIn(search, row, last, &found);
+    row = last;
+    co_await turn.Yield();
+    if (changes == changes_) continue;
+    // A name changed or a row went: begin anew.
+    changes = changes_;
+    search = SearchFor(words);
+    found.clear();
+    row = 0;
+  }
+  co_return found;
 }
 
 }  // namespace kelvo
