@@ -55,6 +55,7 @@ class LibraryBrowser::NamesOfTracks {
  public:
   explicit NamesOfTracks(NameList& list)
       : list_(list), lineSeen_(list.index.Lines()), nameSeen_(list.index.Names()) {
+    if (list.names.isEmpty()) return;
     const QSet<QString> there(list.names.begin(), list.names.end());
     for (std::size_t name = 0; name < nameSeen_.size(); ++name)
       nameSeen_[name] = there.contains(list.index.Name(static_cast<std::uint32_t>(name)));

@@ -14,26 +14,31 @@ namespace {
 
 struct SortKey {
   double number;
-  std::size_t start;  ///< of its text in the letters of all
-  std::size_t size;
+  std::u16string_view text;
   Mref track;
 };
 
-/// What tracks are compared by. The texts lie in one piece: to free 100,000 of them would hold up the loop.
+/// What tracks are compared by. The texts lie in blocks that stay where they are: to free a million texts, or
+/// to copy all of them to a longer piece of memory, would hold up the loop.
 struct SortKeys {
   std::vector<SortKey> keys;
-  std::u16string letters;
+  std::vector<std::u16string> blocks;
 
   void Add(double number, const QString& text, Mref track) {
-    keys.push_back({number, letters.size(), static_cast<std::size_t>(text.size()), track});
-    letters.append(reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size()));
-  }
-  [[nodiscard]] bool Less(const SortKey& one, const SortKey& other) const {
-    if (one.number != other.number) return one.number < other.number;
-    const std::u16string_view all(letters);
-    return all.substr(one.start, one.size) < all.substr(other.start, other.size);
+    constexpr std::size_t kBlock = 1U << 16U;
+    const auto size = static_cast<std::size_t>(text.size());
+    if (blocks.empty() || blocks.back().capacity() - blocks.back().size() < size)
+      blocks.emplace_back().reserve(std::max(kBlock, size));
+    std::u16string& block = blocks.back();
+    const std::size_t start = block.size();
+    block.append(reinterpret_cast<const char16_t*>(text.utf16()), size);
+    keys.push_back({number, std::u16string_view(block).substr(start), track});
   }
 };
+
+bool Less(const SortKey& one, const SortKey& other) {
+  return one.number != other.number ? one.number < other.number : one.text < other.text;
+}
 
 void AddKey(SortKeys& keys, const Catalogue& catalogue, Mref track, LibraryColumn column) {
   switch (column) {
@@ -80,24 +85,24 @@ QString LibraryText(const Catalogue& catalogue, Mref track, LibraryColumn column
 }
 
 Job<> TrackOrder::Sort(EventLoop& loop, LibraryColumn column) {
-  constexpr std::size_t kLettersOfAName = 40;
   Turn turn(loop);
   const std::vector<Mref> before = Tracks();
   const auto all = std::make_shared<SortKeys>();
   all->keys.reserve(before.size());
-  all->letters.reserve(before.size() * kLettersOfAName);
   for (const Mref track : before) {
     AddKey(*all, catalogue_, track, column);
     co_await turn.Yield();
   }
   const auto sort = [all, latestFirst = column == LibraryColumn::Date] {
     const auto less = [&](const SortKey& one, const SortKey& other) {
-      return latestFirst ? all->Less(other, one) : all->Less(one, other);
+      return latestFirst ? Less(other, one) : Less(one, other);
     };
     std::stable_sort(all->keys.begin(), all->keys.end(), less);
     std::vector<Mref> order;
     order.reserve(all->keys.size());
     for (const SortKey& key : all->keys) order.push_back(key.track);
+    // Freed here: for a million tracks that takes longer than the loop may be held.
+    *all = {};
     return order;
   };
   order_ = co_await loop.Offload(EventLoop::Lane::Apart, sort);
