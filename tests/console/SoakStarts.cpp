@@ -50,8 +50,10 @@ bool SoakStarts::Silent(const SoakLook& look) const {
 
 void SoakStarts::Look(const SoakLook& look) {
   loadDue_ = false;
-  // Ends come before the starts that they give rise to.
-  const Deck first = look.now.decks[Deck::One].playing ? Deck::Two : Deck::One;
+  // Ends come before the starts that they give rise to. Where there is a pause between the two, it is the load
+  // of the next track that may fall into the same look: that follows the start.
+  const Deck playing = look.now.decks[Deck::One].playing ? Deck::One : Deck::Two;
+  const Deck first = scene_.Lag() > 0 ? playing : Other(playing);
   SeeDeck(first, look);
   SeeDeck(Other(first), look);
   if (!std::exchange(disturbed_, levels_.Disturbed()) && disturbed_) Resync(u"start disturbed"_s);
