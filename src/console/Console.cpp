@@ -21,7 +21,7 @@ Console::Console(Services services)
     : services_(std::move(services)),
       settings_(services_.settings, services_.title),
       play_(settings_.Get(setting::PlaySettings).value_or(PlaySettings::Of(ReadTrackDefaults(settings_)))),
-      jingles_(settings_.Get(setting::JingleSettings).value_or(JingleSettings())),
+      sliders_(settings_.Get(setting::JingleSettings).value_or(JingleSettings())),
       sessionStart_(services_.loop.Now()),
       disks_(services_.loop),
       queue_(services_.loop, disks_, services_.prompter, services_.catalogue, state_),
@@ -48,7 +48,13 @@ Console::Console(Services services)
       speak_({.loop = services_.loop, .state = state_, .decks = decks_}),
       random_(services_.seed ? RandomSource(*services_.seed) : RandomSource()),
       auto_(ForAutoPlay()),
-      jinglePlayer_(services_.audio.MakePlayer()),
+      jingles_({.loop = services_.loop,
+                .disks = disks_,
+                .audio = services_.audio,
+                .catalogue = services_.catalogue,
+                .queue = queue_,
+                .state = state_,
+                .paths = services_.paths}),
       warningPlayer_(services_.audio.MakePlayer()),
       tick_({.loop = services_.loop,
              .state = state_,
@@ -66,8 +72,9 @@ Console::Console(Services services)
       browser_(services_.loop, services_.catalogue, filter_, queue_, state_),
       statusLine_(services_.aboutLine) {
   JoinParts();
-  speak_.SetDepthSlider(jingles_.autoFadeDepth);
-  speak_.SetSpeedSlider(jingles_.autoFadeSpeed);
+  speak_.SetDepthSlider(sliders_.autoFadeDepth);
+  speak_.SetSpeedSlider(sliders_.autoFadeSpeed);
+  SetUpJingles();
   TakeAudioWarning();
   services_.audio.OnDefaultOutputChanged = [this](const OutputStatus& status) { ShowDevice(status); };
   ShowDevice(services_.audio.DefaultOutputStatus());
@@ -138,7 +145,9 @@ void Console::JoinParts() {
   services_.catalogue.Listen(
       this, [this](const TrackAdded&) { ShowTotalTracks(); },
       [this](const TrackRemoved&) { ShowTotalTracks(); });
-  tick_.hooks.JinglePlays = [this] { return jinglePlayer_->State() == PlayState::Playing; };
+  tick_.hooks.JinglePlays = [this] { return jingles_.Plays(); };
+  tick_.hooks.JingleActive = [this] { return jingles_.State() == DeckState::Playing; };
+  jingles_.OnAssigned = [this] { SaveJingles(); };
 }
 
 Console::~Console() {
@@ -190,7 +199,7 @@ AirFacts Console::Air() {
   const bool decks = std::any_of(kDecks.begin(), kDecks.end(), [this](Deck deck) {
     return decks_.Moves(deck) && !transitions_.FadedOut(deck);
   });
-  facts.sounds = onAir && (decks || jinglePlayer_->State() == PlayState::Playing);
+  facts.sounds = onAir && (decks || jingles_.Plays());
   return facts;
 }
 
@@ -245,8 +254,7 @@ void Console::ShowTotalTracks() {
 
 bool Console::Plays() {
   return decks_.Player(Deck::One).State() == PlayState::Playing ||
-         decks_.Player(Deck::Two).State() == PlayState::Playing ||
-         jinglePlayer_->State() == PlayState::Playing;
+         decks_.Player(Deck::Two).State() == PlayState::Playing || jingles_.Plays();
 }
 
 Job<bool> Console::QueryClose(bool bySystem) {
@@ -270,12 +278,30 @@ void Console::TakeAudioWarning() {
   tick_.SetAudioWarning(settings_.Get(setting::AudioWarnings) && QFileInfo::exists(path), path);
 }
 
+void Console::SetUpJingles() {
+  jingles_.SetSlider(sliders_.jingleVolume);
+  jingles_.SetBankName(0, settings_.Get(setting::FirstJingle));
+  for (std::size_t tag = 0; tag < sliders_.tags.size(); ++tag)
+    jingles_.SetBankName(static_cast<int>(tag) + 1, sliders_.tags[tag]);
+}
+
+void Console::SaveJingles() {
+  constexpr qsizetype kCaptionLetters = 12;
+  sliders_.jingleVolume = jingles_.Slider();
+  settings_.Set(setting::FirstJingle, jingles_.BankName(0));
+  for (std::size_t tag = 0; tag < sliders_.tags.size(); ++tag) {
+    sliders_.tags[tag] = jingles_.BankName(static_cast<int>(tag) + 1);
+    sliders_.captions[tag] = sliders_.tags[tag].left(kCaptionLetters);
+  }
+  settings_.Set(setting::JingleSettings, sliders_);
+}
+
 void Console::SaveSettings() {
   play_.fadeSpeed = transitions_.FadeSpeed();
   play_.delta = auto_.SldDelta();
-  jingles_.autoFadeDepth = speak_.DepthSlider();
-  jingles_.autoFadeSpeed = speak_.SpeedSlider();
-  settings_.Set(setting::JingleSettings, jingles_);
+  sliders_.autoFadeDepth = speak_.DepthSlider();
+  sliders_.autoFadeSpeed = speak_.SpeedSlider();
+  SaveJingles();
   settings_.Set(setting::PlaySettings, play_);
   settings_.Set(setting::LastPanFadeBias, settings_.Get(setting::PanFadeBias));
 }

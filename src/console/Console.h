@@ -10,6 +10,7 @@
 #include "console/decks/ConfirmationPanel.h"
 #include "console/decks/DeckEngine.h"
 #include "console/desk/ConsoleState.h"
+#include "console/jingles/Jingles.h"
 #include "console/queue/PlayQueue.h"
 #include "console/session/SessionList.h"
 #include "console/session/SessionLog.h"
@@ -66,6 +67,7 @@ class Console : public QObject {
   [[nodiscard]] Transitions& Fades() { return transitions_; }
   [[nodiscard]] PressToSpeak& Speak() { return speak_; }
   [[nodiscard]] AutoPlay& Automatic() { return auto_; }
+  [[nodiscard]] Jingles& Bites() { return jingles_; }
   [[nodiscard]] StatusTick& Status() { return tick_; }
   [[nodiscard]] ScreenLock& Lock() { return lock_; }
   [[nodiscard]] DataManagerAccess& ManagerAccess() { return managerAccess_; }
@@ -115,6 +117,8 @@ class Console : public QObject {
   [[nodiscard]] Job<> LoadCatalogue();
   void ShowTotalTracks();
   void TakeAudioWarning();
+  void SetUpJingles();
+  void SaveJingles();
   void ShowDevice(const OutputStatus& status);
   [[nodiscard]] AirFacts Air();
   void OnPanelConfirmed(const PanelQuestion& question);
@@ -123,7 +127,7 @@ class Console : public QObject {
   Services services_;
   ProgramSettings settings_;
   PlaySettings play_;
-  JingleSettings jingles_;
+  JingleSettings sliders_;
   ConsoleState state_;
   QDateTime sessionStart_;
   Disks disks_;
@@ -136,7 +140,7 @@ class Console : public QObject {
   PressToSpeak speak_;
   RandomSource random_;
   AutoPlay auto_;
-  std::unique_ptr<MediaPlayer> jinglePlayer_;
+  Jingles jingles_;
   std::unique_ptr<MediaPlayer> warningPlayer_;
   StatusTick tick_;
   ScreenLock lock_;

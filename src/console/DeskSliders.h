@@ -15,8 +15,8 @@ struct JingleSettings {
   int jingleVolume = 0;             ///< `SldJingVol`
   int autoFadeDepth = 1000;         ///< `SldAfade`, 0..2000
   int autoFadeSpeed = 5;            ///< `SldAfSpd`, 1..10
-  std::array<QString, 4> captions;  ///< of the four jingle buttons
-  std::array<QString, 4> tags;
+  std::array<QString, 4> captions;  ///< of the buttons of the jingles bank but the first
+  std::array<QString, 4> tags;      ///< the whole names of their bites
   QStringList filters;  ///< all that follows: the words of the filter boxes
 
   [[nodiscard]] static JingleSettings FromSetting(const QString& text);
@@ -39,6 +39,8 @@ namespace setting {
 
 inline constexpr RecordSetting<kelvo::JingleSettings> JingleSettings{
     {kConStartup, QLatin1StringView("JingleSettings")}, QLatin1StringView("NoJing")};
+/// The bite of the first button of the jingles bank, for which the list above has no field.
+inline constexpr TextSetting FirstJingle{{kConStartup, QLatin1StringView("FirstJingle")}};
 inline constexpr RecordSetting<kelvo::PlaySettings> PlaySettings{
     {kConStartup, QLatin1StringView("PlaySettings")}, QLatin1StringView("NoPlay")};
 /// The desk writes the bias of its run here, and nobody reads it: the bias of the next start is

@@ -41,6 +41,12 @@ class RowStore final : public RowFeed {
     rows_.insert(rows_.end(), std::make_move_iterator(fresh.begin()), std::make_move_iterator(fresh.end()));
     Q_EMIT RowsAdded();
   }
+  /// Adds a row before the one at `row`.
+  void Insert(int row, Row fresh) {
+    Q_EMIT RowsAboutToBeAdded(row, row);
+    rows_.insert(rows_.begin() + row, std::move(fresh));
+    Q_EMIT RowsAdded();
+  }
   void Remove(int first, int last) {
     Q_EMIT RowsAboutToBeRemoved(first, last);
     rows_.erase(rows_.begin() + first, rows_.begin() + last + 1);

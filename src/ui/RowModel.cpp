@@ -1,5 +1,7 @@
 #include "ui/RowModel.h"
 
+#include <QMimeData>
+
 #include <algorithm>
 
 namespace kelvo {
@@ -70,9 +72,14 @@ QVariant RowModelBase::headerData(int section, Qt::Orientation orientation, int 
 }
 
 Qt::ItemFlags RowModelBase::flags(const QModelIndex& index) const {
-  const Qt::ItemFlags base = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
+  Qt::ItemFlags base = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
+  if (Drag) base |= Qt::ItemIsDragEnabled;
   const bool editable = index.isValid() && Editable(index.column()) && (!MayEdit || MayEdit());
   return editable ? base | Qt::ItemIsEditable : base;
+}
+
+QMimeData* RowModelBase::mimeData(const QModelIndexList& rows) const {
+  return Drag ? Drag(rows) : nullptr;
 }
 
 QModelIndexList RowModelBase::match(const QModelIndex& start, int role, const QVariant& value, int hits,

@@ -33,6 +33,8 @@ class RowModelBase : public QAbstractTableModel {
   /// Whether any of its columns can be edited.
   [[nodiscard]] bool Edited() const;
 
+  /// What rows are dragged as; empty: they are not.
+  std::function<QMimeData*(const QModelIndexList& rows)> Drag;
   /// Asked before a cell is edited; empty: always.
   std::function<bool()> MayEdit;
 
@@ -42,6 +44,7 @@ class RowModelBase : public QAbstractTableModel {
   bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
   [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+  [[nodiscard]] QMimeData* mimeData(const QModelIndexList& rows) const override;
   /// Letters that are typed find the next row whose main column begins with them, wherever the cursor is.
   [[nodiscard]] QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
                                       Qt::MatchFlags flags) const override;

@@ -7,6 +7,7 @@
 #include "console/windows/CrossPanPanel.h"
 #include "console/windows/DeckPanel.h"
 #include "console/windows/DeskKeys.h"
+#include "console/windows/JinglePanel.h"
 #include "console/windows/LibraryPanel.h"
 #include "console/windows/LoadPanel.h"
 #include "console/windows/MemoryWarning.h"
@@ -119,10 +120,15 @@ void ConsoleWindow::BuildDesk() {
   middleLayout->addWidget(decks, 1);
   middleLayout->addWidget(
       new CrossPanPanel(console_.Fades(), console_.Automatic(), console_.Status(), middle));
-  queue_ = new QueuePanel(console_.Queue(), columns_);
+  auto* right = new QWidget(columns_);
+  auto* rightLayout = new QVBoxLayout(right);
+  rightLayout->setContentsMargins(0, 0, 0, 0);
+  queue_ = new QueuePanel(console_.Queue(), right);
+  rightLayout->addWidget(queue_, 1);
+  rightLayout->addWidget(new JinglePanel(console_.Bites(), right));
   columns_->addWidget(library_);
   columns_->addWidget(middle);
-  columns_->addWidget(queue_);
+  columns_->addWidget(right);
   columns_->setChildrenCollapsible(false);
   columns_->setStretchFactor(0, 31);
   columns_->setStretchFactor(1, 38);

@@ -14,6 +14,9 @@ namespace kelvo {
 inline const QString kTracksMime = QStringLiteral("application/x-kelvo-tracks");
 inline const QString kQueueRowMime = QStringLiteral("application/x-kelvo-queue-row");
 
+/// A row of the list of sound bites on its way to a button of the jingles bank.
+inline const QString kSoundBiteMime = QStringLiteral("application/x-kelvo-sound-bite");
+
 inline QByteArray TracksToMime(const std::vector<Mref>& tracks) {
   QByteArrayList numbers;
   for (const Mref track : tracks) numbers.append(QByteArray::number(ToInt(track)));
