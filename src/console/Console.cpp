@@ -55,6 +55,12 @@ Console::Console(Services services)
                 .queue = queue_,
                 .state = state_,
                 .paths = services_.paths}),
+      monitor_({.loop = services_.loop,
+                .audio = services_.audio,
+                .decks = decks_,
+                .jingles = jingles_,
+                .fades = transitions_,
+                .settings = settings_}),
       warningPlayer_(services_.audio.MakePlayer()),
       tick_({.loop = services_.loop,
              .state = state_,
@@ -74,7 +80,7 @@ Console::Console(Services services)
   JoinParts();
   speak_.SetDepthSlider(sliders_.autoFadeDepth);
   speak_.SetSpeedSlider(sliders_.autoFadeSpeed);
-  SetUpJingles();
+  SetUpLevels();
   TakeAudioWarning();
   services_.audio.OnDefaultOutputChanged = [this](const OutputStatus& status) { ShowDevice(status); };
   ShowDevice(services_.audio.DefaultOutputStatus());
@@ -147,6 +153,7 @@ void Console::JoinParts() {
       [this](const TrackRemoved&) { ShowTotalTracks(); });
   tick_.hooks.JinglePlays = [this] { return jingles_.Plays(); };
   tick_.hooks.JingleActive = [this] { return jingles_.State() == DeckState::Playing; };
+  tick_.hooks.MonitorShown = [this] { return monitor_.Shown(); };
   jingles_.OnAssigned = [this] { SaveJingles(); };
 }
 
@@ -278,7 +285,8 @@ void Console::TakeAudioWarning() {
   tick_.SetAudioWarning(settings_.Get(setting::AudioWarnings) && QFileInfo::exists(path), path);
 }
 
-void Console::SetUpJingles() {
+void Console::SetUpLevels() {
+  monitor_.SetLevel(play_.monitorVolume);
   jingles_.SetSlider(sliders_.jingleVolume);
   jingles_.SetBankName(0, settings_.Get(setting::FirstJingle));
   for (std::size_t tag = 0; tag < sliders_.tags.size(); ++tag)
@@ -299,6 +307,7 @@ void Console::SaveJingles() {
 void Console::SaveSettings() {
   play_.fadeSpeed = transitions_.FadeSpeed();
   play_.delta = auto_.SldDelta();
+  play_.monitorVolume = monitor_.Level();
   sliders_.autoFadeDepth = speak_.DepthSlider();
   sliders_.autoFadeSpeed = speak_.SpeedSlider();
   SaveJingles();

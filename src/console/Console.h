@@ -11,6 +11,7 @@
 #include "console/decks/DeckEngine.h"
 #include "console/desk/ConsoleState.h"
 #include "console/jingles/Jingles.h"
+#include "console/monitor/Monitor.h"
 #include "console/queue/PlayQueue.h"
 #include "console/session/SessionList.h"
 #include "console/session/SessionLog.h"
@@ -68,6 +69,7 @@ class Console : public QObject {
   [[nodiscard]] PressToSpeak& Speak() { return speak_; }
   [[nodiscard]] AutoPlay& Automatic() { return auto_; }
   [[nodiscard]] Jingles& Bites() { return jingles_; }
+  [[nodiscard]] Monitor& Pfl() { return monitor_; }
   [[nodiscard]] StatusTick& Status() { return tick_; }
   [[nodiscard]] ScreenLock& Lock() { return lock_; }
   [[nodiscard]] DataManagerAccess& ManagerAccess() { return managerAccess_; }
@@ -117,7 +119,7 @@ class Console : public QObject {
   [[nodiscard]] Job<> LoadCatalogue();
   void ShowTotalTracks();
   void TakeAudioWarning();
-  void SetUpJingles();
+  void SetUpLevels();
   void SaveJingles();
   void ShowDevice(const OutputStatus& status);
   [[nodiscard]] AirFacts Air();
@@ -141,6 +143,7 @@ class Console : public QObject {
   RandomSource random_;
   AutoPlay auto_;
   Jingles jingles_;
+  Monitor monitor_;
   std::unique_ptr<MediaPlayer> warningPlayer_;
   StatusTick tick_;
   ScreenLock lock_;

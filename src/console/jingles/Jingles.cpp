@@ -221,6 +221,7 @@ void Jingles::TakeOver(std::size_t source, DeckState state) {
   path_ = player.FileName();
   title_ = NameIn(path_);
   duration_ = player.Duration();
+  cue_ = 0;
   info_.clear();
   state_ = state;
   beat_ = state == DeckState::Playing ? services_.loop.Every(100ms, [this] { Q_EMIT Changed(); }) : Timer();
@@ -231,8 +232,9 @@ void Jingles::Start(std::size_t source) {
   MediaPlayer& player = *sources_[source].player;
   // One that waited may still be opening its next bite: it was overtaken by this press.
   for (Source& each : sources_) each.starts = false;
+  const double from = source == active_ && player.FileName() == path_ ? cue_ : 0;
   TakeOver(source, DeckState::Playing);
-  player.SetCurrentPosition(0);
+  player.SetCurrentPosition(from);
   player.Play();
 }
 
@@ -255,6 +257,15 @@ int Jingles::SoundingButton() const {
 
 double Jingles::Position() const {
   return state_ == DeckState::Playing ? sources_[active_].player->CurrentPosition() : 0;
+}
+
+void Jingles::SetPosition(double seconds) {
+  if (state_ == DeckState::Playing) {
+    sources_[active_].player->SetCurrentPosition(seconds);
+  } else {
+    cue_ = seconds;
+  }
+  Q_EMIT Changed();
 }
 
 void Jingles::SetSlider(int value) {

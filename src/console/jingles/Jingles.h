@@ -85,6 +85,8 @@ class Jingles : public QObject {
   /// Seconds.
   [[nodiscard]] double Duration() const { return duration_; }
   [[nodiscard]] double Position() const;
+  /// Where the bite goes on from, or starts from the next time.
+  void SetPosition(double seconds);
   /// What a command had to say.
   [[nodiscard]] const QString& Info() const { return info_; }
 
@@ -132,6 +134,7 @@ class Jingles : public QObject {
   QString title_;
   QString path_;
   double duration_ = 0;
+  double cue_ = 0;  ///< where the next start of what is loaded begins, seconds
   QString info_;
   Timer beat_;
   JobList queueing_;

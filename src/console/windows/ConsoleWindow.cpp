@@ -12,6 +12,7 @@
 #include "console/windows/LoadPanel.h"
 #include "console/windows/MemoryWarning.h"
 #include "console/windows/ModeLabel.h"
+#include "console/windows/MonitorPanel.h"
 #include "console/windows/QueuePanel.h"
 #include "console/windows/SpeakPanel.h"
 #include "console/windows/WindowSettings.h"
@@ -70,7 +71,8 @@ ConsoleWindow::ConsoleWindow(Console& console)
       pulse_(console.GetServices().loop),
       desk_(new QWidget(this)),
       columns_(new Columns(desk_)),
-      library_(new LibraryPanel(console.Browser(), console.Tracks(), console.GetServices().loop, columns_)),
+      left_(new QWidget(columns_)),
+      library_(new LibraryPanel(console.Browser(), console.Tracks(), console.GetServices().loop, left_)),
       foot_(new QWidget(desk_)),
       notices_(new NoticeBar(desk_)),
       status_(new ElidedLabel(desk_)),
@@ -105,6 +107,7 @@ void ConsoleWindow::BuildDesk() {
     decks_[deck] = new DeckPanel({.decks = console_.Decks(),
                                   .fades = console_.Fades(),
                                   .speak = console_.Speak(),
+                                  .monitor = console_.Pfl(),
                                   .automatic = console_.Automatic(),
                                   .status = console_.Status(),
                                   .state = console_.State()},
@@ -125,8 +128,12 @@ void ConsoleWindow::BuildDesk() {
   rightLayout->setContentsMargins(0, 0, 0, 0);
   queue_ = new QueuePanel(console_.Queue(), right);
   rightLayout->addWidget(queue_, 1);
-  rightLayout->addWidget(new JinglePanel(console_.Bites(), right));
-  columns_->addWidget(library_);
+  rightLayout->addWidget(new JinglePanel(console_.Bites(), console_.Pfl(), right));
+  auto* leftLayout = new QVBoxLayout(left_);
+  leftLayout->setContentsMargins(0, 0, 0, 0);
+  leftLayout->addWidget(library_, 1);
+  leftLayout->addWidget(new MonitorPanel(console_.Pfl(), left_));
+  columns_->addWidget(left_);
   columns_->addWidget(middle);
   columns_->addWidget(right);
   columns_->setChildrenCollapsible(false);
@@ -253,6 +260,10 @@ void ConsoleWindow::BuildMenu() {
                                   [this] { console_.Lock().Lockscr(); });
   lock->setObjectName(QStringLiteral("Lockscr"));
   lock->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
+  QAction* listen = desk->addAction(ScalableIcon(Icon::Headphones), tr("Listen in the &monitor"), this,
+                                    [this] { ListenInMonitor(); });
+  listen->setObjectName(QStringLiteral("mnuMonitor"));
+  listen->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
     if (console_.Lock().Locked() || console_.Load() != nullptr) return;
@@ -262,6 +273,16 @@ void ConsoleWindow::BuildMenu() {
     if (fades) console_.Fades().Cancel();
     if (!asks && !fades) library_->Escape();
   });
+}
+
+void ConsoleWindow::ListenInMonitor() {
+  if (console_.Lock().Locked() || console_.Load() != nullptr) return;
+  const int row = console_.Queue().Selected();
+  if (queue_->List().hasFocus() && row > 0) {
+    console_.Pfl().OpenFile(console_.Queue().Row(row).path, console_.Queue().Row(row).title);
+  } else if (const Mref track = library_->CurrentTrack(); track != Mref::None) {
+    console_.Pfl().OpenFile(console_.Tracks().TrackPaths(track), console_.Tracks().TrackNames[track]);
+  }
 }
 
 void ConsoleWindow::AddWindowCommand(DeskMenu menu, QAction& command) {

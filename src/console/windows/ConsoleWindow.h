@@ -59,6 +59,8 @@ class ConsoleWindow : public QMainWindow {
 
  private:
   void BuildMenu();
+  /// The selected row of the queue where that has the keyboard, else the library's track.
+  void ListenInMonitor();
   void BuildDesk();
   void ShowStatus();
   void ShowLoad();
@@ -78,6 +80,7 @@ class ConsoleWindow : public QMainWindow {
   Pulse pulse_;
   QWidget* desk_;
   QSplitter* columns_;
+  QWidget* left_;
   LibraryPanel* library_;
   QueuePanel* queue_;
   PerDeck<DeckPanel*> decks_;

@@ -1,5 +1,6 @@
 #include "console/windows/DeckPanel.h"
 
+#include "console/windows/MonitorPanel.h"
 #include "console/windows/PlayIndicator.h"
 #include "platform/Words.h"
 #include "ui/CommandButton.h"
@@ -244,6 +245,8 @@ void DeckPanel::Build() {
   auto* side = new QVBoxLayout;
   side->addWidget(level_, 1, Qt::AlignHCenter);
   side->addWidget(levelWords_);
+  side->addWidget(AddMonitorButton(
+      desk_.monitor, deck_ == Deck::One ? MonitorSource::DeckOne : MonitorSource::DeckTwo, *this));
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addLayout(middle, 1);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "console/automatic/AutoPlay.h"
+#include "console/monitor/Monitor.h"
 #include "console/status/StatusTick.h"
 #include "console/transitions/PressToSpeak.h"
 #include "console/transitions/Transitions.h"
@@ -29,6 +30,7 @@ class DeckPanel : public Panel {
     DeckEngine& decks;
     Transitions& fades;
     PressToSpeak& speak;
+    Monitor& monitor;
     AutoPlay& automatic;
     StatusTick& status;
     const ConsoleState& state;

@@ -1,5 +1,6 @@
 #include "console/windows/JinglePanel.h"
 
+#include "console/windows/MonitorPanel.h"
 #include "console/windows/TrackMime.h"
 #include "platform/Words.h"
 #include "ui/Command.h"
@@ -43,7 +44,7 @@ class BankButton : public CommandButton {
 
 }  // namespace
 
-JinglePanel::JinglePanel(Jingles& jingles, QWidget* parent)
+JinglePanel::JinglePanel(Jingles& jingles, Monitor& monitor, QWidget* parent)
     : Panel(Group::Bites, QStringLiteral("JINGLES BANK"), parent),
       jingles_(jingles),
       model_(jingles.Bites(), {{{.head = QStringLiteral("Sound Bites"), .letters = 24}, &SoundBite::name}}),
@@ -66,6 +67,7 @@ JinglePanel::JinglePanel(Jingles& jingles, QWidget* parent)
                                .key = QKeySequence(Qt::CTRL | Qt::Key_F6),
                                .focus = Qt::TabFocus,
                                .run = [this] { jingles_.Stop(); }})),
+      pfl_(AddMonitorButton(monitor, MonitorSource::Jingles, *this)),
       progress_(new ProgressStrip(this)),
       level_(new Fader(Qt::Horizontal, 0, Jingles::kMostSlider, this)),
       levelWords_(new QLabel(this)),
@@ -138,7 +140,7 @@ void JinglePanel::Lay() {
   for (QPushButton* button : buttons_) bank->addWidget(button, 1);
   auto* commands = new QVBoxLayout;
   commands->setSpacing(4);
-  for (QPushButton* button : {queue_, bank_, stop_}) commands->addWidget(button);
+  for (QPushButton* button : {queue_, bank_, stop_, pfl_}) commands->addWidget(button);
   commands->addStretch(1);
   auto* middle = new QHBoxLayout;
   middle->setSpacing(4);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "console/jingles/Jingles.h"
+#include "console/monitor/Monitor.h"
 #include "ui/Panel.h"
 #include "ui/RowModel.h"
 
@@ -21,7 +22,7 @@ class ProgressStrip;
 class JinglePanel : public Panel {
   Q_OBJECT
  public:
-  explicit JinglePanel(Jingles& jingles, QWidget* parent = nullptr);
+  JinglePanel(Jingles& jingles, Monitor& monitor, QWidget* parent = nullptr);
 
  private:
   void BuildBank();
@@ -38,6 +39,7 @@ class JinglePanel : public Panel {
   QPushButton* bank_;
   QPushButton* queue_;
   QPushButton* stop_;
+  QPushButton* pfl_;
   ProgressStrip* progress_;
   Fader* level_;
   QLabel* levelWords_;

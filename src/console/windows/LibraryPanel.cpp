@@ -300,6 +300,11 @@ void LibraryPanel::Deselect(const std::vector<Mref>& tracks) {
   ShowFacts();
 }
 
+Mref LibraryPanel::CurrentTrack() const {
+  const QModelIndex current = list_->currentIndex();
+  return current.isValid() ? model_->TrackAt(current.row()) : Mref::None;
+}
+
 void LibraryPanel::OpenInfo(const QPoint& spot) {
   const QModelIndex current = list_->currentIndex();
   if (!list_->selectionModel()->isSelected(current)) return;

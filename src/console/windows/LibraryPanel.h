@@ -31,6 +31,8 @@ class LibraryPanel : public Panel {
   void BeginFilter();
   /// The list of tracks does, with a row selected.
   void GoToTracks();
+  /// The track that the cursor of the list is on; none when the list is empty.
+  [[nodiscard]] Mref CurrentTrack() const;
   /// Closes the track's details, stops a listing or empties the filter box, the first of these that there is.
   void Escape();
 
