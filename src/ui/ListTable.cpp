@@ -51,12 +51,12 @@ void ListTable::SizeColumns() {
   const int letter = fontMetrics().averageCharWidth();
   int room = viewport()->width() - mainLetters_ * letter;
   bool fits = true;
-  for (const auto& [column, letters] : optional_) {
+  for (const auto& [column, letters, always] : optional_) {
     const int width = letters * letter;
-    fits = fits && width <= room;
+    fits = fits && (always || width <= room);
     room -= width;
-    setColumnHidden(column, !fits);
-    if (fits) setColumnWidth(column, width);
+    setColumnHidden(column, !fits && !always);
+    if (fits || always) setColumnWidth(column, width);
   }
 }
 

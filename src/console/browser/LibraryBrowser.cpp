@@ -128,6 +128,8 @@ void LibraryBrowser::PressName(Stage stage, int row) {
       Release(stage);
       RecomputeFiltered();
       ListTracksByChoice();
+      // What was listed stays; nothing that is chosen stands for it any more.
+      if (WordsLookEverywhere()) summary_.clear();
     } else {
       list.chosen = Name(stage, row);
       list.Tag = row;
@@ -228,7 +230,7 @@ Job<> LibraryBrowser::RunSort(LibraryColumn column) {
     rows_ = ShownRows();
     Q_EMIT RowsSorted();
   } catch (...) {
-    basHandleError(QStringLiteral(" libsort"));
+    basHandleError(QStringLiteral(" libsort"), tr("The list of tracks could not be sorted."));
   }
 }
 

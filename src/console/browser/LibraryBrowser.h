@@ -1,10 +1,10 @@
 #pragma once
 
-#include "console/desk/ConsoleState.h"
 #include "console/browser/NameIndex.h"
-#include "console/queue/PlayQueue.h"
 #include "console/browser/TrackFilter.h"
 #include "console/browser/TrackOrder.h"
+#include "console/desk/ConsoleState.h"
+#include "console/queue/PlayQueue.h"
 #include "database/Catalogue.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
@@ -101,6 +101,8 @@ class LibraryBrowser : public QObject {
   [[nodiscard]] QString SelectAllCaption() const;
   /// "Add To Queue": the selected tracks, in the order shown.
   void AddToQueue(std::vector<Mref> tracks);
+  /// Why it takes none now, in words for the operator; empty when it does.
+  [[nodiscard]] QString WhyNoAdd() const { return queue_.WhyNoAdd(); }
 
   // The panel of a track's details.
   void OpenInfo(Mref track);

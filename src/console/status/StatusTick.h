@@ -60,7 +60,9 @@ class StatusTick : public QObject {
 
   [[nodiscard]] const DeskStatus& Status() const { return status_; }
   /// Whether the desk is idle at this moment; DeskStatus tells of the last beat.
-  [[nodiscard]] bool Idle() const;
+  [[nodiscard]] bool Idle() const { return WhyBusy().isEmpty(); }
+  /// Why it is not, in words for the operator; empty when it is.
+  [[nodiscard]] QString WhyBusy() const;
 
   /// The sound that warns of a deck that runs out: played again and again while that is so.
   void SetAudioWarning(bool on, const QString& filePath);

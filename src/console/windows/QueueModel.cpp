@@ -81,7 +81,8 @@ QVariant QueueModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant QueueModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  // A heading that is cut is read in its tooltip.
+  if (orientation != Qt::Horizontal || (role != Qt::DisplayRole && role != Qt::ToolTipRole)) return {};
   switch (section) {
     case TrackColumn:
       return queue_.TrackHead();
