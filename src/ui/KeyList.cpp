@@ -33,7 +33,9 @@ std::vector<KeyLine> KeysOf(const QWidget& window) {
         lines.push_back({Plain(entry->text()), entry->shortcut().toString(QKeySequence::NativeText)});
     }
   }
-  for (const QWidget* control : window.findChildren<QWidget*>()) {
+  // In the order in which Tab goes through them.
+  for (const QWidget* control = window.nextInFocusChain(); control != &window;
+       control = control->nextInFocusChain()) {
     const QString key = control->property(kKey).toString();
     if (key.isEmpty()) continue;
     const QString spoken = control->accessibleName();

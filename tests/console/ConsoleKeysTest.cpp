@@ -84,14 +84,14 @@ TEST_F(ConsoleKeys, EnterAnswersTheDeskAndNotTheBoxThatIsTypedInto) {
 }
 
 TEST_F(ConsoleKeys, WhileAFadeRunsTheListsRefuseWhatChangesTheQueueAndSayWhy) {
-  AddTrack(u"delta"_s, 60, 60);
+  AddTrack(u"zeta"_s, 60, 60);
   OpenWindow();
   Enqueue({ToMref(1), ToMref(2), ToMref(3)});
   Load(Deck::One, 1);
   Load(Deck::Two, 2);
   Key(Qt::Key_F7);
   loop_.RunFor(10s);
-  Type(u"del"_s);
+  Type(u"zet"_s);
   Queue().Click(2);
   auto& down = Find<QPushButton>(u"CmdQueDown"_s);
   down.setFocus();
@@ -109,6 +109,9 @@ TEST_F(ConsoleKeys, WhileAFadeRunsTheListsRefuseWhatChangesTheQueueAndSayWhy) {
   loop_.RunFor(50ms);
   ASSERT_TRUE(desk_->Fades().SectionsDisabled());
   EXPECT_EQ(Column(TrackColumn), before);
+  EXPECT_EQ(Library().selectionModel()->selectedRows().size(), 1) << "what was refused stays selected";
+  EXPECT_EQ(QueueList().model()->headerData(BpmColumn, Qt::Horizontal, Qt::ToolTipRole),
+            u"Bpm\nA fade runs"_s);
   EXPECT_EQ(desk_->StatusLine(), u"Tracks Not Added : A fade runs"_s);
   EXPECT_FALSE(Find<QPushButton>(u"CmdAddToQueue"_s).isEnabled());
   loop_.RunFor(10s);

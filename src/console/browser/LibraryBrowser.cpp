@@ -265,9 +265,10 @@ void LibraryBrowser::AddToQueue(std::vector<Mref> tracks) {
 
 Job<> LibraryBrowser::RunAdd(std::vector<Mref> tracks) {
   const KeptTracks kept(catalogue_, std::move(tracks));
+  const bool refused = !WhyNoAdd().isEmpty();
   co_await queue_.AddTracks(kept.All());
   // A group playlist that is still in force was not given up: nothing was added.
-  if (state_.GroupPlayOn || (queue_.Count() > 0 && queue_.GroupQueueFlag())) co_return;
+  if (refused || state_.GroupPlayOn || (queue_.Count() > 0 && queue_.GroupQueueFlag())) co_return;
   allSelected_ = false;
   // The operator may have selected others meanwhile.
   Q_EMIT Deselect(kept.All());

@@ -101,6 +101,7 @@ DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
   cancelStart_ = new CommandButton(QStringLiteral("Cancel"), this);
   cancelStart_->setObjectName(QStringLiteral("CmdConfirm%1").arg(number));
   cancelStart_->setToolTip(tr("Takes the start back"));
+  cancelStart_->setAccessibleName(tr("Cancel the start of deck %1").arg(number));
   cancelStart_->setFocusPolicy(Qt::NoFocus);
   Theme::SetRole(*cancelStart_, QStringLiteral("stop"));
   start_->setAccessibleName(tr("Start deck %1").arg(number));

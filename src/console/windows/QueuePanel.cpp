@@ -214,7 +214,6 @@ void QueuePanel::ShowCommands() {
   Offer(*clear_, queue_.WhyNoClear());
   Offer(*edit_, queue_.WhyNoEdit());
   list_->horizontalHeader()->setSectionsClickable(queue_.WhyNoSort().isEmpty());
-  list_->horizontalHeader()->setToolTip(queue_.WhyNoSort());
 }
 
 }  // namespace kelvo
