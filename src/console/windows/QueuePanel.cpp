@@ -192,7 +192,7 @@ void QueuePanel::ShowColumns() {
       {CommentColumn, 20}, {GenreColumn, 13}, {BpmColumn, 7}, {DateColumn, 11}, {HiColumn, 6}};
   if (*timingsShown_) {
     others.erase(others.begin() + 1);
-    others.insert(others.begin(), {GenreColumn, 9, true});
+    others.insert(others.begin(), {GenreColumn, 11, true});
   }
   list_->SetColumns(TrackColumn, 47, std::move(others));
 }
