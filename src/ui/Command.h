@@ -4,9 +4,12 @@
 #include "ui/ScalableIcon.h"
 
 #include <QKeySequence>
+#include <QString>
 
 #include <functional>
 #include <optional>
+
+class QAction;
 
 namespace kelvo {
 
@@ -26,5 +29,12 @@ struct Command {
 
 /// Makes the button of a command, owned by `owner`, in whose window its key works.
 CommandButton* AddCommand(QWidget& owner, const Command& command);
+
+/// Offers a command, or takes it off: then the end of its tooltip says `whyOff`, in words for the operator. A
+/// control that had the keyboard gets it back when it is offered again; until then the keyboard is nowhere,
+/// so that no key works the control beside it.
+void Offer(QWidget& control, const QString& whyOff);
+/// The same for the entry of a menu.
+void Offer(QAction& entry, const QString& whyOff);
 
 }  // namespace kelvo

@@ -4,6 +4,7 @@
 #include "ui/Naming.h"
 #include "ui/PickedRows.h"
 #include "ui/ScalableIcon.h"
+#include "ui/SpokenText.h"
 #include "ui/Tabular.h"
 
 #include <QLineEdit>
@@ -89,6 +90,7 @@ QLineEdit* ListPanel::AddFilter(const Look& look) {
   line->setPlaceholderText(tr("Type to filter  (Ctrl+F)"));
   line->setClearButtonEnabled(true);
   line->addAction(ScalableIcon(Icon::Search), QLineEdit::LeadingPosition);
+  NameLineSigns(*line);
   connect(line, &QLineEdit::textChanged, this, [this](const QString& text) { filter_->SetWords(text); });
   connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_F), this), &QShortcut::activated, line, [line] {
     line->setFocus();

@@ -5,10 +5,31 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStyleOptionHeader>
 
 namespace kelvo {
+namespace {
+
+/// A heading that has no room ends in "...": under a style sheet Qt only cuts it.
+class ElidedHead : public QHeaderView {
+ public:
+  explicit ElidedHead(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) { setSectionsClickable(true); }
+
+ protected:
+  void initStyleOptionForIndex(QStyleOptionHeader* option, int section) const override {
+    QHeaderView::initStyleOptionForIndex(option, section);
+    // The padding of the style sheet, and the line beside the heading.
+    int edges = fontMetrics().height() * 8 / 10 + 1;
+    if (isSortIndicatorShown() && sortIndicatorSection() == section)
+      edges += style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, this);
+    option->text = fontMetrics().elidedText(option->text, Qt::ElideRight, sectionSize(section) - edges);
+  }
+};
+
+}  // namespace
 
 ListTable::ListTable(QWidget* parent) : QTableView(parent) {
+  setHorizontalHeader(new ElidedHead(this));
   setSelectionBehavior(QAbstractItemView::SelectRows);
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setShowGrid(false);
@@ -19,7 +40,6 @@ ListTable::ListTable(QWidget* parent) : QTableView(parent) {
   setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   verticalHeader()->hide();
   horizontalHeader()->setHighlightSections(false);
-  horizontalHeader()->setTextElideMode(Qt::ElideRight);
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   SizeRows();
   connect(this, &QTableView::doubleClicked, this, &ListTable::RowActivated);
@@ -51,12 +71,12 @@ void ListTable::SizeColumns() {
   const int letter = fontMetrics().averageCharWidth();
   int room = viewport()->width() - mainLetters_ * letter;
   bool fits = true;
-  for (const auto& [column, letters] : optional_) {
+  for (const auto& [column, letters, always] : optional_) {
     const int width = letters * letter;
-    fits = fits && width <= room;
+    fits = fits && (always || width <= room);
     room -= width;
-    setColumnHidden(column, !fits);
-    if (fits) setColumnWidth(column, width);
+    setColumnHidden(column, !fits && !always);
+    if (fits || always) setColumnWidth(column, width);
   }
 }
 

@@ -19,6 +19,7 @@ class ListTable : public QTableView {
   struct OptionalColumn {
     int column;
     int letters;
+    bool always = false;  ///< shown also where it takes of the main column's room
   };
   void SetColumns(int main, int letters, std::vector<OptionalColumn> others);
 

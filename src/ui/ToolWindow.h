@@ -3,6 +3,7 @@
 #include "platform/Job.h"
 #include "ui/WindowPlace.h"
 
+#include <QStringList>
 #include <QWidget>
 
 #include <memory>
@@ -30,6 +31,8 @@ class ToolWindow : public QWidget {
   void KeepPlace(SettingsStore& settings, const PlaceKeys& keys);
   /// The operator asked for the window: the keyboard goes to where its work begins.
   virtual void TakeKeys() {}
+  /// Files and folders were dropped for it.
+  virtual void TakeFiles(const QStringList& /*places*/) {}
   /// Whether it may close; may ask first.
   [[nodiscard]] virtual Job<bool> MayClose() { co_return true; }
 

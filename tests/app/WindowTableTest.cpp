@@ -66,11 +66,11 @@ TEST_F(TheTable, UpkeepIsClosedWhileTheDeskIsOnAir) {
   // Between two beats the entry doesn't know yet.
   Press(u"Utility"_s);
   EXPECT_EQ(Opened<UtilityWindow>(), nullptr);
-  EXPECT_EQ(prompter_.Told().last(), u"Closed while something plays or the queue has a name"_s);
+  EXPECT_EQ(prompter_.Told().last(), u"Not while deck 1 plays"_s);
   loop_.RunFor(2s);
   for (const QString& id : {u"Import"_s, u"Transfer"_s, u"Utility"_s}) {
     EXPECT_FALSE(Offered(id)) << id.toStdString();
-    EXPECT_EQ(Entry(id).first->toolTip(), u"Closed while something plays or the queue has a name"_s);
+    EXPECT_EQ(Entry(id).first->toolTip(), u"Not while deck 1 plays"_s);
   }
   EXPECT_TRUE(Offered(u"TrackSearch"_s));
   EXPECT_TRUE(Offered(u"Jingles"_s));

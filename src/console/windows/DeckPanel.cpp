@@ -2,13 +2,16 @@
 
 #include "console/windows/PlayIndicator.h"
 #include "platform/Words.h"
+#include "ui/Command.h"
 #include "ui/CommandButton.h"
 #include "ui/DeckTally.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Fader.h"
+#include "ui/KeyList.h"
 #include "ui/Naming.h"
 #include "ui/ProgressStrip.h"
 #include "ui/ScalableIcon.h"
+#include "ui/SpokenText.h"
 #include "ui/TimeDisplay.h"
 
 #include <QHBoxLayout>
@@ -35,6 +38,20 @@ QString DecibelText(int loss) {
   return loss == 0 ? QStringLiteral("0 dB") : QStringLiteral("-%1 dB").arg(loss / 50.0, 0, 'f', 1);
 }
 
+/// A box of text that shows whole lines: what has no room for a further one stays empty.
+class WholeLines : public QPlainTextEdit {
+ public:
+  using QPlainTextEdit::QPlainTextEdit;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QPlainTextEdit::resizeEvent(event);
+    const int line = fontMetrics().lineSpacing();
+    const int room = contentsRect().height() - static_cast<int>(document()->documentMargin());
+    setViewportMargins(0, 0, 0, std::max(room, 0) % line);
+  }
+};
+
 }  // namespace
 
 DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
@@ -42,6 +59,7 @@ DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
             ForDeck(deck, QStringLiteral("AUDIO STREAM ONE"), QStringLiteral("AUDIO STREAM TWO")), parent),
       desk_(parts),
       decks_(parts.decks),
+      commands_(parts.decks, parts.fades, parts.speak, parts.state),
       deck_(deck),
       tally_(new DeckTally(this)),
       indicator_(new PlayIndicator(this)),
@@ -50,7 +68,7 @@ DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
       progress_(new ProgressStrip(this)),
       info_(new ElidedLabel(this)),
       loadFail_(new QLabel(QStringLiteral("Load Fail"), this)),
-      text_(new QPlainTextEdit(this)),
+      text_(new WholeLines(this)),
       level_(new Fader(Qt::Vertical, 0, kMostLoss, this)),
       levelWords_(new QLabel(this)) {
   setObjectName(ForDeck(deck, QStringLiteral("Deck1"), QStringLiteral("Deck2")));
@@ -66,10 +84,11 @@ DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
   stop_ = AddCommand(ForDeck(deck, QStringLiteral("Command5"), QStringLiteral("Command6")), tr("Stop"),
                      QStringLiteral("Stop Deck %1").arg(number),
                      key(Qt::CTRL | Qt::ALT | Qt::Key_1, Qt::CTRL | Qt::ALT | Qt::Key_2));
-  moves_ = {AddMove(FastMove::SkipToStart, tr("Skip to start")),
-            AddMove(FastMove::Rewind, tr("Fast rewind (hold)")),
-            AddMove(FastMove::Forward, tr("Fast forward (hold)")),
-            AddMove(FastMove::SkipToEnd, tr("Skip to end"))};
+  for (const auto& [move, words] : {std::pair(FastMove::SkipToStart, tr("Skip to start")),
+                                    std::pair(FastMove::Rewind, tr("Fast rewind (hold)")),
+                                    std::pair(FastMove::Forward, tr("Fast forward (hold)")),
+                                    std::pair(FastMove::SkipToEnd, tr("Skip to end"))})
+    moves_.emplace_back(move, AddMove(move, words));
   pan_ = AddTransition(TransitionKind::Pan,
                        ForDeck(deck, QStringLiteral("CMdD2pan"), QStringLiteral("CMdD3Pan")),
                        QStringLiteral("PAN"), ForDeck(deck, QStringLiteral("F6"), QStringLiteral("F10")));
@@ -82,8 +101,10 @@ DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
   cancelStart_ = new CommandButton(QStringLiteral("Cancel"), this);
   cancelStart_->setObjectName(QStringLiteral("CmdConfirm%1").arg(number));
   cancelStart_->setToolTip(tr("Takes the start back"));
+  cancelStart_->setAccessibleName(tr("Cancel the start of deck %1").arg(number));
   cancelStart_->setFocusPolicy(Qt::NoFocus);
   Theme::SetRole(*cancelStart_, QStringLiteral("stop"));
+  start_->setAccessibleName(tr("Start deck %1").arg(number));
   Build();
   Connect();
   Show();
@@ -95,7 +116,7 @@ QPushButton* DeckPanel::AddTransition(TransitionKind kind, const QString& name, 
   auto* button = new CommandButton(text, this);
   button->setObjectName(name);
   button->setFocusPolicy(Qt::NoFocus);
-  button->setAccessibleName(text + QStringLiteral(", deck %1, ").arg(DisplayNumber(deck_)) + key);
+  button->setAccessibleName(text + QStringLiteral(", deck %1").arg(DisplayNumber(deck_)));
   button->setProperty("key", key);
   connect(button, &QPushButton::pressed, this, [this, kind] {
     Transitions& fades = desk_.fades;
@@ -112,17 +133,15 @@ QPushButton* DeckPanel::AddTransition(TransitionKind kind, const QString& name, 
 void DeckPanel::ShowTransitions() {
   const Transitions& fades = desk_.fades;
   const auto tip = [](QPushButton* button, const QString& words) {
-    button->setToolTip(words + QStringLiteral("  (") + button->property("key").toString() + QLatin1Char(')'));
+    button->setToolTip(words);
+    TellKey(*button, button->property("key").toString());
   };
   tip(pan_, Transitions::FadeTimeTooltip(desk_.fades.FadeSpeed(), TransitionKind::Pan));
   tip(partFade_, Transitions::FadeTimeTooltip(desk_.fades.FadeSpeed(), TransitionKind::PartFade));
   tip(dub_, tr("Both decks while it is held, then a part fade"));
-  const DeckRecord& record = decks_.Record(deck_);
-  const bool usable = record.State != DeckState::Empty && !record.Loading && !desk_.state.PlaysByItself();
   for (QPushButton* button : {pan_, partFade_, dub_}) {
     // A dub that is held must not lose its button under the finger.
-    if (!button->isDown())
-      button->setEnabled(usable && !fades.WalkActive() && !desk_.speak.SectionDisabled());
+    if (!button->isDown()) Offer(*button, commands_.WhyNoTransition(deck_));
   }
   const CancelPanel& cancel = fades.GetCancelPanel();
   const bool walksHere = fades.WalkActive() && fades.MayCancel() && fades.Record().TransitionDeck == deck_;
@@ -138,8 +157,8 @@ QPushButton* DeckPanel::AddCommand(const QString& name, const QString& text, con
   auto* shortcut = new QShortcut(key, this);
   shortcut->setAutoRepeat(false);
   connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
-  button->setToolTip(tooltip + QStringLiteral("  (") + key.toString(QKeySequence::NativeText) +
-                     QLatin1Char(')'));
+  button->setToolTip(tooltip);
+  TellKey(*button, key.toString(QKeySequence::NativeText));
   button->setFocusPolicy(Qt::TabFocus);
   return button;
 }
@@ -168,6 +187,7 @@ void DeckPanel::Build() {
   title_->setWordWrap(true);
   title_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   title_->setFixedHeight(QFontMetrics(title_->font()).lineSpacing() * 2);
+  tally_->setAccessibleDescription(tr("Deck %1").arg(number));
   tally_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   SetNames(*indicator_, QStringLiteral("PlayIndicator") + number,
            ForDeck(deck_, QStringLiteral("Label8"), QStringLiteral("Label9")));
@@ -209,7 +229,7 @@ void DeckPanel::Build() {
   Theme::SetRole(*stop_, QStringLiteral("stop"));
   constexpr std::array kMoveIcons{Icon::SkipStart, Icon::Rewind, Icon::Forward, Icon::SkipEnd};
   for (std::size_t place = 0; place < moves_.size(); ++place)
-    moves_[place]->setIcon(ScalableIcon(kMoveIcons[place]));
+    moves_[place].second->setIcon(ScalableIcon(kMoveIcons[place]));
 
   auto* top = new QHBoxLayout;
   top->addWidget(tally_);
@@ -223,9 +243,9 @@ void DeckPanel::Build() {
   commands->addWidget(stop_, 1);
   auto* moving = new QHBoxLayout;
   moving->setSpacing(4);
-  for (QToolButton* move : moves_) {
-    move->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    moving->addWidget(move);
+  for (const auto& [move, button] : moves_) {
+    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    moving->addWidget(button);
   }
   auto* middle = new QVBoxLayout;
   middle->addLayout(top);
@@ -314,6 +334,9 @@ void DeckPanel::Show() {
   progress_->setRange(0, record.ProgressMaximum());
   progress_->setValue(std::min(record.ProgressValue(), record.ProgressMaximum()));
   ShowTime(record);
+  setAccessibleDescription(tr("Deck %1: %2, %3, %4 left")
+                               .arg(QString::number(DisplayNumber(deck_)), title,
+                                    DeckTally::Word(tally_->TallyState()), remaining_->Text()));
   ShowCommands(record);
 }
 
@@ -339,10 +362,13 @@ void DeckPanel::ShowTime(const DeckRecord& record) {
                            : record.RemainSeconds < kEndingSeconds ? TimeDisplay::State::Amber
                                                                    : TimeDisplay::State::Calm);
       break;
-    case DeckState::Done:
-      tally_->SetState(DeckTally::State::Done);
-      remaining_->SetState(TimeDisplay::State::Dim);
+    case DeckState::Done: {
+      // In a fade of automatic play a deck counts as done while it is still heard.
+      const bool sounds = decks_.Moves(deck_) && !desk_.fades.FadedOut(deck_);
+      tally_->SetState(sounds ? DeckTally::State::Ending : DeckTally::State::Done);
+      remaining_->SetState(sounds ? TimeDisplay::State::Amber : TimeDisplay::State::Dim);
       break;
+    }
   }
 }
 
@@ -350,25 +376,17 @@ void DeckPanel::ShowLevel(const DeckRecord& record) {
   // Under the operator's voice the fader keeps the level that the deck comes back to: a hand on it begins
   // there. The words tell what is heard.
   level_->setValue(record.Level);
-  levelWords_->setText(DecibelText(record.Loss));
+  SetSpokenText(*levelWords_, tr("Heard, deck %1").arg(DisplayNumber(deck_)), DecibelText(record.Loss));
   QPalette colours = palette();
   if (record.Loss != record.Level) colours.setColor(QPalette::WindowText, Theme::Palette().amber);
   if (levelWords_->palette() != colours) levelWords_->setPalette(colours);
 }
 
 void DeckPanel::ShowCommands(const DeckRecord& record) {
-  const bool byHand = !desk_.state.PlaysByItself() && !desk_.speak.SectionDisabled();
-  const bool walks = desk_.fades.WalkActive();
-  load_->setEnabled(byHand && decks_.LoadCommandActs(deck_));
-  start_->setEnabled(byHand && !record.Loading &&
-                     (record.State == DeckState::Loaded || record.State == DeckState::Done));
-  stop_->setEnabled(byHand && !walks && record.State != DeckState::Empty);
-  const bool standing = record.State == DeckState::Loaded || record.State == DeckState::Done;
-  for (std::size_t place = 0; place < moves_.size(); ++place) {
-    const bool skip = place == 0 || place == 3;
-    moves_[place]->setEnabled(byHand && !walks &&
-                              (standing || (skip && record.State == DeckState::Playing && !record.Live())));
-  }
+  Offer(*load_, commands_.WhyNoLoad(deck_));
+  Offer(*start_, commands_.WhyNoStart(deck_));
+  Offer(*stop_, commands_.WhyNoStop(deck_));
+  for (const auto& [move, button] : moves_) Offer(*button, commands_.WhyNoMove(deck_, move));
   ShowLevel(record);
   setCursor(record.Loading ? Qt::BusyCursor : Qt::ArrowCursor);
 }

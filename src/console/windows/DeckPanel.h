@@ -2,6 +2,7 @@
 
 #include "console/automatic/AutoPlay.h"
 #include "console/status/StatusTick.h"
+#include "console/transitions/DeckCommands.h"
 #include "console/transitions/PressToSpeak.h"
 #include "console/transitions/Transitions.h"
 #include "ui/Panel.h"
@@ -58,6 +59,7 @@ class DeckPanel : public Panel {
 
   Parts desk_;
   DeckEngine& decks_;
+  DeckCommands commands_;
   Deck deck_;
   DeckTally* tally_;
   PlayIndicator* indicator_;
@@ -72,7 +74,7 @@ class DeckPanel : public Panel {
   QPushButton* load_;
   QPushButton* start_;
   QPushButton* stop_;
-  std::vector<QToolButton*> moves_;
+  std::vector<std::pair<FastMove, QToolButton*>> moves_;
   QPushButton* pan_;
   QPushButton* partFade_;
   QPushButton* dub_;

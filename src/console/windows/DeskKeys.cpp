@@ -69,6 +69,13 @@ DeskKeys::DeskKeys(Parts parts, QWidget& window)
   qApp->installEventFilter(this);
 }
 
+std::vector<KeyLine> DeskKeys::OwnKeys() {
+  return {{tr("Part fade to deck 1, of decks that play"), tr("4 of the number pad")},
+          {tr("Pan to deck 2, of decks that play"), tr("6 of the number pad")},
+          {tr("Yes, to what the desk asks"), tr("Enter")},
+          {tr("No, to what the desk asks; takes a start or a fade back; empties the filter"), tr("Esc")}};
+}
+
 bool DeskKeys::eventFilter(QObject* watched, QEvent* event) {
   const bool press = event->type() == QEvent::KeyPress;
   const bool release = event->type() == QEvent::KeyRelease;
@@ -104,9 +111,10 @@ bool DeskKeys::Press(const QKeyEvent& event, bool typing) {
     Q_EMIT button->pressed();
     return true;
   }
-  if (typing) return false;
+  const bool answers = desk_.panel.Visible() && (key == Qt::Key_Return || key == Qt::Key_Enter);
+  if (typing && !answers) return false;
   if (desk_.closed()) return false;
-  if (desk_.panel.Visible() && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+  if (answers) {
     desk_.panel.Confirm();
     return true;
   }

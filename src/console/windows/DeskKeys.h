@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/EventLoop.h"
+#include "ui/KeyList.h"
 
 #include <QObject>
 
@@ -34,6 +35,9 @@ class DeskKeys : public QObject {
   };
   /// Watches the whole application for keys meant for `window`.
   DeskKeys(Parts parts, QWidget& window);
+
+  /// Those of its keys that no control of the console shows.
+  [[nodiscard]] static std::vector<KeyLine> OwnKeys();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

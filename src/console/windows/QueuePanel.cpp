@@ -2,8 +2,10 @@
 
 #include "console/windows/QueueModel.h"
 #include "platform/Words.h"
+#include "ui/Command.h"
 #include "ui/CommandButton.h"
 #include "ui/ElidedLabel.h"
+#include "ui/KeyList.h"
 #include "ui/ListTable.h"
 #include "ui/Naming.h"
 #include "ui/ScalableIcon.h"
@@ -53,6 +55,7 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   SetNames(*name_, QStringLiteral("TxtPlayListName"), QStringLiteral("Text5"));
   name_->setAccessibleName(nameLabel->text());
   name_->setFocusPolicy(Qt::ClickFocus);
+  name_->setAcceptDrops(false);
   name_->setMinimumWidth(fontMetrics().averageCharWidth() * 6);
   nameLabel->setBuddy(name_);
 
@@ -72,10 +75,6 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   QHeaderView* head = list_->horizontalHeader();
   head->setSectionsClickable(true);
   head->moveSection(head->visualIndex(GenreColumn), 2);
-  // A whole name before anything else: what the comment says is shown by the row's colour too.
-  list_->SetColumns(
-      TrackColumn, 47,
-      {{CommentColumn, 20}, {GenreColumn, 13}, {BpmColumn, 7}, {DateColumn, 11}, {HiColumn, 6}});
 
   up_->setIcon(ScalableIcon(Icon::Up));
   down_->setIcon(ScalableIcon(Icon::Down));
@@ -90,8 +89,7 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   const auto bind = [this](QPushButton* button, const QKeySequence& key) {
     // A shortcut of its own: a button whose words change loses the one that it was given.
     connect(new QShortcut(key, this), &QShortcut::activated, button, &QPushButton::click);
-    button->setToolTip(button->toolTip() + QStringLiteral("  (") + key.toString(QKeySequence::NativeText) +
-                       QLatin1Char(')'));
+    TellKey(*button, key.toString(QKeySequence::NativeText));
   };
   bind(up_, QKeySequence(Qt::CTRL | Qt::Key_Up));
   bind(down_, QKeySequence(Qt::CTRL | Qt::Key_Down));
@@ -185,22 +183,37 @@ void QueuePanel::ShowPosition(int index) {
   }
 }
 
+void QueuePanel::ShowColumns() {
+  if (timingsShown_ == queue_.ShowsTimings()) return;
+  timingsShown_ = queue_.ShowsTimings();
+  // A whole name before anything else: what the comment says is shown by the row's colour too. Durations that
+  // were asked for are seen at every width.
+  std::vector<ListTable::OptionalColumn> others{
+      {CommentColumn, 20}, {GenreColumn, 13}, {BpmColumn, 7}, {DateColumn, 11}, {HiColumn, 6}};
+  if (*timingsShown_) {
+    others.erase(others.begin() + 1);
+    others.insert(others.begin(), {GenreColumn, 11, true});
+  }
+  list_->SetColumns(TrackColumn, 47, std::move(others));
+}
+
 void QueuePanel::ShowFacts() {
   if (name_->text() != queue_.Name()) name_->setText(queue_.Name());
   SetNote(QStringLiteral("%1   %2").arg(queue_.Count()).arg(HoursMinutesSeconds(queue_.QueueTotalSeconds())));
   timings_->setText(queue_.TimingsCaption());
-  timings_->setEnabled(queue_.Count() > 0);
+  Offer(*timings_, queue_.Count() > 0 ? QString() : tr("The queue is empty"));
+  ShowColumns();
   edit_->setVisible(static_cast<bool>(queue_.OpenEditor));
   ShowCommands();
 }
 
 void QueuePanel::ShowCommands() {
-  up_->setEnabled(queue_.MayMove(-1));
-  down_->setEnabled(queue_.MayMove(1));
-  cut_->setEnabled(queue_.MayCut());
-  clear_->setEnabled(queue_.MayClear());
-  edit_->setEnabled(queue_.QueueHasSelection());
-  list_->horizontalHeader()->setSectionsClickable(queue_.MaySort());
+  Offer(*up_, queue_.WhyNoMove(-1));
+  Offer(*down_, queue_.WhyNoMove(1));
+  Offer(*cut_, queue_.WhyNoCut());
+  Offer(*clear_, queue_.WhyNoClear());
+  Offer(*edit_, queue_.WhyNoEdit());
+  list_->horizontalHeader()->setSectionsClickable(queue_.WhyNoSort().isEmpty());
 }
 
 }  // namespace kelvo

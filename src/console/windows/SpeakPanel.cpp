@@ -2,6 +2,7 @@
 
 #include "ui/CommandButton.h"
 #include "ui/Fader.h"
+#include "ui/KeyList.h"
 #include "ui/Naming.h"
 #include "ui/ScalableIcon.h"
 
@@ -20,7 +21,8 @@ SpeakPanel::SpeakPanel(PressToSpeak& speak, QWidget* parent)
       speedWords_(new QLabel(this)) {
   setObjectName(QStringLiteral("AutoFade"));
   SetNames(*talk_, QStringLiteral("CmdPressToSpeak"), QStringLiteral("Command10"));
-  talk_->setToolTip(tr("Both decks step back while it is held  (space bar)"));
+  talk_->setToolTip(tr("Both decks step back while it is held"));
+  TellKey(*talk_, tr("space bar"));
   talk_->setFocusPolicy(Qt::NoFocus);
   Theme::SetRole(*talk_, QStringLiteral("primary"));
   depth_->setObjectName(QStringLiteral("SldAfade"));

@@ -126,11 +126,16 @@ void ScanWindow::dropEvent(QDropEvent* event) {
   for (const QUrl& url : event->mimeData()->urls()) {
     if (url.isLocalFile()) places.append(url.toLocalFile());
   }
+  TakeFiles(places);
+  event->acceptProposedAction();
+}
+
+void ScanWindow::TakeFiles(const QStringList& places) {
+  if (scan_.Busy()) return;
   for (const QString& place : places) {
     if (!IsMediaName(place)) scan_.Drives().AddFolder(place);
   }
   scan_.Search(places);
-  event->acceptProposedAction();
 }
 
 void ScanWindow::Show() {

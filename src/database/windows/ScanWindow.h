@@ -20,6 +20,8 @@ class ScanWindow : public ToolWindow {
  public:
   ScanWindow(EventLoop& loop, ScanImport& scan);
 
+  void TakeFiles(const QStringList& places) override;
+
  protected:
   void Refresh() override;
   void Enter() override { scan_.Drives().Refresh(); }

@@ -6,6 +6,7 @@
 #include "ui/Command.h"
 #include "ui/Line.h"
 #include "ui/Naming.h"
+#include "ui/SpokenText.h"
 
 #include <QApplication>
 #include <QButtonGroup>
@@ -94,6 +95,7 @@ void SearchWindow::BuildQuestion() {
   text_->setAccessibleName(tr("Search for"));
   text_->setPlaceholderText(tr("Type what you look for, then Enter"));
   text_->setClearButtonEnabled(true);
+  NameLineSigns(*text_);
   date_ =
       AddBox(QStringLiteral("TxtDate"), QStringLiteral("Text2"), tr("Only this release date, as 1999-Dec"));
   hiPos_ =
