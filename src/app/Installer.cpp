@@ -181,7 +181,9 @@ Job<> Installer::Work(bool demo) {
     if (made && demo) KeepDemoWarning(folder);
     if (made) co_await Finish(paths);
   } catch (...) {
-    basHandleError(QStringLiteral(" instal"));
+    TellFailure(
+        tr("The database could not be set up. What was made stays; the next installation goes on from here."),
+        QStringLiteral(" instal"));
   }
   stage_ = Stage::Waiting;
   Show(0, 0, {});

@@ -73,11 +73,7 @@ ScanImport::ScanImport(Services services)
           [this](const std::vector<FoundFile>& files) { rows_.Append(files); });
   connect(&search_, &MediaSearch::Progress, this, &ScanImport::Changed);
   connect(&search_, &MediaSearch::Finished, this, [this] {
-    QString words = tr("%1 files in the list").arg(rows_.Count());
-    if (search_.PassedOver() > 0) {
-      words += tr(", %1 folders or names could not be read (see the log)").arg(search_.PassedOver());
-    }
-    run_.Show(words);
+    run_.Show(Counted(rows_.Count(), tr("file in the list"), tr("files in the list")) + search_.Exceptions());
   });
 }
 
@@ -133,6 +129,7 @@ Job<> ScanImport::AskToDelete() {
                  QStringLiteral("Only Enable if you know that deletions will not effect such programs !");
   caution.buttons = Buttons::OkCancel;
   caution.icon = PromptIcon::Exclamation;
+  caution.safe = Answer::Cancel;
   deletesSources_ = co_await services_.prompter.Ask(caution) == Answer::Ok;
   Q_EMIT Changed();
 }
@@ -162,13 +159,15 @@ Job<bool> ScanImport::AskForNames(const std::vector<int>& rows) {
   co_return co_await services_.prompter.Ask(question) == Answer::Yes;
 }
 
-Job<bool> ScanImport::AskForDeletion() {
+Job<bool> ScanImport::AskForDeletion(std::size_t files) {
   if (!deletesSources_) co_return false;
   Prompt question;
   question.text = QStringLiteral("Are You Sure You want To Delete Source Files After Import ?") + kNewLine +
-                  QStringLiteral("(This function Dousn't use the Recycle Bin !)");
+                  QStringLiteral("(This function Dousn't use the Recycle Bin !)") + kNewLine + kNewLine +
+                  Counted(static_cast<qint64>(files), tr("file is selected."), tr("files are selected."));
   question.buttons = Buttons::YesNo;
   question.icon = PromptIcon::Exclamation;
+  question.safe = Answer::No;
   co_return co_await services_.prompter.Ask(question) == Answer::Yes;
 }
 
@@ -181,7 +180,7 @@ Job<> ScanImport::RunImport(std::vector<int> rows) {
     if (co_await AskForNames(batch.rows)) {
       asked = true;
       Q_EMIT Began();
-      batch.deletes = co_await AskForDeletion();
+      batch.deletes = co_await AskForDeletion(batch.rows.size());
       const auto read = [paths = services_.paths] {
         return std::make_shared<StandingNames>(StandingNames::Read(paths));
       };
@@ -189,15 +188,18 @@ Job<> ScanImport::RunImport(std::vector<int> rows) {
       FileRun::Work work;
       work.files = batch.rows.size();
       work.tag = QStringLiteral(" scan");
+      work.name = [this, &batch](std::size_t file) {
+        return rows_.Row(batch.rows[file]).Text(ScanTitleColumn);
+      };
       work.step = [this, &batch](std::size_t file) { return CopyRow(batch.rows[file], batch); };
-      work.after = [this, &batch](std::size_t file, FileOutcome outcome) {
+      work.after = [this, &batch](std::size_t file, FileOutcome outcome, const QString&) {
         MarkRow(batch.rows[file], outcome);
       };
       sum = co_await run_.Run(std::move(work));
     }
   } catch (...) {
     asked = false;
-    basHandleError(QStringLiteral(" scan"));
+    TellFailure(tr("The files cannot be imported."), QStringLiteral(" scan"));
   }
   rows_.Remove(batch.gone);
   if (sum.EndedBy(FileOutcome::NoRoom)) co_await TellNoRoom();
@@ -304,8 +306,8 @@ QString ScanImport::Summary(const FileSum& sum, const Batch& batch) const {
                kNewLine + QStringLiteral("These Tracks Cannot Be imported without First Re-Naming"));
   AddCount(lines, sum.Count(FileOutcome::Unfit),
            QStringLiteral(" Track/s Not Copied Which Are Gone, Unreadable Or Too Small"));
-  AddCount(lines, sum.Count(FileOutcome::Failed),
-           QStringLiteral(" Track/s Could Not Be Copied (See The Error Log)"));
+  AddCount(lines, sum.Count(FileOutcome::Failed), QStringLiteral(" Track/s Could Not Be Copied:"));
+  lines += FirstOf(sum.troubles);
   AddCount(lines, batch.sourcesKept, QStringLiteral(" Source File/s Were Not Deleted"));
   if (sum.EndedBy(FileOutcome::NoRoom)) {
     lines.append(

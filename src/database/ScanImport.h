@@ -82,7 +82,7 @@ class ScanImport : public QObject {
 
   [[nodiscard]] Job<> RunImport(std::vector<int> rows);
   [[nodiscard]] Job<bool> AskForNames(const std::vector<int>& rows);
-  [[nodiscard]] Job<bool> AskForDeletion();
+  [[nodiscard]] Job<bool> AskForDeletion(std::size_t files);
   [[nodiscard]] Job<FileOutcome> CopyRow(int row, Batch& import);
   [[nodiscard]] Job<FileOutcome> CopyFileOf(int row, StagedName name, Batch& import);
   [[nodiscard]] Job<> DeleteSource(int row, QString copy, Batch& import);

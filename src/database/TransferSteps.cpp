@@ -105,7 +105,7 @@ TrackInfo NewTrackInfo(const TransferRow& row, double durationSeconds, const Tra
   info.Set(InfoFields::Artists, OneReference(kAllArtists, row.artist));
   info.Set(InfoFields::Albums, OneReference(kAllAlbums, row.album));
   info.SetText(InfoLine::ReleaseDate, row.date);
-  info.Set(InfoFields::Bpm, 0);
+  info.Set(InfoFields::Bpm, row.bpm);
   info.Set(InfoFields::HiPos, 0);
   info.CompletePlayLines();
   return info;
@@ -115,13 +115,22 @@ TrackInfo ReplacedTrackInfo(TrackInfo old, const TrackInfo& fresh, const QString
                             const TrackDefaults& defaults, const QString& today) {
   if (IsUntouchedDefault(old, baseName, defaults)) {
     for (const InfoLine::Line line :
-         {InfoLine::Categories, InfoLine::Artists, InfoLine::Albums, InfoLine::ReleaseDate}) {
+         {InfoLine::Categories, InfoLine::Artists, InfoLine::Albums, InfoLine::ReleaseDate, InfoLine::Bpm}) {
       old.SetText(line, fresh.Text(line));
     }
   }
   old.AddMissing(fresh);
   old.Set(InfoFields::GainRecord, std::nullopt);
-  old.AddComment(QStringLiteral("Track Was Replaced On ") + today);
+  const QString comment = QStringLiteral("Track Was Replaced On ") + today;
+  // A run that a crash cut short has said it already.
+  if (old.Comments().isEmpty() || old.Comments().last() != comment) old.AddComment(comment);
+  return old;
+}
+
+TrackInfo FinishedTrackInfo(TrackInfo old, const TrackInfo& fresh, const QString& baseName,
+                            const TrackDefaults& defaults) {
+  if (IsUntouchedDefault(old, baseName, defaults)) return fresh;
+  old.AddMissing(fresh);
   return old;
 }
 
@@ -152,6 +161,7 @@ void StoreRow(Catalogue& catalogue, const CatalogueRow& row, const QString& path
   edit.artists = row.artists;
   edit.albums = row.albums;
   edit.date = row.date;
+  edit.bpm = row.bpm;
   edit.gain = row.gain;
   edit.duration = row.duration;
   catalogue.Change(track, edit);

@@ -49,6 +49,11 @@ class DatabaseNames {
 [[nodiscard]] TrackInfo ReplacedTrackInfo(TrackInfo old, const TrackInfo& fresh, const QString& baseName,
                                           const TrackDefaults& defaults, const QString& today);
 
+/// What it says when its music file came in by a move that was cut short: the old text when that is of the
+/// move or of the operator, `fresh` when the system made it since.
+[[nodiscard]] TrackInfo FinishedTrackInfo(TrackInfo old, const TrackInfo& fresh, const QString& baseName,
+                                          const TrackDefaults& defaults);
+
 /// The catalogue's row of a track with such an info file.
 [[nodiscard]] CatalogueRow RowFrom(const TrackInfo& info, const QString& fileName, double durationSeconds);
 /// Puts the row into the catalogue: in the place of the row of the same file, or behind the last.

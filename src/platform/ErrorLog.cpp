@@ -114,32 +114,37 @@ QString ErrorLog::Compose(const std::exception_ptr& failure, const QString& tag)
   int number = 0;
   int line = 0;
   QString source;
-  QString description;
   try {
     std::rethrow_exception(failure);
   } catch (const Failure& known) {
     number = known.Number();
     line = known.Line();
     source = known.Source();
-    description = QString::fromStdString(known.what());
   } catch (const std::system_error& system) {
     number = system.code().value();
     source = QString::fromUtf8(system.code().category().name());
-    description = QString::fromStdString(system.what());
-  } catch (const std::exception& other) {
-    description = QString::fromStdString(other.what());
   } catch (...) {
-    description = QStringLiteral("unknown failure");
+    number = 0;
   }
   QString text = QStringLiteral("ERROR %1 in %2").arg(QString::number(number), tag);
   if (!source.isEmpty()) text += QStringLiteral(" (") + source + QLatin1Char(')');
   if (line != 0) text += QStringLiteral(" line ") + QString::number(line);
-  return text + QStringLiteral(" : ") + description;
+  return text + QStringLiteral(" : ") + Describe(failure);
 }
 
-void ErrorLog::Handle(const std::exception_ptr& failure, const QString& tag) {
+QString ErrorLog::Describe(const std::exception_ptr& failure) {
+  try {
+    std::rethrow_exception(failure);
+  } catch (const std::exception& known) {
+    return QString::fromStdString(known.what());
+  } catch (...) {
+    return QStringLiteral("unknown failure");
+  }
+}
+
+void ErrorLog::Handle(const std::exception_ptr& failure, const QString& tag, const QString& words) {
   const QString text = Compose(failure, tag);
-  prompter_.Tell({text, {}, Buttons::Ok, PromptIcon::Exclamation});
+  prompter_.Tell({words.isEmpty() ? text : words, {}, Buttons::Ok, PromptIcon::Exclamation});
   Note(text);
 }
 
@@ -207,6 +212,12 @@ void basHandleError(const QString& tag, const std::exception_ptr& failure) {
 
 void basHandleError(const QString& tag) {
   basHandleError(tag, std::current_exception());
+}
+
+void TellFailure(const QString& what, const QString& tag, const std::exception_ptr& failure) {
+  if (Installed() == nullptr) return basHandleError(tag, failure);
+  const QString words = what + QStringLiteral("\r\n") + ErrorLog::Describe(failure);
+  Installed()->Handle(failure, tag, words);
 }
 
 void NoteInLog(const QString& text) {

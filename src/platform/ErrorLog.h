@@ -49,7 +49,8 @@ class ErrorLog {
   ErrorLog(const ErrorLog&) = delete;
   ErrorLog& operator=(const ErrorLog&) = delete;
 
-  void Handle(const std::exception_ptr& failure, const QString& tag);
+  /// `words` go to the operator in place of the line for the log, where there are some.
+  void Handle(const std::exception_ptr& failure, const QString& tag, const QString& words = {});
   /// Writes a line to the log without a message: for what was put right by itself.
   void Note(const QString& text);
   /// Writes what is not on disk yet, and the counts, before it returns. For the end of the program.
@@ -57,6 +58,8 @@ class ErrorLog {
 
   /// "ERROR " number " in " tag, and what else is known of the failure.
   [[nodiscard]] static QString Compose(const std::exception_ptr& failure, const QString& tag);
+  /// What is known of the failure, in its own words.
+  [[nodiscard]] static QString Describe(const std::exception_ptr& failure);
 
  private:
   /// The file, on whatever thread.
@@ -82,6 +85,9 @@ class ErrorLog {
 /// installed ErrorLog it writes to stderr.
 void basHandleError(const QString& tag);
 void basHandleError(const QString& tag, const std::exception_ptr& failure);
+/// As basHandleError, but the operator reads `what` could not be done and why; number and tag go to the log.
+void TellFailure(const QString& what, const QString& tag,
+                 const std::exception_ptr& failure = std::current_exception());
 /// Writes a line to the installed log without a message.
 void NoteInLog(const QString& text);
 

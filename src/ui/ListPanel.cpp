@@ -1,5 +1,6 @@
 #include "ui/ListPanel.h"
 
+#include "platform/Words.h"
 #include "ui/LetterBox.h"
 #include "ui/Naming.h"
 #include "ui/PickedRows.h"
@@ -25,7 +26,7 @@ class WordFilter : public QSortFilterProxyModel {
     return RowsBeginning(*this, main_, start, value.toString());
   }
   void SetWords(const QString& line) {
-    words_ = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    words_ = FoldedText(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     invalidateFilter();
   }
 
@@ -34,7 +35,7 @@ class WordFilter : public QSortFilterProxyModel {
     return std::all_of(words_.begin(), words_.end(), [this, row, &parent](const QString& word) {
       for (int column = 0; column < sourceModel()->columnCount(parent); ++column) {
         const QString text = sourceModel()->index(row, column, parent).data().toString();
-        if (text.contains(word, Qt::CaseInsensitive)) return true;
+        if (FoldedText(text).contains(word)) return true;
       }
       return false;
     });
@@ -66,6 +67,7 @@ ListPanel::ListPanel(const Look& look, RowModelBase& model, QWidget* parent)
   if (model_.Edited()) table_.setEditTriggers(QAbstractItemView::EditKeyPressed);
   connect(&table_, &ListTable::RowActivated, this, &ListPanel::Activate);
   connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this, &ListPanel::PickedChanged);
+  connect(table_.selectionModel(), &QItemSelectionModel::currentRowChanged, this, &ListPanel::CurrentChanged);
   Count(model_);
   // It tells of rows that go while they are still there.
   if (filter_) Count(*filter_);
@@ -90,6 +92,10 @@ QLineEdit* ListPanel::AddFilter(const Look& look) {
   line->setClearButtonEnabled(true);
   line->addAction(ScalableIcon(Icon::Search), QLineEdit::LeadingPosition);
   connect(line, &QLineEdit::textChanged, this, [this](const QString& text) { filter_->SetWords(text); });
+  connect(line, &QLineEdit::returnPressed, this, [this] {
+    table_.setFocus();
+    if (filter_->rowCount() > 0) table_.selectRow(0);
+  });
   connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_F), this), &QShortcut::activated, line, [line] {
     line->setFocus();
     line->selectAll();
@@ -140,6 +146,11 @@ std::vector<int> ListPanel::Picked() const {
   for (int& row : rows) row = RowOf(row);
   std::sort(rows.begin(), rows.end());
   return rows;
+}
+
+int ListPanel::Current() const {
+  const QModelIndex current = table_.currentIndex();
+  return current.isValid() ? RowOf(current.row()) : -1;
 }
 
 bool ListPanel::AnyPicked() const {

@@ -4,24 +4,20 @@
 namespace kelvo {
 namespace {
 
-using testing::ImportOnScreen;
+using testing::OnScreen;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 
-class JinglesOnScreen : public ImportOnScreen {
+class JinglesOnScreen : public OnScreen<JingleImportWindow, JingleImport> {
  protected:
   void OpenJingles() {
-    work_.emplace(JingleImport::Services{.loop = loop_,
-                                         .prompter = prompter_,
-                                         .catalogue = catalogue_,
-                                         .paths = database_.paths,
-                                         .title = u"Kelvo"_s});
-    jingles_.emplace(loop_, *work_);
-    Show(*jingles_);
+    Open({.loop = loop_,
+          .prompter = prompter_,
+          .catalogue = catalogue_,
+          .paths = database_.paths,
+          .title = u"Kelvo"_s});
   }
-  std::optional<JingleImport> work_;
-  std::optional<JingleImportWindow> jingles_;
 };
 
 TEST_F(JinglesOnScreen, SoundsAreSearchedImportedAndDeletedByTheirButtons) {
@@ -74,7 +70,7 @@ TEST_F(JinglesOnScreen, ASearchIsStoppedAndAnImportGoesOnInAClosedWindow) {
   ASSERT_THAT(Names(), ElementsAre(u"bell.mp3"_s));
   Click(u"CmdSelectAll"_s);
   Click(u"CmdImport"_s);
-  jingles_->close();
+  shown_->close();
   Finish(*work_);
   EXPECT_TRUE(database_.Holds(Paths::Jingles, u"bell.mp3"_s));
 }

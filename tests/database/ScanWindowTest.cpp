@@ -12,7 +12,7 @@
 namespace kelvo {
 namespace {
 
-using testing::ImportOnScreen;
+using testing::OnScreen;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
@@ -20,16 +20,14 @@ using ::testing::ElementsAre;
 const QColor kYellow(0xF0, 0xC8, 0x1E);
 const QColor kRed(0xB4, 0x1E, 0x28);
 
-class ScanOnScreen : public ImportOnScreen {
+class ScanOnScreen : public OnScreen<ScanWindow, ScanImport> {
  protected:
   void OpenScan() {
-    work_.emplace(ScanImport::Services{.loop = loop_,
-                                       .prompter = prompter_,
-                                       .catalogue = catalogue_,
-                                       .paths = database_.paths,
-                                       .title = u"Kelvo 2007"_s});
-    scan_.emplace(loop_, *work_);
-    Show(*scan_);
+    Open({.loop = loop_,
+          .prompter = prompter_,
+          .catalogue = catalogue_,
+          .paths = database_.paths,
+          .title = u"Kelvo 2007"_s});
   }
   void Import() {
     Click(u"CmdImport"_s);
@@ -45,8 +43,6 @@ class ScanOnScreen : public ImportOnScreen {
     Click(u"CmdInsert"_s);
     loop_.RunFor(100ms);
   }
-  std::optional<ScanImport> work_;
-  std::optional<ScanWindow> scan_;
 };
 
 TEST_F(ScanOnScreen, WhatIsFoundIsNamedPickedAndCopied) {
@@ -174,9 +170,9 @@ TEST_F(ScanOnScreen, AnImportGoesOnInAClosedWindowAndEndsAtItsStop) {
   QMimeData folders;
   folders.setUrls({QUrl::fromLocalFile(database_.tree.Path(u"drive"_s))});
   QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &folders, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(&*scan_, &enter);
+  QApplication::sendEvent(&*shown_, &enter);
   QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &folders, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(&*scan_, &drop);
+  QApplication::sendEvent(&*shown_, &drop);
   EXPECT_TRUE(work_->Searching());
   Click(u"CmdSearch"_s);
   EXPECT_EQ(work_->Words(), u"Cancelling..Please wait"_s);
@@ -191,10 +187,10 @@ TEST_F(ScanOnScreen, AnImportGoesOnInAClosedWindowAndEndsAtItsStop) {
   ASSERT_TRUE(work_->Importing());
   EXPECT_FALSE(Enabled(u"CmdClear"_s));
   EXPECT_FALSE(Find<QCheckBox>(u"ChkDeleteSources"_s).isEnabled());
-  scan_->close();
+  shown_->close();
   Finish(*work_);
   EXPECT_TRUE(IsStaged(u"Ann - Day 0"_s));
-  scan_->show();
+  shown_->show();
   List().selectAll();
   Click(u"CmdImport"_s);
   Click(u"CmdSearch"_s);

@@ -12,7 +12,7 @@
 namespace kelvo {
 namespace {
 
-using testing::ImportOnScreen;
+using testing::OnScreen;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
@@ -29,22 +29,17 @@ class HeardAudio : public ClockAudio {
   MediaPlayer* player = nullptr;
 };
 
-class UtilityOnScreen : public ImportOnScreen {
+class UtilityOnScreen : public OnScreen<UtilityWindow, UtilityFolder> {
  protected:
   void OpenUtility() {
-    utility_.reset();
-    folder_.emplace(UtilityFolder::Services{.loop = loop_,
-                                            .settings = {settings_, u"Kelvo"_s},
-                                            .audio = heard_,
-                                            .catalogue = catalogue_,
-                                            .paths = database_.paths});
-    utility_.emplace(*folder_);
-    Show(*utility_);
+    Open({.loop = loop_,
+          .settings = {settings_, u"Kelvo"_s},
+          .audio = heard_,
+          .catalogue = catalogue_,
+          .paths = database_.paths});
   }
   QString Playing() { return Find<QLabel>(u"LblPlaying"_s).text(); }
   HeardAudio heard_{loop_};
-  std::optional<UtilityFolder> folder_;
-  std::optional<UtilityWindow> utility_;
 };
 
 TEST_F(UtilityOnScreen, TheFilesThatWaitAreListedAndHeard) {
@@ -54,7 +49,7 @@ TEST_F(UtilityOnScreen, TheFilesThatWaitAreListedAndHeard) {
   EXPECT_FALSE(Enabled(u"CmdStop"_s));
   database_.Add(Paths::Utility, u"Amber/Way#2005-Dec# #.mp3"_s);
   database_.Add(Paths::Utility, u"Zulu/plain.wav"_s);
-  QTest::keyClick(&*utility_, Qt::Key_F5);
+  QTest::keyClick(&*shown_, Qt::Key_F5);
   loop_.RunFor(100ms);
   EXPECT_THAT(Names(), ElementsAre(u"Way.mp3"_s, u"plain.wav"_s));
   EXPECT_EQ(Cell(0, 1), u"Amber"_s);
@@ -72,7 +67,7 @@ TEST_F(UtilityOnScreen, TheFilesThatWaitAreListedAndHeard) {
   QTest::keyClick(&List(), Qt::Key_Return);
   loop_.RunFor(100ms);
   EXPECT_EQ(Playing(), u"Currently Playing Sample Way.mp3"_s);
-  utility_->close();
+  shown_->close();
   EXPECT_NE(heard_.player->State(), PlayState::Playing) << "nobody sees what would sound";
 }
 
@@ -101,24 +96,20 @@ TEST_F(UtilityOnScreen, AFileThatCannotBePlayedIsTold) {
   EXPECT_FALSE(Enabled(u"CmdStop"_s));
 }
 
-class TransferOnScreen : public ImportOnScreen {
+class TransferOnScreen : public OnScreen<TransferWindow, Transfer> {
  protected:
   void OpenTransfer() {
-    work_.emplace(Transfer::Services{.loop = loop_,
-                                     .prompter = prompter_,
-                                     .audio = audio_,
-                                     .catalogue = catalogue_,
-                                     .paths = database_.paths,
-                                     .settings = {settings_, u"Kelvo"_s}});
-    transfer_.emplace(loop_, *work_);
-    Show(*transfer_);
+    Open({.loop = loop_,
+          .prompter = prompter_,
+          .audio = audio_,
+          .catalogue = catalogue_,
+          .paths = database_.paths,
+          .settings = {settings_, u"Kelvo"_s}});
     loop_.RunFor(1s);
   }
   QString Stage(const QString& title) {
     return database_.Add(Paths::Utility, u"Amber/"_s + title + u"#2005-Dec#Best#.mp3"_s);
   }
-  std::optional<Transfer> work_;
-  std::optional<TransferWindow> transfer_;
 };
 
 TEST_F(TransferOnScreen, FilesAreSelectedEditedAndDeletedByTheirButtons) {
@@ -127,7 +118,7 @@ TEST_F(TransferOnScreen, FilesAreSelectedEditedAndDeletedByTheirButtons) {
   EXPECT_FALSE(Enabled(u"CmdSelectAll"_s));
   const QString first = Stage(u"Amber - One"_s);
   const QString second = Stage(u"Amber - Two"_s);
-  QTest::keyClick(&*transfer_, Qt::Key_F5);
+  QTest::keyClick(&*shown_, Qt::Key_F5);
   loop_.RunFor(1s);
   ASSERT_EQ(List().model()->rowCount(), 2);
   Click(u"CmdSelectAll"_s);
@@ -202,7 +193,7 @@ TEST_F(TransferOnScreen, AStopLeavesWhatIsNotMovedAndARunGoesOnInAClosedWindow) 
   List().selectAll();
   prompter_.answers = {Answer::Yes};
   Click(u"CmdMove"_s);
-  transfer_->close();
+  shown_->close();
   loop_.RunFor(10s);
   EXPECT_EQ(catalogue_.LastTrack(), 6);
   EXPECT_EQ(List().model()->rowCount(), 0);

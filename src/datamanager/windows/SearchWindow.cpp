@@ -86,6 +86,9 @@ QLineEdit* SearchWindow::AddBox(const QString& name, const QString& fixedName, c
   SetNames(*box, name, fixedName);
   box->setToolTip(hint);
   connect(box, &QLineEdit::returnPressed, this, [this] { Search(); });
+  connect(box, &QLineEdit::textChanged, this, [this] {
+    if (NothingAsked()) search_.Clear();
+  });
   return box;
 }
 
@@ -191,6 +194,11 @@ void SearchWindow::TakeKeys() {
 
 void SearchWindow::Refresh() {
   if (!search_.Running()) Search();
+}
+
+bool SearchWindow::NothingAsked() const {
+  return text_->text().isEmpty() && date_->text().isEmpty() && hiPos_->text().isEmpty() &&
+         bpm_->text().isEmpty();
 }
 
 void SearchWindow::Search() {

@@ -41,6 +41,7 @@ class SearchWindow : public ToolWindow {
   [[nodiscard]] QHBoxLayout* WholeLine();
   [[nodiscard]] QRadioButton* AddOption(const QString& name, const QString& fixedName, const QString& text);
   [[nodiscard]] QLineEdit* AddBox(const QString& name, const QString& fixedName, const QString& hint);
+  [[nodiscard]] bool NothingAsked() const;
   void Search();
   void ShowState();
   void ShowPicked();
