@@ -135,7 +135,7 @@ Job<> JingleImport::RunImport(std::vector<JingleRow> picked) {
   closing.text = Summary(sum);
   closing.icon = PromptIcon::Information;
   services_.prompter.Tell(closing);
-  End(tr("%1 Files Were Imported Successfully !").arg(sum.Count(FileOutcome::Done)));
+  End(Counted(sum.Count(FileOutcome::Done), tr("file imported"), tr("files imported")));
 }
 
 Job<FileOutcome> JingleImport::ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> standing) {

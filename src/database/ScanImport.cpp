@@ -193,7 +193,9 @@ Job<> ScanImport::RunImport(std::vector<int> rows) {
       };
       work.step = [this, &batch](std::size_t file) { return CopyRow(batch.rows[file], batch); };
       work.after = [this, &batch](std::size_t file, FileOutcome outcome, const QString&) {
-        MarkRow(batch.rows[file], outcome);
+        const int row = batch.rows[file];
+        MarkRow(row, outcome);
+        if (outcome == FileOutcome::Done && !rows_.Row(row).trouble.isEmpty()) ++batch.unplayable;
       };
       sum = co_await run_.Run(std::move(work));
     }
@@ -211,7 +213,8 @@ Job<> ScanImport::RunImport(std::vector<int> rows) {
     closing.icon = PromptIcon::Information;
     services_.prompter.Tell(closing);
   }
-  run_.Show(asked ? tr("%1 Tracks Copied Successfully").arg(sum.Count(FileOutcome::Done)) : QString());
+  run_.Show(asked ? Counted(sum.Count(FileOutcome::Done), tr("track copied"), tr("tracks copied"))
+                  : QString());
 }
 
 Job<FileOutcome> ScanImport::CopyRow(int row, Batch& batch) {
@@ -294,6 +297,7 @@ Job<> ScanImport::TellNoRoom() {
 QString ScanImport::Summary(const FileSum& sum, const Batch& batch) const {
   QStringList lines{QString::number(sum.Count(FileOutcome::Done)) +
                     QStringLiteral(" Tracks Copied Successfully")};
+  AddCount(lines, batch.unplayable, QStringLiteral(" Of Them Cannot Be Played (See Their Rows)"));
   AddCount(lines, sum.Count(FileOutcome::InDatabase),
            QStringLiteral(" Track/s Were Not Copied, Which Already Existed In The Main Data Base "
                           "(Highlighted In Yellow)") +

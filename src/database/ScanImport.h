@@ -77,6 +77,7 @@ class ScanImport : public QObject {
     std::shared_ptr<StandingNames> standing;
     bool deletes = false;
     int sourcesKept = 0;    ///< could not or must not be deleted
+    int unplayable = 0;     ///< were copied all the same
     std::vector<int> gone;  ///< rows whose source was deleted
   };
 

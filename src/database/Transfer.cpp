@@ -220,7 +220,9 @@ Job<> Transfer::MoveAll(const std::vector<int>& ids) {
     full.icon = PromptIcon::Exclamation;
     co_await services_.prompter.Ask(full);
   }
-  run_.Show(QStringLiteral("%1 Of %2 Files Moved").arg(sum.Count(FileOutcome::Done)).arg(ids.size()));
+  run_.Show(QString::number(sum.Count(FileOutcome::Done)) + QStringLiteral(" Of ") +
+            Counted(static_cast<qint64>(ids.size()), QStringLiteral("File"), QStringLiteral("Files")) +
+            QStringLiteral(" Moved"));
   // The names of a large database take their time to be freed.
   const auto forget = [names = std::exchange(names_, nullptr)] { *names = DatabaseNames(); };
   co_await services_.loop.Offload(EventLoop::Lane::Apart, forget);

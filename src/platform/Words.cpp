@@ -204,7 +204,8 @@ QString Counted(qint64 number, const QString& one, const QString& many) {
 
 QString FoldedText(const QString& text) {
   QString folded;
-  const QString parts = text.normalized(QString::NormalizationForm_KD).toCaseFolded();
+  // By way of the capitals: a sharp s is two letters only there.
+  const QString parts = text.normalized(QString::NormalizationForm_KD).toUpper().toCaseFolded();
   folded.reserve(parts.size());
   for (const QChar letter : parts) {
     if (!letter.isMark()) folded.append(letter);

@@ -235,8 +235,8 @@ TEST_F(ScanImportTest, TheSeparatorCanBeChanged) {
 }
 
 TEST_F(ScanImportTest, TracksAreStagedUnderTheirNamesAndTheSumIsTold) {
-  AddSource(u"one.mp3"_s, "first");
-  AddSource(u"two.WAV"_s, QByteArray(10240, 'w'));
+  AddSource(u"one.mp3"_s);
+  AddSource(u"two.WAV"_s, SoundBytes().repeated(7));
   AddSource(u"short.wav"_s, QByteArray(10239, 'w'));
   Search();
   Name(0, u"Abba"_s, u"Abba - SOS"_s);
@@ -245,7 +245,7 @@ TEST_F(ScanImportTest, TracksAreStagedUnderTheirNamesAndTheSumIsTold) {
   Import(All());
   EXPECT_THAT(Staged(), UnorderedElementsAre(u"Abba/Abba - SOS#2007-xxx# #.mp3"_s,
                                              u"Unknown/Abba - Waterloo#2007-xxx# #.WAV"_s));
-  EXPECT_EQ(database_.tree.Read(u"Kelvo2007_Utility/Abba/Abba - SOS#2007-xxx# #.mp3"_s), "first");
+  EXPECT_EQ(database_.tree.Read(u"Kelvo2007_Utility/Abba/Abba - SOS#2007-xxx# #.mp3"_s), SoundBytes());
   EXPECT_EQ(
       Sum(),
       u"2 Tracks Copied Successfully\r\n1 Track/s Not Copied Which Are Gone, Unreadable Or Too Small"_s);
@@ -318,7 +318,7 @@ TEST_F(ScanImportTest, SourcesAreDeletedOnlyWhenConfirmedAndOnlyAfterTheirCopy) 
   const QString first = AddSource(u"Abba - a.mp3"_s);
   const QString second = AddSource(u"Abba - b.mp3"_s);
   database_.Add(Paths::Music, u"Abba - B.mp3"_s);
-  const QString own = database_.Add(Paths::Music, u"Own - Track.mp3"_s);
+  const QString own = database_.Add(Paths::Music, u"Own - Track.mp3"_s, SoundBytes());
   prompter_.answers = {Answer::Cancel, Answer::Ok, Answer::No, Answer::Yes, Answer::Yes};
   scan_->SetDeletesSources(true);
   EXPECT_FALSE(scan_->DeletesSources());

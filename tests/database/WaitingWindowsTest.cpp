@@ -4,6 +4,7 @@
 #include "database/windows/TransferWindow.h"
 #include "database/windows/UtilityWindow.h"
 #include "ui/Fader.h"
+#include "ui/ProgressStrip.h"
 
 #include <QFile>
 #include <QLabel>
@@ -91,7 +92,9 @@ TEST_F(UtilityOnScreen, AFileThatCannotBePlayedIsTold) {
   List().selectRow(0);
   Click(u"CmdPlay"_s);
   loop_.RunFor(1s);
-  EXPECT_EQ(prompter_.asked.size(), 1U);
+  ASSERT_EQ(prompter_.asked.size(), 1U);
+  EXPECT_TRUE(prompter_.asked[0].text.startsWith(u"broken.mp3 cannot be played.\r\n"_s))
+      << prompter_.asked[0].text.toStdString();
   EXPECT_EQ(Playing(), QString());
   EXPECT_FALSE(Enabled(u"CmdStop"_s));
 }
@@ -151,8 +154,11 @@ TEST_F(TransferOnScreen, FilesAreSelectedEditedAndDeletedByTheirButtons) {
   prompter_.answers = {Answer::Yes};
   Click(u"CmdDelete"_s);
   loop_.RunFor(1s);
-  EXPECT_EQ(prompter_.Told().last(),
-            u"This Action Will Delete All Selected Files in The List !\r\nContinue With Delete ?"_s);
+  EXPECT_EQ(
+      prompter_.Told().last(),
+      u"This Action Will Delete All Selected Files in The List !\r\nContinue With Delete ?\r\n\r\n1 file is "
+      "selected."_s);
+  EXPECT_TRUE(Find<QLabel>(u"LblTransfer"_s).text().startsWith(u"1 File Deleted"_s));
   EXPECT_FALSE(QFile::exists(oneIsFirst ? first : second));
   EXPECT_TRUE(QFile::exists(oneIsFirst ? second : first));
   EXPECT_EQ(List().model()->rowCount(), 1);
@@ -175,6 +181,35 @@ TEST_F(TransferOnScreen, AFileThatIsNoMusicStaysAndIsToldOf) {
   EXPECT_TRUE(QFile::exists(broken));
   EXPECT_FALSE(QFile::exists(good));
   EXPECT_TRUE(database_.Holds(Paths::Music, u"Amber - Good.mp3"_s));
+  EXPECT_EQ(catalogue_.LastTrack(), 1);
+}
+
+TEST_F(TransferOnScreen, WhatTheFilterShowsIsWhatIsMovedAndDeleted) {
+  const QString one = Stage(u"Amber - \u00C9t\u00E9"_s);
+  const QString two = Stage(u"Amber - Two"_s);
+  OpenTransfer();
+  QTest::keyClick(&*shown_, Qt::Key_F, Qt::ControlModifier);
+  auto& filter = Find<QLineEdit>(u"TxtFilter"_s);
+  ASSERT_TRUE(filter.hasFocus());
+  QTest::keyClicks(&filter, u"two"_s);
+  QTest::keyClick(&filter, Qt::Key_Return);
+  ASSERT_TRUE(List().hasFocus());
+  EXPECT_THAT(Names(), ElementsAre(u"Amber - Two.mp3"_s));
+  EXPECT_TRUE(Find<QLabel>(u"LblTransfer"_s).text().startsWith(u"It cannot be moved: "_s))
+      << "it is no music";
+  prompter_.answers = {Answer::Yes};
+  Click(u"CmdDelete"_s);
+  EXPECT_FALSE(Find<ProgressStrip>(u"PrgFile"_s).isVisible()) << "nothing is copied";
+  loop_.RunFor(1s);
+  EXPECT_FALSE(QFile::exists(two));
+  filter.setText(u"ete"_s);
+  EXPECT_EQ(Names().size(), 1) << "typed without accents";
+  Click(u"CmdSelectAll"_s);
+  prompter_.answers = {Answer::Yes};
+  Click(u"CmdMove"_s);
+  EXPECT_TRUE(Find<ProgressStrip>(u"PrgFile"_s).isVisible());
+  loop_.RunFor(5s);
+  EXPECT_FALSE(QFile::exists(one));
   EXPECT_EQ(catalogue_.LastTrack(), 1);
 }
 

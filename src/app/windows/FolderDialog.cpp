@@ -45,6 +45,7 @@ FolderDialog::FolderDialog(EventLoop& loop, const QString& start, QWidget* paren
   newName_->setObjectName(QStringLiteral("NewName"));
   newName_->setPlaceholderText(tr("Name of a new folder"));
   newName_->setAccessibleName(tr("Name of a new folder"));
+  trouble_->setObjectName(QStringLiteral("LblTrouble"));
   trouble_->setWordWrap(true);
   trouble_->setStyleSheet(QStringLiteral("color: ") + Theme::Palette().amber.name());
   QPushButton* up = AddButton(QStringLiteral("Up"), tr("&Up"), tr("To the folder above"));

@@ -191,15 +191,15 @@ void TransferWindow::ShowProgress() {
 void TransferWindow::ShowWords() {
   const int row = files_.Current();
   const bool known = row >= 0 && row < transfer_.Rows().Store().Count();
-  const QString trouble = known ? transfer_.Rows().Store()[row].trouble : QString();
-  const QString words = transfer_.Progress().words;
-  if (!transfer_.Busy() && !trouble.isEmpty()) {
-    words_->setText(tr("It cannot be moved: %1").arg(trouble));
-  } else if (words.isEmpty() && model_.rowCount() > 0) {
-    words_->setText(tr("F2, Return or a double click edits artist, album, category and date."));
-  } else {
-    words_->setText(words);
+  QStringList words{transfer_.Progress().words};
+  if (known && !transfer_.Busy()) {
+    const QString& trouble = transfer_.Rows().Store()[row].trouble;
+    if (!trouble.isEmpty()) words.append(tr("It cannot be moved: %1").arg(trouble));
   }
+  words.removeAll(QString());
+  if (words.isEmpty() && !transfer_.Busy() && model_.rowCount() > 0)
+    words.append(tr("F2, Return or a double click edits artist, album, category and date."));
+  words_->setText(words.join(QStringLiteral("   ")));
 }
 
 }  // namespace kelvo
