@@ -132,7 +132,7 @@ Job<> JingleImport::RunImport(std::vector<JingleRow> picked) {
     closing.text = QStringLiteral("Insufficient Disc space !");
     services_.prompter.Tell(closing);
   }
-  closing.text = Summary(sum);
+  closing.text = Summary(sum, picked);
   closing.icon = PromptIcon::Information;
   services_.prompter.Tell(closing);
   End(Counted(sum.Count(FileOutcome::Done), tr("file imported"), tr("files imported")));
@@ -154,9 +154,14 @@ Job<FileOutcome> JingleImport::ImportOne(JingleRow row, std::shared_ptr<QSet<QSt
   co_return outcome;
 }
 
-QString JingleImport::Summary(const FileSum& sum) {
+QString JingleImport::Summary(const FileSum& sum, const std::vector<JingleRow>& picked) {
   QStringList lines{QString::number(sum.Count(FileOutcome::Done)) +
                     QStringLiteral(" Files Were Imported Successfully !")};
+  int unplayable = 0;
+  for (std::size_t file = 0; file < sum.outcomes.size(); ++file) {
+    if (sum.outcomes[file] == FileOutcome::Done && !picked[file].trouble.isEmpty()) ++unplayable;
+  }
+  AddCount(lines, unplayable, QStringLiteral(" Of Them Cannot Be Played (See Their Rows)"));
   AddCount(lines, sum.Count(FileOutcome::Existed),
            QStringLiteral(" File/s Already Existed And were not Imported!"));
   AddCount(lines, sum.Count(FileOutcome::Unfit),

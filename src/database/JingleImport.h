@@ -82,7 +82,7 @@ class JingleImport : public QObject {
   void Begin();
   void End(const QString& words);
   [[nodiscard]] std::vector<JingleRow> Picked(const std::vector<int>& rows) const;
-  [[nodiscard]] static QString Summary(const FileSum& sum);
+  [[nodiscard]] static QString Summary(const FileSum& sum, const std::vector<JingleRow>& picked);
 
   Services services_;
   DriveList drives_;

@@ -16,6 +16,22 @@
 
 namespace kelvo {
 
+namespace {
+
+/// Shows the end of what is too long.
+class EndDelegate : public TabularDelegate {
+ public:
+  using TabularDelegate::TabularDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    TabularDelegate::initStyleOption(option, index);
+    option->textElideMode = Qt::ElideLeft;
+  }
+};
+
+}  // namespace
+
 /// Shows the rows that hold all words of a line.
 class WordFilter : public QSortFilterProxyModel {
  public:
@@ -120,6 +136,7 @@ void ListPanel::ShowColumns() {
   std::vector<std::pair<int, ListTable::OptionalColumn>> others;
   for (int column = 0; column < model_.columnCount(); ++column) {
     const ColumnLook& look = model_.Look(column);
+    if (look.path) table_.setItemDelegateForColumn(column, new EndDelegate(this));
     if (column != model_.MainColumn()) others.push_back({look.rank, {column, look.letters}});
   }
   std::stable_sort(others.begin(), others.end(),

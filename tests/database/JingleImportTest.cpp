@@ -63,6 +63,7 @@ TEST_F(JingleImportTest, CopiesWhatIsNewAndLargeEnoughAndTellsTheSum) {
   Finish();
   EXPECT_THAT(prompter_.Told(),
               ElementsAre(u"2 Files Were Imported Successfully !\r\n"
+                          "2 Of Them Cannot Be Played (See Their Rows)\r\n"
                           "1 File/s Already Existed And were not Imported!\r\n"
                           "1 File/s Were Too Small(less than 10kbytes )And were Not Imported!"_s));
   EXPECT_TRUE(database_.Holds(Paths::Jingles, u"b horn.mp3"_s));

@@ -21,7 +21,7 @@ JingleImportWindow::JingleImportWindow(EventLoop& loop, JingleImport& jingles)
       model_(jingles.Rows(),
              {{{.head = tr("File"), .letters = 24}, &JingleRow::name},
               {{.head = tr("Size (MB)"), .letters = 12, .rank = 1, .number = true}, &JingleRow::SizeText},
-              {{.head = tr("Path"), .letters = 44, .rank = 2}, &JingleRow::path}}),
+              {{.head = tr("Path"), .letters = 44, .rank = 2, .path = true}, &JingleRow::path}}),
       sounds_({.name = QStringLiteral("LstSounds"),
                .fixedName = QStringLiteral("Lstjing"),
                .group = Group::Bites,

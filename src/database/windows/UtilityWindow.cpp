@@ -18,7 +18,7 @@ UtilityWindow::UtilityWindow(UtilityFolder& folder)
       model_(folder.Rows(),
              {{{.head = QStringLiteral("File Name"), .letters = 26}, &WaitingFile::fileName},
               {{.head = QStringLiteral("Artist"), .letters = 22, .rank = 1}, &WaitingFile::artist},
-              {{.head = QStringLiteral("Path"), .letters = 46, .rank = 2}, &WaitingFile::path}}),
+              {{.head = QStringLiteral("Path"), .letters = 46, .rank = 2, .path = true}, &WaitingFile::path}}),
       files_({.name = QStringLiteral("LstWaiting"),
               .title = QStringLiteral("UTILITY FOLDER"),
               .accessible = tr("Files in the utility folder"),

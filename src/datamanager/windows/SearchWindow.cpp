@@ -121,7 +121,10 @@ void SearchWindow::BuildQuestion() {
   SetNames(*titleFirst_, QStringLiteral("ChkTitleFirst"), QStringLiteral("Check1"));
   titleFirst_->setToolTip(tr("Shows the results of the next search by title"));
   QVBoxLayout* match = OptionColumn(tr("Match"), {anyPart_, wholeString_});
+  match->addSpacing(fontMetrics().height() / 2);
   match->addWidget(titleFirst_);
+  match->addStretch(1);
+  question_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   auto* parts = new QHBoxLayout(question_);
   parts->setContentsMargins(0, 0, 0, 0);
   parts->setSpacing(fontMetrics().height() * 2);
@@ -132,7 +135,7 @@ void SearchWindow::BuildQuestion() {
 
 QVBoxLayout* SearchWindow::OptionColumn(const QString& words, const QList<QRadioButton*>& options) {
   auto* column = new QVBoxLayout;
-  column->setAlignment(Qt::AlignTop);
+  column->setSpacing(2);
   column->addWidget(new QLabel(words, question_));
   auto* group = new QButtonGroup(question_);
   for (QRadioButton* option : options) {
