@@ -85,7 +85,8 @@ QStringList SeedFolders(const Paths& paths) {
 QString WhyNotOn(const Paths& paths) {
   for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) {
     const QString why = WhyNotOn(paths(slot));
-    if (!why.isEmpty()) return why;
+    if (!why.isEmpty())
+      return QStringLiteral("The folder %1 cannot be made.\r\n%2").arg(Paths::FolderName(slot), why);
   }
   return {};
 }

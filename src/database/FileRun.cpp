@@ -2,6 +2,7 @@
 
 #include "database/TrackNames.h"
 #include "platform/ErrorLog.h"
+#include "platform/SystemFacts.h"
 #include "platform/Words.h"
 
 #include <QFileInfo>
@@ -167,6 +168,14 @@ Prompt TroubleMessage(const QString& head, const QStringList& troubles) {
   message.text = (QStringList{head} + FirstOf(troubles)).join(QStringLiteral("\r\n"));
   message.icon = PromptIcon::Exclamation;
   return message;
+}
+
+Job<QString> RoomWords(EventLoop& loop, QString folder) {
+  const auto look = [folder] { return FreeBytes(folder); };
+  const std::int64_t free = co_await loop.Offload(EventLoop::Lane::Apart, look);
+  const auto megabytes = [](std::int64_t bytes) { return static_cast<double>(bytes) / 1048576; };
+  co_return QStringLiteral("Free Disc Space : ") + Format000(megabytes(free)) + QStringLiteral(" MB (") +
+      Format000(megabytes(kSpareBytes)) + QStringLiteral(" MB must stay free)");
 }
 
 void AddCount(QStringList& lines, int number, const QString& words) {

@@ -123,6 +123,8 @@ class FileRun {
 [[nodiscard]] Prompt TroubleMessage(const QString& head, const QStringList& troubles);
 /// The lines of that alone.
 [[nodiscard]] QStringList FirstOf(QStringList troubles);
+/// The room where `folder` is: "Free Disc Space : ...", and how much of it is not for files.
+[[nodiscard]] Job<QString> RoomWords(EventLoop& loop, QString folder);
 /// Adds a line of a sum, the number and the words, unless the number is 0.
 void AddCount(QStringList& lines, int number, const QString& words);
 /// Megabytes, "0.0000".

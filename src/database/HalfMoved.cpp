@@ -33,7 +33,9 @@ HalfMoved HalfMoved::Read(const QString& utilityFolder) {
   }
   for (auto move = moves.constBegin(); move != moves.constEnd(); ++move) {
     const QJsonArray facts = move.value().toArray();
-    if (QFileInfo::exists(move.key())) half.Add(move.key(), {facts[0].toString(), facts[1].toBool()});
+    const QString fileName = facts[0].toString();
+    if (fileName.contains(QLatin1Char('/')) || !QFileInfo::exists(move.key())) continue;
+    half.Add(move.key(), {fileName, facts[1].toBool()});
   }
   return half;
 }

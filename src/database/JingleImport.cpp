@@ -129,7 +129,8 @@ Job<> JingleImport::RunImport(std::vector<JingleRow> picked) {
   Prompt closing;
   closing.icon = PromptIcon::Exclamation;
   if (sum.EndedBy(FileOutcome::NoRoom)) {
-    closing.text = QStringLiteral("Insufficient Disc space !");
+    const QString room = co_await RoomWords(services_.loop, services_.paths(Paths::Jingles));
+    closing.text = QStringLiteral("Insufficient Disc space !") + kNewLine + room;
     services_.prompter.Tell(closing);
   }
   closing.text = Summary(sum, picked);

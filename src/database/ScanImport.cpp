@@ -4,7 +4,6 @@
 #include "database/StandingNames.h"
 #include "database/TrackNames.h"
 #include "platform/ErrorLog.h"
-#include "platform/SystemFacts.h"
 #include "platform/Words.h"
 
 #include <QDir>
@@ -284,12 +283,10 @@ Job<> ScanImport::DeleteSource(int row, QString copy, Batch& batch) {
 
 Job<> ScanImport::TellNoRoom() {
   const QString utility = services_.paths(Paths::Utility);
-  const auto look = [utility] { return FreeBytes(utility); };
-  const std::int64_t free = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
+  const QString room = co_await RoomWords(services_.loop, utility);
   Prompt trouble;
-  trouble.text = QStringLiteral("Cannot Continue...Not Enough Free Disc Space on Drive ") + utility +
-                 kNewLine + QStringLiteral("Free Disc Space : ") +
-                 Format000(static_cast<double>(free) / 1048576) + QStringLiteral(" MB");
+  trouble.text =
+      QStringLiteral("Cannot Continue...Not Enough Free Disc Space on Drive ") + utility + kNewLine + room;
   trouble.icon = PromptIcon::Critical;
   services_.prompter.Tell(trouble);
 }

@@ -30,24 +30,6 @@ void RemoveFile(const QString& path) {
   throw Failure(QStringLiteral("Cannot delete %1 : %2").arg(path, file.errorString()), 0, path);
 }
 
-/// `fileName` is the name that is taken, by `standing`; `free` one that is not.
-Prompt DuplicationQuestion(const QString& fileName, const QString& standing, const QString& free) {
-  Prompt question;
-  question.text =
-      QStringLiteral("The File ") + fileName + QStringLiteral(" Already Exists On The Data Base ! ") +
-      kLineBreak + QStringLiteral("Do You Wish To Replace the Existing Track ") + kLineBreak +
-      QStringLiteral("Click CANCEL To Cancel The Move and Proceed to the Next Track In the List (If Any)") +
-      kLineBreak + kLineBreak +
-      QStringLiteral("Yes: the waiting file takes the place of \"%1\", whose sound is lost.").arg(standing) +
-      kLineBreak + QStringLiteral("No: both stay; the waiting file comes in as \"%1\".").arg(free) +
-      kLineBreak +
-      QStringLiteral("Cancel: \"%1\" stays as it is; the file waits on in this list.").arg(standing);
-  question.title = QStringLiteral("File Duplication");
-  question.buttons = Buttons::YesNoCancel;
-  question.icon = PromptIcon::Question;
-  return question;
-}
-
 }  // namespace
 
 Transfer::Transfer(Services services)
@@ -215,8 +197,11 @@ Job<> Transfer::MoveAll(const std::vector<int>& ids) {
     services_.prompter.Tell(TroubleMessage(head, sum.troubles));
   }
   if (sum.EndedBy(FileOutcome::NoRoom)) {
+    const QString music = services_.paths(Paths::Music);
+    const QString room = co_await RoomWords(services_.loop, music);
     Prompt full;
-    full.text = QStringLiteral("Cannot Continue...Free Disc Space Is Seriously low!");
+    full.text = QStringLiteral("Cannot Continue...Free Disc Space Is Seriously low!") + kLineBreak +
+                kLineBreak + music + kLineBreak + room;
     full.icon = PromptIcon::Exclamation;
     co_await services_.prompter.Ask(full);
   }

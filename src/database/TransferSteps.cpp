@@ -11,6 +11,8 @@
 namespace kelvo {
 namespace {
 
+const QString kLineBreak = QStringLiteral("\r\n");
+
 /// The line that has this base item and, unless it is empty, this name.
 ReferenceLine OneReference(const QString& base, const QString& name) {
   return {base, name.isEmpty() ? QStringList() : QStringList(name)};
@@ -95,6 +97,23 @@ QString MusicFileName(const QString& trackName) {
   }
   if (name.startsWith(QLatin1Char('.'))) name.prepend(QLatin1Char('_'));
   return FittingName(BaseName(name), ExtensionOf(name));
+}
+
+Prompt DuplicationQuestion(const QString& fileName, const QString& standing, const QString& free) {
+  Prompt question;
+  question.text =
+      QStringLiteral("The File ") + fileName + QStringLiteral(" Already Exists On The Data Base ! ") +
+      kLineBreak + QStringLiteral("Do You Wish To Replace the Existing Track ") + kLineBreak +
+      QStringLiteral("Click CANCEL To Cancel The Move and Proceed to the Next Track In the List (If Any)") +
+      kLineBreak + kLineBreak +
+      QStringLiteral("Yes: the waiting file takes the place of \"%1\", whose sound is lost.").arg(standing) +
+      kLineBreak + QStringLiteral("No: both stay; the waiting file comes in as \"%1\".").arg(free) +
+      kLineBreak +
+      QStringLiteral("Cancel: \"%1\" stays as it is; the file waits on in this list.").arg(standing);
+  question.title = QStringLiteral("File Duplication");
+  question.buttons = Buttons::YesNoCancel;
+  question.icon = PromptIcon::Question;
+  return question;
 }
 
 TrackInfo NewTrackInfo(const TransferRow& row, double durationSeconds, const TrackDefaults& defaults,

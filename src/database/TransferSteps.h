@@ -4,6 +4,7 @@
 #include "database/Paths.h"
 #include "database/TrackInfo.h"
 #include "database/TransferRows.h"
+#include "platform/Prompter.h"
 
 #include <QHash>
 #include <QSet>
@@ -39,6 +40,11 @@ class DatabaseNames {
 /// The name that a waiting file gets in the music folder: in proper case, with nothing that hides it, breaks
 /// a line or is too long.
 [[nodiscard]] QString MusicFileName(const QString& trackName);
+
+/// Asks what is to be done with a file whose name in the music folder, `fileName`, is taken by `standing`;
+/// `free` is a name that is not. Yes replaces, No stores under the free name, Cancel leaves out.
+[[nodiscard]] Prompt DuplicationQuestion(const QString& fileName, const QString& standing,
+                                         const QString& free);
 
 /// What a track info file made from the row says.
 [[nodiscard]] TrackInfo NewTrackInfo(const TransferRow& row, double durationSeconds,

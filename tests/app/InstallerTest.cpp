@@ -290,6 +290,8 @@ TEST_F(InstallerTest, ARefusedNameOfANewFolderStaysToBeMended) {
   dialog.show();
   loop_.RunFor(std::chrono::milliseconds(10));
   auto& name = *dialog.findChild<QLineEdit*>(u"NewName"_s);
+  QTest::mouseClick(dialog.findChild<QPushButton*>(u"NewFolder"_s), Qt::LeftButton);
+  EXPECT_EQ(dialog.focusWidget(), &name) << "it wants a name first";
   const auto make = [&](const QString& text) {
     name.setText(text);
     QTest::keyClick(&name, Qt::Key_Return);

@@ -276,7 +276,10 @@ TEST_F(TransferTest, AFullDiskEndsTheRun) {
   };
   MoveAll({Answer::Yes, Answer::Ok});
   EXPECT_EQ(asked, 1);
-  EXPECT_EQ(prompter_.asked.back().text, u"Cannot Continue...Free Disc Space Is Seriously low!"_s);
+  const QString told = prompter_.asked.back().text;
+  EXPECT_TRUE(told.startsWith(u"Cannot Continue...Free Disc Space Is Seriously low!\r\n\r\n"_s +
+                              database_.paths(Paths::Music) + u"\r\nFree Disc Space : "_s))
+      << told.toStdString();
   EXPECT_EQ(Ids().size(), 2U);
 }
 

@@ -88,7 +88,8 @@ FolderDialog::FolderDialog(EventLoop& loop, const QString& start, QWidget* paren
   connect(up, &QPushButton::clicked, this, [this] { chooser_.Up(); });
   connect(folders_, &QListWidget::itemDoubleClicked, this, [this] { EnterCurrent(); });
   const auto makeFolder = [this] {
-    making_ = true;
+    making_ = !newName_->text().trimmed().isEmpty();
+    if (!making_) newName_->setFocus();
     chooser_.MakeFolder(newName_->text());
   };
   connect(make, &QPushButton::clicked, this, makeFolder);

@@ -120,6 +120,8 @@ void SearchWindow::BuildQuestion() {
   titleFirst_ = new QCheckBox(QStringLiteral("Display By Track Title - Artist"), question_);
   SetNames(*titleFirst_, QStringLiteral("ChkTitleFirst"), QStringLiteral("Check1"));
   titleFirst_->setToolTip(tr("Shows the results of the next search by title"));
+  QVBoxLayout* in = OptionColumn(tr("In"), {title_, artist_, album_, genre_});
+  in->addStretch(1);
   QVBoxLayout* match = OptionColumn(tr("Match"), {anyPart_, wholeString_});
   match->addSpacing(fontMetrics().height() / 2);
   match->addWidget(titleFirst_);
@@ -129,7 +131,7 @@ void SearchWindow::BuildQuestion() {
   parts->setContentsMargins(0, 0, 0, 0);
   parts->setSpacing(fontMetrics().height() * 2);
   parts->addWidget(fields_, 1);
-  parts->addLayout(OptionColumn(tr("In"), {title_, artist_, album_, genre_}));
+  parts->addLayout(in);
   parts->addLayout(match);
 }
 
