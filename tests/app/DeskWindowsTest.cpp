@@ -96,8 +96,9 @@ TEST_F(TheWindowsOfTheDesk, WhatItsTagsSayOfAFileIsKnownOnTheDeskWithoutTyping) 
   prompter_.paths = {drive};
   FindNamed<QPushButton>(*import, u"CmdBrowse"_s)->click();
   loop_.RunFor(100ms);
-  QTest::keyClick(import, Qt::Key_F5);
+  FindNamed<QPushButton>(*import, u"CmdSearch"_s)->click();
   loop_.RunFor(1s);
+  ASSERT_EQ(import->findChild<ListTable*>()->model()->rowCount(), 1);
   import->findChild<ListTable*>()->selectAll();
   FindNamed<QPushButton>(*import, u"CmdImport"_s)->click();
   loop_.RunFor(1s);
