@@ -129,6 +129,16 @@ TEST_F(PeopleOnScreen, TheListFollowsItsRowsAndKeepsWhatIsPicked) {
   EXPECT_EQ(window_->list.Note(), u"0"_s);
 }
 
+TEST_F(PeopleOnScreen, ATooltipShowsANameLetterForLetter) {
+  window_->model_.Dress = [](const Person& person, int, int role) {
+    return role == Qt::ToolTipRole ? QVariant(person.name) : QVariant();
+  };
+  people_.Append({{u"<b>A & B</b>"_s, 1}});
+  const auto tip = [this](int row) { return window_->model_.index(row, 0).data(Qt::ToolTipRole).toString(); };
+  EXPECT_EQ(tip(0), u"Ann"_s);
+  EXPECT_EQ(tip(4), u"<qt>&lt;b&gt;A &amp; B&lt;/b&gt;</qt>"_s);
+}
+
 TEST_F(PeopleOnScreen, LettersFindTheNextNameWhereverTheCursorIs) {
   Table().setCurrentIndex(Table().model()->index(0, 0));
   QTest::keyClicks(&Table(), u"be"_s);

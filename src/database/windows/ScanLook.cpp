@@ -65,7 +65,6 @@ RowModel<ScanRow>::Columns ScanColumns(ScanRows& rows) {
 }
 
 QVariant DressScanRow(const ScanRow& row, int column, int role) {
-  const QString words = WordsOf(row);
   const bool colourless = !GroundOf(row.mark).isValid();
   const bool isSign = role == Qt::ForegroundRole || role == Qt::DecorationRole;
   if (!row.trouble.isEmpty() && colourless && isSign)
@@ -73,7 +72,7 @@ QVariant DressScanRow(const ScanRow& row, int column, int role) {
   switch (role) {
     case Qt::ToolTipRole:
     case Qt::AccessibleDescriptionRole:
-      return DressFile(row.Text(ScanPathColumn), words, false, role);
+      return DressFile(row.Text(ScanPathColumn), WordsOf(row), false, role);
     case Qt::BackgroundRole:
       return GroundOf(row.mark);
     case Qt::ForegroundRole:
