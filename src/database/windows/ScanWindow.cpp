@@ -171,7 +171,9 @@ void ScanWindow::ShowRow() {
   }
   const ScanRow& shown = scan_.Rows().Row(row);
   const QString words = WordsOf(shown);
-  rowWords_->setText(words.isEmpty() ? shown.Text(ScanPathColumn) : words);
+  // A name may hold the end of a line; this is one line high.
+  const QString path = QString(shown.Text(ScanPathColumn)).replace(QLatin1Char('\n'), QLatin1Char(' '));
+  rowWords_->setText(words.isEmpty() ? path : words);
 }
 
 }  // namespace kelvo
