@@ -149,6 +149,10 @@ QString ErrorLog::Words(const std::exception_ptr& failure, const QString& what) 
   return words;
 }
 
+QString ErrorLog::Describe(const std::exception_ptr& failure) {
+  return FactsOf(failure).description;
+}
+
 void ErrorLog::Handle(const std::exception_ptr& failure, const QString& tag, const QString& what) {
   const QString text = Compose(failure, tag);
   prompter_.Tell({what.isEmpty() ? text : Words(failure, what), {}, Buttons::Ok, PromptIcon::Exclamation});

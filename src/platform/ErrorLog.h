@@ -62,6 +62,8 @@ class ErrorLog {
   [[nodiscard]] static QString Compose(const std::exception_ptr& failure, const QString& tag);
   /// What could not be done, why, and with which file where neither tells it.
   [[nodiscard]] static QString Words(const std::exception_ptr& failure, const QString& what);
+  /// What is known of the failure, in its own words.
+  [[nodiscard]] static QString Describe(const std::exception_ptr& failure);
 
  private:
   /// The file, on whatever thread.

@@ -104,6 +104,16 @@ Job<Answer> MessageBoxPrompter::Ask(Prompt prompt) {
   co_return static_cast<Answer>(result);
 }
 
+Job<AnswerForFiles> MessageBoxPrompter::AskForFiles(Prompt prompt) {
+  PromptBox box(prompt, TitleOf(prompt));
+  box.OfferForAll();
+  AnswerForFiles answer;
+  const int result = co_await Run(box);
+  answer.answer = static_cast<Answer>(result);
+  answer.forAll = box.ForAll();
+  co_return answer;
+}
+
 Job<QString> MessageBoxPrompter::AskText(QString title, QString prompt, QString initial) {
   Prompt words;
   words.text = prompt;

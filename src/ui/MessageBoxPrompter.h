@@ -33,6 +33,7 @@ class MessageBoxPrompter : public QObject, public Prompter {
   ~MessageBoxPrompter() override;
 
   [[nodiscard]] Job<Answer> Ask(Prompt prompt) override;
+  [[nodiscard]] Job<AnswerForFiles> AskForFiles(Prompt prompt) override;
   [[nodiscard]] Job<QString> AskText(QString title, QString prompt, QString initial) override;
   [[nodiscard]] Job<QString> AskSecret(QString title, QString prompt) override;
   [[nodiscard]] Job<std::optional<QString>> PickFolder(QString title, QString initial) override;

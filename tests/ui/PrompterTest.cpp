@@ -52,6 +52,7 @@ Prompt Words(const QString& text, Buttons buttons = Buttons::Ok) {
 class PrompterTest : public ::testing::Test {
  protected:
   Job<> Keep(Prompt prompt) { answer_ = co_await prompter_.Ask(prompt); }
+  Job<> KeepForFiles(Prompt prompt) { forFiles_ = co_await prompter_.AskForFiles(prompt); }
   Job<> KeepText(QString prompt, QString initial) {
     text_ = co_await prompter_.AskText(QStringLiteral("Path error"), prompt, initial);
   }
@@ -66,6 +67,7 @@ class PrompterTest : public ::testing::Test {
   QWidget console_;
   MessageBoxPrompter prompter_{[this] { return &console_; }};
   std::optional<Answer> answer_;
+  std::optional<AnswerForFiles> forFiles_;
   std::optional<QString> text_;
   std::optional<QString> folder_;
   bool picked_ = false;
@@ -97,6 +99,35 @@ TEST_F(PrompterTest, LettersAndEnterPressTheButtonsOfAQuestion) {
   job_ = Keep(Words(QStringLiteral("Sure ?"), Buttons::YesNo));
   Press(*OnlyBox(), Qt::Key_Return);
   EXPECT_EQ(answer_, Answer::Yes);
+}
+
+TEST_F(PrompterTest, EnterGivesTheSafeAnswerWhereThereIsOne) {
+  Prompt question = Words(QStringLiteral("Continue With Delete ?"), Buttons::YesNo);
+  question.safe = Answer::No;
+  job_ = Keep(question);
+  ASSERT_NE(OnlyBox(), nullptr);
+  Press(*OnlyBox(), Qt::Key_Return);
+  EXPECT_EQ(answer_, Answer::No);
+}
+
+TEST_F(PrompterTest, AQuestionAboutOneOfManyFilesCanAnswerForAllAndStop) {
+  Prompt question = Words(QStringLiteral("Do You Wish To Replace the Existing Track "), Buttons::YesNoCancel);
+  question.safe = Answer::Cancel;
+  job_ = KeepForFiles(question);
+  ASSERT_NE(OnlyBox(), nullptr);
+  Press(*OnlyBox(), Qt::Key_S, QStringLiteral("s"));
+  ASSERT_TRUE(forFiles_);
+  EXPECT_EQ(forFiles_->answer, Answer::Stop);
+  EXPECT_FALSE(forFiles_->forAll);
+
+  job_ = KeepForFiles(question);
+  ASSERT_NE(OnlyBox(), nullptr);
+  auto* forAll = OnlyBox()->findChild<QCheckBox*>(QStringLiteral("ChkForAll"));
+  ASSERT_TRUE(forAll && forAll->isVisible());
+  forAll->click();
+  Press(*OnlyBox(), Qt::Key_Return);
+  EXPECT_EQ(forFiles_->answer, Answer::Cancel);
+  EXPECT_TRUE(forFiles_->forAll);
 }
 
 TEST_F(PrompterTest, AQuestionHoldsItsWindowAndShowsItsTextAsItIs) {

@@ -120,6 +120,31 @@ TEST(TabularTest, ACellOfTheSizeThatItAsksForShowsItsWholeText) {
   }
 }
 
+TEST(TabularTest, TheTextOfACellIsBesideItsSign) {
+  Theme::Apply(*qobject_cast<QApplication*>(QCoreApplication::instance()));
+  QTableView view;
+  QStandardItemModel model;
+  view.setModel(&model);
+  auto* item = new QStandardItem(ScalableIcon(Icon::Warning, Qt::red), QString());
+  model.setItem(0, 0, item);
+  QStyleOptionViewItem option;
+  option.initFrom(&view);
+  option.widget = &view;
+  option.decorationSize = QSize(16, 16);
+  option.rect = QRect(0, 0, 200, 24);
+  const TabularDelegate delegate;
+  const auto sign = [&](const QString& text) {
+    item->setText(text);
+    QImage image(option.rect.size(), QImage::Format_RGB32);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    delegate.paint(&painter, option, model.index(0, 0));
+    painter.end();
+    return image.copy(0, 0, 18, 24);
+  };
+  EXPECT_EQ(sign(QString()), sign(QStringLiteral("WWWWWW")));
+}
+
 TEST(TimeDisplayTest, OnlyTheLastSecondsBlinkAndDigitsAreAllOfOneWidth) {
   SimulatedEventLoop loop;
   Pulse pulse(loop);

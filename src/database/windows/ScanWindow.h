@@ -26,6 +26,7 @@ class ScanWindow : public ToolWindow {
   void Refresh() override;
   void Enter() override { scan_.Drives().Refresh(); }
   void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
@@ -33,6 +34,7 @@ class ScanWindow : public ToolWindow {
   void BuildLayout();
   void Connect();
   void SearchOrStop();
+  void TakeAsCopy(QDropEvent& event) const;
   void Show();
   void ShowRow();
 
