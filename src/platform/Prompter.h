@@ -18,6 +18,7 @@ struct Prompt {
   QString title;  ///< empty: the program's title
   Buttons buttons = Buttons::Ok;
   PromptIcon icon = PromptIcon::None;
+  bool onLockedScreen = false;  ///< shown while others are held back (see Prompter::HoldBack)
 };
 
 /// Asks the operator and tells them things. The logic awaits the answer; timers, fades and decks go on
@@ -40,6 +41,9 @@ class Prompter {
                                                              QString filter) = 0;
   /// A message that nothing waits for. One box a text: the same text while its box is up shows nothing more.
   virtual void Tell(Prompt prompt) = 0;
+  /// The screen lock: while `held`, what is asked and told waits out of sight, that of before too. Secrets
+  /// are asked all the same, for the code is one, and what its prompt excepts is shown.
+  virtual void HoldBack(bool /*held*/) {}
 };
 
 }  // namespace kelvo

@@ -1,14 +1,15 @@
 #include "ui/ListTable.h"
 
+#include "ui/ListHead.h"
 #include "ui/Theme.h"
 
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
 
 namespace kelvo {
 
-ListTable::ListTable(QWidget* parent) : QTableView(parent) {
+ListTable::ListTable(QWidget* parent) : QTableView(parent), head_(new ListHead(this)) {
+  setHorizontalHeader(head_);
   setSelectionBehavior(QAbstractItemView::SelectRows);
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setShowGrid(false);
@@ -18,7 +19,6 @@ ListTable::ListTable(QWidget* parent) : QTableView(parent) {
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   verticalHeader()->hide();
-  horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setTextElideMode(Qt::ElideRight);
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   SizeRows();
@@ -63,6 +63,10 @@ void ListTable::SizeColumns() {
 void ListTable::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
   SizeColumns();
+}
+
+void ListTable::LetHeadBeClicked() {
+  head_->LetClick(objectName() + QStringLiteral("Head"), tr("%1: columns").arg(accessibleName()));
 }
 
 void ListTable::SetEmptyText(const QString& text) {

@@ -66,6 +66,8 @@ class ConsoleWindow : public QMainWindow {
   /// Which panels are enabled: none while the catalogue loads or the screen is locked, no list while the desk
   /// asks or a fade runs. The keyboard comes back to where it was.
   void EnableSections();
+  /// Locked, neither menus nor what lies over the panels take a hand.
+  void ShowLocked();
   void ShowTick();
   void PlaceOverlays();
   void PlaceAlarm();
