@@ -287,7 +287,7 @@ TEST_F(PrompterTest, ALockedScreenShowsWhatIsAskedAndToldWhenItIsUnlocked) {
 
   prompter_.HoldBack(false);
   EXPECT_EQ(OpenBoxes<PromptBox>().size(), 3U);
-  for (PromptBox* box : OpenBoxes<PromptBox>()) Press(*box, Qt::Key_Escape);
+  for (int box = 0; box < 3; ++box) Press(*OpenBoxes<PromptBox>().front(), Qt::Key_Escape);
   EXPECT_EQ(answer_, Answer::No);
   EXPECT_TRUE(OpenBoxes<PromptBox>().empty());
 }

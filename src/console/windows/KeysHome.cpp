@@ -7,7 +7,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QEvent>
-#include <QHeaderView>
 #include <QLineEdit>
 
 namespace kelvo {
@@ -22,8 +21,7 @@ KeysHome::KeysHome(QWidget& window, QWidget& first) : QObject(&window), window_(
 bool KeysHome::IsCommand(const QWidget* widget) const {
   if (widget->window() != &window_ || !widget->isEnabled()) return false;
   for (; widget != nullptr && widget != &window_; widget = widget->parentWidget()) {
-    if (qobject_cast<const Fader*>(widget) != nullptr || qobject_cast<const QComboBox*>(widget) != nullptr ||
-        qobject_cast<const QHeaderView*>(widget) != nullptr)
+    if (qobject_cast<const Fader*>(widget) != nullptr || qobject_cast<const QComboBox*>(widget) != nullptr)
       return true;
     // The button in a line of text empties it, to be typed into anew.
     if (qobject_cast<const QAbstractButton*>(widget) != nullptr)
