@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QKeyEvent>
+#include <QPushButton>
 #include <QScreen>
 #include <QWindow>
 
@@ -48,6 +49,18 @@ bool Answers(const QKeyEvent& key) {
   const bool answer =
       key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter || key.key() == Qt::Key_Escape;
   return answer && !(key.modifiers() & ~Qt::KeypadModifier);
+}
+
+void AnswerBox(QDialog& box, int key) {
+  if (key == Qt::Key_Escape) {
+    box.reject();
+    return;
+  }
+  auto* chosen = qobject_cast<QPushButton*>(box.focusWidget());
+  for (QPushButton* each : box.findChildren<QPushButton*>()) {
+    if (!chosen && each->isDefault()) chosen = each;
+  }
+  if (chosen) chosen->click();
 }
 
 }  // namespace
@@ -264,13 +277,10 @@ bool MessageBoxPrompter::GiveToFront(const QWidget& window, QKeyEvent& key) {
                                 [&window](const auto& each) { return each.data() == &window; });
   const bool holds = QApplication::activePopupWidget() || (window.isModal() && !ours);
   if (!other || holds || !Answers(key)) return false;
-  if (key.type() == QEvent::ShortcutOverride) {
-    // So that it comes as a key, and is no shortcut of the window behind.
-    key.accept();
-    return true;
-  }
-  const std::unique_ptr<QEvent> same(key.clone());
-  QCoreApplication::sendEvent(front->focusWidget() ? front->focusWidget() : front, same.get());
+  // Accepted, it comes as a key, and is no shortcut of the window behind.
+  key.accept();
+  // Done here: sent on, the key would be looked up among those shortcuts again.
+  if (key.type() == QEvent::KeyPress && !key.isAutoRepeat()) AnswerBox(*front, key.key());
   return true;
 }
 
