@@ -8,8 +8,7 @@
 namespace kelvo {
 namespace {
 
-/// So far the ring reaches beyond its control, and as far again over its edge, pixels.
-constexpr int kReach = 3;
+/// Pixels; as much room lies around a control on the desk.
 constexpr int kThick = 4;
 
 /// The drawn line. It takes no mouse, and only its own pixels are painted over what is below.
@@ -72,7 +71,7 @@ void FocusRing::Place() {
   if (!line_) line_ = new RingLine(ground);
   if (line_->parentWidget() != ground) line_->setParent(ground);
   const QRect place(control_->mapTo(ground, QPoint()), control_->size());
-  line_->setGeometry(place.adjusted(-kReach, -kReach, kReach, kReach) & ground->rect());
+  line_->setGeometry(place.adjusted(-kThick, -kThick, kThick, kThick) & ground->rect());
   line_->raise();
   line_->show();
 }

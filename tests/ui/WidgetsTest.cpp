@@ -233,7 +233,7 @@ TEST(FocusRingTest, OneRingIsAroundTheControlThatHasTheKeyboardAndSeenOnEveryCol
     button->setFocus();
     ASSERT_EQ(ring().size(), 1);
     EXPECT_TRUE(ring().front()->isVisible());
-    EXPECT_EQ(ring().front()->geometry(), button->geometry().adjusted(-3, -3, 3, 3));
+    EXPECT_EQ(ring().front()->geometry(), button->geometry().adjusted(-4, -4, 4, 4));
     for (const QColor& ground : {QColor(Qt::white), QColor(Qt::black), QColor(200, 160, 40)}) {
       QPalette palette = window.palette();
       palette.setColor(QPalette::Window, ground);
@@ -249,7 +249,7 @@ TEST(FocusRingTest, OneRingIsAroundTheControlThatHasTheKeyboardAndSeenOnEveryCol
   }
   window.resize(window.width() + 50, window.height() + 20);
   QCoreApplication::processEvents();
-  EXPECT_EQ(ring().front()->geometry(), second->geometry().adjusted(-3, -3, 3, 3)) << "it follows";
+  EXPECT_EQ(ring().front()->geometry(), second->geometry().adjusted(-4, -4, 4, 4)) << "it follows";
   second->clearFocus();
   EXPECT_FALSE(ring().front()->isVisible());
   // Without the focus two roles differ by their ground alone.
