@@ -42,7 +42,8 @@ void WindowTable::Open(const QString& id, const QStringList& files) {
 
 void WindowTable::OpenGuarded(std::size_t index, const QStringList& files) {
   const WindowLine& line = lines_[index];
-  // The desk may have gone on air, or been locked, while the password was typed.
+  if (services_.facts().locked) return;
+  // The desk may have gone on air while the password was typed.
   if (const QString refusal = WhyClosed(line); !refusal.isEmpty()) {
     Prompt message;
     message.text = refusal;

@@ -19,6 +19,7 @@ struct Prompt {
   Buttons buttons = Buttons::Ok;
   PromptIcon icon = PromptIcon::None;
   std::optional<Answer> safe = {};  ///< the answer of Enter; none: the first button
+  bool onLockedScreen = false;      ///< shown while others are held back (see Prompter::HoldBack)
 };
 
 /// An answer to a question that may come again for the files that follow.
@@ -49,6 +50,9 @@ class Prompter {
                                                              QString filter) = 0;
   /// A message that nothing waits for. One box a text: the same text while its box is up shows nothing more.
   virtual void Tell(Prompt prompt) = 0;
+  /// The screen lock: while `held`, what is asked and told waits out of sight, that of before too. Secrets
+  /// are asked all the same, for the code is one, and what its prompt excepts is shown.
+  virtual void HoldBack(bool /*held*/) {}
 };
 
 }  // namespace kelvo

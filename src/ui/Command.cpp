@@ -39,7 +39,6 @@ QString WithReason(const QWidget& control, const QString& whyOff) {
 CommandButton* AddCommand(QWidget& owner, const Command& command) {
   auto* button = new CommandButton(command.words, &owner);
   SetNames(*button, command.name, command.fixedName);
-  button->setFocusPolicy(command.focus);
   if (command.icon) button->setIcon(ScalableIcon(*command.icon));
   if (!command.role.isEmpty()) Theme::SetRole(*button, command.role);
   const QString key =

@@ -22,8 +22,7 @@ struct Command {
   QKeySequence key = {};   ///< works wherever the focus is in the window; empty: none
   QString keyWords = {};   ///< shown in place of `key` where the key is handled elsewhere
   std::optional<Icon> icon = {};
-  QString role = {};                        ///< see Theme::SetRole
-  Qt::FocusPolicy focus = Qt::StrongFocus;  ///< TabFocus: a click leaves the keyboard where it is
+  QString role = {};  ///< see Theme::SetRole
   std::function<void()> run = {};
 };
 

@@ -1,35 +1,14 @@
 #include "ui/ListTable.h"
 
+#include "ui/ListHead.h"
 #include "ui/Theme.h"
 
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QStyleOptionHeader>
 
 namespace kelvo {
-namespace {
-
-/// A heading that has no room ends in "...": under a style sheet Qt only cuts it.
-class ElidedHead : public QHeaderView {
- public:
-  explicit ElidedHead(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) { setSectionsClickable(true); }
-
- protected:
-  void initStyleOptionForIndex(QStyleOptionHeader* option, int section) const override {
-    QHeaderView::initStyleOptionForIndex(option, section);
-    // The padding of the style sheet, and the line beside the heading.
-    int edges = fontMetrics().height() * 8 / 10 + 1;
-    if (isSortIndicatorShown() && sortIndicatorSection() == section)
-      edges += style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, this);
-    option->text = fontMetrics().elidedText(option->text, Qt::ElideRight, sectionSize(section) - edges);
-  }
-};
-
-}  // namespace
-
-ListTable::ListTable(QWidget* parent) : QTableView(parent) {
-  setHorizontalHeader(new ElidedHead(this));
+ListTable::ListTable(QWidget* parent) : QTableView(parent), head_(new ListHead(this)) {
+  setHorizontalHeader(head_);
   setSelectionBehavior(QAbstractItemView::SelectRows);
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setShowGrid(false);
@@ -39,7 +18,6 @@ ListTable::ListTable(QWidget* parent) : QTableView(parent) {
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   verticalHeader()->hide();
-  horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   SizeRows();
   connect(this, &QTableView::doubleClicked, this, &ListTable::RowActivated);
@@ -83,6 +61,10 @@ void ListTable::SizeColumns() {
 void ListTable::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
   SizeColumns();
+}
+
+void ListTable::LetHeadBeClicked() {
+  head_->LetClick(objectName() + QStringLiteral("Head"), tr("%1: columns").arg(accessibleName()));
 }
 
 void ListTable::SetEmptyText(const QString& text) {

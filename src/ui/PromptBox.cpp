@@ -47,6 +47,11 @@ PromptBox::PromptBox(const Prompt& prompt, const QString& title)
   setAccessibleDescription(prompt.text);
   setWindowFlag(Qt::WindowContextHelpButtonHint, false);
 
+  setObjectName(QStringLiteral("PromptBox"));
+  text_.setObjectName(QStringLiteral("TxtMessage"));
+  line_.setObjectName(QStringLiteral("TxtAnswer"));
+  times_.setObjectName(QStringLiteral("LblTimes"));
+
   text_.setReadOnly(true);
   text_.setPlainText(prompt.text);
   text_.setAccessibleName(prompt.text);
@@ -79,6 +84,7 @@ PromptBox::PromptBox(const Prompt& prompt, const QString& title)
 
 QPushButton* PromptBox::AddButton(const QString& words, Answer answer, QDialogButtonBox::ButtonRole role) {
   QPushButton* button = buttonBox_.addButton(words, role);
+  button->setObjectName(QStringLiteral("Cmd") + QString(words).remove(QLatin1Char('&')));
   button->setIcon(QIcon());
   button->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
   connect(button, &QPushButton::clicked, this, [this, answer] { done(static_cast<int>(answer)); });

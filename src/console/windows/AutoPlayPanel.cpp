@@ -62,7 +62,6 @@ AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, const EventLoop& loop, QWidget
   pause_->setAccessibleName(pause_->toolTip());
   SetNames(*timer_, QStringLiteral("CmdSetTimer"), QStringLiteral("Command7"));
   timer_->setToolTip(tr("Starts automatic play at a time of day"));
-  for (QPushButton* button : {start_, pause_, timer_}) button->setFocusPolicy(Qt::TabFocus);
   status_->setObjectName(QStringLiteral("AutoStatus"));
   status_->setFont(Theme::Font(1.0, QFont::DemiBold));
   next_->setObjectName(QStringLiteral("UpNext"));
@@ -113,6 +112,12 @@ void AutoPlayPanel::resizeEvent(QResizeEvent* event) {
   Panel::resizeEvent(event);
   // On a narrow desk the status line says enough.
   next_->setVisible(width() > fontMetrics().height() * 32);
+}
+
+void AutoPlayPanel::changeEvent(QEvent* event) {
+  Panel::changeEvent(event);
+  // A locked desk takes no hand in its form either.
+  if (event->type() == QEvent::EnabledChange && !isEnabled() && timerForm_ != nullptr) timerForm_->hide();
 }
 
 void AutoPlayPanel::OpenTimer() {

@@ -7,6 +7,7 @@
 #include "console/windows/CrossPanPanel.h"
 #include "console/windows/DeckPanel.h"
 #include "console/windows/DeskKeys.h"
+#include "console/windows/KeysHome.h"
 #include "console/windows/LibraryPanel.h"
 #include "console/windows/LoadPanel.h"
 #include "console/windows/MemoryWarning.h"
@@ -17,8 +18,10 @@
 #include "ui/Command.h"
 #include "ui/ElidedLabel.h"
 #include "ui/ListTable.h"
+#include "ui/Naming.h"
 #include "ui/ScalableIcon.h"
 #include "ui/SpokenText.h"
+#include "ui/TabOrder.h"
 #include "ui/Theme.h"
 
 #include <QCloseEvent>
@@ -79,7 +82,7 @@ ConsoleWindow::ConsoleWindow(Console& console)
       notices_(new NoticeBar(desk_)),
       status_(new ElidedLabel(desk_)),
       alarm_(new AirAlarm(desk_)) {
-  setObjectName(QStringLiteral("frmCons"));
+  SetNames(*this, QStringLiteral("ConsoleWindow"), QStringLiteral("frmCons"));
   setWindowTitle(console.Title());
   setAcceptDrops(true);
   BuildDesk();
@@ -162,6 +165,7 @@ void ConsoleWindow::BuildDesk() {
   layout->addWidget(columns_, 1);
   layout->addWidget(foot_);
   setCentralWidget(desk_);
+  TabByLayout(*desk_);
   confirmation_ = new ConfirmationView(console_.Panel(), desk_);
   new DeskKeys({.loop = console_.GetServices().loop,
                 .panel = console_.Panel(),
@@ -169,9 +173,13 @@ void ConsoleWindow::BuildDesk() {
                 .fades = console_.Fades(),
                 .closed = [this] { return console_.Lock().Locked() || console_.Load() != nullptr; }},
                *this);
+  new KeysHome(*this, queue_->List());
   connect(&console_.Status(), &StatusTick::Ticked, this, [this] { ShowTick(); });
   connect(alarm_, &AirAlarm::Accepted, this, [this] { console_.Status().AcceptSilence(); });
-  connect(&console_.Lock(), &ScreenLock::Changed, this, [this] { EnableSections(); });
+  connect(&console_.Lock(), &ScreenLock::Changed, this, [this] {
+    EnableSections();
+    ShowLocked();
+  });
   connect(&console_.Fades(), &Transitions::Changed, this, [this] { EnableSections(); });
   connect(&console_.Automatic(), &AutoPlay::Changed, queue_, &QueuePanel::ShowCommands);
   connect(&console_.Automatic(), &AutoPlay::QueuePositionShown, queue_, &QueuePanel::ShowPosition);
@@ -225,6 +233,15 @@ void ConsoleWindow::EnableSections() {
   if (keysBefore_.isNull() || !keysBefore_->isEnabled()) return;
   if (focusWidget() == nullptr) keysBefore_->setFocus();
   keysBefore_.clear();
+}
+
+void ConsoleWindow::ShowLocked() {
+  const bool locked = console_.Lock().Locked();
+  // What is off in a menu takes no key either. The menu of the lock stays, to unlock with the mouse.
+  for (QAction* menu : menuBar()->actions())
+    menu->setEnabled(!locked || menu == menus_[DeskMenu::Desk]->menuAction());
+  confirmation_->setEnabled(!locked);
+  alarm_->setEnabled(!locked);
 }
 
 void ConsoleWindow::BuildMenu() {
@@ -378,6 +395,10 @@ void ConsoleWindow::closeEvent(QCloseEvent* event) {
     return;
   }
   event->ignore();
+  if (console_.Lock().Locked()) {
+    console_.Lock().Lockscr();
+    return;
+  }
   if (!asking_.Running()) asking_ = AskToClose();
 }
 

@@ -74,6 +74,8 @@ class ConsoleWindow : public QMainWindow {
   /// back to where it was. While the desk asks or a fade runs the lists stay open to look and to type, and
   /// only refuse what changes the queue.
   void EnableSections();
+  /// Locked, neither menus nor what lies over the panels take a hand.
+  void ShowLocked();
   void ShowTick();
   void PlaceOverlays();
   void PlaceAlarm();

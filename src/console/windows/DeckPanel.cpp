@@ -76,30 +76,36 @@ DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
   const auto key = [number](QKeyCombination one, QKeyCombination two) {
     return QKeySequence(number == 1 ? one : two);
   };
-  load_ = AddCommand(ForDeck(deck, QStringLiteral("CmdLoad2"), QStringLiteral("CmdLoad3")), tr("Load"),
+  load_ = AddCommand(QStringLiteral("CmdDeckLoad"),
+                     ForDeck(deck, QStringLiteral("CmdLoad2"), QStringLiteral("CmdLoad3")), tr("Load"),
                      QStringLiteral("Loads Track From Play Queue To Deck %1").arg(number),
                      key(Qt::CTRL | Qt::Key_1, Qt::CTRL | Qt::Key_2));
-  start_ = AddCommand(ForDeck(deck, QStringLiteral("CmdMan2"), QStringLiteral("CmdMan3")), tr("Start"),
+  start_ = AddCommand(QStringLiteral("CmdDeckStart"),
+                      ForDeck(deck, QStringLiteral("CmdMan2"), QStringLiteral("CmdMan3")), tr("Start"),
                       QStringLiteral("Manual start"), key(Qt::ALT | Qt::Key_1, Qt::ALT | Qt::Key_2));
-  stop_ = AddCommand(ForDeck(deck, QStringLiteral("Command5"), QStringLiteral("Command6")), tr("Stop"),
+  stop_ = AddCommand(QStringLiteral("CmdDeckStop"),
+                     ForDeck(deck, QStringLiteral("Command5"), QStringLiteral("Command6")), tr("Stop"),
                      QStringLiteral("Stop Deck %1").arg(number),
                      key(Qt::CTRL | Qt::ALT | Qt::Key_1, Qt::CTRL | Qt::ALT | Qt::Key_2));
-  for (const auto& [move, words] : {std::pair(FastMove::SkipToStart, tr("Skip to start")),
-                                    std::pair(FastMove::Rewind, tr("Fast rewind (hold)")),
-                                    std::pair(FastMove::Forward, tr("Fast forward (hold)")),
-                                    std::pair(FastMove::SkipToEnd, tr("Skip to end"))})
-    moves_.emplace_back(move, AddMove(move, words));
-  pan_ = AddTransition(TransitionKind::Pan,
+  for (const auto& [move, name, words] :
+       {std::tuple(FastMove::SkipToStart, QStringLiteral("CmdDeckSkipToStart"), tr("Skip to start")),
+        std::tuple(FastMove::Rewind, QStringLiteral("CmdDeckRewind"), tr("Fast rewind (hold)")),
+        std::tuple(FastMove::Forward, QStringLiteral("CmdDeckForward"), tr("Fast forward (hold)")),
+        std::tuple(FastMove::SkipToEnd, QStringLiteral("CmdDeckSkipToEnd"), tr("Skip to end"))})
+    moves_.emplace_back(move, AddMove(move, name, words));
+  pan_ = AddTransition(TransitionKind::Pan, QStringLiteral("CmdDeckPan"),
                        ForDeck(deck, QStringLiteral("CMdD2pan"), QStringLiteral("CMdD3Pan")),
                        QStringLiteral("PAN"), ForDeck(deck, QStringLiteral("F6"), QStringLiteral("F10")));
-  partFade_ = AddTransition(
-      TransitionKind::PartFade, ForDeck(deck, QStringLiteral("CmdPFade2"), QStringLiteral("CmdPFade3")),
-      QStringLiteral("PART"), ForDeck(deck, QStringLiteral("F7"), QStringLiteral("F11")));
-  dub_ =
-      AddTransition(TransitionKind::Dub, ForDeck(deck, QStringLiteral("CmdDub2"), QStringLiteral("CmdDub3")),
-                    QStringLiteral("DUB"), ForDeck(deck, QStringLiteral("F8"), QStringLiteral("F12")));
+  partFade_ =
+      AddTransition(TransitionKind::PartFade, QStringLiteral("CmdDeckPartFade"),
+                    ForDeck(deck, QStringLiteral("CmdPFade2"), QStringLiteral("CmdPFade3")),
+                    QStringLiteral("PART"), ForDeck(deck, QStringLiteral("F7"), QStringLiteral("F11")));
+  dub_ = AddTransition(TransitionKind::Dub, QStringLiteral("CmdDeckDub"),
+                       ForDeck(deck, QStringLiteral("CmdDub2"), QStringLiteral("CmdDub3")),
+                       QStringLiteral("DUB"), ForDeck(deck, QStringLiteral("F8"), QStringLiteral("F12")));
   cancelStart_ = new CommandButton(QStringLiteral("Cancel"), this);
-  cancelStart_->setObjectName(QStringLiteral("CmdConfirm%1").arg(number));
+  SetNames(*cancelStart_, QStringLiteral("CmdCancelStart%1").arg(number),
+           QStringLiteral("CmdConfirm%1").arg(number));
   cancelStart_->setToolTip(tr("Takes the start back"));
   cancelStart_->setAccessibleName(tr("Cancel the start of deck %1").arg(number));
   cancelStart_->setFocusPolicy(Qt::NoFocus);
@@ -111,10 +117,10 @@ DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
   ShowTransitions();
 }
 
-QPushButton* DeckPanel::AddTransition(TransitionKind kind, const QString& name, const QString& text,
-                                      const QString& key) {
+QPushButton* DeckPanel::AddTransition(TransitionKind kind, const QString& name, const QString& fixedName,
+                                      const QString& text, const QString& key) {
   auto* button = new CommandButton(text, this);
-  button->setObjectName(name);
+  SetNames(*button, name + QString::number(DisplayNumber(deck_)), fixedName);
   button->setFocusPolicy(Qt::NoFocus);
   button->setAccessibleName(text + QStringLiteral(", deck %1").arg(DisplayNumber(deck_)));
   button->setProperty("key", key);
@@ -148,10 +154,10 @@ void DeckPanel::ShowTransitions() {
   cancelStart_->setVisible((cancel.Visible() && cancel.OnDeck() == deck_) || walksHere);
 }
 
-QPushButton* DeckPanel::AddCommand(const QString& name, const QString& text, const QString& tooltip,
-                                   const QKeySequence& key) {
+QPushButton* DeckPanel::AddCommand(const QString& name, const QString& fixedName, const QString& text,
+                                   const QString& tooltip, const QKeySequence& key) {
   auto* button = new CommandButton(text, this);
-  button->setObjectName(name);
+  SetNames(*button, name + QString::number(DisplayNumber(deck_)), fixedName);
   button->setAccessibleName(tooltip);
   // Not the button's own shortcut, which waits a tenth of a second to show that it is pressed.
   auto* shortcut = new QShortcut(key, this);
@@ -159,16 +165,16 @@ QPushButton* DeckPanel::AddCommand(const QString& name, const QString& text, con
   connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
   button->setToolTip(tooltip);
   TellKey(*button, key.toString(QKeySequence::NativeText));
-  button->setFocusPolicy(Qt::TabFocus);
   return button;
 }
 
-QToolButton* DeckPanel::AddMove(FastMove move, const QString& tooltip) {
+QToolButton* DeckPanel::AddMove(FastMove move, const QString& name, const QString& tooltip) {
   auto* button = new QToolButton(this);
-  button->setObjectName(QStringLiteral("CmdRF%1_%2").arg(PlayerNumber(deck_)).arg(static_cast<int>(move)));
+  SetNames(*button, name + QString::number(DisplayNumber(deck_)),
+           QStringLiteral("CmdRF%1_%2").arg(PlayerNumber(deck_)).arg(static_cast<int>(move)));
   button->setToolTip(tooltip);
   button->setAccessibleName(tooltip + QStringLiteral(", deck %1").arg(DisplayNumber(deck_)));
-  button->setFocusPolicy(Qt::NoFocus);
+  button->setFocusPolicy(Qt::TabFocus);
   connect(button, &QToolButton::pressed, this, [this, move] { decks_.BeginFastMove(deck_, move); });
   connect(button, &QToolButton::released, this, [this] { decks_.EndFastMove(deck_); });
   return button;
@@ -176,8 +182,8 @@ QToolButton* DeckPanel::AddMove(FastMove move, const QString& tooltip) {
 
 void DeckPanel::Build() {
   const QString number = QString::number(DisplayNumber(deck_));
-  SetNames(*stop_, QStringLiteral("CmdDeckStop") + number, stop_->objectName());
-  title_->setObjectName(QStringLiteral("lbldisplay") + number);
+  tally_->setObjectName(QStringLiteral("DeckTally") + number);
+  SetNames(*title_, QStringLiteral("LblDeckTitle") + number, QStringLiteral("lbldisplay") + number);
   title_->setFont(Theme::Font(1.25, QFont::DemiBold));
   title_->setTextInteractionFlags(Qt::NoTextInteraction);
   SetNames(*remaining_, QStringLiteral("TimeLeft") + number,
@@ -192,7 +198,7 @@ void DeckPanel::Build() {
   SetNames(*indicator_, QStringLiteral("PlayIndicator") + number,
            ForDeck(deck_, QStringLiteral("Label8"), QStringLiteral("Label9")));
   indicator_->setAccessibleName(tr("What is heard, deck %1").arg(number));
-  info_->setObjectName(QStringLiteral("LblGenInfo") + number);
+  SetNames(*info_, QStringLiteral("LblDeckInfo") + number, QStringLiteral("LblGenInfo") + number);
   progress_->setObjectName(QStringLiteral("Progress") + number);
   progress_->setAccessibleName(tr("Position, deck %1").arg(number));
   SetNames(*loadFail_, QStringLiteral("LblLoadFail") + number, QStringLiteral("Label20_") + number);
@@ -208,14 +214,16 @@ void DeckPanel::Build() {
   text_->setPlaceholderText(tr("Select a row of the queue, then Load."));
   text_->setMinimumHeight(fontMetrics().height() * 3);
 
-  level_->setObjectName(ForDeck(deck_, QStringLiteral("SldVolLeft"), QStringLiteral("SldVolRight")));
+  SetNames(*level_, QStringLiteral("SldLevel") + number,
+           ForDeck(deck_, QStringLiteral("SldVolLeft"), QStringLiteral("SldVolRight")));
   level_->setAccessibleName(tr("Level, deck %1").arg(number));
-  level_->setToolTip(tr("Level of deck %1. Double click: full").arg(number));
+  level_->setToolTip(tr("Level of deck %1. Double click or Enter: full").arg(number));
   level_->setInvertedAppearance(true);
   level_->SetRestValue(0);
   level_->SetTickInterval(500);
   level_->setSingleStep(25);
   level_->setPageStep(250);
+  levelWords_->setObjectName(QStringLiteral("LblLevel") + number);
   levelWords_->setAlignment(Qt::AlignCenter);
   levelWords_->setFont(Theme::Font(0.85));
   levelWords_->setMinimumWidth(

@@ -50,12 +50,13 @@ class DeckPanel : public Panel {
   void ShowTime(const DeckRecord& record);
   void ShowLevel(const DeckRecord& record);
   void ShowCommands(const DeckRecord& record);
-  QPushButton* AddCommand(const QString& name, const QString& text, const QString& tooltip,
-                          const QKeySequence& key);
-  QPushButton* AddTransition(TransitionKind kind, const QString& name, const QString& text,
-                             const QString& key);
+  /// The deck's number is put behind each `name`.
+  QPushButton* AddCommand(const QString& name, const QString& fixedName, const QString& text,
+                          const QString& tooltip, const QKeySequence& key);
+  QPushButton* AddTransition(TransitionKind kind, const QString& name, const QString& fixedName,
+                             const QString& text, const QString& key);
   void ShowTransitions();
-  QToolButton* AddMove(FastMove move, const QString& tooltip);
+  QToolButton* AddMove(FastMove move, const QString& name, const QString& tooltip);
 
   Parts desk_;
   DeckEngine& decks_;

@@ -76,8 +76,7 @@ QWidget* LibraryPanel::NamesPart() {
                               .fixedName = fixedName,
                               .words = words,
                               .tooltip = tooltip,
-                              .key = QKeySequence(Qt::CTRL | Qt::SHIFT | key),
-                              .focus = Qt::TabFocus});
+                              .key = QKeySequence(Qt::CTRL | Qt::SHIFT | key)});
   };
   search_ = add(QStringLiteral("CmdSearch"), QStringLiteral("Command34"), QStringLiteral("Search"),
                 tr("Looks for tracks by their data"), Qt::Key_F);
@@ -127,7 +126,7 @@ QWidget* LibraryPanel::TracksPart() {
   list_->setColumnHidden(number(LibraryColumn::Path), true);
   list_->setColumnHidden(number(LibraryColumn::Mref), true);
   QHeaderView* heads = list_->horizontalHeader();
-  heads->setSectionsClickable(true);
+  list_->LetHeadBeClicked();
   // To paint a head Qt asks whether every row of its column is selected: with all of 100,000 that takes its
   // time.
   heads->setSelectionModel(new QItemSelectionModel(model_, heads));
@@ -146,14 +145,12 @@ QWidget* LibraryPanel::TracksPart() {
                             .tooltip = tr("Adds the selected tracks to the play queue"),
                             .keyWords = tr("Enter or double click"),
                             .icon = Icon::Add,
-                            .role = QStringLiteral("primary"),
-                            .focus = Qt::TabFocus});
+                            .role = QStringLiteral("primary")});
   selectAll_ = AddCommand(*this, {.name = QStringLiteral("CmdSelectAll"),
                                   .fixedName = QStringLiteral("Command30"),
                                   .words = browser_.SelectAllCaption(),
                                   .tooltip = tr("Selects all tracks of the list, or none"),
-                                  .key = QKeySequence(Qt::CTRL | Qt::Key_A),
-                                  .focus = Qt::TabFocus});
+                                  .key = QKeySequence(Qt::CTRL | Qt::Key_A)});
 
   import_ = AddCommand(*this, {.name = QStringLiteral("CmdImportMusic"),
                                .words = tr("Import Music..."),

@@ -33,7 +33,6 @@ QPushButton* QueuePanel::AddCommand(const QString& name, const QString& tooltip,
   SetNames(*button, name, fixedName);
   button->setToolTip(tooltip);
   button->setAccessibleName(tooltip);
-  button->setFocusPolicy(Qt::TabFocus);
   return button;
 }
 
@@ -47,14 +46,13 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
       down_(AddCommand(QStringLiteral("CmdQueDown"), tr("Moves Selected Track Down"))),
       cut_(AddCommand(QStringLiteral("CmdQueCut"), tr("Remove Selected File"))),
       clear_(AddCommand(QStringLiteral("CmdQueClear"), tr("Clear the Play Queue"))),
-      edit_(AddCommand(QStringLiteral("CmdClEdit"), tr("Edit Song Data"))),
+      edit_(AddCommand(QStringLiteral("CmdQueEdit"), tr("Edit Song Data"), QStringLiteral("CmdClEdit"))),
       timings_(AddCommand(QStringLiteral("CmdTimings"), tr("Shows durations in place of genres, and back"),
                           QStringLiteral("Command11"))) {
   setObjectName(QStringLiteral("PlayQueue"));
   auto* nameLabel = new ElidedLabel(tr("Play List Name/Id"), this);
   SetNames(*name_, QStringLiteral("TxtPlayListName"), QStringLiteral("Text5"));
   name_->setAccessibleName(nameLabel->text());
-  name_->setFocusPolicy(Qt::ClickFocus);
   name_->setAcceptDrops(false);
   name_->setMinimumWidth(fontMetrics().averageCharWidth() * 6);
   nameLabel->setBuddy(name_);
@@ -73,7 +71,7 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
     list_->setColumnHidden(hidden, true);
   list_->setItemDelegate(new TabularDelegate(this));
   QHeaderView* head = list_->horizontalHeader();
-  head->setSectionsClickable(true);
+  list_->LetHeadBeClicked();
   head->moveSection(head->visualIndex(GenreColumn), 2);
 
   up_->setIcon(ScalableIcon(Icon::Up));
@@ -120,6 +118,7 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   connect(edit_, &QPushButton::clicked, this, [this] { queue_.EditSelected(); });
   connect(timings_, &QPushButton::clicked, this, [this] { queue_.SwitchTimings(); });
   connect(name_, &QLineEdit::textEdited, this, [this](const QString& text) { queue_.SetName(text); });
+  connect(name_, &QLineEdit::returnPressed, list_, qOverload<>(&QWidget::setFocus));
   connect(head, &QHeaderView::sectionClicked, this,
           [this](int section) { queue_.SortBy(static_cast<QueueColumn>(section)); });
   connect(list_, &QTableView::clicked, this,
