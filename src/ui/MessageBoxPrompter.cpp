@@ -274,9 +274,9 @@ void MessageBoxPrompter::TellActive(QObject* window) {
     std::rotate(box, box + 1, boxes_.end());
     return;
   }
-  // Not every window manager knows that a window behind a question takes no keys.
+  // Not every window manager knows that a window behind a question takes no keys. A menu is no such window.
   QWidget* const question = QApplication::activeModalWidget();
-  if (question && question != window) question->activateWindow();
+  if (question && question != window && !QApplication::activePopupWidget()) question->activateWindow();
 }
 
 bool MessageBoxPrompter::GiveToFront(const QWidget& window, QKeyEvent& key) {
