@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <filesystem>
+
 namespace kelvo {
 namespace {
 
@@ -19,11 +21,13 @@ bool LiesIn(const QString& folder, const QString& drive) {
 
 QString FreeSpaceText(std::int64_t bytes) {
   if (bytes < 0) return {};
-  constexpr double kGigabyte = 1024.0 * 1024.0 * 1024.0;
-  QString number = QString::number(static_cast<double>(bytes) / kGigabyte, 'f', 2);
-  // The format has no place for a leading zero.
-  if (number.startsWith(QStringLiteral("0."))) number.remove(0, 1);
-  return number + QStringLiteral(" GB");
+  constexpr double kMegabyte = 1024.0 * 1024.0;
+  constexpr double kGigabyte = 1024.0 * kMegabyte;
+  const auto free = static_cast<double>(bytes);
+  if (free < kMegabyte) return QStringLiteral("0 MB");
+  const bool large = free >= kGigabyte;
+  return QString::number(free / (large ? kGigabyte : kMegabyte), 'f', 2) +
+         (large ? QStringLiteral(" GB") : QStringLiteral(" MB"));
 }
 
 FolderChooser::FolderChooser(EventLoop& loop, const QString& start) : loop_(loop) {
@@ -69,8 +73,14 @@ FolderChooser::Seen FolderChooser::LookAt(const QString& path, Step step) {
   if (!QDir::isAbsolutePath(path)) throw Failure(QStringLiteral("Not a whole path : ") + path);
   while (step == Step::OpenNearest && !QFileInfo(seen.folder).isDir() && seen.folder != QStringLiteral("/"))
     seen.folder = QFileInfo(seen.folder).path();
-  if (step == Step::Make && !QDir().mkdir(seen.folder) && !QFileInfo(seen.folder).isDir())
-    throw Failure(QStringLiteral("Cannot create the folder ") + seen.folder);
+  if (step == Step::Make) {
+    std::error_code error;
+    std::filesystem::create_directory(seen.folder.toStdString(), error);
+    if (error) {
+      throw Failure(QStringLiteral("Cannot create the folder %1: %2")
+                        .arg(seen.folder, QString::fromStdString(error.message())));
+    }
+  }
   seen.subfolders = ListFolder(seen.folder, EntryKind::Folders).names;
   seen.freeBytes = FreeBytes(seen.folder);
   for (const MountedVolume& volume : ListVolumes()) seen.drives.append(volume.path);

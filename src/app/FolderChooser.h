@@ -10,8 +10,8 @@
 
 namespace kelvo {
 
-/// Free bytes as a chooser tells them: gigabytes (1024 x 1024 x 1024) in the format "###.00", "12.50 GB".
-/// Empty when they are unknown (below 0).
+/// Free bytes as a chooser tells them: gigabytes (1024 x 1024 x 1024) in the format "###.00", "12.50 GB";
+/// below one, megabytes. Empty when they are unknown (below 0).
 [[nodiscard]] QString FreeSpaceText(std::int64_t bytes);
 
 /// Walks through drives and folders until one is chosen. Every look at a disk is off the thread: a drive that

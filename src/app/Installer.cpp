@@ -85,7 +85,8 @@ QStringList SeedFolders(const Paths& paths) {
 QString WhyNotOn(const Paths& paths) {
   for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) {
     const QString why = WhyNotOn(paths(slot));
-    if (!why.isEmpty()) return why;
+    if (!why.isEmpty())
+      return QStringLiteral("The folder %1 cannot be made.\r\n%2").arg(Paths::FolderName(slot), why);
   }
   return {};
 }
@@ -181,7 +182,8 @@ Job<> Installer::Work(bool demo) {
     if (made && demo) KeepDemoWarning(folder);
     if (made) co_await Finish(paths);
   } catch (...) {
-    basHandleError(QStringLiteral(" instal"));
+    basHandleError(QStringLiteral(" instal"), tr("The database could not be set up. What was made stays; the "
+                                                 "next installation goes on from here."));
   }
   stage_ = Stage::Waiting;
   Show(0, 0, {});

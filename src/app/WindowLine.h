@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -32,6 +33,8 @@ class BesideWindow : public ChildForm {
   virtual void SetLocked(bool locked) = 0;
   /// It does something that the end of the program would break off.
   [[nodiscard]] virtual bool Busy() = 0;
+  /// Files and folders that the operator dropped for it; it is shown.
+  virtual void TakeFiles(const QStringList& places) = 0;
   /// Whether the program may end as far as this window goes; it may ask first.
   [[nodiscard]] virtual Job<bool> MayClose() { co_return true; }
 };

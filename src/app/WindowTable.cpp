@@ -23,27 +23,27 @@ QString WindowTable::WhyClosed(const WindowLine& line) const {
   const DeskFacts facts = services_.facts();
   if (facts.locked) return tr("The screen is locked");
   if (line.guard.catalogue && !facts.catalogueLoaded) return tr("The catalogue is not loaded yet");
-  if (line.guard.idleDesk && !facts.idle) return tr("Closed while something plays or the queue has a name");
-  return {};
+  return line.guard.idleDesk ? facts.whyBusy : QString();
 }
 
-void WindowTable::Open(const QString& id) {
+void WindowTable::Open(const QString& id, const QStringList& files) {
   const auto line =
       std::find_if(lines_.begin(), lines_.end(), [&id](const WindowLine& each) { return each.id == id; });
   if (line == lines_.end()) return;
   const auto index = static_cast<std::size_t>(line - lines_.begin());
   if (!line->guard.password || !WhyClosed(*line).isEmpty()) {
-    OpenGuarded(index);
+    OpenGuarded(index, files);
     return;
   }
-  services_.access.Enter([self = QPointer(this), index] {
-    if (self) self->OpenGuarded(index);
+  services_.access.Enter([self = QPointer(this), index, files] {
+    if (self) self->OpenGuarded(index, files);
   });
 }
 
-void WindowTable::OpenGuarded(std::size_t index) {
+void WindowTable::OpenGuarded(std::size_t index, const QStringList& files) {
   const WindowLine& line = lines_[index];
-  // The desk may have gone on air, or been locked, while the password was typed.
+  if (services_.facts().locked) return;
+  // The desk may have gone on air while the password was typed.
   if (const QString refusal = WhyClosed(line); !refusal.isEmpty()) {
     Prompt message;
     message.text = refusal;
@@ -61,6 +61,7 @@ void WindowTable::OpenGuarded(std::size_t index) {
   } else {
     window->Show();
   }
+  if (!files.isEmpty()) window->TakeFiles(files);
 }
 
 void WindowTable::SetLocked(bool locked) {

@@ -23,7 +23,7 @@ class WindowTable : public QObject {
   struct DeskFacts {
     bool locked = false;
     bool catalogueLoaded = false;
-    bool idle = false;
+    QString whyBusy;  ///< why the desk is not idle; empty when it is
   };
   struct Services {
     EventLoop& loop;
@@ -42,7 +42,8 @@ class WindowTable : public QObject {
 
   /// Makes the window at first, and brings it to the front, when its guard lets it; after the password, where
   /// it has one. The operator gets a message of a refusal.
-  void Open(const QString& id);
+  /// `files` are what it is to work on: those that the operator dropped.
+  void Open(const QString& id, const QStringList& files = {});
   /// Follows the screen lock.
   void SetLocked(bool locked);
   /// Whether the program may end: asks for what is busy and for what is not saved.
@@ -53,7 +54,7 @@ class WindowTable : public QObject {
   [[nodiscard]] bool Owns(const QObject* window) const;
 
  private:
-  void OpenGuarded(std::size_t index);
+  void OpenGuarded(std::size_t index, const QStringList& files);
 
   Services services_;
   std::vector<WindowLine> lines_;

@@ -100,10 +100,7 @@ AutoPlay::Services Console::ForAutoPlay() {
       .delta = play_.delta,
       .StartTransition = [this](Deck deck, TransitionKind kind) { transitions_.StartRoutine(deck, kind); },
       .SetFadeSpeed = [this](int speed) { transitions_.SetFadeSpeed(speed); },
-      .LogPlay =
-          [this](const QString& title) {
-            if (!services_.documents.isEmpty()) log_.LogPlay(title, state_.AutoPlayOn);
-          },
+      .LogPlay = [this](const QString& title) { LogPlay(title); },
       .RunGroup = {},
       .StopGroup = {},
       .Starting = [this] { return transitions_.Starting(); },
@@ -121,6 +118,7 @@ void Console::JoinParts() {
   decks_.OnEndOfStream = [this](Deck) { SetStatusLine(services_.aboutLine); };
   decks_.OnFadeSpeed = [this](int value) { transitions_.SetFadeSpeed(value); };
   decks_.OnStarted = [this](Deck) { tick_.ExpectSound(); };
+  decks_.OnStartedByHand = [this](Deck deck) { LogPlay(decks_.Record(deck).Title); };
   decks_.OnStoppedByHand = [this](Deck deck) {
     if (!decks_.Moves(Other(deck))) tick_.AcceptSilence();
   };
@@ -135,6 +133,7 @@ void Console::JoinParts() {
                   : QStringLiteral("Disks that do not answer: ") + silent.join(QStringLiteral(", ")));
     tick_.SetSilentDisks(silent);
   });
+  queue_.WhyHeld = [this] { return WhyListsHeld(); };
   queue_.OnTold = [this](const QString& words) { SetStatusLine(words); };
   queue_.HasTrackInfo = [paths = services_.paths](const QString& mediaPath) {
     return !FindFile(TrackInfoPath(paths, BaseName(QFileInfo(mediaPath).fileName()))).isEmpty();
@@ -253,6 +252,16 @@ Job<> Console::LoadCatalogue() {
   tick_.Start();
   SetStatusLine(TotalTracks(services_.catalogue));
   Q_EMIT LoadChanged();
+}
+
+void Console::LogPlay(const QString& title) {
+  if (!services_.documents.isEmpty()) log_.LogPlay(title, state_.AutoPlayOn);
+}
+
+QString Console::WhyListsHeld() const {
+  if (panel_.Visible()) return tr("The desk waits for an answer");
+  if (transitions_.SectionsDisabled()) return tr("A fade runs");
+  return {};
 }
 
 void Console::ShowTotalTracks() {

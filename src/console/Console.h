@@ -117,7 +117,11 @@ class Console : public QObject {
   void JoinParts();
   [[nodiscard]] AutoPlay::Services ForAutoPlay();
   [[nodiscard]] Job<> LoadCatalogue();
+  /// Why the operator's hand on library and queue is refused: while the desk asks, and while a fade runs.
+  [[nodiscard]] QString WhyListsHeld() const;
   void ShowTotalTracks();
+  /// A title goes on air.
+  void LogPlay(const QString& title);
   void TakeAudioWarning();
   void SetUpLevels();
   void SaveJingles();

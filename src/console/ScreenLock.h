@@ -7,9 +7,9 @@
 
 namespace kelvo {
 
-/// Locks the console's panels under a code that the operator chooses for this one lock. Decks and automatic
-/// play go on; only the panels take no hand. The code lives nowhere but here. Owned by the Console; logic
-/// thread.
+/// Locks the program under a code that the operator chooses for this one lock. Decks and automatic play go
+/// on; no window takes a hand, and what jobs ask meanwhile waits until the screen is unlocked. The code lives
+/// nowhere but here and is never shown. Owned by the Console; logic thread.
 class ScreenLock : public QObject {
   Q_OBJECT
 

@@ -2,6 +2,8 @@
 
 #include "database/TrackNames.h"
 #include "platform/ErrorLog.h"
+#include "platform/SystemFacts.h"
+#include "platform/Words.h"
 
 #include <QFileInfo>
 
@@ -15,6 +17,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Nanoseconds kWatch = 100ms;
+constexpr qsizetype kMostTroubles = 10;
 
 bool IsLackOfRoom(const std::exception_ptr& failure) {
   try {
@@ -81,45 +84,38 @@ void FileRun::Show(const QString& words) {
 }
 
 void FileRun::Note(const QString& line) {
-  messages_.append(line);
   NoteInLog(line);
 }
 
 Job<FileSum> FileRun::Run(Work work) {
   FileSum sum;
-  messages_.clear();
   progress_.files = static_cast<int>(work.files);
   for (std::size_t file = 0; file < work.files && !stop_; ++file) {
     FileOutcome outcome = FileOutcome::Failed;
+    QString why;
     step_.clear();
     try {
       Job<FileOutcome> one = work.step(file);
       outcome = co_await std::move(one);
     } catch (...) {
       outcome = Fail(work, std::current_exception());
+      why = ErrorLog::Describe(std::current_exception());
     }
+    if (outcome == FileOutcome::Failed) sum.troubles.append(work.name(file) + QStringLiteral(": ") + why);
     watch_.Stop();
     control_.reset();
     ++progress_.finished;
     sum.outcomes.push_back(outcome);
-    if (work.after) work.after(file, outcome);
+    if (work.after) work.after(file, outcome, why);
     if (outcome == FileOutcome::NoRoom || outcome == FileOutcome::Stopped) break;
   }
-  sum.messages = std::exchange(messages_, {});
   co_return sum;
 }
 
 FileOutcome FileRun::Fail(const Work& work, const std::exception_ptr& failure) {
   const QString tag = step_.isEmpty() ? work.tag : work.tag + QLatin1Char(' ') + step_;
-  const bool full = IsLackOfRoom(failure);
-  // A full disk is reported to the operator when the run has ended.
-  if (work.failures == Failures::Told && !full) {
-    messages_.append(ErrorLog::Compose(failure, tag));
-    basHandleError(tag, failure);
-  } else {
-    Note(ErrorLog::Compose(failure, tag));
-  }
-  return full ? FileOutcome::NoRoom : FileOutcome::Failed;
+  Note(ErrorLog::Compose(failure, tag));
+  return IsLackOfRoom(failure) ? FileOutcome::NoRoom : FileOutcome::Failed;
 }
 
 Job<bool> FileRun::IsMusic(QString path) {
@@ -144,9 +140,42 @@ Job<CopyResult> FileRun::Copy(CopyOrder order) {
 
 Job<IfTaken> FileRun::AskIfTaken(Prompter& prompter, Prompt question) {
   if (ifTaken != IfTaken::Ask) co_return ifTaken;
-  const Answer answer = co_await prompter.Ask(question);
-  if (answer == Answer::Yes) co_return IfTaken::Replace;
-  co_return answer == Answer::No ? IfTaken::Rename : IfTaken::LeaveOut;
+  question.safe = Answer::Cancel;
+  const AnswerForFiles given = co_await prompter.AskForFiles(question);
+  IfTaken wish = IfTaken::LeaveOut;
+  if (given.answer == Answer::Yes) wish = IfTaken::Replace;
+  if (given.answer == Answer::No) wish = IfTaken::Rename;
+  if (given.answer == Answer::Stop) {
+    Stop();
+  } else if (given.forAll) {
+    ifTaken = wish;
+  }
+  co_return wish;
+}
+
+QStringList FirstOf(QStringList troubles) {
+  const qsizetype more = troubles.size() - kMostTroubles;
+  if (more <= 0) return troubles;
+  troubles.resize(kMostTroubles);
+  troubles.append(QStringLiteral("... and ") +
+                  Counted(more, QStringLiteral("other"), QStringLiteral("others")) +
+                  QStringLiteral(" (see the log)"));
+  return troubles;
+}
+
+Prompt TroubleMessage(const QString& head, const QStringList& troubles) {
+  Prompt message;
+  message.text = (QStringList{head} + FirstOf(troubles)).join(QStringLiteral("\r\n"));
+  message.icon = PromptIcon::Exclamation;
+  return message;
+}
+
+Job<QString> RoomWords(EventLoop& loop, QString folder) {
+  const auto look = [folder] { return FreeBytes(folder); };
+  const std::int64_t free = co_await loop.Offload(EventLoop::Lane::Apart, look);
+  const auto megabytes = [](std::int64_t bytes) { return static_cast<double>(bytes) / 1048576; };
+  co_return QStringLiteral("Free Disc Space : ") + Format000(megabytes(free)) + QStringLiteral(" MB (") +
+      Format000(megabytes(kSpareBytes)) + QStringLiteral(" MB must stay free)");
 }
 
 void AddCount(QStringList& lines, int number, const QString& words) {

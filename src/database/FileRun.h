@@ -35,7 +35,7 @@ enum class IfTaken { Ask, Replace, Rename, LeaveOut };
 /// What a run came to.
 struct FileSum {
   std::vector<FileOutcome> outcomes;  ///< of each file that was reached
-  QStringList messages;               ///< every line that the run wrote to the log
+  QStringList troubles;               ///< of each file that failed, for people: which, what, why
 
   [[nodiscard]] int Count(FileOutcome outcome) const;
   /// Its last file, and with it the run, ended so.
@@ -64,17 +64,13 @@ using RoomCheck = std::function<bool(const QString& folder, std::int64_t bytes)>
 /// operator do. Owned by whoever holds the list of files; logic thread. One run at a time.
 class FileRun {
  public:
-  enum class Failures {
-    Noted,  ///< in the log
-    Told,   ///< to the operator, each at once
-  };
   struct Work {
     std::size_t files = 0;
-    QString tag;  ///< of failures; the name of the step comes behind
-    Failures failures = Failures::Noted;
+    QString tag;  ///< of failures in the log; the name of the step comes behind
+    std::function<QString(std::size_t file)> name;
     std::function<Job<FileOutcome>(std::size_t file)> step;
-    /// Called when the file is through, also when it failed.
-    std::function<void(std::size_t file, FileOutcome outcome)> after = {};
+    /// Called when the file is through, also when it failed; `why` it did then, else empty.
+    std::function<void(std::size_t file, FileOutcome outcome, const QString& why)> after = {};
   };
 
   explicit FileRun(EventLoop& loop) : loop_(loop) {}
@@ -104,7 +100,7 @@ class FileRun {
   [[nodiscard]] Job<bool> HasRoom(RoomCheck check, QString folder, QString file);
   [[nodiscard]] Job<CopyResult> Copy(CopyOrder order);
   /// What to do with a file whose name is taken. `question` has Yes (replace), No (rename) and Cancel (leave
-  /// it out); it is asked unless there is an answer for all.
+  /// it out, the answer of Enter); it is asked unless there is an answer for all. It can also stop the run.
   [[nodiscard]] Job<IfTaken> AskIfTaken(Prompter& prompter, Prompt question);
   /// The answer for all files that follow; Ask when there is none.
   IfTaken ifTaken = IfTaken::Ask;
@@ -117,13 +113,18 @@ class FileRun {
 
   EventLoop& loop_;
   FileProgress progress_;
-  QStringList messages_;
   QString step_;
   std::shared_ptr<CopyControl> control_;  ///< of the copy under way
   Timer watch_;
   bool stop_ = false;
 };
 
+/// A message of the files that failed: `head`, and a line for each of the first ones.
+[[nodiscard]] Prompt TroubleMessage(const QString& head, const QStringList& troubles);
+/// The lines of that alone.
+[[nodiscard]] QStringList FirstOf(QStringList troubles);
+/// The room where `folder` is: "Free Disc Space : ...", and how much of it is not for files.
+[[nodiscard]] Job<QString> RoomWords(EventLoop& loop, QString folder);
 /// Adds a line of a sum, the number and the words, unless the number is 0.
 void AddCount(QStringList& lines, int number, const QString& words);
 /// Megabytes, "0.0000".

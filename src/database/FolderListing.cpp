@@ -90,10 +90,12 @@ FolderListing ListFolder(const QString& folder, EntryKind kind) {
     if (entry == nullptr && errno != 0) fail(errno);
     if (entry == nullptr) break;
     const std::string_view name = static_cast<const char*>(entry->d_name);
-    if (name.starts_with('.')) continue;
+    if (name == "." || name == "..") continue;
     if (KindOf(handle.get(), folder, *entry, links) != kind) continue;
     const QString text = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
-    if (text.contains(QChar::ReplacementCharacter)) {
+    if (name.starts_with('.')) {
+      listing.hidden.append(text);
+    } else if (text.contains(QChar::ReplacementCharacter)) {
       listing.unusable.append(text);
     } else {
       entries.push_back({UpperKey(name), std::string(name)});

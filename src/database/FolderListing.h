@@ -5,11 +5,12 @@
 namespace kelvo {
 
 /// The names in a folder, in the order of their upper-cased forms, so that numbers drawn from it are the same
-/// at each start. Hidden entries (leading dot) are left out.
+/// at each start. Hidden entries (leading dot) are apart.
 struct FolderListing {
   QStringList names;
   /// Entries whose name is no valid text and can't be used, for the log.
   QStringList unusable;
+  QStringList hidden;
 };
 
 enum class EntryKind { Files, Folders };

@@ -44,11 +44,7 @@ JingleImport::JingleImport(Services services)
   connect(&search_, &MediaSearch::Found, this, &JingleImport::Append);
   connect(&search_, &MediaSearch::Progress, this, &JingleImport::Changed);
   connect(&search_, &MediaSearch::Finished, this, [this] {
-    QString words = tr("%1 files found").arg(rows_.Count());
-    if (search_.PassedOver() > 0) {
-      words += tr(", %1 folders or names could not be read (see the log)").arg(search_.PassedOver());
-    }
-    End(words);
+    End(Counted(rows_.Count(), tr("file found"), tr("files found")) + search_.Exceptions());
   });
   services_.catalogue.Listen(this, [this](const JingleChanged& change) { Follow(change); });
 }
@@ -66,7 +62,7 @@ void JingleImport::Search(const QString& folder) {
 void JingleImport::Append(const std::vector<FoundFile>& files) {
   std::vector<JingleRow> fresh;
   for (const FoundFile& file : files) {
-    fresh.push_back({QFileInfo(file.path).fileName(), file.size, file.path});
+    fresh.push_back({QFileInfo(file.path).fileName(), file.size, file.path, file.trouble});
   }
   rows_.Append(std::move(fresh));
 }
@@ -122,21 +118,25 @@ Job<> JingleImport::RunImport(std::vector<JingleRow> picked) {
     FileRun::Work work;
     work.files = picked.size();
     work.tag = QStringLiteral(" jingle import");
+    work.name = [&picked](std::size_t file) { return picked[file].name; };
     work.step = [this, &picked, standing](std::size_t file) { return ImportOne(picked[file], standing); };
     sum = co_await run_.Run(std::move(work));
   } catch (...) {
-    basHandleError(QStringLiteral(" jingle import"));
+    basHandleError(QStringLiteral(" jingle import"), tr("The jingles cannot be imported."));
+    End({});
+    co_return;
   }
   Prompt closing;
   closing.icon = PromptIcon::Exclamation;
   if (sum.EndedBy(FileOutcome::NoRoom)) {
-    closing.text = QStringLiteral("Insufficient Disc space !");
+    const QString room = co_await RoomWords(services_.loop, services_.paths(Paths::Jingles));
+    closing.text = QStringLiteral("Insufficient Disc space !") + kNewLine + room;
     services_.prompter.Tell(closing);
   }
-  closing.text = Summary(sum);
+  closing.text = Summary(sum, picked);
   closing.icon = PromptIcon::Information;
   services_.prompter.Tell(closing);
-  End(tr("%1 Files Were Imported Successfully !").arg(sum.Count(FileOutcome::Done)));
+  End(Counted(sum.Count(FileOutcome::Done), tr("file imported"), tr("files imported")));
 }
 
 Job<FileOutcome> JingleImport::ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> standing) {
@@ -155,15 +155,20 @@ Job<FileOutcome> JingleImport::ImportOne(JingleRow row, std::shared_ptr<QSet<QSt
   co_return outcome;
 }
 
-QString JingleImport::Summary(const FileSum& sum) {
+QString JingleImport::Summary(const FileSum& sum, const std::vector<JingleRow>& picked) {
   QStringList lines{QString::number(sum.Count(FileOutcome::Done)) +
                     QStringLiteral(" Files Were Imported Successfully !")};
+  int unplayable = 0;
+  for (std::size_t file = 0; file < sum.outcomes.size(); ++file) {
+    if (sum.outcomes[file] == FileOutcome::Done && !picked[file].trouble.isEmpty()) ++unplayable;
+  }
+  AddCount(lines, unplayable, QStringLiteral(" Of Them Cannot Be Played (See Their Rows)"));
   AddCount(lines, sum.Count(FileOutcome::Existed),
            QStringLiteral(" File/s Already Existed And were not Imported!"));
   AddCount(lines, sum.Count(FileOutcome::Unfit),
            QStringLiteral(" File/s Were Too Small(less than 10kbytes )And were Not Imported!"));
-  AddCount(lines, sum.Count(FileOutcome::Failed),
-           QStringLiteral(" File/s Could Not Be Copied (See The Error Log)"));
+  AddCount(lines, sum.Count(FileOutcome::Failed), QStringLiteral(" File/s Could Not Be Copied:"));
+  lines += FirstOf(sum.troubles);
   return lines.join(kNewLine);
 }
 
@@ -173,29 +178,40 @@ void JingleImport::Delete(const std::vector<int>& rows) {
   work_ = RunDelete(Picked(rows));
 }
 
-Job<bool> JingleImport::AskBeforeDeletions() {
+Job<bool> JingleImport::AskBeforeDeletions(std::size_t files) {
   Prompt warning;
   warning.text =
       QStringLiteral("File deletions may cause programs which rely on the files to mal function !") +
       kNewLine + QStringLiteral("Continue Only if you know that deletion will not effect such programs !") +
       kNewLine +
       QStringLiteral(
-          "Select OK to PERMANENTLY Delete (Not Sent To the Recycle Bin !) Selected Files From Hard drive ?");
+          "Select OK to PERMANENTLY Delete (Not Sent To the Recycle Bin !) Selected Files From Hard drive "
+          "?") +
+      kNewLine + kNewLine +
+      Counted(static_cast<qint64>(files), tr("file is selected."), tr("files are selected."));
   warning.buttons = Buttons::OkCancel;
   warning.icon = PromptIcon::Exclamation;
+  warning.safe = Answer::Cancel;
   co_return co_await services_.prompter.Ask(warning) == Answer::Ok;
 }
 
 Job<> JingleImport::RunDelete(std::vector<JingleRow> picked) {
-  if (co_await AskBeforeDeletions()) {
+  QString words;
+  if (co_await AskBeforeDeletions(picked.size())) {
     FileRun::Work work;
     work.files = picked.size();
     work.tag = QStringLiteral(" jingle delete");
-    work.failures = FileRun::Failures::Told;
+    work.name = [&picked](std::size_t file) { return picked[file].name; };
     work.step = [this, &picked](std::size_t file) { return DeleteOne(picked[file]); };
-    co_await run_.Run(std::move(work));
+    const FileSum sum = co_await run_.Run(std::move(work));
+    if (!sum.troubles.isEmpty()) {
+      const QString head =
+          Counted(sum.troubles.size(), tr("file was not deleted:"), tr("files were not deleted:"));
+      services_.prompter.Tell(TroubleMessage(head, sum.troubles));
+    }
+    words = Counted(sum.Count(FileOutcome::Done), tr("file deleted"), tr("files deleted"));
   }
-  End({});
+  End(words);
 }
 
 Job<FileOutcome> JingleImport::DeleteOne(JingleRow row) {
@@ -220,6 +236,7 @@ Job<FileOutcome> JingleImport::DeleteOne(JingleRow row) {
   question.title = row.name;
   question.buttons = Buttons::YesNoCancel;
   question.icon = PromptIcon::Question;
+  question.safe = Answer::No;
   const Answer answer = co_await services_.prompter.Ask(question);
   if (answer == Answer::No) co_return FileOutcome::LeftOut;
   if (answer != Answer::Yes) co_return FileOutcome::Stopped;

@@ -23,6 +23,7 @@ struct JingleRow {
   QString name;
   std::int64_t size = 0;  ///< bytes
   QString path;
+  QString trouble;  ///< why it cannot be played; see WhyNotPlayable
 
   /// In megabytes, "0.0000".
   [[nodiscard]] QString SizeText() const;
@@ -72,7 +73,7 @@ class JingleImport : public QObject {
   /// `standing`: the names in the jingle folder, upper case.
   [[nodiscard]] Job<FileOutcome> ImportOne(JingleRow row, std::shared_ptr<QSet<QString>> standing);
   [[nodiscard]] Job<> RunDelete(std::vector<JingleRow> picked);
-  [[nodiscard]] Job<bool> AskBeforeDeletions();
+  [[nodiscard]] Job<bool> AskBeforeDeletions(std::size_t files);
   [[nodiscard]] Job<FileOutcome> DeleteOne(JingleRow row);
   void Append(const std::vector<FoundFile>& files);
   void RemoveRow(const QString& path);
@@ -81,7 +82,7 @@ class JingleImport : public QObject {
   void Begin();
   void End(const QString& words);
   [[nodiscard]] std::vector<JingleRow> Picked(const std::vector<int>& rows) const;
-  [[nodiscard]] static QString Summary(const FileSum& sum);
+  [[nodiscard]] static QString Summary(const FileSum& sum, const std::vector<JingleRow>& picked);
 
   Services services_;
   DriveList drives_;

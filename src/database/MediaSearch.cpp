@@ -1,7 +1,7 @@
 #include "database/MediaSearch.h"
 
+#include "audio/SoundLook.h"
 #include "database/FolderListing.h"
-#include "database/TrackTags.h"
 #include "platform/ErrorLog.h"
 #include "platform/EventLoop.h"
 #include "platform/MountedVolumes.h"
@@ -72,6 +72,7 @@ void MediaWalk::Enter(Piece& piece) {
   for (const QString& name : files.unusable + below.unusable) {
     piece.notes.append(QStringLiteral("A name in %1 is no text: %2").arg(folder_, name));
   }
+  piece.hidden += static_cast<int>(std::count_if(files.hidden.begin(), files.hidden.end(), IsMediaName));
   std::copy_if(files.names.rbegin(), files.names.rend(), std::back_inserter(files_), IsMediaName);
   const double each = next.share / static_cast<double>(below.names.size() + 1);
   filesShare_ = each;
@@ -84,7 +85,8 @@ void MediaWalk::TakeFile(const QString& path, Tags tags, Piece& piece) {
   FoundFile file;
   file.path = path;
   file.size = QFileInfo(file.path).size();
-  if (tags == Tags::Read) file.artist = ReadTrackTags(file.path).artist;
+  if (tags == Tags::Read) file.tags = ReadTrackTags(file.path);
+  file.trouble = WhyNotPlayable(file.path);
   piece.files.push_back(std::move(file));
 }
 
@@ -122,13 +124,26 @@ void MediaSearch::Start(const QStringList& roots, MediaWalk::Tags tags) {
   stop_ = std::make_shared<std::atomic<bool>>(false);
   folder_ = roots.front();
   percent_ = 0;
-  passedOver_ = 0;
+  unplayable_ = passedOver_ = hidden_ = 0;
   Q_EMIT Progress();
   work_ = Run(roots, tags);
 }
 
 void MediaSearch::Stop() {
   if (stop_) *stop_ = true;
+}
+
+QString MediaSearch::Exceptions() const {
+  QString words;
+  if (unplayable_ > 0) words += tr(", %1 that cannot be played").arg(unplayable_);
+  if (passedOver_ > 0) {
+    words += QStringLiteral(", ") + Counted(passedOver_, tr("folder or name"), tr("folders or names")) +
+             tr(" could not be read (see the log)");
+  }
+  if (hidden_ > 0)
+    words +=
+        QStringLiteral(", ") + Counted(hidden_, tr("hidden file"), tr("hidden files")) + tr(" passed over");
+  return words;
 }
 
 Job<> MediaSearch::Run(QStringList roots, MediaWalk::Tags tags) {
@@ -146,6 +161,10 @@ Job<> MediaSearch::Run(QStringList roots, MediaWalk::Tags tags) {
       for (const QString& note : piece.notes) {
         if (++passedOver_ <= kMostNotes) NoteInLog(note);
       }
+      hidden_ += piece.hidden;
+      unplayable_ +=
+          static_cast<int>(std::count_if(piece.files.begin(), piece.files.end(),
+                                         [](const FoundFile& file) { return !file.trouble.isEmpty(); }));
       if (!piece.folder.isEmpty()) folder_ = piece.folder;
       percent_ = piece.share * 100;
       if (!piece.files.empty()) Q_EMIT Found(piece.files);
@@ -153,7 +172,7 @@ Job<> MediaSearch::Run(QStringList roots, MediaWalk::Tags tags) {
       if (piece.atEnd) break;
     }
   } catch (...) {
-    basHandleError(QStringLiteral(" search"));
+    basHandleError(QStringLiteral(" search"), tr("The search could not go on."));
   }
   running_ = false;
   Q_EMIT Finished();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "database/TrackTags.h"
 #include "platform/Job.h"
 
 #include <QObject>
@@ -22,7 +23,8 @@ class EventLoop;
 struct FoundFile {
   QString path;
   std::int64_t size = 0;  ///< bytes
-  QString artist;         ///< of its tags, if the search was to read them
+  TrackTags tags;         ///< if the search was to read them
+  QString trouble;        ///< why it cannot be played; see WhyNotPlayable
 };
 
 /// Whether the name is that of an MP3 or WAV file, by its extension.
@@ -42,6 +44,7 @@ class MediaWalk {
     QString folder;     ///< the folder that was reached
     double share = 0;   ///< of the whole way, 0 to 1; a folder's folders count alike
     QStringList notes;  ///< folders that can't be read, names that are no text
+    int hidden = 0;     ///< files of music that are hidden
     bool atEnd = false;
   };
   /// Walks on by so many files and folders, less when `stop` is set. Blocks for the disk.
@@ -88,8 +91,8 @@ class MediaSearch : public QObject {
   /// The folder that it is in, and its share of the way in per cent.
   [[nodiscard]] const QString& Folder() const { return folder_; }
   [[nodiscard]] double Percent() const { return percent_; }
-  /// How many folders and names it had to pass over; the log names them.
-  [[nodiscard]] int PassedOver() const { return passedOver_; }
+  /// What it found that is no track, in words behind the sum; empty when there was nothing of the kind.
+  [[nodiscard]] QString Exceptions() const;
 
  Q_SIGNALS:
   void Found(const std::vector<FoundFile>& files);
@@ -104,7 +107,9 @@ class MediaSearch : public QObject {
   bool running_ = false;
   QString folder_;
   double percent_ = 0;
-  int passedOver_ = 0;
+  int unplayable_ = 0;
+  int passedOver_ = 0;  ///< folders and names; the log names them
+  int hidden_ = 0;
   Job<> work_;
 };
 

@@ -4,7 +4,6 @@
 #include "database/StandingNames.h"
 #include "database/TrackNames.h"
 #include "platform/ErrorLog.h"
-#include "platform/SystemFacts.h"
 #include "platform/Words.h"
 
 #include <QDir>
@@ -73,11 +72,7 @@ ScanImport::ScanImport(Services services)
           [this](const std::vector<FoundFile>& files) { rows_.Append(files); });
   connect(&search_, &MediaSearch::Progress, this, &ScanImport::Changed);
   connect(&search_, &MediaSearch::Finished, this, [this] {
-    QString words = tr("%1 files in the list").arg(rows_.Count());
-    if (search_.PassedOver() > 0) {
-      words += tr(", %1 folders or names could not be read (see the log)").arg(search_.PassedOver());
-    }
-    run_.Show(words);
+    run_.Show(Counted(rows_.Count(), tr("file in the list"), tr("files in the list")) + search_.Exceptions());
   });
 }
 
@@ -133,6 +128,7 @@ Job<> ScanImport::AskToDelete() {
                  QStringLiteral("Only Enable if you know that deletions will not effect such programs !");
   caution.buttons = Buttons::OkCancel;
   caution.icon = PromptIcon::Exclamation;
+  caution.safe = Answer::Cancel;
   deletesSources_ = co_await services_.prompter.Ask(caution) == Answer::Ok;
   Q_EMIT Changed();
 }
@@ -162,13 +158,15 @@ Job<bool> ScanImport::AskForNames(const std::vector<int>& rows) {
   co_return co_await services_.prompter.Ask(question) == Answer::Yes;
 }
 
-Job<bool> ScanImport::AskForDeletion() {
+Job<bool> ScanImport::AskForDeletion(std::size_t files) {
   if (!deletesSources_) co_return false;
   Prompt question;
   question.text = QStringLiteral("Are You Sure You want To Delete Source Files After Import ?") + kNewLine +
-                  QStringLiteral("(This function Dousn't use the Recycle Bin !)");
+                  QStringLiteral("(This function Dousn't use the Recycle Bin !)") + kNewLine + kNewLine +
+                  Counted(static_cast<qint64>(files), tr("file is selected."), tr("files are selected."));
   question.buttons = Buttons::YesNo;
   question.icon = PromptIcon::Exclamation;
+  question.safe = Answer::No;
   co_return co_await services_.prompter.Ask(question) == Answer::Yes;
 }
 
@@ -181,7 +179,7 @@ Job<> ScanImport::RunImport(std::vector<int> rows) {
     if (co_await AskForNames(batch.rows)) {
       asked = true;
       Q_EMIT Began();
-      batch.deletes = co_await AskForDeletion();
+      batch.deletes = co_await AskForDeletion(batch.rows.size());
       const auto read = [paths = services_.paths] {
         return std::make_shared<StandingNames>(StandingNames::Read(paths));
       };
@@ -189,15 +187,20 @@ Job<> ScanImport::RunImport(std::vector<int> rows) {
       FileRun::Work work;
       work.files = batch.rows.size();
       work.tag = QStringLiteral(" scan");
+      work.name = [this, &batch](std::size_t file) {
+        return rows_.Row(batch.rows[file]).Text(ScanTitleColumn);
+      };
       work.step = [this, &batch](std::size_t file) { return CopyRow(batch.rows[file], batch); };
-      work.after = [this, &batch](std::size_t file, FileOutcome outcome) {
-        MarkRow(batch.rows[file], outcome);
+      work.after = [this, &batch](std::size_t file, FileOutcome outcome, const QString&) {
+        const int row = batch.rows[file];
+        MarkRow(row, outcome);
+        if (outcome == FileOutcome::Done && !rows_.Row(row).trouble.isEmpty()) ++batch.unplayable;
       };
       sum = co_await run_.Run(std::move(work));
     }
   } catch (...) {
     asked = false;
-    basHandleError(QStringLiteral(" scan"));
+    basHandleError(QStringLiteral(" scan"), tr("The files cannot be imported."));
   }
   rows_.Remove(batch.gone);
   if (sum.EndedBy(FileOutcome::NoRoom)) co_await TellNoRoom();
@@ -209,7 +212,8 @@ Job<> ScanImport::RunImport(std::vector<int> rows) {
     closing.icon = PromptIcon::Information;
     services_.prompter.Tell(closing);
   }
-  run_.Show(asked ? tr("%1 Tracks Copied Successfully").arg(sum.Count(FileOutcome::Done)) : QString());
+  run_.Show(asked ? Counted(sum.Count(FileOutcome::Done), tr("track copied"), tr("tracks copied"))
+                  : QString());
 }
 
 Job<FileOutcome> ScanImport::CopyRow(int row, Batch& batch) {
@@ -279,12 +283,10 @@ Job<> ScanImport::DeleteSource(int row, QString copy, Batch& batch) {
 
 Job<> ScanImport::TellNoRoom() {
   const QString utility = services_.paths(Paths::Utility);
-  const auto look = [utility] { return FreeBytes(utility); };
-  const std::int64_t free = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
+  const QString room = co_await RoomWords(services_.loop, utility);
   Prompt trouble;
-  trouble.text = QStringLiteral("Cannot Continue...Not Enough Free Disc Space on Drive ") + utility +
-                 kNewLine + QStringLiteral("Free Disc Space : ") +
-                 Format000(static_cast<double>(free) / 1048576) + QStringLiteral(" MB");
+  trouble.text =
+      QStringLiteral("Cannot Continue...Not Enough Free Disc Space on Drive ") + utility + kNewLine + room;
   trouble.icon = PromptIcon::Critical;
   services_.prompter.Tell(trouble);
 }
@@ -292,6 +294,7 @@ Job<> ScanImport::TellNoRoom() {
 QString ScanImport::Summary(const FileSum& sum, const Batch& batch) const {
   QStringList lines{QString::number(sum.Count(FileOutcome::Done)) +
                     QStringLiteral(" Tracks Copied Successfully")};
+  AddCount(lines, batch.unplayable, QStringLiteral(" Of Them Cannot Be Played (See Their Rows)"));
   AddCount(lines, sum.Count(FileOutcome::InDatabase),
            QStringLiteral(" Track/s Were Not Copied, Which Already Existed In The Main Data Base "
                           "(Highlighted In Yellow)") +
@@ -304,8 +307,8 @@ QString ScanImport::Summary(const FileSum& sum, const Batch& batch) const {
                kNewLine + QStringLiteral("These Tracks Cannot Be imported without First Re-Naming"));
   AddCount(lines, sum.Count(FileOutcome::Unfit),
            QStringLiteral(" Track/s Not Copied Which Are Gone, Unreadable Or Too Small"));
-  AddCount(lines, sum.Count(FileOutcome::Failed),
-           QStringLiteral(" Track/s Could Not Be Copied (See The Error Log)"));
+  AddCount(lines, sum.Count(FileOutcome::Failed), QStringLiteral(" Track/s Could Not Be Copied:"));
+  lines += FirstOf(sum.troubles);
   AddCount(lines, batch.sourcesKept, QStringLiteral(" Source File/s Were Not Deleted"));
   if (sum.EndedBy(FileOutcome::NoRoom)) {
     lines.append(

@@ -77,12 +77,13 @@ class ScanImport : public QObject {
     std::shared_ptr<StandingNames> standing;
     bool deletes = false;
     int sourcesKept = 0;    ///< could not or must not be deleted
+    int unplayable = 0;     ///< were copied all the same
     std::vector<int> gone;  ///< rows whose source was deleted
   };
 
   [[nodiscard]] Job<> RunImport(std::vector<int> rows);
   [[nodiscard]] Job<bool> AskForNames(const std::vector<int>& rows);
-  [[nodiscard]] Job<bool> AskForDeletion();
+  [[nodiscard]] Job<bool> AskForDeletion(std::size_t files);
   [[nodiscard]] Job<FileOutcome> CopyRow(int row, Batch& import);
   [[nodiscard]] Job<FileOutcome> CopyFileOf(int row, StagedName name, Batch& import);
   [[nodiscard]] Job<> DeleteSource(int row, QString copy, Batch& import);

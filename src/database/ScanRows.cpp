@@ -9,20 +9,59 @@
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
 
 namespace kelvo {
+namespace {
+
+struct Halves {
+  QString artist;
+  QString title;
+};
+
+/// "Jean-Luc - Song" is split at the separator that has blanks around it, "Ann-Song" at the only one.
+std::optional<Halves> SplitTitle(const QString& title, const QString& separator) {
+  const QString bare = separator.trimmed();
+  QStringList places{separator};
+  if (!bare.isEmpty()) places.prepend(QLatin1Char(' ') + bare + QLatin1Char(' '));
+  for (const QString& each : places) {
+    const qsizetype place = title.indexOf(each);
+    if (place < 0) continue;
+    Halves halves{title.left(place).trimmed(), title.mid(place + each.size()).trimmed()};
+    if (!halves.artist.isEmpty() && !halves.title.isEmpty()) return halves;
+  }
+  return std::nullopt;
+}
+
+bool IsNumber(const QString& text) {
+  return std::all_of(text.begin(), text.end(), [](QChar each) { return each.isDigit(); });
+}
+
+/// The title of a file that nobody has named yet: "Artist - Title" by its tags. The name of the file stays
+/// where it says as much: a tag may hold 30 letters of the title only.
+QString FirstTitle(const QString& baseName, const TrackTags& tags) {
+  if (tags.title.isEmpty()) return baseName;
+  std::optional<Halves> named = SplitTitle(baseName, QStringLiteral(" - "));
+  if (named && IsNumber(named->artist)) named.reset();
+  if (named && named->title.contains(tags.title, Qt::CaseInsensitive)) return baseName;
+  const QString artist = tags.artist.isEmpty() && named ? named->artist : tags.artist;
+  return CleanFileName(artist.isEmpty() ? tags.title : artist + QStringLiteral(" - ") + tags.title);
+}
+
+}  // namespace
 
 void ScanRows::Append(const std::vector<FoundFile>& files) {
   std::vector<ScanRow> fresh;
-  const QString date = loop_.Now().toString(QStringLiteral("yyyy")) + QStringLiteral("-xxx");
+  const QString year = loop_.Now().toString(QStringLiteral("yyyy"));
   for (const FoundFile& file : files) {
     if (paths_.contains(file.path)) continue;
     paths_.insert(file.path);
     const QFileInfo place(file.path);
     ScanRow row;
-    row.columns = {BaseName(place.fileName()),
-                   CleanFileName(file.artist),
-                   date,
+    row.trouble = file.trouble;
+    row.columns = {FirstTitle(BaseName(place.fileName()), file.tags),
+                   CleanFileName(file.tags.artist),
+                   (file.tags.year.isEmpty() ? year : file.tags.year) + QStringLiteral("-xxx"),
                    QString(),
                    QFileInfo(place.path()).fileName(),
                    file.path};
@@ -136,14 +175,10 @@ void ScanRows::ReplaceArtist(const QString& existing, const QString& with) {
 
 void ScanRows::ExtractArtists(const std::vector<int>& rows) {
   Give(rows, [separator = separator_](ScanRow& row) {
-    const QString title = row.Text(ScanTitleColumn);
-    const qsizetype place = title.indexOf(separator);
-    if (place < 0) return;
-    const QString artist = title.left(place).trimmed();
-    const QString rest = title.mid(place + separator.size()).trimmed();
-    if (artist.isEmpty() || rest.isEmpty()) return;
-    Put(row, ScanArtistColumn, CleanFileName(artist));
-    Put(row, ScanTitleColumn, rest);
+    const std::optional<Halves> halves = SplitTitle(row.Text(ScanTitleColumn), separator);
+    if (!halves) return;
+    Put(row, ScanArtistColumn, CleanFileName(halves->artist));
+    Put(row, ScanTitleColumn, halves->title);
   });
 }
 

@@ -38,6 +38,7 @@ enum class ScanMark {
 struct ScanRow {
   std::array<QString, ScanColumnCount> columns;
   ScanMark mark = ScanMark::None;
+  QString trouble;  ///< why it cannot be played; see WhyNotPlayable
 
   [[nodiscard]] const QString& Text(ScanColumn column) const {
     return columns[static_cast<std::size_t>(column)];
@@ -56,7 +57,8 @@ class ScanRows : public QObject {
   [[nodiscard]] const ScanRow& Row(int row) const { return rows_[row]; }
   [[nodiscard]] static bool Editable(ScanColumn column) { return column <= ScanCommentsColumn; }
 
-  /// Adds those that are not listed yet, dated with the present year.
+  /// Adds those that are not listed yet, named and dated by their tags, else by their file and the present
+  /// year.
   void Append(const std::vector<FoundFile>& files);
   void Clear();
   void Remove(std::vector<int> rows);
@@ -69,7 +71,8 @@ class ScanRows : public QObject {
   void Insert(const std::vector<int>& rows, ScanColumn column, const QString& text);
   /// Puts `with` in place of an artist in all rows, whatever the case of its letters.
   void ReplaceArtist(const QString& existing, const QString& with);
-  /// Splits titles at the separator into artist and title; those without one stay.
+  /// Splits titles at the separator into artist and title: where it has a blank on each side, else at any.
+  /// Titles without one stay.
   void ExtractArtists(const std::vector<int>& rows);
   void TakeArtistsFromFolders(const std::vector<int>& rows);
   /// Puts the artist and the separator before each title that doesn't begin with the artist.

@@ -29,14 +29,16 @@ bool CheckName(Prompter& prompter, const QString& name) {
   return true;
 }
 
-bool CheckDate(Prompter& prompter, const QString& text) {
+bool IsDate(const QString& text) {
   const auto isDigit = [](QChar character) {
     return character >= QLatin1Char('0') && character <= QLatin1Char('9');
   };
-  if (text.size() == 8 && std::all_of(text.begin(), text.begin() + 4, isDigit) &&
-      text[4] == QLatin1Char('-')) {
-    return true;
-  }
+  return text.size() == 8 && std::all_of(text.begin(), text.begin() + 4, isDigit) &&
+         text[4] == QLatin1Char('-');
+}
+
+bool CheckDate(Prompter& prompter, const QString& text) {
+  if (IsDate(text)) return true;
   prompter.Tell({QStringLiteral("Dates Must Be Entered in the form YYYY-mmm (Eg: 2005-Dec)"), {}});
   return false;
 }

@@ -15,7 +15,9 @@ namespace kelvo {
 [[nodiscard]] bool CheckName(Prompter& prompter, const QString& name);
 
 /// Whether the text is a date as the database keeps it: eight characters, a year of four digits, "-", three
-/// more. Tells the operator when it is not.
+/// more.
+[[nodiscard]] bool IsDate(const QString& text);
+/// The same; tells the operator when it is not.
 [[nodiscard]] bool CheckDate(Prompter& prompter, const QString& text);
 
 /// Whether the file can be played: it exists, is MP3 or WAV by its extension, and a WAV has at least 10240

@@ -1,6 +1,7 @@
 #include "database/TrackTags.h"
 
 #include "database/GenreNames.h"
+#include "platform/Words.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -14,11 +15,13 @@
 #include <taglib/wavfile.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace kelvo {
 namespace {
 
 constexpr qint64 kId3v1Bytes = 128;
+constexpr double kMostBeats = 999;
 
 enum class Content { Mpeg, Wave, Other };
 
@@ -57,13 +60,21 @@ void Take(TrackTags& tags, const TagLib::Tag& tag) {
   if (year >= 1 && year <= 9999) fill(tags.year, QStringLiteral("%1").arg(year, 4, 10, QLatin1Char('0')));
 }
 
+/// The first text of the first frame of this kind, as it is written.
+QString FrameText(const TagLib::ID3v2::Tag& tag, const char* kind) {
+  const TagLib::ID3v2::FrameList frames = tag.frameList(kind);
+  if (frames.isEmpty()) return {};
+  const auto* frame = dynamic_cast<const TagLib::ID3v2::TextIdentificationFrame*>(frames.front());
+  return frame == nullptr || frame->fieldList().isEmpty() ? QString() : Text(frame->fieldList().front());
+}
+
 void TakeId3v2(TrackTags& tags, const TagLib::ID3v2::Tag& tag) {
   Take(tags, tag);
-  // As it is written: the library would put names of its own in place of the numbers.
-  const TagLib::ID3v2::FrameList frames = tag.frameList("TCON");
-  if (frames.isEmpty()) return;
-  const auto* frame = dynamic_cast<const TagLib::ID3v2::TextIdentificationFrame*>(frames.front());
-  if (frame != nullptr && !frame->fieldList().isEmpty()) TakeGenre(tags, Text(frame->fieldList().front()));
+  // The library would put names of its own in place of the numbers.
+  const QString genre = FrameText(tag, "TCON");
+  if (!genre.isEmpty()) TakeGenre(tags, genre);
+  const double beats = Val(FrameText(tag, "TBPM"));
+  if (beats >= 1 && beats < kMostBeats) tags.bpm = static_cast<int>(std::lround(beats));
 }
 
 /// `block`: the last bytes of the file, whatever else it is.

@@ -11,6 +11,7 @@ struct TrackTags {
   QString title;
   QString album;
   QString year;       ///< four digits
+  int bpm = 0;        ///< beats per minute; 0 for none
   int genre = -1;     ///< ID3 genre number; -1 for none
   QString genreText;  ///< the genre in the tag's own words, when it has no number
 };

@@ -1,5 +1,6 @@
 #include "database/Transfer.h"
 
+#include "audio/SoundLook.h"
 #include "database/DatabaseSettings.h"
 #include "database/MediaSearch.h"
 #include "database/TrackNames.h"
@@ -27,14 +28,6 @@ void RemoveFile(const QString& path) {
   QFile file(path);
   if (file.remove() || !file.exists()) return;
   throw Failure(QStringLiteral("Cannot delete %1 : %2").arg(path, file.errorString()), 0, path);
-}
-
-Prompt DuplicationQuestion(const QString& fileName) {
-  return {QStringLiteral("The File ") + fileName + QStringLiteral(" Already Exists On The Data Base ! ") +
-              kLineBreak + QStringLiteral("Do You Wish To Replace the Existing Track ") + kLineBreak +
-              QStringLiteral("Click CANCEL To Cancel The Move and Proceed to the Next Track In the List "
-                             "(If Any)"),
-          QStringLiteral("File Duplication"), Buttons::YesNoCancel, PromptIcon::Question};
 }
 
 }  // namespace
@@ -81,7 +74,8 @@ Job<> Transfer::RunList() {
     co_await FindStagedFiles(services_.loop, services_.catalogue, services_.paths);
     co_await ReadMissing(std::move(typed));
   } catch (...) {
-    basHandleError(QStringLiteral(" FrmTransfer list"));
+    basHandleError(QStringLiteral(" FrmTransfer list"),
+                   QStringLiteral("The waiting files cannot be listed."));
   }
   listing_ = false;
   Q_EMIT Changed();
@@ -124,6 +118,7 @@ Job<> Transfer::ReadMissing(TypedTexts typed) {
 void Transfer::Move(const std::vector<int>& ids) {
   if (running_ || ids.empty() || !DatesAreGood(ids)) return;
   run_.Reset();
+  moves_ = true;
   SetRunning(true);
   work_ = RunMove(InListOrder(ids));
 }
@@ -131,6 +126,7 @@ void Transfer::Move(const std::vector<int>& ids) {
 void Transfer::Delete(const std::vector<int>& ids) {
   if (running_ || ids.empty()) return;
   run_.Reset();
+  moves_ = false;
   SetRunning(true);
   work_ = RunDelete(InListOrder(ids));
 }
@@ -173,7 +169,7 @@ Job<> Transfer::RunMove(std::vector<int> ids) {
   try {
     if (co_await services_.prompter.Ask(sure) == Answer::Yes) co_await MoveAll(ids);
   } catch (...) {
-    basHandleError(QStringLiteral(" FrmTransfer"));
+    basHandleError(QStringLiteral(" FrmTransfer"), QStringLiteral("The files cannot be moved."));
   }
   SetRunning(false);
 }
@@ -183,22 +179,36 @@ Job<> Transfer::MoveAll(const std::vector<int>& ids) {
     return std::make_shared<DatabaseNames>(DatabaseNames::Read(paths));
   };
   names_ = co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
+  const auto readHalf = [folder = services_.paths(Paths::Utility)] { return HalfMoved::Read(folder); };
+  half_ = co_await services_.loop.Offload(EventLoop::Lane::Apart, readHalf);
   FileRun::Work work;
   work.files = ids.size();
   work.tag = QStringLiteral(" FrmTransfer");
-  work.failures = FileRun::Failures::Told;
+  work.name = [this, &ids](std::size_t file) { return NameOf(ids[file]); };
   work.step = [this, &ids](std::size_t file) { return MoveOne(ids[file]); };
-  work.after = [this, &ids](std::size_t file, FileOutcome outcome) {
+  work.after = [this, &ids](std::size_t file, FileOutcome outcome, const QString& why) {
     if (outcome != FileOutcome::Done) rows_.SetTaken(ids[file], false);
+    if (outcome == FileOutcome::Failed) rows_.SetTrouble(ids[file], why);
   };
   const FileSum sum = co_await run_.Run(std::move(work));
+  co_await KeepHalfMoved();
+  if (!sum.troubles.isEmpty()) {
+    const QString head = Counted(sum.troubles.size(), QStringLiteral("file was not moved and waits on:"),
+                                 QStringLiteral("files were not moved and wait on:"));
+    services_.prompter.Tell(TroubleMessage(head, sum.troubles));
+  }
   if (sum.EndedBy(FileOutcome::NoRoom)) {
+    const QString music = services_.paths(Paths::Music);
+    const QString room = co_await RoomWords(services_.loop, music);
     Prompt full;
-    full.text = QStringLiteral("Cannot Continue...Free Disc Space Is Seriously low!");
+    full.text = QStringLiteral("Cannot Continue...Free Disc Space Is Seriously low!") + kLineBreak +
+                kLineBreak + music + kLineBreak + room;
     full.icon = PromptIcon::Exclamation;
     co_await services_.prompter.Ask(full);
   }
-  run_.Show(QStringLiteral("%1 Of %2 Files Moved").arg(sum.Count(FileOutcome::Done)).arg(ids.size()));
+  run_.Show(QString::number(sum.Count(FileOutcome::Done)) + QStringLiteral(" Of ") +
+            Counted(static_cast<qint64>(ids.size()), QStringLiteral("File"), QStringLiteral("Files")) +
+            QStringLiteral(" Moved"));
   // The names of a large database take their time to be freed.
   const auto forget = [names = std::exchange(names_, nullptr)] { *names = DatabaseNames(); };
   co_await services_.loop.Offload(EventLoop::Lane::Apart, forget);
@@ -222,19 +232,24 @@ Job<FileOutcome> Transfer::MoveOne(int id) {
   row.album = co_await EnsureReference(Paths::Albums, row.album, ReferenceSet::Albums);
   row.category = co_await EnsureReference(Paths::Categories, row.category, ReferenceSet::Genres);
 
-  run_.At(QStringLiteral("room"));
   const QString music = services_.paths(Paths::Music);
-  if (!co_await run_.HasRoom(HasRoom, music, row.path)) co_return FileOutcome::NoRoom;
-
   run_.At(QStringLiteral("copy"));
-  const QString fileName = co_await CopyMusic(row);
-  if (fileName.isEmpty()) co_return run_.Stopping() ? FileOutcome::Stopped : FileOutcome::LeftOut;
+  std::optional<HalfMoved::Move> move = co_await CopiedBefore(row);
+  const bool finishes = move.has_value();
+  if (!finishes) {
+    run_.At(QStringLiteral("room"));
+    if (!co_await run_.HasRoom(HasRoom, music, row.path)) co_return FileOutcome::NoRoom;
+    run_.At(QStringLiteral("copy"));
+    move = co_await CopyMusic(row);
+  }
+  if (!move) co_return run_.Stopping() ? FileOutcome::Stopped : FileOutcome::LeftOut;
+  const QString fileName = move->fileName;
 
   run_.At(QStringLiteral("info"));
   rows_.SetTaken(row.id, true);
   const QString today = services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy"));
   const TrackInfo fresh = NewTrackInfo(row, duration, ReadTrackDefaults(services_.settings), today);
-  const TrackInfo info = co_await WriteInfo(BaseName(fileName), fresh);
+  const TrackInfo info = co_await WriteInfo(*move, finishes, fresh);
   const QString path = music + QLatin1Char('/') + fileName;
   StoreRow(catalogue, RowFrom(info, fileName, duration), path);
 
@@ -246,8 +261,14 @@ Job<FileOutcome> Transfer::MoveOne(int id) {
     RemoveFile(from);
   };
   co_await services_.loop.Offload(EventLoop::Lane::Files, remove);
+  half_.Remove(row.path);
   catalogue.RemoveStagedFile(row.path);
   co_return FileOutcome::Done;
+}
+
+QString Transfer::NameOf(int id) const {
+  const TransferRow* const row = rows_.Find(id);
+  return row == nullptr ? QString() : row->trackName;
 }
 
 Job<bool> Transfer::Exists(QString path) {
@@ -256,17 +277,11 @@ Job<bool> Transfer::Exists(QString path) {
 }
 
 Job<double> Transfer::LookAt(const TransferRow& row) {
-  if (!IsMediaName(row.path)) {
-    throw Failure(
-        QStringLiteral("%1 is no music that can be played, it stays in the list").arg(row.trackName), 0,
-        row.path);
-  }
+  if (!IsMediaName(row.path)) throw Failure(QStringLiteral("The file is no Mp3 or Wav file."), 0, row.path);
   try {
     co_return co_await services_.audio.DurationOf(row.path);
   } catch (const std::exception& unreadable) {
-    throw Failure(QStringLiteral("%1 cannot be opened, it stays in the list: %2")
-                      .arg(row.trackName, QString::fromUtf8(unreadable.what())),
-                  0, row.path);
+    throw Failure(WithoutPath(QString::fromUtf8(unreadable.what()), row.path), 0, row.path);
   }
 }
 
@@ -286,41 +301,76 @@ Job<QString> Transfer::EnsureReference(Paths::Slot slot, QString name, Reference
   co_return name;
 }
 
-Job<QString> Transfer::CopyMusic(const TransferRow& row) {
-  QString fileName = MusicFileName(row.trackName);
-  for (;;) {
-    CopyOrder order;
-    if (const QString standing = names_->Find(Paths::Music, fileName); !standing.isEmpty()) {
-      const Prompt question = DuplicationQuestion(fileName);
-      const IfTaken wish = co_await run_.AskIfTaken(services_.prompter, question);
-      if (wish == IfTaken::LeaveOut) co_return QString();
-      order.replace = wish == IfTaken::Replace;
-      fileName = order.replace ? standing : names_->FirstFree(fileName);
-    }
-    run_.Show(QStringLiteral("Moving ") + fileName + QStringLiteral(" Into Database !"));
-    order.from = row.path;
-    order.to = services_.paths(Paths::Music) + QLatin1Char('/') + fileName;
-    const CopyResult result = co_await run_.Copy(order);
-    if (result == CopyResult::Stopped) co_return QString();
-    names_->Add(Paths::Music, fileName);
-    if (result == CopyResult::Copied) co_return fileName;
-    // The file has come there since the run began: ask about it.
+Job<std::optional<HalfMoved::Move>> Transfer::CopiedBefore(const TransferRow& row) {
+  std::optional<HalfMoved::Move> move = half_.Find(row.path);
+  if (!move) co_return move;
+  const QString copy = services_.paths(Paths::Music) + QLatin1Char('/') + move->fileName;
+  const auto look = [waiting = row.path, copy] { return SameContent(waiting, copy); };
+  const bool copied = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
+  if (!copied) {
+    half_.Remove(row.path);
+    move.reset();
+  }
+  co_return move;
+}
+
+Job<> Transfer::KeepHalfMoved() {
+  const auto write = [half = half_, folder = services_.paths(Paths::Utility)] { half.Write(folder); };
+  try {
+    co_await services_.loop.Offload(EventLoop::Lane::Files, write);
+  } catch (...) {
+    // Without it a crash costs a question, no file.
+    NoteInLog(ErrorLog::Compose(std::current_exception(), QStringLiteral(" FrmTransfer half moved")));
   }
 }
 
-Job<TrackInfo> Transfer::WriteInfo(QString baseName, TrackInfo fresh) {
+Job<std::optional<HalfMoved::Move>> Transfer::CopyMusic(const TransferRow& row) {
+  HalfMoved::Move move;
+  move.fileName = MusicFileName(row.trackName);
+  for (;;) {
+    CopyOrder order;
+    if (const QString standing = names_->Find(Paths::Music, move.fileName); !standing.isEmpty()) {
+      const QString free = names_->FirstFree(move.fileName);
+      const Prompt question = DuplicationQuestion(move.fileName, standing, free);
+      const IfTaken wish = co_await run_.AskIfTaken(services_.prompter, question);
+      if (wish == IfTaken::LeaveOut) co_return std::nullopt;
+      order.replace = wish == IfTaken::Replace;
+      move.fileName = order.replace ? standing : free;
+    }
+    run_.Show(QStringLiteral("Moving ") + move.fileName + QStringLiteral(" Into Database !"));
+    move.replaces = order.replace;
+    half_.Add(row.path, move);
+    co_await KeepHalfMoved();
+    order.from = row.path;
+    order.to = services_.paths(Paths::Music) + QLatin1Char('/') + move.fileName;
+    const CopyResult result = co_await run_.Copy(order);
+    if (result == CopyResult::Copied) {
+      names_->Add(Paths::Music, move.fileName);
+      co_return move;
+    }
+    half_.Remove(row.path);
+    if (result == CopyResult::Stopped) co_return std::nullopt;
+    // The file has come there since the run began: ask about it.
+    names_->Add(Paths::Music, move.fileName);
+  }
+}
+
+Job<TrackInfo> Transfer::WriteInfo(HalfMoved::Move move, bool finishes, TrackInfo fresh) {
+  const QString baseName = BaseName(move.fileName);
   const QString name = baseName + QStringLiteral(".kif");
   const QString standing = names_->Find(Paths::Info, name);
   const QString file = standing.isEmpty() ? name : standing;
   const QString today = services_.loop.Now().toString(QStringLiteral("dd/MM/yyyy"));
-  const auto write = [path = services_.paths(Paths::Info) + QLatin1Char('/') + file, fresh, baseName,
+  const bool keeps = finishes && !move.replaces;
+  const auto write = [path = services_.paths(Paths::Info) + QLatin1Char('/') + file, fresh, baseName, keeps,
                       defaults = ReadTrackDefaults(services_.settings), today] {
     std::optional<TrackInfo> old = ReadTrackInfo(path);
     if (!old) {
       CreateTrackInfo(path, fresh);
       return fresh;
     }
-    TrackInfo info = ReplacedTrackInfo(*std::move(old), fresh, baseName, defaults, today);
+    TrackInfo info = keeps ? FinishedTrackInfo(*std::move(old), fresh, baseName, defaults)
+                           : ReplacedTrackInfo(*std::move(old), fresh, baseName, defaults, today);
     WriteTrackInfo(path, info);
     return info;
   };
@@ -332,17 +382,30 @@ Job<TrackInfo> Transfer::WriteInfo(QString baseName, TrackInfo fresh) {
 Job<> Transfer::RunDelete(std::vector<int> ids) {
   Prompt sure;
   sure.text = QStringLiteral("This Action Will Delete All Selected Files in The List !") + kLineBreak +
-              QStringLiteral("Continue With Delete ?");
+              QStringLiteral("Continue With Delete ?") + kLineBreak + kLineBreak +
+              Counted(static_cast<qint64>(ids.size()), QStringLiteral("file is selected."),
+                      QStringLiteral("files are selected."));
   sure.buttons = Buttons::YesNo;
   sure.icon = PromptIcon::Exclamation;
-  if (co_await services_.prompter.Ask(sure) != Answer::Yes) ids.clear();
+  sure.safe = Answer::No;
+  if (co_await services_.prompter.Ask(sure) == Answer::Yes) co_await DeleteAll(ids);
+  SetRunning(false);
+}
+
+Job<> Transfer::DeleteAll(const std::vector<int>& ids) {
   FileRun::Work work;
   work.files = ids.size();
   work.tag = QStringLiteral(" FrmTransfer");
-  work.failures = FileRun::Failures::Told;
+  work.name = [this, &ids](std::size_t file) { return NameOf(ids[file]); };
   work.step = [this, &ids](std::size_t file) { return DeleteOne(ids[file]); };
-  co_await run_.Run(std::move(work));
-  SetRunning(false);
+  const FileSum sum = co_await run_.Run(std::move(work));
+  if (!sum.troubles.isEmpty()) {
+    const QString head = Counted(sum.troubles.size(), QStringLiteral("file was not deleted:"),
+                                 QStringLiteral("files were not deleted:"));
+    services_.prompter.Tell(TroubleMessage(head, sum.troubles));
+  }
+  run_.Show(Counted(sum.Count(FileOutcome::Done), QStringLiteral("File"), QStringLiteral("Files")) +
+            QStringLiteral(" Deleted"));
 }
 
 Job<FileOutcome> Transfer::DeleteOne(int id) {

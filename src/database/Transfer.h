@@ -3,6 +3,7 @@
 #include "audio/AudioSystem.h"
 #include "database/Catalogue.h"
 #include "database/FileRun.h"
+#include "database/HalfMoved.h"
 #include "database/Paths.h"
 #include "database/TransferRows.h"
 #include "database/TransferSteps.h"
@@ -16,14 +17,15 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace kelvo {
 
 /// Moves the files that wait in the utility folder into the database. Each goes in steps that can end
 /// anywhere: the music file is copied whole, the track info file is written, the catalogue takes the track,
-/// the waiting file is deleted. Until then it waits, so that a step which failed is made good by running
-/// again. Owned by the window; logic thread. One listing, run or deletion at a time.
+/// the waiting file is deleted. Until then it waits, so that a step which failed or a crash is made good by
+/// running again. Owned by the window; logic thread. One listing, run or deletion at a time.
 class Transfer : public QObject {
   Q_OBJECT
 
@@ -55,6 +57,8 @@ class Transfer : public QObject {
   [[nodiscard]] bool Listing() const { return listing_; }
   /// A run or a deletion goes on.
   [[nodiscard]] bool Busy() const { return running_; }
+  /// Files are being copied, not deleted.
+  [[nodiscard]] bool Moving() const { return running_ && moves_; }
   [[nodiscard]] FileProgress Progress() const { return run_.Progress(); }
 
   /// Whether a file of so many bytes fits into the folder. Called off the logic's thread.
@@ -76,14 +80,20 @@ class Transfer : public QObject {
   [[nodiscard]] Job<> MoveAll(const std::vector<int>& ids);
   [[nodiscard]] Job<> RunDelete(std::vector<int> ids);
   [[nodiscard]] Job<FileOutcome> MoveOne(int id);
+  [[nodiscard]] Job<> DeleteAll(const std::vector<int>& ids);
   [[nodiscard]] Job<FileOutcome> DeleteOne(int id);
+  [[nodiscard]] QString NameOf(int id) const;
   /// Seconds of sound; throws Failure when the file is no music.
   [[nodiscard]] Job<double> LookAt(const TransferRow& row);
   /// Makes the folder of a name that is not there yet; the name as the database spells it.
   [[nodiscard]] Job<QString> EnsureReference(Paths::Slot slot, QString name, ReferenceSet set);
-  /// The name of the music file in the database; empty when the operator left it out.
-  [[nodiscard]] Job<QString> CopyMusic(const TransferRow& row);
-  [[nodiscard]] Job<TrackInfo> WriteInfo(QString baseName, TrackInfo fresh);
+  /// None when the operator left it out.
+  [[nodiscard]] Job<std::optional<HalfMoved::Move>> CopyMusic(const TransferRow& row);
+  /// The move of an earlier run that had copied the music file, and then was cut short.
+  [[nodiscard]] Job<std::optional<HalfMoved::Move>> CopiedBefore(const TransferRow& row);
+  [[nodiscard]] Job<> KeepHalfMoved();
+  /// `fresh` is what a new file says. `finishes` a move that was cut short.
+  [[nodiscard]] Job<TrackInfo> WriteInfo(HalfMoved::Move move, bool finishes, TrackInfo fresh);
   [[nodiscard]] Job<bool> Exists(QString path);
   [[nodiscard]] bool DatesAreGood(const std::vector<int>& ids);
   [[nodiscard]] std::vector<int> InListOrder(const std::vector<int>& ids) const;
@@ -93,6 +103,8 @@ class Transfer : public QObject {
   TransferRows rows_;
   FileRun run_;
   std::shared_ptr<DatabaseNames> names_;
+  HalfMoved half_;
+  bool moves_ = false;  ///< what the run does: moves or deletes
   bool listing_ = false;
   bool running_ = false;
   bool listed_ = false;  ///< the list has been shown, and follows since

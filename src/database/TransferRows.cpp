@@ -1,6 +1,8 @@
 #include "database/TransferRows.h"
 
+#include "audio/SoundLook.h"
 #include "database/GenreNames.h"
+#include "database/MediaSearch.h"
 #include "database/SafeFileName.h"
 #include "platform/Words.h"
 
@@ -53,11 +55,14 @@ TransferRow RowOf(const QString& path, qint64 bytes, const TrackTags& tags) {
   if (tags.genre >= 0) row.category = ReferenceName(GenreName(tags.genre));
   row.date = StagedDate(file.name.date);
   if (row.date == kNoDate && !tags.year.isEmpty()) row.date = tags.year + QStringLiteral("-xxx");
+  row.bpm = tags.bpm;
   return row;
 }
 
 TransferRow ReadTransferRow(const QString& path) {
-  return RowOf(path, QFileInfo(path).size(), ReadTrackTags(path));
+  TransferRow row = RowOf(path, QFileInfo(path).size(), ReadTrackTags(path));
+  row.trouble = IsMediaName(path) ? WhyNotPlayable(path) : QStringLiteral("The file is no Mp3 or Wav file.");
+  return row;
 }
 
 int TransferRows::IndexOf(int id) const {
@@ -90,6 +95,11 @@ void TransferRows::Remove(const QString& path) {
 void TransferRows::SetTaken(int id, bool taken) {
   const int index = IndexOf(id);
   if (index >= 0) rows_.Alter(index, [taken](TransferRow& row) { row.taken = taken; });
+}
+
+void TransferRows::SetTrouble(int id, const QString& trouble) {
+  const int index = IndexOf(id);
+  if (index >= 0) rows_.Alter(index, [&trouble](TransferRow& row) { row.trouble = trouble; });
 }
 
 TransferRows::Choice TransferRows::ChoiceOf(int column) const {

@@ -22,6 +22,8 @@ struct TransferRow {
   QString album;
   QString category;
   QString date = kNoDate;
+  int bpm = 0;         ///< beats per minute; 0 when they are not known
+  QString trouble;     ///< why it cannot be played, or was not moved
   bool taken = false;  ///< its music file is in the database, the rest is under way
 };
 
@@ -30,9 +32,9 @@ struct TransferRow {
 [[nodiscard]] QString ReferenceName(const QString& text);
 
 /// The row of a waiting file. A tag's artist and numbered genre go before what the path says; its album and
-/// year only fill what is missing.
+/// year only fill what is missing; its beats per minute come from nowhere else.
 [[nodiscard]] TransferRow RowOf(const QString& path, qint64 bytes, const TrackTags& tags);
-/// The same with the file's size and tags looked up. Blocks; any thread.
+/// The same with the file's size, tags and sound looked up. Blocks; any thread.
 [[nodiscard]] TransferRow ReadTransferRow(const QString& path);
 
 /// The rows of the transfer list. Artist, album, category and date can be edited, except while a run goes on.
@@ -52,6 +54,7 @@ class TransferRows {
   /// The row of this file, if there is one.
   void Remove(const QString& path);
   void SetTaken(int id, bool taken);
+  void SetTrouble(int id, const QString& trouble);
 
   /// What a cell shows, and what its editor begins with.
   [[nodiscard]] static QString Shown(const TransferRow& row, Column column);

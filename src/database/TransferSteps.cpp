@@ -11,6 +11,8 @@
 namespace kelvo {
 namespace {
 
+const QString kLineBreak = QStringLiteral("\r\n");
+
 /// The line that has this base item and, unless it is empty, this name.
 ReferenceLine OneReference(const QString& base, const QString& name) {
   return {base, name.isEmpty() ? QStringList() : QStringList(name)};
@@ -97,6 +99,23 @@ QString MusicFileName(const QString& trackName) {
   return FittingName(BaseName(name), ExtensionOf(name));
 }
 
+Prompt DuplicationQuestion(const QString& fileName, const QString& standing, const QString& free) {
+  Prompt question;
+  question.text =
+      QStringLiteral("The File ") + fileName + QStringLiteral(" Already Exists On The Data Base ! ") +
+      kLineBreak + QStringLiteral("Do You Wish To Replace the Existing Track ") + kLineBreak +
+      QStringLiteral("Click CANCEL To Cancel The Move and Proceed to the Next Track In the List (If Any)") +
+      kLineBreak + kLineBreak +
+      QStringLiteral("Yes: the waiting file takes the place of \"%1\", whose sound is lost.").arg(standing) +
+      kLineBreak + QStringLiteral("No: both stay; the waiting file comes in as \"%1\".").arg(free) +
+      kLineBreak +
+      QStringLiteral("Cancel: \"%1\" stays as it is; the file waits on in this list.").arg(standing);
+  question.title = QStringLiteral("File Duplication");
+  question.buttons = Buttons::YesNoCancel;
+  question.icon = PromptIcon::Question;
+  return question;
+}
+
 TrackInfo NewTrackInfo(const TransferRow& row, double durationSeconds, const TrackDefaults& defaults,
                        const QString& today) {
   TrackInfo info =
@@ -105,7 +124,7 @@ TrackInfo NewTrackInfo(const TransferRow& row, double durationSeconds, const Tra
   info.Set(InfoFields::Artists, OneReference(kAllArtists, row.artist));
   info.Set(InfoFields::Albums, OneReference(kAllAlbums, row.album));
   info.SetText(InfoLine::ReleaseDate, row.date);
-  info.Set(InfoFields::Bpm, 0);
+  info.Set(InfoFields::Bpm, row.bpm);
   info.Set(InfoFields::HiPos, 0);
   info.CompletePlayLines();
   return info;
@@ -115,13 +134,22 @@ TrackInfo ReplacedTrackInfo(TrackInfo old, const TrackInfo& fresh, const QString
                             const TrackDefaults& defaults, const QString& today) {
   if (IsUntouchedDefault(old, baseName, defaults)) {
     for (const InfoLine::Line line :
-         {InfoLine::Categories, InfoLine::Artists, InfoLine::Albums, InfoLine::ReleaseDate}) {
+         {InfoLine::Categories, InfoLine::Artists, InfoLine::Albums, InfoLine::ReleaseDate, InfoLine::Bpm}) {
       old.SetText(line, fresh.Text(line));
     }
   }
   old.AddMissing(fresh);
   old.Set(InfoFields::GainRecord, std::nullopt);
-  old.AddComment(QStringLiteral("Track Was Replaced On ") + today);
+  const QString comment = QStringLiteral("Track Was Replaced On ") + today;
+  // A run that a crash cut short has said it already.
+  if (old.Comments().isEmpty() || old.Comments().last() != comment) old.AddComment(comment);
+  return old;
+}
+
+TrackInfo FinishedTrackInfo(TrackInfo old, const TrackInfo& fresh, const QString& baseName,
+                            const TrackDefaults& defaults) {
+  if (IsUntouchedDefault(old, baseName, defaults)) return fresh;
+  old.AddMissing(fresh);
   return old;
 }
 
@@ -152,6 +180,7 @@ void StoreRow(Catalogue& catalogue, const CatalogueRow& row, const QString& path
   edit.artists = row.artists;
   edit.albums = row.albums;
   edit.date = row.date;
+  edit.bpm = row.bpm;
   edit.gain = row.gain;
   edit.duration = row.duration;
   catalogue.Change(track, edit);

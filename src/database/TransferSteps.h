@@ -4,6 +4,7 @@
 #include "database/Paths.h"
 #include "database/TrackInfo.h"
 #include "database/TransferRows.h"
+#include "platform/Prompter.h"
 
 #include <QHash>
 #include <QSet>
@@ -40,6 +41,11 @@ class DatabaseNames {
 /// a line or is too long.
 [[nodiscard]] QString MusicFileName(const QString& trackName);
 
+/// Asks what is to be done with a file whose name in the music folder, `fileName`, is taken by `standing`;
+/// `free` is a name that is not. Yes replaces, No stores under the free name, Cancel leaves out.
+[[nodiscard]] Prompt DuplicationQuestion(const QString& fileName, const QString& standing,
+                                         const QString& free);
+
 /// What a track info file made from the row says.
 [[nodiscard]] TrackInfo NewTrackInfo(const TransferRow& row, double durationSeconds,
                                      const TrackDefaults& defaults, const QString& today);
@@ -48,6 +54,11 @@ class DatabaseNames {
 /// `fresh`.
 [[nodiscard]] TrackInfo ReplacedTrackInfo(TrackInfo old, const TrackInfo& fresh, const QString& baseName,
                                           const TrackDefaults& defaults, const QString& today);
+
+/// What it says when its music file came in by a move that was cut short: the old text when that is of the
+/// move or of the operator, `fresh` when the system made it since.
+[[nodiscard]] TrackInfo FinishedTrackInfo(TrackInfo old, const TrackInfo& fresh, const QString& baseName,
+                                          const TrackDefaults& defaults);
 
 /// The catalogue's row of a track with such an info file.
 [[nodiscard]] CatalogueRow RowFrom(const TrackInfo& info, const QString& fileName, double durationSeconds);

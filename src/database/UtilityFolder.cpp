@@ -1,5 +1,6 @@
 #include "database/UtilityFolder.h"
 
+#include "audio/SoundLook.h"
 #include "database/StagedName.h"
 #include "database/UtilityListing.h"
 #include "platform/ErrorLog.h"
@@ -56,7 +57,7 @@ Job<> UtilityFolder::RunList() {
   try {
     co_await FindStagedFiles(services_.loop, services_.catalogue, services_.paths);
   } catch (...) {
-    basHandleError(QStringLiteral(" frmUtil list"));
+    basHandleError(QStringLiteral(" frmUtil list"), tr("The utility folder cannot be listed."));
   }
   std::vector<WaitingFile> rows;
   const QStringList& paths = services_.catalogue.StagedFiles;
@@ -74,8 +75,9 @@ void UtilityFolder::Play(int row) {
 Job<> UtilityFolder::Start(WaitingFile file) {
   const OpenResult opened = co_await player_->Open(file.path);
   if (opened.kind == OpenResult::Kind::Failed) {
-    basHandleError(QStringLiteral(" frmUtil play"),
-                   std::make_exception_ptr(Failure(opened.error, 0, file.path)));
+    const Failure why(WithoutPath(opened.error, file.path), 0, file.path);
+    basHandleError(QStringLiteral(" frmUtil play"), std::make_exception_ptr(why),
+                   tr("%1 cannot be played.").arg(file.fileName));
   }
   if (!opened.Ok()) co_return;
   player_->Play();

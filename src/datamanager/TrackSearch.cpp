@@ -19,15 +19,15 @@ bool IsAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 128; });
 }
 
-/// Appends `utf8` in upper case. Nearly all names are plain letters, which need no detour.
-void AppendUpper(std::string_view utf8, std::string* to) {
+/// Appends `utf8` folded. Nearly all names are plain letters, which need no detour.
+void AppendFolded(std::string_view utf8, std::string* to) {
   if (!IsAscii(utf8)) {
     const auto size = static_cast<qsizetype>(utf8.size());
-    to->append(QString::fromUtf8(utf8.data(), size).toUpper().toStdString());
+    to->append(FoldedText(QString::fromUtf8(utf8.data(), size)).toStdString());
     return;
   }
   std::transform(utf8.begin(), utf8.end(), std::back_inserter(*to),
-                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
 }
 
 /// The two halves of "Artist - Title", blanks kept; without "-" all is the title.
@@ -71,7 +71,7 @@ class Matcher {
         field_(question.field),
         text_(TextOf(question)),
         line_(LineOf(catalogue, question.field),
-              [this](const QString& line) { return LineMatches(line.toUpper().toStdString()); }) {
+              [this](const QString& line) { return LineMatches(FoldedText(line).toStdString()); }) {
     Ask(catalogue.TrackDates, question.date);
     Ask(catalogue.TrackBpm, question.bpm);
     Ask(catalogue.TrackHi, question.hiPos);
@@ -88,7 +88,7 @@ class Matcher {
   using Field = SearchQuestion::Field;
 
   static std::string TextOf(const SearchQuestion& question) {
-    const QString text = question.text.trimmed().toUpper();
+    const QString text = FoldedText(question.text.trimmed());
     if (text.isEmpty() || !question.wholeString) return text.toStdString();
     return ' ' + text.toStdString() + ' ';
   }
@@ -110,14 +110,14 @@ class Matcher {
     return NameMatches(halves.artist) || line_(track);
   }
   bool NameMatches(std::string_view half) {
-    upper_.assign(1, ' ');
-    AppendUpper(half, &upper_);
-    upper_.push_back(' ');
-    return upper_.find(text_) != std::string::npos;
+    folded_.assign(1, ' ');
+    AppendFolded(half, &folded_);
+    folded_.push_back(' ');
+    return folded_.find(text_) != std::string::npos;
   }
   /// Only names of artists are looked at with a blank on each side; albums and genres unchanged.
-  [[nodiscard]] bool LineMatches(const std::string& upper) const {
-    const std::string line = field_ == Field::Artist && !upper.empty() ? ' ' + upper + ' ' : upper;
+  [[nodiscard]] bool LineMatches(const std::string& folded) const {
+    const std::string line = field_ == Field::Artist && !folded.empty() ? ' ' + folded + ' ' : folded;
     return line.find(text_) != std::string::npos;
   }
 
@@ -126,7 +126,7 @@ class Matcher {
   std::string text_;
   LineTest line_;
   std::vector<LineTest> wholes_;
-  std::string upper_;
+  std::string folded_;
 };
 
 }  // namespace
@@ -143,10 +143,7 @@ void TrackSearch::FollowCatalogue() {
       [this](const CatalogueReplaced&) {
         run_.Cancel();
         running_ = false;
-        results_.Replace({});
-        resultWords_.clear();
-        stateWords_.clear();
-        Q_EMIT Changed();
+        Clear();
       });
 }
 
@@ -179,6 +176,14 @@ void TrackSearch::Search(const SearchQuestion& question) {
   run_ = Run(question);
 }
 
+void TrackSearch::Clear() {
+  if (running_) return;
+  results_.Replace({});
+  resultWords_.clear();
+  stateWords_.clear();
+  Q_EMIT Changed();
+}
+
 Job<> TrackSearch::Run(SearchQuestion question) {
   results_.Replace({});
   titleFirst_ = question.titleFirst;
@@ -202,7 +207,7 @@ Job<> TrackSearch::Run(SearchQuestion question) {
       services_.prompter.Tell(message);
     }
   } catch (...) {
-    basHandleError(QStringLiteral(" srch"));
+    basHandleError(QStringLiteral(" srch"), tr("The search could not go on."));
   }
   running_ = false;
   Q_EMIT Changed();

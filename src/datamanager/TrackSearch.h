@@ -14,7 +14,7 @@ namespace kelvo {
 /// What the operator looks for. A value.
 struct SearchQuestion {
   enum class Field { Title, Artist, Album, Genre };
-  QString text;  ///< part of the field; empty asks nothing of it
+  QString text;  ///< part of the field, accents and case folded; empty asks nothing of it
   QString date;  ///< these three are compared whole, in any case; empty asks nothing
   QString hiPos;
   QString bpm;
@@ -39,6 +39,8 @@ class TrackSearch : public QObject {
   /// The button: starts a search, or stops the one that runs; the rows found so far stay. Four empty boxes
   /// start nothing.
   void Search(const SearchQuestion& question);
+  /// Forgets what was found; not while a search runs.
+  void Clear();
   [[nodiscard]] bool Running() const { return running_; }
   /// "SEARCH", or "CANCEL" while one runs.
   [[nodiscard]] QString Caption() const;

@@ -32,6 +32,29 @@ ErrorLog*& Installed() {
   return log;
 }
 
+/// What is known of a failure.
+struct Facts {
+  int number = 0;
+  int line = 0;
+  QString source;
+  QString description;
+};
+
+Facts FactsOf(const std::exception_ptr& failure) {
+  try {
+    std::rethrow_exception(failure);
+  } catch (const Failure& known) {
+    return {known.Number(), known.Line(), known.Source(), QString::fromStdString(known.what())};
+  } catch (const std::system_error& system) {
+    return {system.code().value(), 0, QString::fromUtf8(system.code().category().name()),
+            QString::fromStdString(system.what())};
+  } catch (const std::exception& other) {
+    return {0, 0, {}, QString::fromStdString(other.what())};
+  } catch (...) {
+    return {0, 0, {}, QStringLiteral("unknown failure")};
+  }
+}
+
 }  // namespace
 
 class ErrorLog::File {
@@ -111,35 +134,28 @@ ErrorLog::~ErrorLog() {
 }
 
 QString ErrorLog::Compose(const std::exception_ptr& failure, const QString& tag) {
-  int number = 0;
-  int line = 0;
-  QString source;
-  QString description;
-  try {
-    std::rethrow_exception(failure);
-  } catch (const Failure& known) {
-    number = known.Number();
-    line = known.Line();
-    source = known.Source();
-    description = QString::fromStdString(known.what());
-  } catch (const std::system_error& system) {
-    number = system.code().value();
-    source = QString::fromUtf8(system.code().category().name());
-    description = QString::fromStdString(system.what());
-  } catch (const std::exception& other) {
-    description = QString::fromStdString(other.what());
-  } catch (...) {
-    description = QStringLiteral("unknown failure");
-  }
-  QString text = QStringLiteral("ERROR %1 in %2").arg(QString::number(number), tag);
-  if (!source.isEmpty()) text += QStringLiteral(" (") + source + QLatin1Char(')');
-  if (line != 0) text += QStringLiteral(" line ") + QString::number(line);
-  return text + QStringLiteral(" : ") + description;
+  const Facts facts = FactsOf(failure);
+  QString text = QStringLiteral("ERROR %1 in %2").arg(QString::number(facts.number), tag);
+  if (!facts.source.isEmpty()) text += QStringLiteral(" (") + facts.source + QLatin1Char(')');
+  if (facts.line != 0) text += QStringLiteral(" line ") + QString::number(facts.line);
+  return text + QStringLiteral(" : ") + facts.description;
 }
 
-void ErrorLog::Handle(const std::exception_ptr& failure, const QString& tag) {
+QString ErrorLog::Words(const std::exception_ptr& failure, const QString& what) {
+  const Facts facts = FactsOf(failure);
+  QString words = what + QStringLiteral("\r\n") + facts.description;
+  const bool isFile = facts.source.startsWith(QLatin1Char('/'));
+  if (isFile && !words.contains(facts.source)) words += QStringLiteral("\r\n") + facts.source;
+  return words;
+}
+
+QString ErrorLog::Describe(const std::exception_ptr& failure) {
+  return FactsOf(failure).description;
+}
+
+void ErrorLog::Handle(const std::exception_ptr& failure, const QString& tag, const QString& what) {
   const QString text = Compose(failure, tag);
-  prompter_.Tell({text, {}, Buttons::Ok, PromptIcon::Exclamation});
+  prompter_.Tell({what.isEmpty() ? text : Words(failure, what), {}, Buttons::Ok, PromptIcon::Exclamation});
   Note(text);
 }
 
@@ -197,16 +213,16 @@ void ErrorLog::Flush() {
   file_->WriteWaiting();
 }
 
-void basHandleError(const QString& tag, const std::exception_ptr& failure) {
+void basHandleError(const QString& tag, const std::exception_ptr& failure, const QString& what) {
   if (Installed() != nullptr) {
-    Installed()->Handle(failure, tag);
+    Installed()->Handle(failure, tag, what);
   } else {
     qCWarning(logErrors).noquote() << ErrorLog::Compose(failure, tag);
   }
 }
 
-void basHandleError(const QString& tag) {
-  basHandleError(tag, std::current_exception());
+void basHandleError(const QString& tag, const QString& what) {
+  basHandleError(tag, std::current_exception(), what);
 }
 
 void NoteInLog(const QString& text) {

@@ -10,6 +10,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace kelvo {
 
@@ -49,7 +50,9 @@ class ErrorLog {
   ErrorLog(const ErrorLog&) = delete;
   ErrorLog& operator=(const ErrorLog&) = delete;
 
-  void Handle(const std::exception_ptr& failure, const QString& tag);
+  /// `what` could not be done, in words for the operator: then the message is Words, and number and tag are
+  /// in the log alone.
+  void Handle(const std::exception_ptr& failure, const QString& tag, const QString& what = {});
   /// Writes a line to the log without a message: for what was put right by itself.
   void Note(const QString& text);
   /// Writes what is not on disk yet, and the counts, before it returns. For the end of the program.
@@ -57,6 +60,10 @@ class ErrorLog {
 
   /// "ERROR " number " in " tag, and what else is known of the failure.
   [[nodiscard]] static QString Compose(const std::exception_ptr& failure, const QString& tag);
+  /// What could not be done, why, and with which file where neither tells it.
+  [[nodiscard]] static QString Words(const std::exception_ptr& failure, const QString& what);
+  /// What is known of the failure, in its own words.
+  [[nodiscard]] static QString Describe(const std::exception_ptr& failure);
 
  private:
   /// The file, on whatever thread.
@@ -78,23 +85,27 @@ class ErrorLog {
   bool toldTrouble_ = false;
 };
 
-/// Handles the exception being caught, or `failure`. `tag` tells the place in the logs (" conc4"). Without an
-/// installed ErrorLog it writes to stderr.
-void basHandleError(const QString& tag);
-void basHandleError(const QString& tag, const std::exception_ptr& failure);
+/// Handles the exception being caught, or `failure`. `tag` tells the place in the logs (" conc4"), `what` the
+/// operator what could not be done. Without an installed ErrorLog it writes to stderr.
+void basHandleError(const QString& tag, const QString& what = {});
+void basHandleError(const QString& tag, const std::exception_ptr& failure, const QString& what = {});
 /// Writes a line to the installed log without a message.
 void NoteInLog(const QString& text);
 
-/// Runs `work`; any failure goes to basHandleError under `tag`. Returns whether it went through.
+/// Runs `work`; any failure goes to basHandleError. Returns whether it went through.
 template <typename Work>
-bool Guarded(const QString& tag, Work&& work) {
+bool Guarded(const QString& tag, const QString& what, Work&& work) {
   try {
     work();
     return true;
   } catch (...) {
-    basHandleError(tag);
+    basHandleError(tag, what);
     return false;
   }
+}
+template <typename Work>
+bool Guarded(const QString& tag, Work&& work) {
+  return Guarded(tag, QString(), std::forward<Work>(work));
 }
 
 }  // namespace kelvo

@@ -18,9 +18,6 @@ namespace {
 /// Little enough that a stop is heard at once, much enough that no drive is slowed down.
 constexpr qsizetype kBlockBytes = qsizetype{256} * 1024;
 
-/// What a disk must have left beside the file that goes onto it.
-constexpr std::int64_t kSpareBytes = std::int64_t{10} * 1000 * 1000;
-
 Descriptor OpenSource(const QByteArray& path, struct stat& facts) {
   // Not blocking: a pipe that lies among the files must not hold its reader for ever.
   Descriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));

@@ -42,8 +42,11 @@ struct CopyControl {
 [[nodiscard]] Job<CopyResult> CopyFileLater(EventLoop& loop, CopyOrder order,
                                             std::shared_ptr<CopyControl> control);
 
+/// What a disk must have left beside the file that goes onto it, in bytes.
+inline constexpr std::int64_t kSpareBytes = std::int64_t{10} * 1000 * 1000;
+
 /// Room on the file system that holds the folder `to`, which need not exist yet, against `bytes`: true when
-/// they fit with 10 MB to spare, or when the room can't be known. Blocks; any thread.
+/// they fit with kSpareBytes to spare, or when the room can't be known. Blocks; any thread.
 [[nodiscard]] bool HasRoomFor(const QString& folder, std::int64_t bytes);
 
 }  // namespace kelvo

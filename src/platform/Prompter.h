@@ -10,7 +10,7 @@ namespace kelvo {
 
 enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class PromptIcon { None, Information, Question, Exclamation, Critical };
-enum class Answer { Ok, Cancel, Yes, No };
+enum class Answer { Ok, Cancel, Yes, No, Stop };
 
 /// A message box: what it asks or tells, word for word.
 struct Prompt {
@@ -18,6 +18,14 @@ struct Prompt {
   QString title;  ///< empty: the program's title
   Buttons buttons = Buttons::Ok;
   PromptIcon icon = PromptIcon::None;
+  std::optional<Answer> safe = {};  ///< the answer of Enter; none: the first button
+  bool onLockedScreen = false;      ///< shown while others are held back (see Prompter::HoldBack)
+};
+
+/// An answer to a question that may come again for the files that follow.
+struct AnswerForFiles {
+  Answer answer = Answer::Cancel;  ///< Stop: of all that is under way
+  bool forAll = false;             ///< counts for all that follow
 };
 
 /// Asks the operator and tells them things. The logic awaits the answer; timers, fades and decks go on
@@ -29,6 +37,8 @@ class Prompter {
   virtual ~Prompter() = default;
 
   [[nodiscard]] virtual Job<Answer> Ask(Prompt prompt) = 0;
+  /// A question about one file of many: the box can also answer for all that follow, and stop.
+  [[nodiscard]] virtual Job<AnswerForFiles> AskForFiles(Prompt prompt) = 0;
   /// An input box. Cancel gives an empty text.
   [[nodiscard]] virtual Job<QString> AskText(QString title, QString prompt, QString initial) = 0;
   /// An input box that doesn't show what is typed: for passwords. Cancel gives an empty text.
@@ -40,6 +50,9 @@ class Prompter {
                                                              QString filter) = 0;
   /// A message that nothing waits for. One box a text: the same text while its box is up shows nothing more.
   virtual void Tell(Prompt prompt) = 0;
+  /// The screen lock: while `held`, what is asked and told waits out of sight, that of before too. Secrets
+  /// are asked all the same, for the code is one, and what its prompt excepts is shown.
+  virtual void HoldBack(bool /*held*/) {}
 };
 
 }  // namespace kelvo

@@ -198,6 +198,21 @@ QString ProperCase(const QString& text) {
   return proper;
 }
 
+QString Counted(qint64 number, const QString& one, const QString& many) {
+  return QString::number(number) + QLatin1Char(' ') + (number == 1 ? one : many);
+}
+
+QString FoldedText(const QString& text) {
+  QString folded;
+  // By way of the capitals: a sharp s is two letters only there.
+  const QString parts = text.normalized(QString::NormalizationForm_KD).toUpper().toCaseFolded();
+  folded.reserve(parts.size());
+  for (const QChar letter : parts) {
+    if (!letter.isMark()) folded.append(letter);
+  }
+  return folded;
+}
+
 QString BaseName(const QString& fileName) {
   return fileName.left(DotOf(fileName));
 }

@@ -38,6 +38,12 @@ namespace kelvo {
 /// behind a blank or another white space, and behind "(".
 [[nodiscard]] QString ProperCase(const QString& text);
 
+/// A number with its noun: "1 file", "2 files".
+[[nodiscard]] QString Counted(qint64 number, const QString& one, const QString& many);
+
+/// Letters without accents, in lower case: what a person who types in a hurry means.
+[[nodiscard]] QString FoldedText(const QString& text);
+
 /// The name without its last extension ("Artist - Title" of "Artist - Title.mp3"); a name that begins with
 /// its only dot has no extension.
 [[nodiscard]] QString BaseName(const QString& fileName);

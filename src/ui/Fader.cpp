@@ -19,7 +19,7 @@ Fader::Fader(Qt::Orientation orientation, int lowest, int highest, QWidget* pare
   setRange(lowest, highest);
   setSingleStep(std::max(1, (highest - lowest) / 100));
   setPageStep(std::max(1, (highest - lowest) / 20));
-  setFocusPolicy(Qt::NoFocus);
+  setFocusPolicy(Qt::TabFocus);
   setSizePolicy(Lying() ? QSizePolicy::Expanding : QSizePolicy::Fixed,
                 Lying() ? QSizePolicy::Fixed : QSizePolicy::Expanding);
 }
@@ -172,9 +172,36 @@ void Fader::wheelEvent(QWheelEvent* event) {
 }
 
 void Fader::keyPressEvent(QKeyEvent* event) {
-  const int before = sliderPosition();
-  QAbstractSlider::keyPressEvent(event);
-  if (sliderPosition() != before) Q_EMIT MovedByHand(sliderPosition());
+  // Keys move the handle the way they point, on a fader that is shown upside down too.
+  const int up = invertedAppearance() ? -1 : 1;
+  switch (event->key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Right:
+      SetByHand(sliderPosition() + up * singleStep());
+      break;
+    case Qt::Key_Down:
+    case Qt::Key_Left:
+      SetByHand(sliderPosition() - up * singleStep());
+      break;
+    case Qt::Key_PageUp:
+      SetByHand(sliderPosition() + up * pageStep());
+      break;
+    case Qt::Key_PageDown:
+      SetByHand(sliderPosition() - up * pageStep());
+      break;
+    case Qt::Key_Home:
+      SetByHand(ValueAt(0));
+      break;
+    case Qt::Key_End:
+      SetByHand(ValueAt(1));
+      break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (rest_) SetByHand(*rest_);
+      break;
+    default:
+      event->ignore();
+  }
 }
 
 void Fader::hideEvent(QHideEvent* event) {
@@ -241,7 +268,7 @@ void Fader::paintEvent(QPaintEvent*) {
   shade.setColorAt(0, Theme::Mix(body, Qt::white, 0.18));
   shade.setColorAt(0.45, body);
   shade.setColorAt(1, Theme::Mix(body, Qt::black, 0.35));
-  painter.setPen(QPen(hasFocus() ? colours.accent : QColor(Qt::black), hasFocus() ? 2 : 1));
+  painter.setPen(QPen(Qt::black, 1));
   painter.setBrush(shade);
   painter.drawRoundedRect(cap.adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
   const QPointF reach = across * ((Lying() ? size.height() : size.width()) / 2 - 3);

@@ -9,9 +9,10 @@ namespace kelvo {
 /// A fader of the desk, upright or lying. It takes hold like the real thing: a drag moves it from where it
 /// is, wherever the mouse went down, so that no click makes the sound jump; Shift drags finely. A click
 /// beside the handle without a drag goes one page towards it, the wheel goes in single steps, the middle
-/// button sets it to the place, a double click to its rest value. Levels kept as loss (0 loudest) are shown
-/// loud side up with setInvertedAppearance. It takes no keyboard focus unless its owner says so; the owner
-/// names it with setAccessibleName. sliderPressed and sliderReleased as in every slider. GUI thread.
+/// button sets it to the place, a double click to its rest value. Tab goes to it: arrows and Page Up and Down
+/// move the handle the way they point, Home and End to its ends, Enter to its rest value. Levels kept as loss
+/// (0 loudest) are shown loud side up with setInvertedAppearance. The owner names it with setAccessibleName.
+/// sliderPressed and sliderReleased as in every slider. GUI thread.
 class Fader : public QAbstractSlider {
   Q_OBJECT
  public:

@@ -13,6 +13,10 @@ class LetterBox : public QComboBox {
 
  Q_SIGNALS:
   void Chosen(QChar letter);
+
+ protected:
+  /// All of them at once, in six columns.
+  void showPopup() override;
 };
 
 }  // namespace kelvo

@@ -1,9 +1,11 @@
 #include "ui/ListPanel.h"
 
+#include "platform/Words.h"
 #include "ui/LetterBox.h"
 #include "ui/Naming.h"
 #include "ui/PickedRows.h"
 #include "ui/ScalableIcon.h"
+#include "ui/SpokenText.h"
 #include "ui/Tabular.h"
 
 #include <QLineEdit>
@@ -15,6 +17,22 @@
 
 namespace kelvo {
 
+namespace {
+
+/// Shows the end of what is too long.
+class EndDelegate : public TabularDelegate {
+ public:
+  using TabularDelegate::TabularDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    TabularDelegate::initStyleOption(option, index);
+    option->textElideMode = Qt::ElideLeft;
+  }
+};
+
+}  // namespace
+
 /// Shows the rows that hold all words of a line.
 class WordFilter : public QSortFilterProxyModel {
  public:
@@ -25,7 +43,7 @@ class WordFilter : public QSortFilterProxyModel {
     return RowsBeginning(*this, main_, start, value.toString());
   }
   void SetWords(const QString& line) {
-    words_ = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    words_ = FoldedText(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     invalidateFilter();
   }
 
@@ -34,7 +52,7 @@ class WordFilter : public QSortFilterProxyModel {
     return std::all_of(words_.begin(), words_.end(), [this, row, &parent](const QString& word) {
       for (int column = 0; column < sourceModel()->columnCount(parent); ++column) {
         const QString text = sourceModel()->index(row, column, parent).data().toString();
-        if (text.contains(word, Qt::CaseInsensitive)) return true;
+        if (FoldedText(text).contains(word)) return true;
       }
       return false;
     });
@@ -66,6 +84,7 @@ ListPanel::ListPanel(const Look& look, RowModelBase& model, QWidget* parent)
   if (model_.Edited()) table_.setEditTriggers(QAbstractItemView::EditKeyPressed);
   connect(&table_, &ListTable::RowActivated, this, &ListPanel::Activate);
   connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this, &ListPanel::PickedChanged);
+  connect(table_.selectionModel(), &QItemSelectionModel::currentRowChanged, this, &ListPanel::CurrentChanged);
   Count(model_);
   // It tells of rows that go while they are still there.
   if (filter_) Count(*filter_);
@@ -89,7 +108,12 @@ QLineEdit* ListPanel::AddFilter(const Look& look) {
   line->setPlaceholderText(tr("Type to filter  (Ctrl+F)"));
   line->setClearButtonEnabled(true);
   line->addAction(ScalableIcon(Icon::Search), QLineEdit::LeadingPosition);
+  NameLineSigns(*line);
   connect(line, &QLineEdit::textChanged, this, [this](const QString& text) { filter_->SetWords(text); });
+  connect(line, &QLineEdit::returnPressed, this, [this] {
+    table_.setFocus();
+    if (filter_->rowCount() > 0) table_.selectRow(0);
+  });
   connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_F), this), &QShortcut::activated, line, [line] {
     line->setFocus();
     line->selectAll();
@@ -114,6 +138,7 @@ void ListPanel::ShowColumns() {
   std::vector<std::pair<int, ListTable::OptionalColumn>> others;
   for (int column = 0; column < model_.columnCount(); ++column) {
     const ColumnLook& look = model_.Look(column);
+    if (look.path) table_.setItemDelegateForColumn(column, new EndDelegate(this));
     if (column != model_.MainColumn()) others.push_back({look.rank, {column, look.letters}});
   }
   std::stable_sort(others.begin(), others.end(),
@@ -140,6 +165,11 @@ std::vector<int> ListPanel::Picked() const {
   for (int& row : rows) row = RowOf(row);
   std::sort(rows.begin(), rows.end());
   return rows;
+}
+
+int ListPanel::Current() const {
+  const QModelIndex current = table_.currentIndex();
+  return current.isValid() ? RowOf(current.row()) : -1;
 }
 
 bool ListPanel::AnyPicked() const {

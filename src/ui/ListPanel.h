@@ -41,6 +41,8 @@ class ListPanel : public Panel {
 
   /// The picked rows of the model, from the first.
   [[nodiscard]] std::vector<int> Picked() const;
+  /// The row of the model that the keyboard is on; -1 for none.
+  [[nodiscard]] int Current() const;
   [[nodiscard]] bool AnyPicked() const;
   [[nodiscard]] bool AllPicked() const;
   /// Picks all rows that are shown, or none when all are picked.
@@ -49,6 +51,8 @@ class ListPanel : public Panel {
  Q_SIGNALS:
   /// What is picked, or what could be, is another.
   void PickedChanged();
+  /// The keyboard is on another row.
+  void CurrentChanged();
   /// Enter or a double click on this row of the model.
   void RowActivated(int row);
 

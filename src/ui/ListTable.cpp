@@ -1,14 +1,14 @@
 #include "ui/ListTable.h"
 
+#include "ui/ListHead.h"
 #include "ui/Theme.h"
 
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
 
 namespace kelvo {
-
-ListTable::ListTable(QWidget* parent) : QTableView(parent) {
+ListTable::ListTable(QWidget* parent) : QTableView(parent), head_(new ListHead(this)) {
+  setHorizontalHeader(head_);
   setSelectionBehavior(QAbstractItemView::SelectRows);
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setShowGrid(false);
@@ -18,8 +18,6 @@ ListTable::ListTable(QWidget* parent) : QTableView(parent) {
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   verticalHeader()->hide();
-  horizontalHeader()->setHighlightSections(false);
-  horizontalHeader()->setTextElideMode(Qt::ElideRight);
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   SizeRows();
   connect(this, &QTableView::doubleClicked, this, &ListTable::RowActivated);
@@ -51,18 +49,22 @@ void ListTable::SizeColumns() {
   const int letter = fontMetrics().averageCharWidth();
   int room = viewport()->width() - mainLetters_ * letter;
   bool fits = true;
-  for (const auto& [column, letters] : optional_) {
+  for (const auto& [column, letters, always] : optional_) {
     const int width = letters * letter;
-    fits = fits && width <= room;
+    fits = fits && (always || width <= room);
     room -= width;
-    setColumnHidden(column, !fits);
-    if (fits) setColumnWidth(column, width);
+    setColumnHidden(column, !fits && !always);
+    if (fits || always) setColumnWidth(column, width);
   }
 }
 
 void ListTable::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
   SizeColumns();
+}
+
+void ListTable::LetHeadBeClicked() {
+  head_->LetClick(objectName() + QStringLiteral("Head"), tr("%1: columns").arg(accessibleName()));
 }
 
 void ListTable::SetEmptyText(const QString& text) {

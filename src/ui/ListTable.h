@@ -6,6 +6,8 @@
 
 namespace kelvo {
 
+class ListHead;
+
 /// A list of the desk with columns: whole rows, no grid, rows as tall as their text, and words in its middle
 /// that say what to do next while it is empty. GUI thread.
 class ListTable : public QTableView {
@@ -14,11 +16,14 @@ class ListTable : public QTableView {
   explicit ListTable(QWidget* parent = nullptr);
 
   void SetEmptyText(const QString& text);
+  /// A click on a heading does something: the keyboard comes there too. After the list has its names.
+  void LetHeadBeClicked();
   /// `main` takes the room that the others leave, at least `letters` wide; of `others`, the most important
   /// first, those are shown that leave it so much. Widths in letters.
   struct OptionalColumn {
     int column;
     int letters;
+    bool always = false;  ///< shown also where it takes of the main column's room
   };
   void SetColumns(int main, int letters, std::vector<OptionalColumn> others);
 
@@ -36,6 +41,7 @@ class ListTable : public QTableView {
   void SizeRows();
   void SizeColumns();
 
+  ListHead* head_;
   QString emptyText_;
   int mainLetters_ = 0;
   std::vector<OptionalColumn> optional_;

@@ -41,11 +41,16 @@ std::optional<Sign> SignOf(PromptIcon icon) {
 }  // namespace
 
 PromptBox::PromptBox(const Prompt& prompt, const QString& title)
-    : buttons_(prompt.buttons), icon_(prompt.icon) {
+    : buttons_(prompt.buttons), safe_(prompt.safe), icon_(prompt.icon) {
   setWindowTitle(title);
   setAccessibleName(title);
   setAccessibleDescription(prompt.text);
   setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+
+  setObjectName(QStringLiteral("PromptBox"));
+  text_.setObjectName(QStringLiteral("TxtMessage"));
+  line_.setObjectName(QStringLiteral("TxtAnswer"));
+  times_.setObjectName(QStringLiteral("LblTimes"));
 
   text_.setReadOnly(true);
   text_.setPlainText(prompt.text);
@@ -58,11 +63,13 @@ PromptBox::PromptBox(const Prompt& prompt, const QString& title)
   text_.setFocusPolicy(Qt::ClickFocus);
   text_.document()->setDocumentMargin(0);
   line_.hide();
+  forAll_.hide();
   times_.hide();
   times_.setForegroundRole(QPalette::PlaceholderText);
 
   words_.addWidget(&text_);
   words_.addWidget(&line_);
+  words_.addWidget(&forAll_);
   words_.addWidget(&times_);
   words_.addStretch();
   sign_.setVisible(SignOf(icon_).has_value());
@@ -75,23 +82,35 @@ PromptBox::PromptBox(const Prompt& prompt, const QString& title)
   FitText();
 }
 
+QPushButton* PromptBox::AddButton(const QString& words, Answer answer, QDialogButtonBox::ButtonRole role) {
+  QPushButton* button = buttonBox_.addButton(words, role);
+  button->setObjectName(QStringLiteral("Cmd") + QString(words).remove(QLatin1Char('&')));
+  button->setIcon(QIcon());
+  button->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
+  connect(button, &QPushButton::clicked, this, [this, answer] { done(static_cast<int>(answer)); });
+  if (answer != safe_ && buttonBox_.buttons().size() > 1) return button;
+  button->setDefault(true);
+  button->setFocus();
+  return button;
+}
+
 void PromptBox::AddButtons() {
-  const auto add = [this](const QString& words, Answer answer, QDialogButtonBox::ButtonRole role) {
-    QPushButton* button = buttonBox_.addButton(words, role);
-    button->setIcon(QIcon());
-    button->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
-    connect(button, &QPushButton::clicked, this, [this, answer] { done(static_cast<int>(answer)); });
-    return button;
-  };
   const bool yesNo = buttons_ == Buttons::YesNo || buttons_ == Buttons::YesNoCancel;
-  QPushButton* first = yesNo ? add(tr("&Yes"), Answer::Yes, QDialogButtonBox::YesRole)
-                             : add(tr("&OK"), Answer::Ok, QDialogButtonBox::AcceptRole);
-  if (yesNo) add(tr("&No"), Answer::No, QDialogButtonBox::NoRole);
-  if (buttons_ == Buttons::OkCancel || buttons_ == Buttons::YesNoCancel) {
-    add(tr("&Cancel"), Answer::Cancel, QDialogButtonBox::RejectRole);
+  if (yesNo) {
+    AddButton(tr("&Yes"), Answer::Yes, QDialogButtonBox::YesRole);
+    AddButton(tr("&No"), Answer::No, QDialogButtonBox::NoRole);
+  } else {
+    AddButton(tr("&OK"), Answer::Ok, QDialogButtonBox::AcceptRole);
   }
-  first->setDefault(true);
-  first->setFocus();
+  if (buttons_ == Buttons::OkCancel || buttons_ == Buttons::YesNoCancel) {
+    AddButton(tr("&Cancel"), Answer::Cancel, QDialogButtonBox::RejectRole);
+  }
+}
+
+void PromptBox::OfferForAll() {
+  forAll_.setObjectName(QStringLiteral("ChkForAll"));
+  forAll_.show();
+  AddButton(tr("&Stop"), Answer::Stop, QDialogButtonBox::ActionRole);
 }
 
 void PromptBox::FitText() {

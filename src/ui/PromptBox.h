@@ -2,6 +2,7 @@
 
 #include "platform/Prompter.h"
 
+#include <QCheckBox>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -27,6 +28,9 @@ class PromptBox : public QDialog {
   void HideLetters() { line_.setEchoMode(QLineEdit::Password); }
   [[nodiscard]] QString Line() const { return line_.text(); }
   [[nodiscard]] QString Text() const { return text_.toPlainText(); }
+  /// Adds an option for all that follow, and a Stop.
+  void OfferForAll();
+  [[nodiscard]] bool ForAll() const { return forAll_.isChecked(); }
   /// Tells that the same message came several times.
   void SetTimes(int times);
   [[nodiscard]] Answer ClosingAnswer() const;
@@ -39,15 +43,18 @@ class PromptBox : public QDialog {
 
  private:
   void AddButtons();
+  QPushButton* AddButton(const QString& words, Answer answer, QDialogButtonBox::ButtonRole role);
   void FitText();
 
   Buttons buttons_;
+  std::optional<Answer> safe_;
   QVBoxLayout column_{this};
   QHBoxLayout row_;
   QVBoxLayout words_;
   QLabel sign_{this};
   QTextEdit text_{this};
   QLineEdit line_{this};
+  QCheckBox forAll_{tr("For &all that follow"), this};
   QLabel times_{this};
   QDialogButtonBox buttonBox_{this};
   PromptIcon icon_;

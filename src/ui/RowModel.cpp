@@ -1,10 +1,21 @@
 #include "ui/RowModel.h"
 
 #include <QMimeData>
+#include <QTextDocument>
 
 #include <algorithm>
 
 namespace kelvo {
+namespace {
+
+/// Names of files are text, whatever they contain: a tooltip would show tags in them as what they say.
+QString PlainTip(const QString& text) {
+  if (!Qt::mightBeRichText(text)) return text;
+  const QString escaped = text.toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>"));
+  return QStringLiteral("<qt>") + escaped + QStringLiteral("</qt>");
+}
+
+}  // namespace
 
 QModelIndexList RowsBeginning(const QAbstractItemModel& model, int main, const QModelIndex& start,
                               const QString& typed) {
@@ -58,7 +69,8 @@ QVariant RowModelBase::data(const QModelIndex& index, int role) const {
   if (role == Qt::EditRole) return EditText(index.row(), index.column());
   if (role == Qt::TextAlignmentRole && Look(index.column()).number)
     return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
-  return Other(index.row(), index.column(), role);
+  const QVariant other = Other(index.row(), index.column(), role);
+  return role == Qt::ToolTipRole && other.isValid() ? PlainTip(other.toString()) : other;
 }
 
 bool RowModelBase::setData(const QModelIndex& index, const QVariant& value, int role) {

@@ -16,6 +16,7 @@ struct ColumnLook {
   int rank = 0;         ///< 0: the main column, which takes the room that is left. The others go by rank
                         ///< where there is no room, the highest first
   bool number = false;  ///< right-aligned
+  bool path = false;    ///< of one that is too long the end is shown
 };
 
 /// What Qt's search by letters finds in a list: the first row from `start` on, wrapping at the end, whose

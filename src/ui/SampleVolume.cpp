@@ -11,9 +11,7 @@ SampleVolume::SampleVolume(int mostLoss, int loss, QWidget* parent)
     : QWidget(parent), slider_(new Fader(Qt::Horizontal, 0, mostLoss, this)) {
   slider_->setAccessibleName(tr("Sample volume"));
   slider_->setToolTip(tr("Volume of the sample  (arrow keys; a double click is full)"));
-  slider_->setFocusPolicy(Qt::TabFocus);
   slider_->setInvertedAppearance(true);
-  slider_->setInvertedControls(true);
   slider_->SetRestValue(0);
   slider_->SetFillFrom(mostLoss);
   slider_->setSingleStep(mostLoss / 60);

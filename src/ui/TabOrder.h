@@ -4,7 +4,8 @@ class QWidget;
 
 namespace kelvo {
 
-/// Lets Tab go through a window as it is read: in the order of its layouts, whatever was made first.
+/// Lets Tab go through a window as it is read: in the order of its layouts and splitters, whatever was made
+/// first.
 void TabByLayout(QWidget& window);
 
 }  // namespace kelvo

@@ -91,7 +91,9 @@ void TabularDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
   painter->setPen(ink);
   const int margin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, &item, item.widget) + kFree;
   painter->setClipRect(item.rect);
-  const QRect room = item.rect.adjusted(margin, 0, -margin, 0);
+  const bool hasSign = item.features & QStyleOptionViewItem::HasDecoration;
+  const int sign = hasSign ? item.decorationSize.width() + margin : 0;
+  const QRect room = item.rect.adjusted(margin + sign, 0, -margin, 0);
   const QString shown = item.fontMetrics.elidedText(text, item.textElideMode, room.width());
   DrawTabular(*painter, room, item.displayAlignment, shown);
   painter->restore();

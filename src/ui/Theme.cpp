@@ -1,5 +1,8 @@
 #include "ui/Theme.h"
 
+#include "ui/ControlKeys.h"
+#include "ui/FocusRing.h"
+
 #include <QApplication>
 #include <QFile>
 #include <QFontDatabase>
@@ -88,6 +91,7 @@ QString StyleSheet() {
       {"accent", c.accent},
       {"accentDeep", Theme::Mix(c.well, c.accent, 0.45)},
       {"accentText", Theme::TextOn(c.accent)},
+      {"primaryEdge", Theme::Mix(c.raised, c.accent, 0.35)},
       {"selected", Theme::Mix(c.well, c.accent, 0.32)},
       {"hover", Theme::Mix(c.well, c.text, 0.07)},
       {"go", Theme::Mix(c.raised, c.ready, 0.30)},
@@ -115,6 +119,8 @@ void Theme::Apply(QApplication& app) {
   font.setPointSizeF(std::max(10.0, app.font().pointSizeF()));
   app.setFont(font);
   app.setStyleSheet(StyleSheet());
+  ControlKeys::Install(app);
+  FocusRing::Install(app);
 }
 
 const Theme::Colours& Theme::Palette() {

@@ -37,7 +37,8 @@ class Theme {
     QColor blue;   ///< a bar at work
   };
 
-  /// Sets style, palette, font and style sheet. Once, before the first window.
+  /// Sets style, palette, font and style sheet, and how the keyboard works a control and is seen on it. Once,
+  /// before the first window.
   static void Apply(QApplication& app);
 
   [[nodiscard]] static const Colours& Palette();

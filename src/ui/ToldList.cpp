@@ -31,6 +31,8 @@ QIcon SignOf(PromptIcon icon) {
 ToldList::ToldList(const QString& title) {
   setWindowTitle(title);
   setAccessibleName(title);
+  setObjectName(QStringLiteral("ToldList"));
+  list_.setObjectName(QStringLiteral("LstMessages"));
   head_.setFont(Theme::Font(1.1, QFont::DemiBold));
   list_.setAccessibleName(tr("Messages"));
   list_.setWordWrap(true);
@@ -47,7 +49,9 @@ ToldList::ToldList(const QString& title) {
   column_.addWidget(&list_, 1);
   column_.addWidget(&buttonBox_);
   QPushButton* close = buttonBox_.addButton(tr("&Close All"), QDialogButtonBox::AcceptRole);
+  close->setObjectName(QStringLiteral("CmdCloseAll"));
   close->setDefault(true);
+  close->setFocus();
   connect(close, &QPushButton::clicked, this, &QDialog::accept);
   resize(em * 32, em * 18);
 }

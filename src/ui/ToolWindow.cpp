@@ -1,6 +1,5 @@
 #include "ui/ToolWindow.h"
 
-#include "ui/EnterKey.h"
 #include "ui/Naming.h"
 #include "ui/TabOrder.h"
 
@@ -13,7 +12,6 @@ ToolWindow::ToolWindow(const Look& look) {
   SetNames(*this, look.name, look.fixedName);
   setWindowTitle(look.title);
   resize(fontMetrics().averageCharWidth() * look.letters, fontMetrics().height() * look.lines);
-  new EnterKey(*this);
   connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this, &QWidget::close);
   connect(new QShortcut(QKeySequence(Qt::Key_F5), this), &QShortcut::activated, this, [this] { Refresh(); });
 }

@@ -3,16 +3,17 @@
 #include "platform/Job.h"
 #include "ui/WindowPlace.h"
 
+#include <QStringList>
 #include <QWidget>
 
 #include <memory>
 
 namespace kelvo {
 
-/// A window beside the console. All of them obey the same keys: Enter works the control that has the focus,
-/// Escape closes the window (an open box, a menu or the edited cell takes it first), F5 refreshes, Tab goes
-/// through it as it is read. It is kept when it closes. Owned by who opens it, beside the work that it shows:
-/// the window goes first. GUI thread.
+/// A window beside the console. All of them obey the same keys: Enter works the control that has the focus
+/// (see ControlKeys), Escape closes the window (an open box, a menu or the edited cell takes it first), F5
+/// refreshes, Tab goes through it as it is read. It is kept when it closes. Owned by who opens it, beside the
+/// work that it shows: the window goes first. GUI thread.
 class ToolWindow : public QWidget {
   Q_OBJECT
  public:
@@ -30,6 +31,8 @@ class ToolWindow : public QWidget {
   void KeepPlace(SettingsStore& settings, const PlaceKeys& keys);
   /// The operator asked for the window: the keyboard goes to where its work begins.
   virtual void TakeKeys() {}
+  /// Files and folders were dropped for it.
+  virtual void TakeFiles(const QStringList& /*places*/) {}
   /// Whether it may close; may ask first.
   [[nodiscard]] virtual Job<bool> MayClose() { co_return true; }
 

@@ -1,6 +1,8 @@
 #include "app/BesideTheDesk.h"
 #include "app/windows/WaitPointer.h"
+#include "database/TaggedSound.h"
 #include "database/windows/JingleImportWindow.h"
+#include "database/windows/ScanWindow.h"
 #include "database/windows/TransferWindow.h"
 #include "database/windows/UtilityWindow.h"
 #include "datamanager/windows/SearchWindow.h"
@@ -80,6 +82,37 @@ TEST_F(TheWindowsOfTheDesk, MusicThatIsTransferredIsFoundOnTheDeskAtOnce) {
   EXPECT_EQ(catalogue_.TrackNames[ToMref(4)], u"Delta - Song"_s);
   AddFound(u"song"_s);
   EXPECT_EQ(Column(TrackColumn), QStringList{u"Delta - Song"_s});
+}
+
+TEST_F(TheWindowsOfTheDesk, WhatItsTagsSayOfAFileIsKnownOnTheDeskWithoutTyping) {
+  const QString drive = database_.tree.MakeFolder(u"drive"_s);
+  database_.tree.Write(u"drive/track 01.mp3"_s,
+                       Id3v2(TextFrame("TPE1", "Ann") + TextFrame("TIT2", "Long Day") +
+                             TextFrame("TYER", "1985") + TextFrame("TBPM", "127")) +
+                           SoundBytes());
+  Press(u"Import"_s);
+  auto* import = Opened<ScanWindow>();
+  ASSERT_NE(import, nullptr);
+  prompter_.paths = {drive};
+  FindNamed<QPushButton>(*import, u"CmdBrowse"_s)->click();
+  loop_.RunFor(100ms);
+  FindNamed<QPushButton>(*import, u"CmdSearch"_s)->click();
+  loop_.RunFor(1s);
+  ASSERT_EQ(import->findChild<ListTable*>()->model()->rowCount(), 1);
+  import->findChild<ListTable*>()->selectAll();
+  FindNamed<QPushButton>(*import, u"CmdImport"_s)->click();
+  loop_.RunFor(1s);
+  EXPECT_EQ(prompter_.Told(), QStringList{u"1 Tracks Copied Successfully"_s});
+  Press(u"Transfer"_s);
+  auto* transfer = Opened<TransferWindow>();
+  loop_.RunFor(1s);
+  transfer->findChild<ListTable*>()->selectAll();
+  prompter_.answers = {Answer::Yes};
+  FindNamed<QPushButton>(*transfer, u"CmdMove"_s)->click();
+  ASSERT_TRUE(loop_.RunUntil([this] { return catalogue_.LastTrack() == 4; }));
+  EXPECT_EQ(catalogue_.TrackNames[ToMref(4)], u"Ann - Long Day"_s);
+  EXPECT_EQ(catalogue_.TrackDates[ToMref(4)], u"1985-xxx"_s);
+  EXPECT_EQ(catalogue_.TrackBpm[ToMref(4)], u"127"_s);
 }
 
 TEST_F(TheWindowsOfTheDesk, AFileThatIsStagedComesToTheOpenListsAndLeavesThemWhenItIsMoved) {

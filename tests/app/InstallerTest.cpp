@@ -1,5 +1,6 @@
 #include "app/FolderChooser.h"
 #include "app/Installer.h"
+#include "app/windows/FolderDialog.h"
 #include "app/windows/InstallerWindow.h"
 #include "platform/ErrorLog.h"
 #include "platform/SettingsStore.h"
@@ -284,11 +285,32 @@ TEST(FolderChooserTest, WalksThroughFoldersAndSaysWhyItCannot) {
   }
 }
 
-TEST(FolderChooserTest, TellsFreeSpaceWithoutALeadingZero) {
+TEST(FolderChooserTest, TellsFreeSpaceInAUnitThatShowsIt) {
   EXPECT_EQ(FreeSpaceText(13421772800), u"12.50 GB"_s);
-  EXPECT_EQ(FreeSpaceText(536870912), u".50 GB"_s);
-  EXPECT_EQ(FreeSpaceText(0), u".00 GB"_s);
+  EXPECT_EQ(FreeSpaceText(536870912), u"512.00 MB"_s);
+  EXPECT_EQ(FreeSpaceText(1000), u"0 MB"_s);
   EXPECT_EQ(FreeSpaceText(-1), QString());
+}
+
+TEST_F(InstallerTest, ARefusedNameOfANewFolderStaysToBeMended) {
+  Theme::Apply(*qApp);
+  FolderDialog dialog(loop_, program_, nullptr);
+  dialog.show();
+  loop_.RunFor(std::chrono::milliseconds(10));
+  auto& name = *dialog.findChild<QLineEdit*>(u"NewName"_s);
+  QTest::mouseClick(dialog.findChild<QPushButton*>(u"NewFolder"_s), Qt::LeftButton);
+  EXPECT_EQ(dialog.focusWidget(), &name) << "it wants a name first";
+  const auto make = [&](const QString& text) {
+    name.setText(text);
+    QTest::keyClick(&name, Qt::Key_Return);
+    loop_.RunFor(std::chrono::milliseconds(10));
+    return name.text();
+  };
+  EXPECT_EQ(make(u"this/that"_s), u"this/that"_s);
+  EXPECT_EQ(make(QString(300, u'x')), QString(300, u'x'));
+  EXPECT_TRUE(dialog.findChild<QLabel*>(u"LblTrouble"_s)->text().endsWith(u": File name too long"_s));
+  EXPECT_EQ(make(u"that"_s), QString());
+  EXPECT_EQ(dialog.findChild<QLineEdit*>(u"Path"_s)->text(), program_ + u"/that"_s);
 }
 
 }  // namespace

@@ -5,9 +5,11 @@
 #include "platform/SimulatedEventLoop.h"
 #include "support/TemporaryTree.h"
 #include "support/TurnUntil.h"
+#include "ui/PromptBox.h"
 
 #include <QApplication>
 #include <QDialog>
+#include <QLineEdit>
 #include <QTest>
 #include <QTimer>
 
@@ -121,6 +123,29 @@ TEST_F(WholeProgram, EndsWithoutAQuestionAndWithItsSettingsSavedWhenTheSystemWan
   const std::function<void()> endOfSession = [] { QCoreApplication::quit(); };
   EXPECT_EQ(EndBy(endOfSession, 1300), 0);
   EXPECT_EQ(Saved(u"Width"_s), u"1300"_s);
+}
+
+TEST_F(WholeProgram, ALockedScreenIsEndedByTheSystemWithoutAQuestionAndSaved) {
+  const std::function<void()> lockAndSignal = [] {
+    auto* desk = Shown<ConsoleWindow>();
+    QTest::keyClick(desk->windowHandle(), Qt::Key_L, Qt::ControlModifier);
+    auto* box = Shown<PromptBox>();
+    ASSERT_NE(box, nullptr);
+    for (const char letter : {'c', 'o', 'd', 'e'}) QTest::keyClick(box->windowHandle(), letter);
+    EXPECT_EQ(box->Line(), u"code"_s);
+    EXPECT_FALSE(box->findChild<QLineEdit*>()->displayText().contains(u'c')) << "typed hidden";
+    QTest::keyClick(box->windowHandle(), Qt::Key_Return);
+    ASSERT_TRUE(TurnUntil([] { return Shown<PromptBox>() == nullptr; }));
+    QTest::keyClick(desk->windowHandle(), Qt::Key_Q, Qt::ControlModifier);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Shown<PromptBox>(), nullptr);
+    desk->close();
+    ASSERT_TRUE(TurnUntil([] { return Shown<PromptBox>() != nullptr; }));
+    EXPECT_EQ(Shown<PromptBox>()->Text(), u"Enter Code To Unlock Screen"_s);
+    ::raise(SIGTERM);
+  };
+  EXPECT_EQ(EndBy(lockAndSignal, 1250), 0);
+  EXPECT_EQ(Saved(u"Width"_s), u"1250"_s);
 }
 
 TEST_F(WholeProgram, EndsWithAFailureWhenTheOperatorGivesUpTheStart) {

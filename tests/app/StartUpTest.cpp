@@ -9,6 +9,7 @@
 #include "support/TemporaryTree.h"
 
 #include <QFile>
+#include <QTest>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -360,6 +361,18 @@ TEST_F(Splash, WaitsWithThePointerToItsEnd) {
   EXPECT_EQ(window.cursor().shape(), Qt::WaitCursor) << "its checks are through, the console is to come";
   loop.RunFor(2s);
   EXPECT_TRUE(closed);
+}
+
+TEST_F(Splash, IsEndedByEscapeEnterOrTheSpaceBarOnceItsChecksAreThrough) {
+  for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+    Run();
+    SplashWindow window(loop, *checks, facts);
+    window.show();
+    loop.RunFor(1s);
+    EXPECT_TRUE(window.isVisible());
+    QTest::keyClick(&window, key);
+    EXPECT_FALSE(window.isVisible()) << key;
+  }
 }
 
 TEST(DisplayModes, AreThoseThatTheKernelListsForEachConnector) {

@@ -2,7 +2,14 @@
 
 #include "app/BesideTheDesk.h"
 #include "app/windows/HostedWindow.h"
+#include "console/windows/TimerForm.h"
 #include "database/windows/UtilityWindow.h"
+#include "datamanager/windows/SearchWindow.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
 
 #include <gtest/gtest.h>
 
@@ -66,11 +73,11 @@ TEST_F(TheTable, UpkeepIsClosedWhileTheDeskIsOnAir) {
   // Between two beats the entry doesn't know yet.
   Press(u"Utility"_s);
   EXPECT_EQ(Opened<UtilityWindow>(), nullptr);
-  EXPECT_EQ(prompter_.Told().last(), u"Closed while something plays or the queue has a name"_s);
+  EXPECT_EQ(prompter_.Told().last(), u"Not while deck 1 plays"_s);
   loop_.RunFor(2s);
   for (const QString& id : {u"Import"_s, u"Transfer"_s, u"Utility"_s}) {
     EXPECT_FALSE(Offered(id)) << id.toStdString();
-    EXPECT_EQ(Entry(id).first->toolTip(), u"Closed while something plays or the queue has a name"_s);
+    EXPECT_EQ(Entry(id).first->toolTip(), u"Not while deck 1 plays"_s);
   }
   EXPECT_TRUE(Offered(u"TrackSearch"_s));
   EXPECT_TRUE(Offered(u"Jingles"_s));
@@ -168,6 +175,102 @@ TEST_F(TheTable, ALockedScreenTakesNoHandInAnyWindowAndOpensNone) {
   EXPECT_TRUE(made_[u"Open"_s]->isEnabled());
   Press(u"Other"_s);
   EXPECT_TRUE(Shown(u"Other"_s));
+}
+
+TEST_F(TheTable, LockedNoKeyNoMenuAndNoCloseAsksAnythingButTheCode) {
+  OpenDesk(std::vector<WindowLine>{Line(u"Open"_s), Line(u"Other"_s)});
+  EnqueueAll();
+  Load(Deck::One, 1);
+  Load(Deck::Two, 2);
+  Decks().ManualStart(Deck::One);
+  QTest::mouseClick(window_->findChild<QPushButton*>(u"CmdSetTimer"_s), Qt::LeftButton);
+  Press(u"Open"_s);
+  window_->activateWindow();
+  ASSERT_TRUE(TurnUntil([this] { return window_->isActiveWindow(); }));
+  prompter_.texts = {u"code"_s};
+  PressLock();
+  EXPECT_EQ(prompter_.secretsAsked, 1) << "the code is typed hidden";
+  EXPECT_FALSE(Opened<TimerForm>()->isVisible()) << "nor could the form start the show";
+  prompter_.asked.clear();
+  const QStringList rows = Column(CommentColumn);
+  for (QAction* action : window_->findChildren<QAction*>()) {
+    if (action->objectName() == u"Lockscr"_s) continue;
+    for (const QKeySequence& keys : action->shortcuts())
+      QTest::keyClick(window_->windowHandle(), keys[0].key(), keys[0].keyboardModifiers());
+  }
+  for (int key = Qt::Key_F1; key <= Qt::Key_F12; ++key)
+    QTest::keyClick(window_->windowHandle(), Qt::Key(key));
+  for (const Qt::Key key :
+       {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space, Qt::Key_Delete, Qt::Key_Y, Qt::Key_Tab}) {
+    for (const Qt::KeyboardModifiers with : {Qt::NoModifier, Qt::ControlModifier}) {
+      QTest::keyClick(window_->windowHandle(), key, with);
+      QTest::keyClick(made_[u"Open"_s]->windowHandle(), key, with);
+    }
+  }
+  QTest::keyClick(window_->windowHandle(), Qt::Key_1, Qt::ControlModifier | Qt::AltModifier);
+  made_[u"Open"_s]->close();
+  loop_.RunFor(3s);
+  EXPECT_TRUE(prompter_.asked.empty()) << prompter_.Told().join(u'\n').toStdString();
+  EXPECT_TRUE(made_[u"Open"_s]->isVisible());
+  EXPECT_TRUE(window_->isVisible());
+  EXPECT_EQ(Record(Deck::One).State, DeckState::Playing);
+  EXPECT_EQ(Record(Deck::Two).State, DeckState::Loaded);
+  EXPECT_EQ(Column(CommentColumn), rows);
+  for (const QAction* menu : window_->menuBar()->actions()) {
+    if (!menu->isEnabled()) continue;
+    for (const QAction* entry : menu->menu()->actions())
+      EXPECT_TRUE(!entry->isEnabled() || entry->isSeparator() || entry->objectName() == u"Lockscr"_s)
+          << entry->text().toStdString();
+  }
+
+  // The corner of the window asks for the code: a wrong one, then the right one.
+  prompter_.texts = {u"guess"_s, u"code"_s};
+  prompter_.answers = {Answer::Ok};
+  for (int times = 0; times < 2; ++times) {
+    window_->close();
+    loop_.RunFor(100ms);
+  }
+  EXPECT_EQ(prompter_.Told(),
+            (QStringList{u"Enter Code To Unlock Screen"_s, u"Sorry, Screen Unlock Code Not Valid !"_s,
+                         u"Enter Code To Unlock Screen"_s}));
+  EXPECT_TRUE(window_->isVisible());
+  prompter_.answers = {Answer::No};
+  window_->close();
+  loop_.RunFor(100ms);
+  EXPECT_EQ(prompter_.Told().last(), u"Quit Kelvo ? "_s) << "unlocked all is as before";
+}
+
+TEST_F(TheTable, TheSpaceBarSpeaksInEveryWindowAndPressesNothingThere) {
+  OpenDesk();
+  EnqueueAll();
+  Load(Deck::One, 1);
+  Decks().ManualStart(Deck::One);
+  loop_.RunFor(1s);
+  Press(u"TrackSearch"_s);
+  auto* search = Opened<SearchWindow>();
+  ASSERT_NE(search, nullptr);
+  search->activateWindow();
+  ASSERT_TRUE(TurnUntil([&] { return search->isActiveWindow(); }));
+  auto* title = search->findChild<QCheckBox*>(u"ChkTitleFirst"_s);
+  title->setFocus();
+  QTest::keyPress(search->windowHandle(), Qt::Key_Space);
+  loop_.RunFor(1s);
+  EXPECT_EQ(Record(Deck::One).Loss, 1000);
+  QTest::keyRelease(search->windowHandle(), Qt::Key_Space);
+  loop_.RunFor(1s);
+  EXPECT_EQ(Record(Deck::One).Loss, 0);
+  EXPECT_FALSE(title->isChecked());
+  QTest::keyClick(search->windowHandle(), Qt::Key_Return);
+  EXPECT_TRUE(title->isChecked());
+  auto* text = search->findChild<QLineEdit*>(u"TxtSearch"_s);
+  text->setFocus();
+  QTest::keyClick(search->windowHandle(), Qt::Key_Space);
+  EXPECT_EQ(text->text(), u" "_s);
+  EXPECT_EQ(Record(Deck::One).Loss, 0);
+  // A click leaves the keyboard where it was.
+  QTest::mouseClick(search->findChild<QPushButton*>(u"CmdSearch"_s), Qt::LeftButton);
+  loop_.RunFor(1s);
+  EXPECT_TRUE(text->hasFocus());
 }
 
 }  // namespace

@@ -33,7 +33,7 @@ TEST_F(ScreenLockTest, ACodeLocksAndTheSameCodeAloneUnlocks) {
   lock_.Lockscr();
   EXPECT_FALSE(lock_.Locked());
   EXPECT_THAT(changes_, ElementsAre(true, false));
-  EXPECT_EQ(prompter_.secretsAsked, 3);
+  EXPECT_EQ(prompter_.secretsAsked, 4) << "the new code is not shown either";
   EXPECT_THAT(prompter_.Told(),
               ElementsAre(u"Please Enter A Screen Lock Code"_s, u"Enter Code To Unlock Screen"_s,
                           u"Sorry, Screen Unlock Code Not Valid !"_s, u"Enter Code To Unlock Screen"_s,

@@ -5,6 +5,8 @@
 #include "ui/Fader.h"
 
 #include <QCheckBox>
+#include <QHeaderView>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QSpinBox>
 
@@ -42,16 +44,19 @@ class ConsoleKeys : public ConsoleOnScreen {
   QLineEdit& Box() { return Find<QLineEdit>(u"TrackFilter"_s); }
 };
 
-TEST_F(ConsoleKeys, AFadeAndAQuestionGiveTheKeyboardBackToTheBoxThatHadIt) {
+TEST_F(ConsoleKeys, AFadeAndAQuestionLeaveTheKeyboardAndWhatIsTypedWhereTheyAre) {
   OpenOnAir();
   EXPECT_TRUE(Box().hasFocus());
   Key(Qt::Key_F10);
   loop_.RunFor(2s);
   ASSERT_TRUE(desk_->Fades().WalkActive());
-  EXPECT_FALSE(Box().hasFocus());
-  loop_.RunFor(10s);
+  EXPECT_TRUE(Box().hasFocus());
   Type(u"be"_s);
   EXPECT_EQ(Box().text(), u"be"_s);
+  EXPECT_EQ(Library().model()->rowCount(), 1) << "the list follows";
+  loop_.RunFor(10s);
+  Type(u"t"_s);
+  EXPECT_EQ(Box().text(), u"bet"_s);
 
   QueueList().setFocus();
   Key(Qt::Key_F7);
@@ -63,6 +68,69 @@ TEST_F(ConsoleKeys, AFadeAndAQuestionGiveTheKeyboardBackToTheBoxThatHadIt) {
   AskToReplace();
   loop_.RunFor(3100ms);
   EXPECT_TRUE(QueueList().hasFocus()) << "also from a question that nobody answered";
+}
+
+TEST_F(ConsoleKeys, EnterAnswersTheDeskAndNotTheBoxThatIsTypedInto) {
+  OpenOnAir();
+  Type(u"a"_s);
+  AskToReplace();
+  Type(u"l"_s);
+  EXPECT_EQ(Box().text(), u"al"_s);
+  Key(Qt::Key_Return);
+  EXPECT_FALSE(Panel().Visible());
+  loop_.RunFor(1s);
+  EXPECT_EQ(Record(Deck::One).Title, u"Gamma"_s);
+  EXPECT_TRUE(Box().hasFocus());
+}
+
+TEST_F(ConsoleKeys, WhileAFadeRunsTheListsRefuseWhatChangesTheQueueAndSayWhy) {
+  AddTrack(u"zeta"_s, 60, 60);
+  OpenWindow();
+  Enqueue({ToMref(1), ToMref(2), ToMref(3)});
+  Load(Deck::One, 1);
+  Load(Deck::Two, 2);
+  Key(Qt::Key_F7);
+  loop_.RunFor(10s);
+  Type(u"zet"_s);
+  Queue().Click(2);
+  auto& down = Find<QPushButton>(u"CmdQueDown"_s);
+  down.setFocus();
+  Key(Qt::Key_F10);
+  loop_.RunFor(2s);
+  ASSERT_TRUE(desk_->Fades().SectionsDisabled());
+  EXPECT_FALSE(down.isEnabled());
+  EXPECT_TRUE(down.toolTip().endsWith(u"\nA fade runs"_s)) << down.toolTip().toStdString();
+  EXPECT_EQ(window_->focusWidget(), nullptr) << "no key works the button beside it";
+  const QStringList before = Column(TrackColumn);
+  DoubleClick(Library(), 0);
+  QTest::mouseClick(QueueList().horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(10, 5));
+  const std::unique_ptr<QMimeData> row(QueueList().model()->mimeData({QueueList().model()->index(0, 0)}));
+  static_cast<void>(QueueList().model()->dropMimeData(row.get(), Qt::MoveAction, 3, 0, {}));
+  loop_.RunFor(50ms);
+  ASSERT_TRUE(desk_->Fades().SectionsDisabled());
+  EXPECT_EQ(Column(TrackColumn), before);
+  EXPECT_EQ(Library().selectionModel()->selectedRows().size(), 1) << "what was refused stays selected";
+  EXPECT_EQ(QueueList().model()->headerData(BpmColumn, Qt::Horizontal, Qt::ToolTipRole),
+            u"Bpm\nA fade runs"_s);
+  EXPECT_EQ(desk_->StatusLine(), u"Tracks Not Added : A fade runs"_s);
+  EXPECT_FALSE(Find<QPushButton>(u"CmdAddToQueue"_s).isEnabled());
+  loop_.RunFor(10s);
+  EXPECT_TRUE(down.isEnabled());
+  EXPECT_FALSE(down.toolTip().contains(u'\n'));
+  DoubleClick(Library(), 0);
+  EXPECT_EQ(Queue().Count(), 4);
+}
+
+TEST_F(ConsoleKeys, AButtonThatWasOffForATimeHasTheKeyboardAgain) {
+  OpenOnAir();
+  Queue().Click(2);
+  auto& cut = Find<QPushButton>(u"CmdQueCut"_s);
+  cut.setFocus();
+  Key(Qt::Key_F10);
+  loop_.RunFor(2s);
+  ASSERT_FALSE(cut.isEnabled());
+  loop_.RunFor(10s);
+  EXPECT_TRUE(cut.hasFocus());
 }
 
 TEST_F(ConsoleKeys, AHandThatWentElsewhereDuringAFadeStaysThere) {

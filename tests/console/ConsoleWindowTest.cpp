@@ -115,11 +115,11 @@ TEST_F(ConsoleOnScreen, AsksBeforeALiveDeckIsReplacedAndKeepsTheListsStillMeanwh
   auto& panel = Find<QWidget>(u"ConfirmationPanel"_s);
   EXPECT_TRUE(panel.isVisible());
   EXPECT_EQ(Find<QPushButton>(u"CmdConfirmAction"_s).text(), u"LOAD NEW TRACK"_s);
-  EXPECT_FALSE(Library().isEnabled());
-  EXPECT_FALSE(QueueList().isEnabled());
+  EXPECT_FALSE(Find<QPushButton>(u"CmdAddToQueue"_s).isEnabled());
+  EXPECT_TRUE(Find<QPushButton>(u"CmdQueCut"_s).toolTip().endsWith(u"\nThe desk waits for an answer"_s));
   QTest::keyClick(&*window_, Qt::Key_Escape);
   EXPECT_FALSE(panel.isVisible());
-  EXPECT_TRUE(Library().isEnabled());
+  EXPECT_TRUE(Find<QPushButton>(u"CmdAddToQueue"_s).isEnabled());
 
   Click(u"CmdLoad2"_s);
   loop_.RunFor(3100ms);
@@ -164,9 +164,9 @@ TEST_F(ConsoleOnScreen, MixesByFunctionKeysWhereverTheFocusIs) {
   QTest::keyClick(&box, Qt::Key_F10);
   loop_.RunFor(2s);
   EXPECT_TRUE(desk_->Fades().WalkActive());
-  EXPECT_FALSE(Library().isEnabled()) << "the lists keep still while a fade walks";
+  EXPECT_FALSE(Find<QPushButton>(u"CmdAddToQueue"_s).isEnabled()) << "the queue keeps still in a fade";
   loop_.RunFor(10s);
-  EXPECT_TRUE(Library().isEnabled());
+  EXPECT_TRUE(Find<QPushButton>(u"CmdAddToQueue"_s).isEnabled());
   EXPECT_EQ(Record(Deck::Two).Loss, 0);
   EXPECT_EQ(Record(Deck::One).Loss, 2000);
   EXPECT_TRUE(box.text().isEmpty());

@@ -115,12 +115,15 @@ TEST_F(ConsoleWires, TheMenusQuitWorksWhileTheDeskIsIdle) {
   Click(u"CmdMan2"_s);
   loop_.RunFor(2s);
   EXPECT_FALSE(quit.isEnabled());
+  EXPECT_EQ(quit.toolTip(), u"Not while deck 1 plays. Closing the window asks at any time"_s);
   Decks().StopDeck(Deck::One);
   loop_.RunFor(2s);
   EXPECT_TRUE(quit.isEnabled());
   Queue().SetName(u"Wedding"_s);
   loop_.RunFor(2s);
   EXPECT_FALSE(quit.isEnabled()) << "a session that has a name goes on";
+  EXPECT_EQ(quit.toolTip(),
+            u"Not while the queue has a name: Wedding. Closing the window asks at any time"_s);
 }
 
 TEST_F(ConsoleWires, TheRowThatAutomaticPlayIsAtBlinks) {

@@ -88,7 +88,11 @@ TEST_F(DeckLoadTest, ATrackWithoutAnInfoFileIsPlayedWithTheDefaults) {
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Loaded);
   EXPECT_EQ(Record(Deck::Two).TrackInfoText, u"Undefined Media File"_s);
   ASSERT_EQ(prompter_.asked.size(), 1U);
-  EXPECT_TRUE(prompter_.asked[0].text.contains(u" in  loaddk "_s));
+  const QString words = prompter_.asked[0].text;
+  EXPECT_TRUE(words.startsWith(u"What is known of Beta could not be read.\r\n"_s)) << words.toStdString();
+  EXPECT_EQ(words.count(u"/beta.kif"_s), 1) << words.toStdString();
+  EXPECT_FALSE(words.contains(u"loaddk"_s)) << "that is for the log";
+  EXPECT_TRUE(Log().contains(u"ERROR "_s) && Log().contains(u" in  loaddk ("_s)) << Log().toStdString();
 }
 
 TEST_F(DeckLoadTest, ARequestStandsAboveTheTrackInABanner) {

@@ -192,7 +192,9 @@ TEST_F(DeckPlayTest, ACorrectionWithoutAnInfoFileStaysInTheCatalogueAndAFailureI
   EXPECT_EQ(catalogue_.TrackDurations(ToMref(1)), 60);
   EXPECT_FALSE(database_.Holds(Paths::Info, u"alpha.kif"_s));
   ASSERT_EQ(prompter_.asked.size(), 1U);
-  EXPECT_TRUE(prompter_.asked[0].text.contains(u" adjtime"_s));
+  EXPECT_TRUE(prompter_.asked[0].text.startsWith(u"The length of beta could not be put right.\r\n"_s))
+      << prompter_.asked[0].text.toStdString();
+  EXPECT_TRUE(Log().contains(u" adjtime"_s));
   EXPECT_EQ(Record(Deck::Two).State, DeckState::Done);
 }
 

@@ -40,6 +40,25 @@ TEST_F(SessionLogTest, WhatGoesOnAirByHandAndByItselfIsLoggedInOneFileADay) {
   EXPECT_TRUE(ReadOnly());
 }
 
+TEST_F(SessionLogTest, APlainStartIsLoggedOnceForEachTrack) {
+  AddThreeTracks();
+  Open();
+  EnqueueAll();
+  Load(Deck::Two, 1);
+  Decks().ManualStart(Deck::Two);
+  loop_.RunFor(5s);
+  Decks().StopCommand(Deck::Two);
+  Panel().Confirm();
+  Decks().ManualStart(Deck::Two);
+  loop_.RunFor(5s);
+  EXPECT_EQ(Text(), header_ + "Manual Play : 9 : 00 ~ Alpha\r\n") << "the same track goes on";
+  Decks().StopDeck(Deck::Two);
+  Load(Deck::Two, 2);
+  Decks().ManualStart(Deck::Two);
+  loop_.RunFor(5s);
+  EXPECT_TRUE(Text().endsWith("~ Alpha\r\nManual Play : 9 : 00 ~ Beta\r\n")) << Text().toStdString();
+}
+
 TEST_F(SessionLogTest, TheDaysLogGoesOnInTheNextSessionAndKeepsTitlesBeyondTheCodePage) {
   SessionLog(loop_, database_.tree.Path(u"documents"_s), u"Kelvo"_s).LogPlay(u"First"_s, false);
   loop_.RunFor(1s);

@@ -22,19 +22,19 @@ class FileRunTest : public ::testing::Test {
   using Step = std::function<FileOutcome(std::size_t)>;
 
   /// Runs `files` files, for each of which `step_` says what becomes of it.
-  FileSum Run(std::size_t files, Step step, FileRun::Failures failures = FileRun::Failures::Noted) {
+  FileSum Run(std::size_t files, Step step) {
     step_ = std::move(step);
-    job_ = Collect(files, failures);
+    job_ = Collect(files);
     EXPECT_TRUE(loop_.RunUntil([this] { return !job_.Running(); }));
     return sum_;
   }
-  Job<> Collect(std::size_t files, FileRun::Failures failures) {
+  Job<> Collect(std::size_t files) {
     FileRun::Work work;
     work.files = files;
     work.tag = u" run"_s;
-    work.failures = failures;
+    work.name = [](std::size_t file) { return u"file %1"_s.arg(file); };
     work.step = [this](std::size_t file) { return One(file); };
-    work.after = [this](std::size_t, FileOutcome outcome) { after_.push_back(outcome); };
+    work.after = [this](std::size_t, FileOutcome outcome, const QString&) { after_.push_back(outcome); };
     sum_ = co_await run_.Run(std::move(work));
   }
   Job<FileOutcome> One(std::size_t file) {
@@ -77,27 +77,28 @@ TEST_F(FileRunTest, AFileThatFailsIsNotedUnderItsStepAndTheRestGoesOn) {
               ElementsAre(FileOutcome::Done, FileOutcome::Failed, FileOutcome::Existed, FileOutcome::Done));
   EXPECT_EQ(after_, sum.outcomes);
   EXPECT_EQ(sum.Count(FileOutcome::Done), 2);
-  ASSERT_EQ(sum.messages.size(), 1);
-  EXPECT_TRUE(sum.messages[0].contains(u" in  run copy"_s)) << sum.messages[0].toStdString();
+  EXPECT_THAT(sum.troubles, ElementsAre(u"file 1: It is broken"_s));
+  loop_.RunFor(std::chrono::seconds(1));
+  EXPECT_TRUE(QString::fromUtf8(tree_.Read(u"kelvo.log"_s)).contains(u" in  run copy"_s));
   EXPECT_TRUE(prompter_.asked.empty());
   EXPECT_EQ(run_.Progress().File(), 4);
   EXPECT_EQ(run_.Progress().Percent(), 100);
 
-  EXPECT_EQ(Run(2, step, FileRun::Failures::Told).messages.size(), 1);
-  EXPECT_EQ(prompter_.asked.size(), 1U) << "the operator is told at once";
+  QStringList many;
+  for (int file = 0; file < 12; ++file) many.append(u"file"_s);
+  EXPECT_EQ(
+      TroubleMessage(u"12 files were not moved:"_s, many).text,
+      u"12 files were not moved:\r\n"_s + u"file\r\n"_s.repeated(10) + u"... and 2 others (see the log)"_s);
 }
 
 TEST_F(FileRunTest, AFullDiskAndTheOperatorEndTheRun) {
-  const FileSum full = Run(
-      3,
-      [](std::size_t file) -> FileOutcome {
-        if (file == 1) throw Failure(u"No space left"_s, ENOSPC);
-        return FileOutcome::Done;
-      },
-      FileRun::Failures::Told);
+  const FileSum full = Run(3, [](std::size_t file) -> FileOutcome {
+    if (file == 1) throw Failure(u"No space left"_s, ENOSPC);
+    return FileOutcome::Done;
+  });
   EXPECT_THAT(full.outcomes, ElementsAre(FileOutcome::Done, FileOutcome::NoRoom));
   EXPECT_TRUE(full.EndedBy(FileOutcome::NoRoom));
-  EXPECT_TRUE(prompter_.asked.empty()) << "whoever ran it tells that once";
+  EXPECT_TRUE(full.troubles.isEmpty()) << "whoever ran it tells that once";
 
   run_.Reset();
   const FileSum stopped = Run(3, [this](std::size_t) {
@@ -115,9 +116,11 @@ TEST_F(FileRunTest, AnAnswerForAllThatFollowIsNotAskedForAgain) {
   EXPECT_EQ(Wish(), IfTaken::Replace);
   EXPECT_EQ(Wish(), IfTaken::Rename);
   EXPECT_EQ(Wish(), IfTaken::LeaveOut);
-  run_.ifTaken = IfTaken::Rename;
+  prompter_.answers = {Answer::No};
+  prompter_.forAll = true;
   EXPECT_EQ(Wish(), IfTaken::Rename);
-  EXPECT_EQ(prompter_.asked.size(), 3U);
+  EXPECT_EQ(Wish(), IfTaken::Rename);
+  EXPECT_EQ(prompter_.asked.size(), 4U);
   run_.Reset();
   prompter_.answers = {Answer::Yes};
   EXPECT_EQ(Wish(), IfTaken::Replace) << "another run asks anew";

@@ -2,6 +2,7 @@
 
 #include "audio/ClockAudio.h"
 #include "database/Catalogue.h"
+#include "database/TaggedSound.h"
 #include "database/TestDatabase.h"
 #include "platform/ErrorLog.h"
 #include "platform/SettingsStore.h"
@@ -36,7 +37,7 @@ class ImportOnScreen : public ::testing::Test {
     if (application == nullptr) GTEST_SKIP() << "windows need a screen: QT_QPA_PLATFORM=offscreen";
     Theme::Apply(*application);
   }
-  QString AddSource(const QString& relative, const QByteArray& bytes = "sound") {
+  QString AddSource(const QString& relative, const QByteArray& bytes = SoundBytes()) {
     return database_.tree.Write(u"drive/"_s + relative, bytes);
   }
   [[nodiscard]] bool Holds(const QString& relative) { return database_.tree.Exists(u"drive/"_s + relative); }
@@ -92,6 +93,28 @@ class ImportOnScreen : public ::testing::Test {
   ClockAudio audio_{loop_};
   Catalogue catalogue_;
   QWidget* window_ = nullptr;
+};
+
+/// One window over its work.
+template <typename Window, typename Work>
+class OnScreen : public ImportOnScreen {
+ protected:
+  void TearDown() override {
+    shown_.reset();
+    work_.reset();
+  }
+  void Open(typename Work::Services services) {
+    shown_.reset();
+    work_.emplace(std::move(services));
+    if constexpr (std::is_constructible_v<Window, EventLoop&, Work&>) {
+      shown_.emplace(loop_, *work_);
+    } else {
+      shown_.emplace(*work_);
+    }
+    Show(*shown_);
+  }
+  std::optional<Work> work_;
+  std::optional<Window> shown_;
 };
 
 }  // namespace kelvo::testing

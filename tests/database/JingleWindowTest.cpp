@@ -4,30 +4,26 @@
 namespace kelvo {
 namespace {
 
-using testing::ImportOnScreen;
+using testing::OnScreen;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 
-class JinglesOnScreen : public ImportOnScreen {
+class JinglesOnScreen : public OnScreen<JingleImportWindow, JingleImport> {
  protected:
   void OpenJingles() {
-    work_.emplace(JingleImport::Services{.loop = loop_,
-                                         .prompter = prompter_,
-                                         .catalogue = catalogue_,
-                                         .paths = database_.paths,
-                                         .title = u"Kelvo"_s});
-    jingles_.emplace(loop_, *work_);
-    Show(*jingles_);
+    Open({.loop = loop_,
+          .prompter = prompter_,
+          .catalogue = catalogue_,
+          .paths = database_.paths,
+          .title = u"Kelvo"_s});
   }
-  std::optional<JingleImport> work_;
-  std::optional<JingleImportWindow> jingles_;
 };
 
 TEST_F(JinglesOnScreen, SoundsAreSearchedImportedAndDeletedByTheirButtons) {
   AddSource(u"bell.mp3"_s);
   AddSource(u"horn.mp3"_s);
-  AddSource(u"small.wav"_s);
+  AddSource(u"small.wav"_s, "sound");
   OpenJingles();
   for (const QString& name : {u"CmdImport"_s, u"CmdDelete"_s, u"CmdSelectAll"_s})
     EXPECT_FALSE(Enabled(name)) << "an empty list: " << name.toStdString();
@@ -45,16 +41,22 @@ TEST_F(JinglesOnScreen, SoundsAreSearchedImportedAndDeletedByTheirButtons) {
   EXPECT_TRUE(database_.Holds(Paths::Jingles, u"bell.mp3"_s));
   EXPECT_FALSE(database_.Holds(Paths::Jingles, u"small.wav"_s));
 
+  EXPECT_EQ(List().model()->index(2, 0).data(Qt::AccessibleDescriptionRole).toString(),
+            u"The file is no sound file: neither WAV nor MPEG audio was found in it."_s);
   List().selectRow(0);
   prompter_.answers = {Answer::Cancel};
   QTest::keyClick(&List(), Qt::Key_Delete);
   Finish(*work_);
   EXPECT_TRUE(Holds(u"bell.mp3"_s));
+  EXPECT_EQ(prompter_.asked.back().safe, Answer::Cancel);
+  EXPECT_TRUE(prompter_.asked.back().text.endsWith(u"\r\n\r\n1 file is selected."_s));
   List().selectAll();
   prompter_.answers = {Answer::Ok, Answer::Yes, Answer::No, Answer::No};
   Click(u"CmdDelete"_s);
   Finish(*work_);
   EXPECT_FALSE(Holds(u"bell.mp3"_s));
+  EXPECT_EQ(prompter_.asked.back().safe, Answer::No);
+  EXPECT_EQ(work_->Words(), u"1 file deleted"_s);
   EXPECT_TRUE(Holds(u"horn.mp3"_s));
   EXPECT_THAT(Names(), ElementsAre(u"horn.mp3"_s, u"small.wav"_s));
   EXPECT_TRUE(database_.Holds(Paths::Jingles, u"bell.mp3"_s)) << "the jingle is another file";
@@ -74,7 +76,7 @@ TEST_F(JinglesOnScreen, ASearchIsStoppedAndAnImportGoesOnInAClosedWindow) {
   ASSERT_THAT(Names(), ElementsAre(u"bell.mp3"_s));
   Click(u"CmdSelectAll"_s);
   Click(u"CmdImport"_s);
-  jingles_->close();
+  shown_->close();
   Finish(*work_);
   EXPECT_TRUE(database_.Holds(Paths::Jingles, u"bell.mp3"_s));
 }

@@ -1,5 +1,6 @@
 #include "database/NetworkDrive.h"
 #include "database/ScanImport.h"
+#include "database/TaggedSound.h"
 #include "database/TestDatabase.h"
 #include "platform/ErrorLog.h"
 #include "support/HeldWorkLoop.h"
@@ -23,8 +24,11 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using testing::HeldWorkLoop;
+using testing::Id3v2;
 using testing::ScriptedPrompter;
+using testing::SoundBytes;
 using testing::TestDatabase;
+using testing::TextFrame;
 using ::testing::UnorderedElementsAre;
 
 class ScanImportTest : public ::testing::Test {
@@ -37,7 +41,7 @@ class ScanImportTest : public ::testing::Test {
                                        .paths = database_.paths,
                                        .title = u"Kelvo 2007"_s});
   }
-  QString AddSource(const QString& relative, const QByteArray& bytes = "sound") {
+  QString AddSource(const QString& relative, const QByteArray& bytes = SoundBytes()) {
     return database_.tree.Write(u"drive/"_s + relative, bytes);
   }
   void Search() {
@@ -85,27 +89,49 @@ class ScanImportTest : public ::testing::Test {
   std::optional<ScanImport> scan_;
 };
 
-TEST_F(ScanImportTest, TheSearchListsMusicWithItsFolderDateAndTagArtist) {
-  QByteArray tag =
-      "TAG" + QByteArray("Song").leftJustified(30, '\0') + QByteArray("AC/DC").leftJustified(30, '\0');
-  tag = tag.leftJustified(128, '\0');
-  AddSource(u"Rock/tagged.MP3"_s, tag);
+TEST_F(ScanImportTest, TheSearchListsMusicWithWhatFileAndTagsSay) {
+  const auto tagged = [](const QByteArray& artist, const QByteArray& title, const QByteArray& year) {
+    return Id3v2(TextFrame("TPE1", artist) + TextFrame("TIT2", title) + TextFrame("TYER", year)) +
+           SoundBytes();
+  };
+  AddSource(u"Rock/01 - tnt.MP3"_s, tagged("AC/DC", "T.N.T.", "1975"));
+  AddSource(u"Rock/Ann - Long Day (Live).mp3"_s, tagged("Ann", "long day", ""));
+  AddSource(u"Rock/Bob - x.mp3"_s, tagged("", "Night", "1999"));
   AddSource(u"b.wav"_s);
   AddSource(u"a.Mp3"_s);
   AddSource(u"notes.txt"_s);
   AddSource(u".trash/c.mp3"_s);
+  AddSource(u"Rock/._Ann.mp3"_s);
+  AddSource(u"Rock/.notes"_s);
   Search();
-  EXPECT_THAT(Column(ScanTitleColumn), ElementsAre(u"a"_s, u"b"_s, u"tagged"_s));
-  EXPECT_THAT(Column(ScanArtistColumn), ElementsAre(u""_s, u""_s, u"AC_DC"_s));
-  EXPECT_THAT(Column(ScanDateColumn), ElementsAre(u"2007-xxx"_s, u"2007-xxx"_s, u"2007-xxx"_s));
-  EXPECT_THAT(Column(ScanFolderColumn), ElementsAre(u"drive"_s, u"drive"_s, u"Rock"_s));
-  EXPECT_EQ(scan_->Words(), u"3 files in the list"_s);
+  EXPECT_THAT(Column(ScanTitleColumn),
+              ElementsAre(u"a"_s, u"b"_s, u"AC_DC - T.N.T."_s, u"Ann - Long Day (Live)"_s, u"Bob - Night"_s))
+      << "a file that says as much keeps its name";
+  EXPECT_THAT(Column(ScanArtistColumn), ElementsAre(u""_s, u""_s, u"AC_DC"_s, u"Ann"_s, u""_s));
+  EXPECT_THAT(Column(ScanDateColumn),
+              ElementsAre(u"2007-xxx"_s, u"2007-xxx"_s, u"1975-xxx"_s, u"2007-xxx"_s, u"1999-xxx"_s));
+  EXPECT_THAT(Column(ScanFolderColumn), ElementsAre(u"drive"_s, u"drive"_s, u"Rock"_s, u"Rock"_s, u"Rock"_s));
+  EXPECT_EQ(scan_->Words(), u"5 files in the list, 1 hidden file passed over"_s);
 
   scan_->Rows().SetText(0, ScanTitleColumn, u"Mine"_s);
   AddSource(u"new.mp3"_s);
   Search();
-  EXPECT_THAT(Column(ScanTitleColumn), ElementsAre(u"Mine"_s, u"b"_s, u"tagged"_s, u"new"_s))
-      << "a second search keeps what was typed";
+  EXPECT_EQ(Column(ScanTitleColumn)[0], u"Mine"_s) << "a second search keeps what was typed";
+  EXPECT_EQ(scan_->Rows().Count(), 6);
+}
+
+TEST_F(ScanImportTest, WhatCannotBePlayedIsToldAtOnce) {
+  AddSource(u"a.mp3"_s, "This is a letter, not a song.");
+  AddSource(u"b.mp3"_s, "");
+  AddSource(u"c.mp3"_s);
+  AddSource(u"d.wav"_s, "RIFF");
+  AddSource(u"e.mp3"_s, Id3v2(TextFrame("TIT2", "no sound behind it")));
+  Search();
+  QStringList troubles;
+  for (const int row : All()) troubles.append(scan_->Rows().Row(row).trouble);
+  const QString noSound = u"The file is no sound file: neither WAV nor MPEG audio was found in it."_s;
+  EXPECT_THAT(troubles, ElementsAre(noSound, u"The file is empty."_s, QString(), noSound, noSound));
+  EXPECT_EQ(scan_->Words(), u"5 files in the list, 4 that cannot be played"_s);
 }
 
 TEST_F(ScanImportTest, TheSearchSurvivesWhatDrivesHold) {
@@ -121,7 +147,8 @@ TEST_F(ScanImportTest, TheSearchSurvivesWhatDrivesHold) {
   scan_->Search({database_.tree.Path(u"no such folder"_s), database_.tree.Path(u"drive"_s)});
   ASSERT_TRUE(loop_.RunUntil([this] { return !scan_->Busy(); }));
   EXPECT_THAT(Column(ScanTitleColumn), UnorderedElementsAre(u"song"_s, u"top"_s));
-  EXPECT_EQ(scan_->Words(), u"2 files in the list, 2 folders or names could not be read (see the log)"_s);
+  EXPECT_EQ(scan_->Words(), u"2 files in the list, 2 folders or names could not be read (see the log)"_s)
+      << scan_->Words().toStdString();
   ::unlink(noText.constData());
 }
 
@@ -187,6 +214,16 @@ TEST_F(ScanImportTest, NamingCommandsWorkOnTheSelectedRows) {
   EXPECT_EQ(prompter_.Told().last(), u"Dates Must Be Entered in the form YYYY-mmm (Eg: 2005-Dec)"_s);
 }
 
+TEST_F(ScanImportTest, ATitleIsSplitWhereTheSeparatorHasBlanksAroundIt) {
+  AddSource(u"Jean-Luc - Song.mp3"_s);
+  AddSource(u"Jean-Luc.mp3"_s);
+  AddSource(u"Zoe - A-Z - B.mp3"_s);
+  Search();
+  scan_->Rows().ExtractArtists(All());
+  EXPECT_THAT(Column(ScanArtistColumn), ElementsAre(u"Jean-Luc"_s, u"Jean"_s, u"Zoe"_s));
+  EXPECT_THAT(Column(ScanTitleColumn), ElementsAre(u"Song"_s, u"Luc"_s, u"A-Z - B"_s));
+}
+
 TEST_F(ScanImportTest, TheSeparatorCanBeChanged) {
   AddSource(u"Jay-Z - Song.mp3"_s);
   Search();
@@ -202,8 +239,8 @@ TEST_F(ScanImportTest, TheSeparatorCanBeChanged) {
 }
 
 TEST_F(ScanImportTest, TracksAreStagedUnderTheirNamesAndTheSumIsTold) {
-  AddSource(u"one.mp3"_s, "first");
-  AddSource(u"two.WAV"_s, QByteArray(10240, 'w'));
+  AddSource(u"one.mp3"_s);
+  AddSource(u"two.WAV"_s, SoundBytes().repeated(7));
   AddSource(u"short.wav"_s, QByteArray(10239, 'w'));
   Search();
   Name(0, u"Abba"_s, u"Abba - SOS"_s);
@@ -212,7 +249,7 @@ TEST_F(ScanImportTest, TracksAreStagedUnderTheirNamesAndTheSumIsTold) {
   Import(All());
   EXPECT_THAT(Staged(), UnorderedElementsAre(u"Abba/Abba - SOS#2007-xxx# #.mp3"_s,
                                              u"Unknown/Abba - Waterloo#2007-xxx# #.WAV"_s));
-  EXPECT_EQ(database_.tree.Read(u"Kelvo2007_Utility/Abba/Abba - SOS#2007-xxx# #.mp3"_s), "first");
+  EXPECT_EQ(database_.tree.Read(u"Kelvo2007_Utility/Abba/Abba - SOS#2007-xxx# #.mp3"_s), SoundBytes());
   EXPECT_EQ(
       Sum(),
       u"2 Tracks Copied Successfully\r\n1 Track/s Not Copied Which Are Gone, Unreadable Or Too Small"_s);
@@ -285,7 +322,7 @@ TEST_F(ScanImportTest, SourcesAreDeletedOnlyWhenConfirmedAndOnlyAfterTheirCopy) 
   const QString first = AddSource(u"Abba - a.mp3"_s);
   const QString second = AddSource(u"Abba - b.mp3"_s);
   database_.Add(Paths::Music, u"Abba - B.mp3"_s);
-  const QString own = database_.Add(Paths::Music, u"Own - Track.mp3"_s);
+  const QString own = database_.Add(Paths::Music, u"Own - Track.mp3"_s, SoundBytes());
   prompter_.answers = {Answer::Cancel, Answer::Ok, Answer::No, Answer::Yes, Answer::Yes};
   scan_->SetDeletesSources(true);
   EXPECT_FALSE(scan_->DeletesSources());
@@ -297,6 +334,11 @@ TEST_F(ScanImportTest, SourcesAreDeletedOnlyWhenConfirmedAndOnlyAfterTheirCopy) 
   scan_->Rows().SetText(0, ScanTitleColumn, u"Abba - again"_s);
   Import({0, 1});
   EXPECT_FALSE(QFile::exists(first));
+  const auto asked = std::find_if(prompter_.asked.begin(), prompter_.asked.end(),
+                                  [](const Prompt& each) { return each.text.startsWith(u"Are You Sure"_s); });
+  EXPECT_EQ(asked->safe, Answer::No);
+  EXPECT_TRUE(
+      asked->text.endsWith(u"(This function Dousn't use the Recycle Bin !)\r\n\r\n1 file is selected."_s));
   EXPECT_TRUE(QFile::exists(second)) << "it was not copied";
   EXPECT_THAT(Column(ScanTitleColumn), ElementsAre(u"Abba - b"_s)) << "the row goes with its file";
 
@@ -335,7 +377,10 @@ TEST_F(ScanImportTest, LackOfRoomAStopAndAFailureLeaveTheSourcesWhereTheyAre) {
   scan_->Rows().Insert({1}, ScanArtistColumn, u"Blocked"_s);
   loop_.RunFor(1s);
   Import({1, 2});
-  EXPECT_EQ(Sum(), u"1 Tracks Copied Successfully\r\n1 Track/s Could Not Be Copied (See The Error Log)"_s);
+  EXPECT_TRUE(
+      Sum().startsWith(u"1 Tracks Copied Successfully\r\n1 Track/s Could Not Be Copied:\r\n"
+                       "Abba - b: Cannot make the folder "_s))
+      << Sum().toStdString();
   EXPECT_TRUE(QString::fromUtf8(database_.tree.Read(u"kelvo.log"_s)).contains(u" scan copy"_s));
   EXPECT_EQ(Staged().size(), 2);
 }

@@ -12,7 +12,7 @@
 namespace kelvo {
 namespace {
 
-using testing::ImportOnScreen;
+using testing::OnScreen;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
@@ -20,16 +20,14 @@ using ::testing::ElementsAre;
 const QColor kYellow(0xF0, 0xC8, 0x1E);
 const QColor kRed(0xB4, 0x1E, 0x28);
 
-class ScanOnScreen : public ImportOnScreen {
+class ScanOnScreen : public OnScreen<ScanWindow, ScanImport> {
  protected:
   void OpenScan() {
-    work_.emplace(ScanImport::Services{.loop = loop_,
-                                       .prompter = prompter_,
-                                       .catalogue = catalogue_,
-                                       .paths = database_.paths,
-                                       .title = u"Kelvo 2007"_s});
-    scan_.emplace(loop_, *work_);
-    Show(*scan_);
+    Open({.loop = loop_,
+          .prompter = prompter_,
+          .catalogue = catalogue_,
+          .paths = database_.paths,
+          .title = u"Kelvo 2007"_s});
   }
   void Import() {
     Click(u"CmdImport"_s);
@@ -45,8 +43,6 @@ class ScanOnScreen : public ImportOnScreen {
     Click(u"CmdInsert"_s);
     loop_.RunFor(100ms);
   }
-  std::optional<ScanImport> work_;
-  std::optional<ScanWindow> scan_;
 };
 
 TEST_F(ScanOnScreen, WhatIsFoundIsNamedPickedAndCopied) {
@@ -151,6 +147,33 @@ TEST_F(ScanOnScreen, SourcesAreDeletedOnlyAfterTwoQuestions) {
   EXPECT_THAT(Names(), ElementsAre(u"Ann - Day"_s)) << "its row goes with it";
 }
 
+TEST_F(ScanOnScreen, WhatCannotBePlayedIsToldOnItsRowAndNeverTickedGreen) {
+  AddSource(u"Ann - Letter.mp3"_s, "Dear Bob, this is no song.");
+  AddSource(u"Bob - Day.mp3"_s);
+  OpenScan();
+  SearchDrive(*work_, u"CmdSearch"_s);
+  const auto look = [this](int row, Qt::ItemDataRole role) {
+    return List().model()->index(row, ScanTitleColumn).data(role);
+  };
+  EXPECT_FALSE(look(0, Qt::DecorationRole).isNull());
+  EXPECT_TRUE(look(1, Qt::DecorationRole).isNull());
+  EXPECT_TRUE(look(0, Qt::AccessibleDescriptionRole).toString().startsWith(u"It cannot be played: "_s));
+  List().selectRow(0);
+  EXPECT_EQ(Find<QLabel>(u"LblRow"_s).text(), look(0, Qt::AccessibleDescriptionRole).toString());
+  List().selectRow(1);
+  EXPECT_EQ(Find<QLabel>(u"LblRow"_s).text(), Cell(1, ScanPathColumn));
+  NameAll();
+  Import();
+  EXPECT_EQ(work_->Rows().Row(0).mark, ScanMark::Copied);
+  EXPECT_EQ(prompter_.Told().last(),
+            u"2 Tracks Copied Successfully\r\n1 Of Them Cannot Be Played (See Their Rows)"_s);
+  EXPECT_EQ(look(0, Qt::ForegroundRole).value<QColor>(), Theme::Palette().amber);
+  EXPECT_EQ(look(1, Qt::ForegroundRole).value<QColor>(), Theme::Palette().ready);
+
+  shown_->resize(shown_->minimumSizeHint());
+  EXPECT_FALSE(List().isColumnHidden(ScanPathColumn));
+}
+
 TEST_F(ScanOnScreen, WhatCannotBeCopiedIsTold) {
   const QString gone = AddSource(u"Ann - Gone.mp3"_s);
   AddSource(u"Bob - Day.mp3"_s);
@@ -163,7 +186,8 @@ TEST_F(ScanOnScreen, WhatCannotBeCopiedIsTold) {
   EXPECT_EQ(prompter_.Told().last(),
             u"0 Tracks Copied Successfully\r\n"
             "1 Track/s Not Copied Which Are Gone, Unreadable Or Too Small\r\n"
-            "1 Track/s Could Not Be Copied (See The Error Log)"_s);
+            "1 Track/s Could Not Be Copied:\r\nBob - Day: Cannot make the folder "_s +
+                database_.paths(Paths::Utility) + u"/Various"_s);
   EXPECT_EQ(List().model()->rowCount(), 2);
   EXPECT_EQ(Find<ProgressStrip>(u"PrgImport"_s).value(), 0);
 }
@@ -173,10 +197,16 @@ TEST_F(ScanOnScreen, AnImportGoesOnInAClosedWindowAndEndsAtItsStop) {
   OpenScan();
   QMimeData folders;
   folders.setUrls({QUrl::fromLocalFile(database_.tree.Path(u"drive"_s))});
-  QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &folders, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(&*scan_, &enter);
-  QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &folders, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(&*scan_, &drop);
+  const Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction;
+  QDragEnterEvent enter(QPoint(5, 5), offered, &folders, Qt::LeftButton, Qt::NoModifier);
+  QDragMoveEvent move(QPoint(5, 5), offered, &folders, Qt::LeftButton, Qt::NoModifier);
+  QDropEvent drop(QPointF(5, 5), offered, &folders, Qt::LeftButton, Qt::NoModifier);
+  for (QDropEvent* each : {static_cast<QDropEvent*>(&enter), static_cast<QDropEvent*>(&move), &drop}) {
+    each->setDropAction(Qt::MoveAction);
+    QApplication::sendEvent(&*shown_, each);
+    EXPECT_TRUE(each->isAccepted());
+    EXPECT_EQ(each->dropAction(), Qt::CopyAction) << "or the other program deletes its files";
+  }
   EXPECT_TRUE(work_->Searching());
   Click(u"CmdSearch"_s);
   EXPECT_EQ(work_->Words(), u"Cancelling..Please wait"_s);
@@ -191,10 +221,10 @@ TEST_F(ScanOnScreen, AnImportGoesOnInAClosedWindowAndEndsAtItsStop) {
   ASSERT_TRUE(work_->Importing());
   EXPECT_FALSE(Enabled(u"CmdClear"_s));
   EXPECT_FALSE(Find<QCheckBox>(u"ChkDeleteSources"_s).isEnabled());
-  scan_->close();
+  shown_->close();
   Finish(*work_);
   EXPECT_TRUE(IsStaged(u"Ann - Day 0"_s));
-  scan_->show();
+  shown_->show();
   List().selectAll();
   Click(u"CmdImport"_s);
   Click(u"CmdSearch"_s);

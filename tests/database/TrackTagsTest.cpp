@@ -1,3 +1,4 @@
+#include "database/TaggedSound.h"
 #include "database/TrackTags.h"
 #include "support/TemporaryTree.h"
 
@@ -8,6 +9,8 @@ namespace kelvo {
 namespace {
 
 using namespace Qt::StringLiterals;
+using testing::Frame;
+using testing::Id3v2;
 using testing::TemporaryTree;
 
 QByteArray Field(const QByteArray& text, qsizetype size) {
@@ -17,16 +20,6 @@ QByteArray Field(const QByteArray& text, qsizetype size) {
 QByteArray Id3v1(const QByteArray& title, const QByteArray& artist, const QByteArray& year, char genre) {
   return "TAG" + Field(title, 30) + Field(artist, 30) + Field("Old Album", 30) + Field(year, 4) +
          Field("", 30) + genre;
-}
-
-QByteArray Frame(const QByteArray& name, const QByteArray& body) {
-  return name + QByteArray(3, '\0') + static_cast<char>(body.size()) + QByteArray(2, '\0') + body;
-}
-
-QByteArray Id3v2(const QByteArray& frames) {
-  const auto size = frames.size();
-  return QByteArray("ID3\x03\x00\x00\x00\x00", 8) + static_cast<char>(size >> 7) +
-         static_cast<char>(size & 0x7F) + frames;
 }
 
 QByteArray Little(quint32 number) {

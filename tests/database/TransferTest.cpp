@@ -1,9 +1,11 @@
 #include "audio/ClockAudio.h"
 #include "database/CatalogueLoader.h"
+#include "database/TaggedSound.h"
 #include "database/TestDatabase.h"
 #include "database/Transfer.h"
 #include "platform/ErrorLog.h"
 #include "platform/SimulatedEventLoop.h"
+#include "platform/Words.h"
 #include "support/ScriptedPrompter.h"
 
 #include <QDir>
@@ -19,9 +21,12 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
+using testing::Id3v2;
 using testing::InfoBytes;
 using testing::ScriptedPrompter;
+using testing::SoundBytes;
 using testing::TestDatabase;
+using testing::TextFrame;
 
 const QByteArray kNewInfo =
     "~ALL CATEGORIES\r\n~ALL ARTISTS,Amber\r\n~ALL ALBUMS,Best\r\n2005-Dec\r\n0\r\n0\r\n0,1,1\r\n3,3\r\n"
@@ -100,12 +105,13 @@ TEST_F(TransferTest, ARowShowsWhatPathAndTagsSay) {
                                  u"2005-Dec"_s));
   EXPECT_EQ(Cell(1, TransferRows::Date), u"0000-xxx"_s);
 
-  const TrackTags tags{true, u"AC/DC"_s, u"T"_s, u"Tagged"_s, u"1999"_s, 7, {}};
+  const TrackTags tags{true, u"AC/DC"_s, u"T"_s, u"Tagged"_s, u"1999"_s, 128, 7, {}};
   const TransferRow plain = RowOf(u"/u/Folder/a.mp3"_s, 1, tags);
   EXPECT_EQ(plain.artist, u"AC_DC"_s);
   EXPECT_EQ(plain.category, u"Hip - Hop"_s);
   EXPECT_EQ(plain.album, u"Tagged"_s);
   EXPECT_EQ(plain.date, u"1999-xxx"_s);
+  EXPECT_EQ(plain.bpm, 128);
   const TransferRow ripped = RowOf(u"/u/Folder/a#2005-Dec#Disc#.mp3"_s, 1, tags);
   EXPECT_EQ(ripped.album, u"Disc"_s) << "a tag only fills what is missing";
   EXPECT_EQ(ripped.date, u"2005-Dec"_s);
@@ -150,6 +156,15 @@ TEST_F(TransferTest, TypedNamesBecomeSafeReferencesSpelledAsTheDatabaseDoes) {
   EXPECT_EQ(ReferenceName(QString(300, u'é')).toUtf8().size(), 254);
 }
 
+TEST_F(TransferTest, TheBeatsOfTheTagsComeAlong) {
+  Stage(u"Amber/song.mp3"_s, Id3v2(TextFrame("TBPM", "127.6")) + SoundBytes());
+  Stage(u"Amber/text.mp3"_s, Id3v2(TextFrame("TBPM", "fast")) + SoundBytes());
+  MoveAll({Answer::Yes});
+  EXPECT_TRUE(database_.Info(u"Song"_s).contains("0000-xxx\r\n128\r\n0\r\n"));
+  EXPECT_TRUE(database_.Info(u"Text"_s).contains("0000-xxx\r\n0\r\n0\r\n"));
+  EXPECT_EQ(catalogue_.TrackBpm[ToMref(1)], u"128"_s);
+}
+
 TEST_F(TransferTest, ADateThatIsNoneIsToldAndNothingBegins) {
   Stage(u"x/one#soon#a#.mp3"_s);
   Stage(u"x/two#1999-Dec#a#.mp3"_s);
@@ -172,9 +187,13 @@ TEST_F(TransferTest, ATrackThatStandsThereIsReplacedKeptOrJoinedByANewName) {
   MoveAll({Answer::Yes, Answer::Yes, Answer::No, Answer::Cancel});
   EXPECT_EQ(prompter_.asked[1].title, u"File Duplication"_s);
   EXPECT_EQ(prompter_.asked[1].buttons, Buttons::YesNoCancel);
+  EXPECT_EQ(prompter_.asked[1].safe, Answer::Cancel);
   EXPECT_EQ(prompter_.asked[1].text,
             u"The File Song.mp3 Already Exists On The Data Base ! \r\nDo You Wish To Replace the Existing "
-            "Track \r\nClick CANCEL To Cancel The Move and Proceed to the Next Track In the List (If Any)"_s);
+            "Track \r\nClick CANCEL To Cancel The Move and Proceed to the Next Track In the List (If Any)\r\n"
+            "\r\nYes: the waiting file takes the place of \"SONG.mp3\", whose sound is lost.\r\n"
+            "No: both stay; the waiting file comes in as \"Song_2.mp3\".\r\n"
+            "Cancel: \"SONG.mp3\" stays as it is; the file waits on in this list."_s);
   EXPECT_EQ(Music(u"SONG.mp3"_s), "one") << "the name stays as the database knows it";
   EXPECT_EQ(database_.Info(u"SONG"_s),
             InfoBytes().replace("-3.5,0.2", "?") + "Track Was Replaced On 01/06/2007\r\n");
@@ -184,6 +203,39 @@ TEST_F(TransferTest, ATrackThatStandsThereIsReplacedKeptOrJoinedByANewName) {
   EXPECT_EQ(catalogue_.TrackGain[ToMref(1)], u"?"_s);
   EXPECT_EQ(catalogue_.TrackDurations(ToMref(1)), 60);
   EXPECT_EQ(catalogue_.TrackGenres[ToMref(1)], u"~ALL CATEGORIES,Rock,Pop"_s);
+}
+
+TEST_F(TransferTest, OneAnswerCountsForAllThatFollowAndTheQuestionCanStopTheRun) {
+  for (const QString& name : {u"one"_s, u"two"_s, u"three"_s}) {
+    database_.Add(Paths::Music, ProperCase(name) + u".mp3"_s, "old");
+    Stage(u"a/"_s + name + u".mp3"_s, "new");
+  }
+  MoveAll({Answer::Yes, Answer::Stop});
+  EXPECT_EQ(Ids().size(), 3U);
+  prompter_.forAll = true;
+  MoveAll({Answer::Yes, Answer::Yes});
+  EXPECT_TRUE(Ids().empty());
+  for (const QString& name : {u"One.mp3"_s, u"Two.mp3"_s, u"Three.mp3"_s}) EXPECT_EQ(Music(name), "new");
+}
+
+TEST_F(TransferTest, OnlyWhatACrashLeftIsFinishedWithoutAQuestion) {
+  database_.AddTrack(u"Song"_s);
+  const QString staged = Stage(u"a/song.mp3"_s, "new");
+  HalfMoved half;
+  half.Add(staged, {u"Song.mp3"_s, true});
+  half.Write(database_.paths(Paths::Utility));
+  MoveAll({Answer::Yes, Answer::Cancel});
+  EXPECT_EQ(Music(u"Song.mp3"_s), "sound") << "its copy had not come there yet";
+
+  database_.Add(Paths::Music, u"Song.mp3"_s, "new");
+  MoveAll({Answer::Yes, Answer::Cancel});
+  EXPECT_EQ(Ids().size(), 1U) << "the same file, and no crash";
+  half.Write(database_.paths(Paths::Utility));
+  MoveAll({Answer::Yes});
+  EXPECT_TRUE(Ids().empty());
+  EXPECT_EQ(database_.Info(u"Song"_s),
+            InfoBytes().replace("-3.5,0.2", "?") + "Track Was Replaced On 01/06/2007\r\n");
+  EXPECT_FALSE(database_.Holds(Paths::Utility, u".half-moved"_s));
 }
 
 TEST_F(TransferTest, AFileThatComesThereDuringTheRunIsAskedAboutToo) {
@@ -228,7 +280,10 @@ TEST_F(TransferTest, AFullDiskEndsTheRun) {
   };
   MoveAll({Answer::Yes, Answer::Ok});
   EXPECT_EQ(asked, 1);
-  EXPECT_EQ(prompter_.asked.back().text, u"Cannot Continue...Free Disc Space Is Seriously low!"_s);
+  const QString told = prompter_.asked.back().text;
+  EXPECT_TRUE(told.startsWith(u"Cannot Continue...Free Disc Space Is Seriously low!\r\n\r\n"_s +
+                              database_.paths(Paths::Music) + u"\r\nFree Disc Space : "_s))
+      << told.toStdString();
   EXPECT_EQ(Ids().size(), 2U);
 }
 
@@ -246,8 +301,14 @@ TEST_F(TransferTest, WhatCannotBeMovedStaysWithAMessageAndTheRestGoesOn) {
   EXPECT_THAT(left, ElementsAre(u"broken.mp3"_s, u"notes.txt"_s, u"zed.mp3"_s));
   EXPECT_EQ(catalogue_.UtilityCount(), 3);
   EXPECT_EQ(catalogue_.LastTrack(), 1);
-  ASSERT_EQ(prompter_.asked.size(), 4U);
-  EXPECT_TRUE(prompter_.asked[1].text.contains(u"broken.mp3 cannot be opened, it stays in the list"_s));
+  ASSERT_EQ(prompter_.asked.size(), 2U);
+  const QStringList lines = prompter_.asked[1].text.split(u"\r\n"_s);
+  ASSERT_EQ(lines.size(), 4);
+  EXPECT_EQ(lines[0], u"3 files were not moved and wait on:"_s);
+  EXPECT_TRUE(lines[1].startsWith(u"broken.mp3: "_s)) << lines[1].toStdString();
+  EXPECT_EQ(lines[2], u"notes.txt: The file is no Mp3 or Wav file."_s);
+  EXPECT_TRUE(lines[3].startsWith(u"zed.mp3: Cannot make the folder "_s)) << lines[3].toStdString();
+  EXPECT_EQ(transfer_->Rows().All()[2].trouble, lines[3].mid(9)) << "the row tells it too";
   EXPECT_TRUE(
       QString::fromUtf8(database_.tree.Read(u"kelvo.log"_s)).contains(u"list is gone: "_s + vanished));
 }
@@ -298,7 +359,7 @@ TEST_F(TransferTest, WhereverTheProgramEndsNothingIsLostAndRunningAgainMendsIt) 
       EXPECT_EQ(Music(u"Song.mp3"_s), "the sound");
     }
     Restart();
-    if (waits) MoveAll(stands ? std::deque{Answer::Yes, Answer::Yes} : std::deque{Answer::Yes});
+    if (waits) MoveAll({Answer::Yes});
     EXPECT_EQ(Music(u"Song.mp3"_s), "the sound");
     EXPECT_TRUE(database_.Info(u"Song"_s).startsWith(kNewInfo.left(kNewInfo.indexOf("0\r\n0\r\n"))));
     EXPECT_FALSE(database_.Holds(Paths::Utility, staged));
@@ -313,12 +374,13 @@ TEST_F(TransferTest, AStepThatFailedIsMadeGoodByRunningAgain) {
   Stage(u"Amber/song#2005-Dec#Best#.mp3"_s);
   const QString obstacle = database_.tree.MakeFolder(Paths::FolderName(Paths::Info) + u"/Song.kif"_s);
   MoveAll({Answer::Yes});
-  EXPECT_TRUE(prompter_.asked.back().text.contains(u" in  FrmTransfer info"_s));
+  EXPECT_TRUE(prompter_.asked.back().text.startsWith(u"1 file was not moved and waits on:\r\nsong.mp3: "_s));
+  EXPECT_TRUE(QString::fromUtf8(database_.tree.Read(u"kelvo.log"_s)).contains(u" in  FrmTransfer info"_s));
   EXPECT_EQ(catalogue_.LastTrack(), 0);
   ASSERT_EQ(Ids().size(), 1U);
   EXPECT_EQ(Cell(0, TransferRows::Artist), u"Amber"_s);
   QDir().rmdir(obstacle);
-  MoveAll({Answer::Yes, Answer::Yes});
+  MoveAll({Answer::Yes});
   EXPECT_EQ(database_.Info(u"Song"_s), kNewInfo);
   EXPECT_EQ(catalogue_.LastTrack(), 1);
 }
@@ -342,8 +404,11 @@ TEST_F(TransferTest, DeletingAsksAndTakesFilesAndRows) {
   remove(first);
   EXPECT_EQ(Ids().size(), 2U);
   remove(first);
-  EXPECT_EQ(prompter_.asked[0].text,
-            u"This Action Will Delete All Selected Files in The List !\r\nContinue With Delete ?"_s);
+  EXPECT_EQ(
+      prompter_.asked[0].text,
+      u"This Action Will Delete All Selected Files in The List !\r\nContinue With Delete ?\r\n\r\n1 file is "
+      "selected."_s);
+  EXPECT_EQ(prompter_.asked[0].safe, Answer::No);
   EXPECT_FALSE(database_.Holds(Paths::Utility, u"a/one.mp3"_s));
   EXPECT_TRUE(database_.Holds(Paths::Utility, u"a/two.mp3"_s));
   EXPECT_EQ(catalogue_.UtilityCount(), 1);

@@ -4,6 +4,7 @@
 #include "database/windows/TransferWindow.h"
 #include "database/windows/UtilityWindow.h"
 #include "ui/Fader.h"
+#include "ui/ProgressStrip.h"
 
 #include <QFile>
 #include <QLabel>
@@ -12,7 +13,7 @@
 namespace kelvo {
 namespace {
 
-using testing::ImportOnScreen;
+using testing::OnScreen;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
@@ -29,22 +30,17 @@ class HeardAudio : public ClockAudio {
   MediaPlayer* player = nullptr;
 };
 
-class UtilityOnScreen : public ImportOnScreen {
+class UtilityOnScreen : public OnScreen<UtilityWindow, UtilityFolder> {
  protected:
   void OpenUtility() {
-    utility_.reset();
-    folder_.emplace(UtilityFolder::Services{.loop = loop_,
-                                            .settings = {settings_, u"Kelvo"_s},
-                                            .audio = heard_,
-                                            .catalogue = catalogue_,
-                                            .paths = database_.paths});
-    utility_.emplace(*folder_);
-    Show(*utility_);
+    Open({.loop = loop_,
+          .settings = {settings_, u"Kelvo"_s},
+          .audio = heard_,
+          .catalogue = catalogue_,
+          .paths = database_.paths});
   }
   QString Playing() { return Find<QLabel>(u"LblPlaying"_s).text(); }
   HeardAudio heard_{loop_};
-  std::optional<UtilityFolder> folder_;
-  std::optional<UtilityWindow> utility_;
 };
 
 TEST_F(UtilityOnScreen, TheFilesThatWaitAreListedAndHeard) {
@@ -54,7 +50,7 @@ TEST_F(UtilityOnScreen, TheFilesThatWaitAreListedAndHeard) {
   EXPECT_FALSE(Enabled(u"CmdStop"_s));
   database_.Add(Paths::Utility, u"Amber/Way#2005-Dec# #.mp3"_s);
   database_.Add(Paths::Utility, u"Zulu/plain.wav"_s);
-  QTest::keyClick(&*utility_, Qt::Key_F5);
+  QTest::keyClick(&*shown_, Qt::Key_F5);
   loop_.RunFor(100ms);
   EXPECT_THAT(Names(), ElementsAre(u"Way.mp3"_s, u"plain.wav"_s));
   EXPECT_EQ(Cell(0, 1), u"Amber"_s);
@@ -72,7 +68,7 @@ TEST_F(UtilityOnScreen, TheFilesThatWaitAreListedAndHeard) {
   QTest::keyClick(&List(), Qt::Key_Return);
   loop_.RunFor(100ms);
   EXPECT_EQ(Playing(), u"Currently Playing Sample Way.mp3"_s);
-  utility_->close();
+  shown_->close();
   EXPECT_NE(heard_.player->State(), PlayState::Playing) << "nobody sees what would sound";
 }
 
@@ -96,29 +92,27 @@ TEST_F(UtilityOnScreen, AFileThatCannotBePlayedIsTold) {
   List().selectRow(0);
   Click(u"CmdPlay"_s);
   loop_.RunFor(1s);
-  EXPECT_EQ(prompter_.asked.size(), 1U);
+  ASSERT_EQ(prompter_.asked.size(), 1U);
+  EXPECT_TRUE(prompter_.asked[0].text.startsWith(u"broken.mp3 cannot be played.\r\n"_s))
+      << prompter_.asked[0].text.toStdString();
   EXPECT_EQ(Playing(), QString());
   EXPECT_FALSE(Enabled(u"CmdStop"_s));
 }
 
-class TransferOnScreen : public ImportOnScreen {
+class TransferOnScreen : public OnScreen<TransferWindow, Transfer> {
  protected:
   void OpenTransfer() {
-    work_.emplace(Transfer::Services{.loop = loop_,
-                                     .prompter = prompter_,
-                                     .audio = audio_,
-                                     .catalogue = catalogue_,
-                                     .paths = database_.paths,
-                                     .settings = {settings_, u"Kelvo"_s}});
-    transfer_.emplace(loop_, *work_);
-    Show(*transfer_);
+    Open({.loop = loop_,
+          .prompter = prompter_,
+          .audio = audio_,
+          .catalogue = catalogue_,
+          .paths = database_.paths,
+          .settings = {settings_, u"Kelvo"_s}});
     loop_.RunFor(1s);
   }
   QString Stage(const QString& title) {
     return database_.Add(Paths::Utility, u"Amber/"_s + title + u"#2005-Dec#Best#.mp3"_s);
   }
-  std::optional<Transfer> work_;
-  std::optional<TransferWindow> transfer_;
 };
 
 TEST_F(TransferOnScreen, FilesAreSelectedEditedAndDeletedByTheirButtons) {
@@ -127,7 +121,7 @@ TEST_F(TransferOnScreen, FilesAreSelectedEditedAndDeletedByTheirButtons) {
   EXPECT_FALSE(Enabled(u"CmdSelectAll"_s));
   const QString first = Stage(u"Amber - One"_s);
   const QString second = Stage(u"Amber - Two"_s);
-  QTest::keyClick(&*transfer_, Qt::Key_F5);
+  QTest::keyClick(&*shown_, Qt::Key_F5);
   loop_.RunFor(1s);
   ASSERT_EQ(List().model()->rowCount(), 2);
   Click(u"CmdSelectAll"_s);
@@ -160,8 +154,11 @@ TEST_F(TransferOnScreen, FilesAreSelectedEditedAndDeletedByTheirButtons) {
   prompter_.answers = {Answer::Yes};
   Click(u"CmdDelete"_s);
   loop_.RunFor(1s);
-  EXPECT_EQ(prompter_.Told().last(),
-            u"This Action Will Delete All Selected Files in The List !\r\nContinue With Delete ?"_s);
+  EXPECT_EQ(
+      prompter_.Told().last(),
+      u"This Action Will Delete All Selected Files in The List !\r\nContinue With Delete ?\r\n\r\n1 file is "
+      "selected."_s);
+  EXPECT_TRUE(Find<QLabel>(u"LblTransfer"_s).text().startsWith(u"1 File Deleted"_s));
   EXPECT_FALSE(QFile::exists(oneIsFirst ? first : second));
   EXPECT_TRUE(QFile::exists(oneIsFirst ? second : first));
   EXPECT_EQ(List().model()->rowCount(), 1);
@@ -187,6 +184,35 @@ TEST_F(TransferOnScreen, AFileThatIsNoMusicStaysAndIsToldOf) {
   EXPECT_EQ(catalogue_.LastTrack(), 1);
 }
 
+TEST_F(TransferOnScreen, WhatTheFilterShowsIsWhatIsMovedAndDeleted) {
+  const QString one = Stage(u"Amber - \u00C9t\u00E9"_s);
+  const QString two = Stage(u"Amber - Two"_s);
+  OpenTransfer();
+  QTest::keyClick(&*shown_, Qt::Key_F, Qt::ControlModifier);
+  auto& filter = Find<QLineEdit>(u"TxtFilter"_s);
+  ASSERT_TRUE(filter.hasFocus());
+  QTest::keyClicks(&filter, u"two"_s);
+  QTest::keyClick(&filter, Qt::Key_Return);
+  ASSERT_TRUE(List().hasFocus());
+  EXPECT_THAT(Names(), ElementsAre(u"Amber - Two.mp3"_s));
+  EXPECT_TRUE(Find<QLabel>(u"LblTransfer"_s).text().startsWith(u"It cannot be moved: "_s))
+      << "it is no music";
+  prompter_.answers = {Answer::Yes};
+  Click(u"CmdDelete"_s);
+  EXPECT_FALSE(Find<ProgressStrip>(u"PrgFile"_s).isVisible()) << "nothing is copied";
+  loop_.RunFor(1s);
+  EXPECT_FALSE(QFile::exists(two));
+  filter.setText(u"ete"_s);
+  EXPECT_EQ(Names().size(), 1) << "typed without accents";
+  Click(u"CmdSelectAll"_s);
+  prompter_.answers = {Answer::Yes};
+  Click(u"CmdMove"_s);
+  EXPECT_TRUE(Find<ProgressStrip>(u"PrgFile"_s).isVisible());
+  loop_.RunFor(5s);
+  EXPECT_FALSE(QFile::exists(one));
+  EXPECT_EQ(catalogue_.LastTrack(), 1);
+}
+
 TEST_F(TransferOnScreen, AStopLeavesWhatIsNotMovedAndARunGoesOnInAClosedWindow) {
   for (int number = 0; number < 6; ++number) Stage(u"Amber - Song %1"_s.arg(number));
   OpenTransfer();
@@ -202,7 +228,7 @@ TEST_F(TransferOnScreen, AStopLeavesWhatIsNotMovedAndARunGoesOnInAClosedWindow) 
   List().selectAll();
   prompter_.answers = {Answer::Yes};
   Click(u"CmdMove"_s);
-  transfer_->close();
+  shown_->close();
   loop_.RunFor(10s);
   EXPECT_EQ(catalogue_.LastTrack(), 6);
   EXPECT_EQ(List().model()->rowCount(), 0);

@@ -95,6 +95,19 @@ TEST_F(SearchOnScreen, FindsWhatIsTypedAndHandsTheSelectionOver) {
   EXPECT_THAT(added, ElementsAre(ToMref(2)));
 }
 
+TEST_F(SearchOnScreen, AnEmptyQuestionHasNoOldAnswer) {
+  auto& text = Find<QLineEdit>(u"TxtSearch"_s);
+  auto& list = Find<ListTable>(u"LstResults"_s);
+  QTest::keyClicks(&text, u"love"_s);
+  QTest::keyClick(&text, Qt::Key_Return);
+  ASSERT_EQ(list.model()->rowCount(), 2);
+  QTest::keyClick(&text, Qt::Key_Backspace);
+  EXPECT_EQ(list.model()->rowCount(), 2) << "while another is being typed";
+  text.clear();
+  EXPECT_EQ(list.model()->rowCount(), 0);
+  EXPECT_TRUE(Find<QLabel>(u"LblResults"_s).text().isEmpty());
+}
+
 TEST_F(SearchOnScreen, ResultsFollowTheirTracks) {
   auto& list = Find<ListTable>(u"LstResults"_s);
   QTest::keyClicks(&Find<QLineEdit>(u"TxtSearch"_s), u"love"_s);

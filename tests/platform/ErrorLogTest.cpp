@@ -53,6 +53,17 @@ TEST_F(ErrorLogTest, EachFailureHasItsLineAndAFloodOfTheSameIsCounted) {
   EXPECT_TRUE(lines.last().endsWith("Not a sound file: x.mp3 (and 90 times more)\r")) << lines.last().data();
 }
 
+TEST_F(ErrorLogTest, PeopleReadWhatCouldNotBeDoneAndWhyTheLogHasTheRest) {
+  basHandleError(u" move"_s,
+                 std::make_exception_ptr(Failure(u"Cannot write a.mp3 : No such device"_s, 19, u"a.mp3"_s)),
+                 u"The files cannot be moved."_s);
+  loop_.RunFor(1s);
+  EXPECT_EQ(prompter_.Told(),
+            QStringList{u"The files cannot be moved.\r\nCannot write a.mp3 : No such device"_s});
+  ASSERT_EQ(Lines().size(), 1);
+  EXPECT_TRUE(Lines()[0].endsWith("\tERROR 19 in  move (a.mp3) : Cannot write a.mp3 : No such device\r"));
+}
+
 TEST_F(ErrorLogTest, AFloodOfDifferentLinesNeitherLosesACountNorFillsTheDisk) {
   for (int each = 0; each < 15; ++each) NoteInLog(u"the same"_s);
   const QString much(1000, u'x');

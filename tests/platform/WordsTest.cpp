@@ -102,6 +102,11 @@ TEST(Words, ProperCaseRaisesTheFirstLetterOfEachWord) {
   EXPECT_EQ(ProperCase(u"ÉDITH piaf\télan a-ha"_s), u"Édith Piaf\tÉlan A-ha"_s);
 }
 
+TEST(Words, FoldingTakesAccentsAndCapitalsAway) {
+  EXPECT_EQ(FoldedText(u"\u00C9t\u00E9 STRA\u00DFE"_s), u"ete strasse"_s);
+  EXPECT_EQ(FoldedText(u"e\u0301"_s), u"e"_s);
+}
+
 TEST(Words, TheExtensionIsWhatStandsBehindTheLastDot) {
   EXPECT_EQ(BaseName(u"Mr. Big - To Be.With You.Mp3"_s), u"Mr. Big - To Be.With You"_s);
   EXPECT_EQ(UpperExtension(u"Mr. Big.Mp3"_s), u"MP3"_s);

@@ -13,6 +13,7 @@ class NobodyThere : public Prompter {
   std::function<void(const Prompt&)> OnTell;
 
   [[nodiscard]] Job<Answer> Ask(Prompt /*prompt*/) override { co_return Answer::No; }
+  [[nodiscard]] Job<AnswerForFiles> AskForFiles(Prompt /*prompt*/) override { co_return AnswerForFiles(); }
   [[nodiscard]] Job<QString> AskText(QString /*title*/, QString /*prompt*/, QString /*initial*/) override {
     co_return QString();
   }

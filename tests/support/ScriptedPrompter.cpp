@@ -30,6 +30,13 @@ Job<Answer> ScriptedPrompter::Ask(Prompt prompt) {
   co_return Next(answers, Answer::Cancel, prompt.text);
 }
 
+Job<AnswerForFiles> ScriptedPrompter::AskForFiles(Prompt prompt) {
+  AnswerForFiles answer;
+  answer.answer = co_await Ask(prompt);
+  answer.forAll = forAll;
+  co_return answer;
+}
+
 Job<QString> ScriptedPrompter::AskText(QString title, QString prompt, QString /*initial*/) {
   Prompt box;
   box.text = prompt;

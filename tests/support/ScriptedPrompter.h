@@ -16,6 +16,8 @@ class ScriptedPrompter : public Prompter {
  public:
   [[nodiscard]] Job<Answer> Ask(Prompt prompt) override;
   [[nodiscard]] Job<QString> AskText(QString title, QString prompt, QString initial) override;
+  /// Takes its answer from `answers`, for all that follow where `forAll` says so.
+  [[nodiscard]] Job<AnswerForFiles> AskForFiles(Prompt prompt) override;
   /// Takes its answer from `texts` as AskText does, and counts.
   [[nodiscard]] Job<QString> AskSecret(QString title, QString prompt) override;
   [[nodiscard]] Job<std::optional<QString>> PickFolder(QString title, QString initial) override;
@@ -28,6 +30,7 @@ class ScriptedPrompter : public Prompter {
 
   /// Called while an Ask is open, before its answer.
   std::function<void(const Prompt&)> meanwhile;
+  bool forAll = false;
   bool away = false;  ///< an Ask gets no answer: it is open until it is dropped
 
   int secretsAsked = 0;

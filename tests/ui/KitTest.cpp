@@ -2,19 +2,21 @@
 
 #include "platform/SimulatedEventLoop.h"
 #include "support/Lookup.h"
-#include "support/ScriptedPrompter.h"
 #include "support/TurnUntil.h"
 #include "support/WindowParts.h"
 #include "ui/Command.h"
-#include "ui/FormWindow.h"
+#include "ui/Form.h"
 #include "ui/JobStrip.h"
 #include "ui/LetterBox.h"
 #include "ui/ListPanel.h"
 #include "ui/Naming.h"
 #include "ui/ProgressStrip.h"
 #include "ui/Theme.h"
+#include "ui/ToolWindow.h"
 
+#include <QLineEdit>
 #include <QTest>
+#include <QVBoxLayout>
 
 #include <gmock/gmock.h>
 
@@ -25,7 +27,6 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using testing::FindNamed;
-using testing::ScriptedPrompter;
 
 struct Person {
   QString name;
@@ -128,6 +129,16 @@ TEST_F(PeopleOnScreen, TheListFollowsItsRowsAndKeepsWhatIsPicked) {
   EXPECT_EQ(window_->list.Note(), u"0"_s);
 }
 
+TEST_F(PeopleOnScreen, ATooltipShowsANameLetterForLetter) {
+  window_->model_.Dress = [](const Person& person, int, int role) {
+    return role == Qt::ToolTipRole ? QVariant(person.name) : QVariant();
+  };
+  people_.Append({{u"<b>A & B</b>"_s, 1}});
+  const auto tip = [this](int row) { return window_->model_.index(row, 0).data(Qt::ToolTipRole).toString(); };
+  EXPECT_EQ(tip(0), u"Ann"_s);
+  EXPECT_EQ(tip(4), u"<qt>&lt;b&gt;A &amp; B&lt;/b&gt;</qt>"_s);
+}
+
 TEST_F(PeopleOnScreen, LettersFindTheNextNameWhereverTheCursorIs) {
   Table().setCurrentIndex(Table().model()->index(0, 0));
   QTest::keyClicks(&Table(), u"be"_s);
@@ -195,84 +206,29 @@ TEST_F(PeopleOnScreen, EveryWindowObeysTheSameKeys) {
   EXPECT_EQ(FixedName(*window_), u"frmPeople"_s);
 }
 
-/// A form over one name and one option.
-class NameWindow : public FormWindow {
- public:
-  explicit NameWindow(Prompter& prompter)
-      : FormWindow({.name = u"NameForm"_s, .title = u"Name"_s}, prompter),
-        name(Fields().AddText({.name = u"TxtName"_s, .label = u"&Name"_s}, u"Ann"_s)),
-        active(Fields().AddOption({.name = u"ChkActive"_s, .label = u"&Active"_s}, true)) {
-    ShowState();
-  }
-  QLineEdit& name;
-  QCheckBox& active;
-  QStringList saved;
-  bool disk = true;
-
- protected:
-  void Check() override {
-    Fields().SetMessage(name, name.text().isEmpty() ? u"Please Enter A Name"_s : QString());
-  }
-  bool Save() override {
-    if (disk) saved.append(name.text());
-    return disk;
-  }
-};
-
-class FormOnScreen : public Kit {
- protected:
-  void SetUp() override {
-    Kit::SetUp();
-    form_.emplace(prompter_);
-    Open(*form_);
-  }
-  void Click(const QString& name) { QTest::mouseClick(FindNamed<QPushButton>(*form_, name), Qt::LeftButton); }
-  ScriptedPrompter prompter_;
-  std::optional<NameWindow> form_;
-};
-
-TEST_F(FormOnScreen, OkSavesWhatFitsAndCloses) {
-  form_->name.clear();
-  EXPECT_FALSE(FindNamed<QPushButton>(*form_, u"CmdOk"_s)->isEnabled());
-  EXPECT_EQ(form_->name.accessibleDescription(), u"Please Enter A Name"_s);
-  QTest::keyClick(&form_->name, Qt::Key_Return);
-  EXPECT_TRUE(form_->saved.isEmpty());
-  QTest::keyClicks(&form_->name, u"Bob"_s);
-  form_->disk = false;
-  Click(u"CmdOk"_s);
-  EXPECT_TRUE(form_->isVisible()) << "nothing is lost when it can't be saved";
-  form_->disk = true;
-  QTest::keyClick(&form_->name, Qt::Key_Return);
-  EXPECT_EQ(form_->saved, QStringList{u"Bob"_s});
-  EXPECT_FALSE(form_->isVisible());
-  EXPECT_TRUE(prompter_.asked.empty());
-}
-
-TEST_F(FormOnScreen, AnotherWayOutAsksOnlyWhenSomethingWasTyped) {
-  form_->active.click();
-  prompter_.answers = {Answer::Cancel, Answer::No};
-  QTest::keyClick(&*form_, Qt::Key_Escape);
-  EXPECT_TRUE(form_->isVisible());
-  form_->close();
-  EXPECT_FALSE(form_->isVisible());
-  EXPECT_TRUE(form_->active.isChecked()) << "what was given up is not there the next time";
-  EXPECT_EQ(prompter_.Told(), (QStringList{u"Save Changes ?"_s, u"Save Changes ?"_s}));
-
-  Open(*form_);
-  form_->active.click();
-  form_->active.click();
-  form_->close();
-  EXPECT_EQ(prompter_.asked.size(), 2U) << "all is as it was";
-
-  Open(*form_);
-  form_->name.setText(u"Cat"_s);
-  Click(u"CmdCancel"_s);
-  EXPECT_EQ(form_->name.text(), u"Ann"_s);
-  Open(*form_);
-  form_->name.setText(u"Dan"_s);
-  prompter_.answers = {Answer::Yes};
-  form_->close();
-  EXPECT_EQ(form_->saved, QStringList{u"Dan"_s});
+TEST_F(Kit, AFormShowsWhatIsWrongBesideItsFields) {
+  QWidget window;
+  auto* layout = new QVBoxLayout(&window);
+  auto* form = new Form(&window);
+  layout->addWidget(form);
+  QLineEdit& name = form->AddText({.name = u"TxtName"_s, .label = u"&Name"_s});
+  QLineEdit& date = form->AddText({.name = u"TxtDate"_s, .label = u"&Date"_s});
+  int changes = 0;
+  int submits = 0;
+  QObject::connect(form, &Form::Changed, [&changes] { ++changes; });
+  QObject::connect(form, &Form::Submitted, [&submits] { ++submits; });
+  Open(window);
+  EXPECT_TRUE(form->IsEmpty());
+  QTest::keyClick(&window, Qt::Key_D, Qt::AltModifier);
+  ASSERT_TRUE(date.hasFocus());
+  QTest::keyClicks(&date, u"x"_s);
+  QTest::keyClick(&date, Qt::Key_Return);
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(submits, 1);
+  EXPECT_FALSE(form->IsEmpty());
+  form->SetMessage(date, u"as 1999-Dec"_s);
+  EXPECT_EQ(date.accessibleDescription(), u"as 1999-Dec"_s);
+  EXPECT_TRUE(name.accessibleDescription().isEmpty());
 }
 
 TEST_F(Kit, AJobTellsWhatIsDoneWhatIsLeftAndCanBeStopped) {

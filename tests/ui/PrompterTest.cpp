@@ -1,3 +1,4 @@
+#include "support/TurnUntil.h"
 #include "ui/MessageBoxPrompter.h"
 #include "ui/PromptBox.h"
 #include "ui/Theme.h"
@@ -8,8 +9,11 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTextEdit>
+#include <QVBoxLayout>
 
 #include <gtest/gtest.h>
 
@@ -52,6 +56,7 @@ Prompt Words(const QString& text, Buttons buttons = Buttons::Ok) {
 class PrompterTest : public ::testing::Test {
  protected:
   Job<> Keep(Prompt prompt) { answer_ = co_await prompter_.Ask(prompt); }
+  Job<> KeepForFiles(Prompt prompt) { forFiles_ = co_await prompter_.AskForFiles(prompt); }
   Job<> KeepText(QString prompt, QString initial) {
     text_ = co_await prompter_.AskText(QStringLiteral("Path error"), prompt, initial);
   }
@@ -66,6 +71,7 @@ class PrompterTest : public ::testing::Test {
   QWidget console_;
   MessageBoxPrompter prompter_{[this] { return &console_; }};
   std::optional<Answer> answer_;
+  std::optional<AnswerForFiles> forFiles_;
   std::optional<QString> text_;
   std::optional<QString> folder_;
   bool picked_ = false;
@@ -97,6 +103,35 @@ TEST_F(PrompterTest, LettersAndEnterPressTheButtonsOfAQuestion) {
   job_ = Keep(Words(QStringLiteral("Sure ?"), Buttons::YesNo));
   Press(*OnlyBox(), Qt::Key_Return);
   EXPECT_EQ(answer_, Answer::Yes);
+}
+
+TEST_F(PrompterTest, EnterGivesTheSafeAnswerWhereThereIsOne) {
+  Prompt question = Words(QStringLiteral("Continue With Delete ?"), Buttons::YesNo);
+  question.safe = Answer::No;
+  job_ = Keep(question);
+  ASSERT_NE(OnlyBox(), nullptr);
+  Press(*OnlyBox(), Qt::Key_Return);
+  EXPECT_EQ(answer_, Answer::No);
+}
+
+TEST_F(PrompterTest, AQuestionAboutOneOfManyFilesCanAnswerForAllAndStop) {
+  Prompt question = Words(QStringLiteral("Do You Wish To Replace the Existing Track "), Buttons::YesNoCancel);
+  question.safe = Answer::Cancel;
+  job_ = KeepForFiles(question);
+  ASSERT_NE(OnlyBox(), nullptr);
+  Press(*OnlyBox(), Qt::Key_S, QStringLiteral("s"));
+  ASSERT_TRUE(forFiles_);
+  EXPECT_EQ(forFiles_->answer, Answer::Stop);
+  EXPECT_FALSE(forFiles_->forAll);
+
+  job_ = KeepForFiles(question);
+  ASSERT_NE(OnlyBox(), nullptr);
+  auto* forAll = OnlyBox()->findChild<QCheckBox*>(QStringLiteral("ChkForAll"));
+  ASSERT_TRUE(forAll && forAll->isVisible());
+  forAll->click();
+  Press(*OnlyBox(), Qt::Key_Return);
+  EXPECT_EQ(forFiles_->answer, Answer::Cancel);
+  EXPECT_TRUE(forFiles_->forAll);
 }
 
 TEST_F(PrompterTest, AQuestionHoldsItsWindowAndShowsItsTextAsItIs) {
@@ -208,6 +243,87 @@ TEST_F(PrompterTest, AStormOfMessagesBecomesOneList) {
   LetTheLoopTurn();
   prompter_.Tell(Words(QStringLiteral("later")));
   EXPECT_NE(OnlyBox(), nullptr);
+}
+
+TEST_F(PrompterTest, EnterAndEscapeAnswerTheBoxInFrontWhicheverWindowGetsThem) {
+  auto* layout = new QVBoxLayout(&console_);
+  auto* line = new QLineEdit(&console_);
+  layout->addWidget(line);
+  int entered = 0;
+  QObject::connect(line, &QLineEdit::returnPressed, [&] { ++entered; });
+  int escaped = 0;
+  auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), &console_);
+  QObject::connect(escape, &QShortcut::activated, [&] { ++escaped; });
+  console_.show();
+  console_.activateWindow();
+  ASSERT_TRUE(testing::TurnUntil([this] { return console_.isActiveWindow(); }));
+  line->setFocus();
+  const auto key = [](QWidget& window, Qt::Key each) {
+    QTest::keyClick(window.windowHandle(), each);
+    LetTheLoopTurn();
+  };
+  for (const Qt::Key each : {Qt::Key_Return, Qt::Key_Escape}) {
+    prompter_.Tell(Words(QStringLiteral("The disk is full")));
+    ASSERT_NE(OnlyBox(), nullptr);
+    // As under a window manager that leaves the keyboard where it was.
+    console_.activateWindow();
+    LetTheLoopTurn();
+    QTest::keyClicks(line, QStringLiteral("o"));
+    EXPECT_NE(OnlyBox(), nullptr) << "letters go on into the line";
+    key(console_, each);
+    EXPECT_TRUE(OpenBoxes<PromptBox>().empty());
+  }
+  EXPECT_EQ(entered, 0);
+  EXPECT_EQ(escaped, 0);
+  EXPECT_EQ(line->text(), QStringLiteral("oo"));
+  console_.activateWindow();
+  LetTheLoopTurn();
+  key(console_, Qt::Key_Return);
+  key(console_, Qt::Key_Escape);
+  EXPECT_EQ(entered, 1);
+  EXPECT_EQ(escaped, 1);
+
+  // A question that a message covers is answered behind it.
+  job_ = Keep(Words(QStringLiteral("Sure ?"), Buttons::YesNo));
+  PromptBox* question = OnlyBox();
+  LetTheLoopTurn();
+  prompter_.Tell(Words(QStringLiteral("And this came on top")));
+  ASSERT_EQ(OpenBoxes<PromptBox>().size(), 2U);
+  key(*question, Qt::Key_Return);
+  EXPECT_EQ(OnlyBox(), question);
+  EXPECT_FALSE(answer_.has_value());
+  // A window manager that gives the keyboard to the window behind gets it back to the question.
+  console_.activateWindow();
+  EXPECT_TRUE(testing::TurnUntil([&] { return question->isActiveWindow(); }));
+  key(*question, Qt::Key_Tab);
+  key(*question, Qt::Key_Return);
+  EXPECT_EQ(answer_, Answer::No) << "the button that has the focus";
+}
+
+TEST_F(PrompterTest, ALockedScreenShowsWhatIsAskedAndToldWhenItIsUnlocked) {
+  console_.show();
+  prompter_.Tell(Words(QStringLiteral("before")));
+  prompter_.HoldBack(true);
+  prompter_.Tell(Words(QStringLiteral("The disk is full")));
+  job_ = Keep(Words(QStringLiteral("Replace the file ?"), Buttons::YesNo));
+  LetTheLoopTurn();
+  EXPECT_TRUE(OpenBoxes<PromptBox>().empty());
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "or nobody could unlock it";
+  Job<> code = KeepSecret(QStringLiteral("Enter Code To Unlock Screen"));
+  ASSERT_NE(OnlyBox(), nullptr);
+  Press(*OnlyBox(), Qt::Key_Escape);
+  Prompt refusal = Words(QStringLiteral("Not Valid !"));
+  refusal.onLockedScreen = true;
+  Job<> told = Keep(refusal);
+  ASSERT_NE(OnlyBox(), nullptr);
+  Press(*OnlyBox(), Qt::Key_Escape);
+  answer_.reset();
+
+  prompter_.HoldBack(false);
+  EXPECT_EQ(OpenBoxes<PromptBox>().size(), 3U);
+  for (int box = 0; box < 3; ++box) Press(*OpenBoxes<PromptBox>().front(), Qt::Key_Escape);
+  EXPECT_EQ(answer_, Answer::No);
+  EXPECT_TRUE(OpenBoxes<PromptBox>().empty());
 }
 
 TEST_F(PrompterTest, AMessageCanBeClosedWhileAQuestionIsOpenAndAfterIt) {

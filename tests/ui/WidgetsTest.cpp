@@ -1,6 +1,7 @@
 #include "platform/SettingsStore.h"
 #include "platform/SimulatedEventLoop.h"
 #include "support/TemporaryTree.h"
+#include "support/TurnUntil.h"
 #include "ui/Fader.h"
 #include "ui/NoticeBar.h"
 #include "ui/Panel.h"
@@ -14,10 +15,13 @@
 
 #include <QApplication>
 #include <QFontMetricsF>
+#include <QHBoxLayout>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPushButton>
 #include <QStandardItemModel>
 #include <QTableView>
+#include <QTest>
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
@@ -120,6 +124,31 @@ TEST(TabularTest, ACellOfTheSizeThatItAsksForShowsItsWholeText) {
   }
 }
 
+TEST(TabularTest, TheTextOfACellIsBesideItsSign) {
+  Theme::Apply(*qobject_cast<QApplication*>(QCoreApplication::instance()));
+  QTableView view;
+  QStandardItemModel model;
+  view.setModel(&model);
+  auto* item = new QStandardItem(ScalableIcon(Icon::Warning, Qt::red), QString());
+  model.setItem(0, 0, item);
+  QStyleOptionViewItem option;
+  option.initFrom(&view);
+  option.widget = &view;
+  option.decorationSize = QSize(16, 16);
+  option.rect = QRect(0, 0, 200, 24);
+  const TabularDelegate delegate;
+  const auto sign = [&](const QString& text) {
+    item->setText(text);
+    QImage image(option.rect.size(), QImage::Format_RGB32);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    delegate.paint(&painter, option, model.index(0, 0));
+    painter.end();
+    return image.copy(0, 0, 18, 24);
+  };
+  EXPECT_EQ(sign(QString()), sign(QStringLiteral("WWWWWW")));
+}
+
 TEST(TimeDisplayTest, OnlyTheLastSecondsBlinkAndDigitsAreAllOfOneWidth) {
   SimulatedEventLoop loop;
   Pulse pulse(loop);
@@ -195,6 +224,61 @@ TEST_F(FaderTest, TheWheelRaisesALevelThatIsKeptAsLoss) {
   EXPECT_EQ(level.value(), 980);
   level.setValue(0);
   EXPECT_LT(level.HandleCentre().y(), 20) << "loudest is up";
+}
+
+TEST_F(FaderTest, TheKeysMoveALevelThatIsKeptAsLossTheWayTheyPoint) {
+  fader_.setRange(0, 2000);
+  fader_.setInvertedAppearance(true);
+  fader_.setValue(1000);
+  const auto after = [this](Qt::Key key) {
+    QTest::keyClick(&fader_, key);
+    return fader_.value();
+  };
+  EXPECT_LT(after(Qt::Key_Up), 1000) << "louder";
+  EXPECT_EQ(after(Qt::Key_Down), 1000);
+  EXPECT_EQ(after(Qt::Key_Home), fader_.maximum()) << "the lower end";
+  EXPECT_EQ(after(Qt::Key_End), 0);
+  fader_.setValue(500);
+  EXPECT_EQ(after(Qt::Key_Return), 0) << "its rest";
+}
+
+TEST(FocusRingTest, OneRingIsAroundTheControlThatHasTheKeyboardAndSeenOnEveryColour) {
+  Theme::Apply(*qApp);
+  QWidget window;
+  auto* layout = new QHBoxLayout(&window);
+  auto* first = new QPushButton(QStringLiteral("Load"), &window);
+  Theme::SetRole(*first, QStringLiteral("primary"));
+  auto* second = new QPushButton(QStringLiteral("Stop"), &window);
+  for (QPushButton* button : {first, second}) layout->addWidget(button);
+  window.show();
+  window.activateWindow();
+  ASSERT_TRUE(testing::TurnUntil([&] { return window.isActiveWindow(); }));
+  const auto ring = [&] { return window.findChildren<QWidget*>(QStringLiteral("FocusRing")); };
+  for (QPushButton* button : {first, second}) {
+    button->setFocus();
+    ASSERT_EQ(ring().size(), 1);
+    EXPECT_TRUE(ring().front()->isVisible());
+    EXPECT_EQ(ring().front()->geometry(), button->geometry().adjusted(-4, -4, 4, 4));
+    for (const QColor& ground : {QColor(Qt::white), QColor(Qt::black), QColor(200, 160, 40)}) {
+      QPalette palette = window.palette();
+      palette.setColor(QPalette::Window, ground);
+      window.setPalette(palette);
+      const QImage picture = window.grab().toImage();
+      const QPoint edge(button->geometry().center().x(), button->geometry().top() - 2);
+      double contrast = 1;
+      for (int depth = -2; depth < 4; ++depth)
+        contrast = std::max(contrast, Theme::Contrast(picture.pixelColor(edge + QPoint(0, depth)),
+                                                      picture.pixelColor(edge + QPoint(0, depth + 1))));
+      EXPECT_GE(contrast, 4.5);
+    }
+  }
+  window.resize(window.width() + 50, window.height() + 20);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(ring().front()->geometry(), second->geometry().adjusted(-4, -4, 4, 4)) << "it follows";
+  second->clearFocus();
+  EXPECT_FALSE(ring().front()->isVisible());
+  // Without the focus two roles differ by their ground alone.
+  EXPECT_FALSE(first->isDefault());
 }
 
 TEST(NoticeBarTest, TheGravestFactIsShownAndKeepsItsPlaceUntilItIsOver) {

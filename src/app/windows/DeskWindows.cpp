@@ -3,6 +3,7 @@
 #include "app/windows/WindowLines.h"
 #include "console/Console.h"
 #include "console/windows/ConsoleWindow.h"
+#include "ui/Command.h"
 
 #include <QAction>
 #include <QWidget>
@@ -22,12 +23,14 @@ DeskWindows::DeskWindows(Console& console, ConsoleWindow& window, std::vector<Wi
                   [&console] {
                     return WindowTable::DeskFacts{.locked = console.Lock().Locked(),
                                                   .catalogueLoaded = console.CatalogueLoaded(),
-                                                  .idle = console.Status().Idle()};
+                                                  .whyBusy = console.Status().WhyBusy()};
                   }},
              std::move(lines)) {
   AddEntries();
   ShowGuards();
   connect(&window_, &ConsoleWindow::WindowWanted, this, [this](const QString& id) { table_.Open(id); });
+  connect(&window_, &ConsoleWindow::FilesDropped, this,
+          [this](const QStringList& places) { table_.Open(WindowId::kImport, places); });
   connect(&console_.Lock(), &ScreenLock::Changed, this, [this](bool locked) {
     table_.SetLocked(locked);
     ShowGuards();
@@ -62,9 +65,7 @@ void DeskWindows::AddEntries() {
 
 void DeskWindows::ShowGuards() {
   for (std::size_t index = 0; index < entries_.size(); ++index) {
-    const QString refusal = table_.WhyClosed(table_.Lines()[index]);
-    entries_[index]->setEnabled(refusal.isEmpty());
-    entries_[index]->setToolTip(refusal);
+    Offer(*entries_[index], table_.WhyClosed(table_.Lines()[index]));
   }
 }
 

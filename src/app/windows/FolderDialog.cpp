@@ -45,6 +45,7 @@ FolderDialog::FolderDialog(EventLoop& loop, const QString& start, QWidget* paren
   newName_->setObjectName(QStringLiteral("NewName"));
   newName_->setPlaceholderText(tr("Name of a new folder"));
   newName_->setAccessibleName(tr("Name of a new folder"));
+  trouble_->setObjectName(QStringLiteral("LblTrouble"));
   trouble_->setWordWrap(true);
   trouble_->setStyleSheet(QStringLiteral("color: ") + Theme::Palette().amber.name());
   QPushButton* up = AddButton(QStringLiteral("Up"), tr("&Up"), tr("To the folder above"));
@@ -87,8 +88,9 @@ FolderDialog::FolderDialog(EventLoop& loop, const QString& start, QWidget* paren
   connect(up, &QPushButton::clicked, this, [this] { chooser_.Up(); });
   connect(folders_, &QListWidget::itemDoubleClicked, this, [this] { EnterCurrent(); });
   const auto makeFolder = [this] {
+    making_ = !newName_->text().trimmed().isEmpty();
+    if (!making_) newName_->setFocus();
     chooser_.MakeFolder(newName_->text());
-    newName_->clear();
   };
   connect(make, &QPushButton::clicked, this, makeFolder);
   connect(newName_, &QLineEdit::returnPressed, this, makeFolder);
@@ -108,10 +110,13 @@ void FolderDialog::Show() {
   drives_->addItems(chooser_.Drives());
   drives_->setCurrentIndex(chooser_.Drive());
   free_->setText(chooser_.FreeSpace().isEmpty() ? QString() : tr("Free %1").arg(chooser_.FreeSpace()));
+  const bool made = std::exchange(making_, false);
   if (!chooser_.Trouble().isEmpty()) {
     wanted_ = false;
+    if (made) newName_->selectAll();
     return;
   }
+  if (made) newName_->clear();
   path_->setText(chooser_.Folder());
   folders_->clear();
   folders_->addItems(chooser_.Subfolders());

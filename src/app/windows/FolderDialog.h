@@ -41,6 +41,7 @@ class FolderDialog : public QDialog {
   QLineEdit* newName_;
   QLabel* trouble_;
   QPushButton* ok_;
+  bool making_ = false;  ///< the folder of the new name
   bool wanted_ = false;  ///< OK was pressed for a path that is being looked at
 };
 

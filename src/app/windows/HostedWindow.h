@@ -27,6 +27,7 @@ class HostedWindow : public QObject, public BesideWindow {
   [[nodiscard]] bool Is(const QObject* window) const override { return window == window_; }
   void Show() override;
   void Hide() override { window_->hide(); }
+  void TakeFiles(const QStringList& places) override { window_->TakeFiles(places); }
   void SetLocked(bool locked) override { window_->setEnabled(!locked); }
   [[nodiscard]] Job<bool> MayClose() override { return window_->MayClose(); }
 

@@ -22,7 +22,7 @@ InstallerWindow::InstallerWindow(EventLoop& loop, Installer& installer)
       install_(AddButton(QStringLiteral("CmdInstall"), tr("&Install"),
                          tr("Makes what is missing of these folders  (Alt+I)"), QStringLiteral("Command1"))),
       giveUp_(AddButton(QStringLiteral("CmdGiveUp"), {}, {}, QStringLiteral("Command2"))) {
-  setObjectName(QStringLiteral("DjNewInst"));
+  SetNames(*this, QStringLiteral("InstallerWindow"), QStringLiteral("DjNewInst"));
   setWindowTitle(installer_.Title());
   auto* head = new QLabel(installer_.Head(), this);
   head->setFont(Theme::Font(1.3, QFont::DemiBold));

@@ -68,6 +68,7 @@ void ShowInTheMiddle(QWidget& window) {
   place.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
   window.setGeometry(place);
   window.show();
+  window.activateWindow();
 }
 
 }  // namespace
@@ -247,7 +248,8 @@ void Program::EndWithSession(SessionManager& manager) {
 Job<> Program::AskBeforeSessionEnds(SessionManager& manager, bool* answered, QEventLoop& waiting) {
   bool quit = false;
   try {
-    const DeskAtSessionEnd desk{[this] { return console_->Plays(); },
+    // A locked screen asks nobody but for its code.
+    const DeskAtSessionEnd desk{[this] { return console_->Plays() && !console_->Lock().Locked(); },
                                 [this] { return console_->QueryClose(true); },
                                 [this] {
                                   SaveDesk();

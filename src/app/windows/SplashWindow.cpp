@@ -1,6 +1,9 @@
 #include "app/windows/SplashWindow.h"
 
+#include "ui/Naming.h"
+
 #include <QCloseEvent>
+#include <QKeyEvent>
 
 namespace kelvo {
 
@@ -15,7 +18,7 @@ constexpr int kClicksToClose = 5;
 
 SplashWindow::SplashWindow(EventLoop& loop, SplashChecks& checks, const ProgramFacts& facts)
     : loop_(loop), checks_(checks) {
-  setObjectName(QStringLiteral("DJSplash"));
+  SetNames(*this, QStringLiteral("SplashWindow"), QStringLiteral("DJSplash"));
   setWindowTitle(facts.title);
   setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
   SetTitle(facts.title);
@@ -52,6 +55,20 @@ void SplashWindow::CloseWhenReady() {
   timer_.Stop();
   hide();
   Q_EMIT Closed();
+}
+
+void SplashWindow::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Escape:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+      // A key that is still down from the window before ends nothing.
+      if (!event->isAutoRepeat()) CloseWhenReady();
+      break;
+    default:
+      SplashPanel::keyPressEvent(event);
+  }
 }
 
 void SplashWindow::closeEvent(QCloseEvent* event) {

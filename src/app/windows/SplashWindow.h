@@ -6,8 +6,9 @@
 
 namespace kelvo {
 
-/// The splash on the screen, `DJSplash`: it runs its checks when it first shows, and closes after ten seconds
-/// or at the sixth click. Owned by the program's entry; GUI thread.
+/// The splash on the screen, `DJSplash`: it runs its checks when it first shows, and closes after ten
+/// seconds, at the sixth click, or at Escape, Enter or the space bar. Owned by the program's entry; GUI
+/// thread.
 class SplashWindow : public SplashPanel {
   Q_OBJECT
  public:
@@ -19,6 +20,7 @@ class SplashWindow : public SplashPanel {
 
  protected:
   void showEvent(QShowEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:

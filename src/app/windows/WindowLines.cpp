@@ -1,6 +1,7 @@
 #include "app/windows/WindowLines.h"
 
 #include "app/windows/HostedWindow.h"
+#include "app/windows/KeysWindow.h"
 #include "console/Console.h"
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/ScanWindow.h"
@@ -25,8 +26,9 @@ QString StopsMusic() {
 }
 
 WindowLine ImportLine(Console& desk, const WindowHost& host) {
-  WindowLine line{.id = QStringLiteral("Import"),
+  WindowLine line{.id = WindowId::kImport,
                   .words = Text::tr("&Import Music..."),
+                  .key = QStringLiteral("Ctrl+I"),
                   .guard = kUpkeep,
                   .busyQuestion = StopsMusic(),
                   .place = QStringLiteral("Scan")};
@@ -45,6 +47,7 @@ WindowLine ImportLine(Console& desk, const WindowHost& host) {
 WindowLine TransferLine(Console& desk, const WindowHost& host) {
   WindowLine line{.id = QStringLiteral("Transfer"),
                   .words = Text::tr("&Transfer To Database..."),
+                  .key = QStringLiteral("Ctrl+Shift+D"),
                   .guard = kUpkeep,
                   .busyQuestion = StopsMusic(),
                   .place = QStringLiteral("Transfer")};
@@ -65,6 +68,7 @@ WindowLine TransferLine(Console& desk, const WindowHost& host) {
 WindowLine UtilityLine(Console& desk, const WindowHost& host) {
   WindowLine line{.id = QStringLiteral("Utility"),
                   .words = Text::tr("&Utility Folder..."),
+                  .key = QStringLiteral("Ctrl+Shift+U"),
                   .guard = kUpkeep,
                   .place = QStringLiteral("Util")};
   line.make = [&desk, host, place = line.place] {
@@ -83,6 +87,7 @@ WindowLine UtilityLine(Console& desk, const WindowHost& host) {
 WindowLine JinglesLine(Console& desk, const WindowHost& host) {
   WindowLine line{.id = QStringLiteral("Jingles"),
                   .words = Text::tr("Import &Jingles..."),
+                  .key = QStringLiteral("Ctrl+J"),
                   .guard = {.password = true},
                   .busyQuestion = StopsMusic(),
                   .place = QStringLiteral("Jingle")};
@@ -102,7 +107,8 @@ WindowLine JinglesLine(Console& desk, const WindowHost& host) {
 WindowLine SearchLine(Console& desk, const WindowHost& host) {
   WindowLine line{.id = WindowId::kTrackSearch,
                   .startsGroup = true,
-                  .words = Text::tr("Track &Search..."),
+                  // The key is that of the console's own button.
+                  .words = Text::tr("Track &Search...\tCtrl+Shift+F"),
                   .place = QStringLiteral("Search")};
   line.make = [&desk, host, place = line.place] {
     const Console::Services& have = desk.GetServices();
@@ -117,14 +123,27 @@ WindowLine SearchLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
+WindowLine KeysLine(const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Keys"),
+                  .menu = DeskMenu::Help,
+                  .words = Text::tr("&Keys"),
+                  .key = QStringLiteral("F1"),
+                  .guard = {.catalogue = false},
+                  .place = QStringLiteral("Keys")};
+  line.make = [host, place = line.place] {
+    return std::make_unique<Hosted<KeysWindow, KeysOfDesk>>(host, place, KeysOfDesk::Services{host.console});
+  };
+  return line;
+}
+
 }  // namespace
 
 std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
   const Console::Services& have = desk.GetServices();
   const WindowHost host{
       .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
-  return {ImportLine(desk, host), TransferLine(desk, host), UtilityLine(desk, host), JinglesLine(desk, host),
-          SearchLine(desk, host)};
+  return {ImportLine(desk, host),  TransferLine(desk, host), UtilityLine(desk, host),
+          JinglesLine(desk, host), SearchLine(desk, host),   KeysLine(host)};
 }
 
 }  // namespace kelvo

@@ -24,7 +24,7 @@ off_t SeekFile(void* file, off_t offset, int whence) {
 
 }  // namespace
 
-Mpg123Decoder::Mpg123Decoder(std::unique_ptr<SoundFile> file) : file_(std::move(file)) {
+Mpg123Decoder::Mpg123Decoder(std::unique_ptr<SoundFile> file, Extent extent) : file_(std::move(file)) {
   const auto refuse = [this](int number) {
     throw Failure(
         QStringLiteral("%1 is no sound file: neither WAV nor MPEG audio was found in it.").arg(file_->Path()),
@@ -46,7 +46,7 @@ Mpg123Decoder::Mpg123Decoder(std::unique_ptr<SoundFile> file) : file_(std::move(
   error = mpg123_open_handle(handle_.get(), file_.get());
   if (error == MPG123_OK) error = mpg123_getformat(handle_.get(), &rate, &channels, &encoding);
   if (error != MPG123_OK || encoding != MPG123_ENC_FLOAT_32 || channels != 2) refuse(error);
-  error = mpg123_scan(handle_.get());
+  if (extent == Extent::Whole) error = mpg123_scan(handle_.get());
   if (error != MPG123_OK) refuse(error);
   rate_ = static_cast<int>(rate);
   frames_ = mpg123_length(handle_.get());

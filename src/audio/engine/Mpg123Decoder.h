@@ -10,8 +10,10 @@ namespace kelvo {
 /// with variable rates too, header or not.
 class Mpg123Decoder : public Decoder {
  public:
+  /// Head: it is only asked whether there is sound; length and seeks are guesses then.
+  enum class Extent { Whole, Head };
   /// Throws Failure when no MPEG audio is found near the start.
-  explicit Mpg123Decoder(std::unique_ptr<SoundFile> file);
+  explicit Mpg123Decoder(std::unique_ptr<SoundFile> file, Extent extent = Extent::Whole);
 
   void Seek(FrameIndex frame) override;
 

@@ -11,16 +11,30 @@ namespace kelvo {
 
 namespace {
 
-std::unique_ptr<Decoder> Choose(std::unique_ptr<SoundFile> file) {
+using Extent = Mpg123Decoder::Extent;
+
+std::unique_ptr<Decoder> Choose(std::unique_ptr<SoundFile> file, Extent extent) {
   const auto wave = ReadWaveHeader(*file);
   file->Seek(0, SEEK_SET);
-  if (!wave) return std::make_unique<Mpg123Decoder>(std::move(file));
+  if (!wave) return std::make_unique<Mpg123Decoder>(std::move(file), extent);
   if (wave->format == WaveHeader::kMpeg || wave->format == WaveHeader::kMpegLayer3) {
     const std::int64_t size = wave->Unfinished() ? file->Size() : wave->dataSize;
     file->LimitTo(wave->dataOffset, size);
-    return std::make_unique<Mpg123Decoder>(std::move(file));
+    return std::make_unique<Mpg123Decoder>(std::move(file), extent);
   }
   return std::make_unique<SndfileDecoder>(std::move(file), *wave);
+}
+
+std::unique_ptr<Decoder> ChooseSounding(std::unique_ptr<SoundFile> file, Extent extent) {
+  const QString path = file->Path();
+  auto decoder = Choose(std::move(file), extent);
+  const bool rateIsSane = decoder->Rate() >= 1000 && decoder->Rate() <= 768000;
+  const bool hasLength = extent == Extent::Head || decoder->Frames() > 0;
+  std::array<float, kChannels * 64> first{};
+  if (!rateIsSane || !hasLength || decoder->Read(first) == 0) {
+    throw Failure(QStringLiteral("%1 holds no sound that can be played.").arg(path), 0, path);
+  }
+  return decoder;
 }
 
 }  // namespace
@@ -28,15 +42,14 @@ std::unique_ptr<Decoder> Choose(std::unique_ptr<SoundFile> file) {
 std::unique_ptr<Decoder> OpenDecoder(const QString& path, OpeningPtr opening) {
   auto file = std::make_unique<SoundFile>(path, std::move(opening));
   SoundFile& opened = *file;
-  auto decoder = Choose(std::move(file));
-  const bool rateIsSane = decoder->Rate() >= 1000 && decoder->Rate() <= 768000;
-  std::array<float, kChannels * 64> first{};
-  if (!rateIsSane || decoder->Frames() <= 0 || decoder->Read(first) == 0) {
-    throw Failure(QStringLiteral("%1 holds no sound that can be played.").arg(path), 0, path);
-  }
+  auto decoder = ChooseSounding(std::move(file), Extent::Whole);
   decoder->Seek(0);
   opened.EndOpening();
   return decoder;
+}
+
+void LookForSound(const QString& path) {
+  (void)ChooseSounding(std::make_unique<SoundFile>(path), Extent::Head);
 }
 
 }  // namespace kelvo

@@ -11,4 +11,7 @@ namespace kelvo {
 /// whole; off the logic's thread.
 [[nodiscard]] std::unique_ptr<Decoder> OpenDecoder(const QString& path, OpeningPtr opening = {});
 
+/// Throws as OpenDecoder does, after a look at the start of the file alone: damage behind it does not show.
+void LookForSound(const QString& path);
+
 }  // namespace kelvo

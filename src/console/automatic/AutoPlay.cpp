@@ -21,6 +21,8 @@ AutoPlay::AutoPlay(Services services)
     : services_(std::move(services)),
       loader_({services_.loop, services_.disks, services_.state, services_.decks, services_.queue,
                services_.catalogue, services_.random, services_.FadedOut, [this] { return SecondsLeft(); }}) {
+  mode_ = static_cast<AutoMode>(services_.settings.Get(setting::AutoMode));
+  randomTicked_ = services_.settings.Get(setting::AutoRandom);
   SetDelta(services_.delta);
   loader_.OnSkipped = [this](const QString& title, const QString& why) { TellSkipped(title, why); };
   services_.decks.PickPreview = [this] { return loader_.PickPreview(); };
@@ -100,6 +102,7 @@ void AutoPlay::SwitchOff() {
   randomTicked_ = false;
   loader_.RandomOn = false;
   mode_ = AutoMode::Kelvo;
+  KeepChoice();
   starting_.Cancel();
   lag_.Cancel();
   loading_.Cancel();
@@ -115,13 +118,20 @@ QString AutoPlay::StartCaption() const {
 void AutoPlay::SetMode(AutoMode mode) {
   if (services_.state.PlaysByItself() || mode_ == mode) return;
   mode_ = mode;
+  KeepChoice();
   Q_EMIT Changed();
 }
 
 void AutoPlay::SetRandom(bool ticked) {
   if (services_.state.PlaysByItself() || randomTicked_ == ticked) return;
   randomTicked_ = ticked;
+  KeepChoice();
   Q_EMIT Changed();
+}
+
+void AutoPlay::KeepChoice() const {
+  services_.settings.Set(setting::AutoMode, static_cast<int>(mode_));
+  services_.settings.Set(setting::AutoRandom, randomTicked_);
 }
 
 Job<> AutoPlay::TakeDesk() {
@@ -164,7 +174,7 @@ Job<> AutoPlay::StartPreview(bool attended) {
       ShowStatus(Decide());
     }
   } catch (...) {
-    basHandleError(kTag);
+    basHandleError(kTag, tr("Automatic play could not start as it should."));
   }
 }
 
@@ -206,7 +216,7 @@ Job<> AutoPlay::StartQueue() {
     // a disk takes its time. Nothing waits for that.
     if (!is(Other(first), DeckState::Loaded)) co_await loader_.Fill(Other(first), From::BehindSelected, true);
   } catch (...) {
-    basHandleError(kTag);
+    basHandleError(kTag, tr("Automatic play could not start as it should."));
   }
 }
 
@@ -229,8 +239,13 @@ void AutoPlay::TogglePauseAtEnd() {
   Q_EMIT Changed();
 }
 
-bool AutoPlay::PauseEnabled() const {
-  return pauseAtEnd_ || (running_ && !services_.state.PreviewOn);
+QString AutoPlay::WhyNoPause() const {
+  if (pauseAtEnd_ || (running_ && !services_.state.PreviewOn)) return {};
+  return running_ ? tr("Not in a preview") : tr("Only in automatic play");
+}
+
+QString AutoPlay::WhyNoChoice() const {
+  return services_.state.PlaysByItself() ? tr("Not while the desk plays by itself") : QString();
 }
 
 QString AutoPlay::PauseCaption() const {
@@ -281,7 +296,8 @@ void AutoPlay::AfterStart(Deck deck) {
       ApplyTrackSettings(deck);
       now_.AutoDelta = std::min(now_.AutoDelta, length);
     }
-    if (services_.LogPlay) Guarded(kTag, [&] { services_.LogPlay(record.Title); });
+    if (services_.LogPlay)
+      Guarded(kTag, tr("The session log could not be written."), [&] { services_.LogPlay(record.Title); });
   }
   // The other deck fades out and counts as done. One that is loaded and waits for its turn keeps its track.
   const DeckState other = services_.decks.Record(Other(deck)).State;

@@ -26,6 +26,9 @@ namespace setting {
 inline constexpr NumberSetting JukeLag{{kStartup, QLatin1StringView("JukeLag")}, 2, 0, kMost16};
 /// Seconds that a preview plays of each track.
 inline constexpr NumberSetting PrevSecs{{kStartup, QLatin1StringView("PrevSecs")}, 15, 0, kMost32};
+/// The mode (kelvo::AutoMode by its place) and "RANDOM" as they were last.
+inline constexpr NumberSetting AutoMode{{kConStartup, QLatin1StringView("AutoMode")}, 0, 0, 2};
+inline constexpr TruthSetting AutoRandom{{kConStartup, QLatin1StringView("AutoRandom")}, false};
 
 }  // namespace setting
 
@@ -85,7 +88,10 @@ class AutoPlay : public QObject {
   /// `CmdRoboPause` "Pauses at end of track". Enabled while the queue plays, and while it is set.
   void TogglePauseAtEnd();
   [[nodiscard]] bool PauseAtEnd() const { return pauseAtEnd_; }
-  [[nodiscard]] bool PauseEnabled() const;
+  [[nodiscard]] bool PauseEnabled() const { return WhyNoPause().isEmpty(); }
+  /// Why the pause, or mode, RANDOM and timer, can't be changed now; empty when they can.
+  [[nodiscard]] QString WhyNoPause() const;
+  [[nodiscard]] QString WhyNoChoice() const;
   /// "> ||", and " >||" in every other second while set.
   [[nodiscard]] QString PauseCaption() const;
 
@@ -148,6 +154,8 @@ class AutoPlay : public QObject {
   /// Whole seconds until the deck that plays needs its successor; 0 when none plays.
   [[nodiscard]] int SecondsLeft() const;
   void SwitchOff();
+  /// The next start of the program finds mode and RANDOM as they are.
+  void KeepChoice() const;
   /// Until nothing that was begun before is on its way. A deck that is loaded then can be heard.
   [[nodiscard]] Job<> TakeDesk();
   [[nodiscard]] Job<> StartPreview(bool attended);

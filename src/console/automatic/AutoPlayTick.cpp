@@ -77,7 +77,8 @@ void AutoPlay::AutoTick() {
 
 void AutoPlay::StartNext(Deck deck, TransitionKind transition) {
   if (!services_.StartTransition) return;
-  Guarded(QStringLiteral(" autostart"), [&] { services_.StartTransition(deck, transition); });
+  Guarded(QStringLiteral(" autostart"), tr("The next track could not be started."),
+          [&] { services_.StartTransition(deck, transition); });
 }
 
 Job<> AutoPlay::StartAfterLag() {
@@ -169,7 +170,7 @@ Job<> AutoPlay::RunLoad(Deck deck) {
     if (filled == before) ShowStatus(Decide());
     Q_EMIT Changed();
   } catch (...) {
-    basHandleError(QStringLiteral(" autoload"));
+    basHandleError(QStringLiteral(" autoload"), tr("The next track could not be loaded."));
   }
 }
 

@@ -128,6 +128,8 @@ void LibraryBrowser::PressName(Stage stage, int row) {
       Release(stage);
       RecomputeFiltered();
       ListTracksByChoice();
+      // What was listed stays; nothing that is chosen stands for it any more.
+      if (WordsLookEverywhere()) summary_.clear();
     } else {
       list.chosen = Name(stage, row);
       list.Tag = row;
@@ -244,7 +246,7 @@ Job<> LibraryBrowser::RunSort(LibraryColumn column) {
     rows_ = ShownRows();
     Q_EMIT RowsSorted();
   } catch (...) {
-    basHandleError(QStringLiteral(" libsort"));
+    basHandleError(QStringLiteral(" libsort"), tr("The list of tracks could not be sorted."));
   }
 }
 
@@ -279,9 +281,10 @@ void LibraryBrowser::AddToQueue(std::vector<Mref> tracks) {
 
 Job<> LibraryBrowser::RunAdd(std::vector<Mref> tracks) {
   const KeptTracks kept(catalogue_, std::move(tracks));
+  const bool refused = !WhyNoAdd().isEmpty();
   co_await queue_.AddTracks(kept.All());
   // A group playlist that is still in force was not given up: nothing was added.
-  if (state_.GroupPlayOn || (queue_.Count() > 0 && queue_.GroupQueueFlag())) co_return;
+  if (refused || state_.GroupPlayOn || (queue_.Count() > 0 && queue_.GroupQueueFlag())) co_return;
   allSelected_ = false;
   // The operator may have selected others meanwhile.
   Q_EMIT Deselect(kept.All());

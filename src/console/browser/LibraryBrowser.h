@@ -103,6 +103,8 @@ class LibraryBrowser : public QObject {
   [[nodiscard]] QString SelectAllCaption() const;
   /// "Add To Queue": the selected tracks, in the order shown.
   void AddToQueue(std::vector<Mref> tracks);
+  /// Why it takes none now, in words for the operator; empty when it does.
+  [[nodiscard]] QString WhyNoAdd() const { return queue_.WhyNoAdd(); }
 
   // The panel of a track's details.
   void OpenInfo(Mref track);

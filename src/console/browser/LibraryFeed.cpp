@@ -98,7 +98,7 @@ Job<> LibraryBrowser::TakeIn() {
       if (sortColumn_) SortBy(*sortColumn_);
     }
   } catch (...) {
-    basHandleError(QStringLiteral(" libtake"));
+    basHandleError(QStringLiteral(" libtake"), tr("New tracks could not be brought into the lists."));
   }
 }
 

@@ -45,7 +45,7 @@ Job<> LibraryBrowser::RunListing(std::optional<Stage> fills) {
   try {
     co_await WalkCatalogue(fills);
   } catch (...) {
-    basHandleError(QStringLiteral(" listing"));
+    basHandleError(QStringLiteral(" listing"), tr("The tracks could not be listed."));
   }
   BeginListing(true);
 }

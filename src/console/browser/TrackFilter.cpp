@@ -1,6 +1,7 @@
 #include "console/browser/TrackFilter.h"
 
 #include "database/Catalogue.h"
+#include "platform/Words.h"
 
 #include <algorithm>
 #include <cstring>
@@ -19,16 +20,6 @@ std::uint32_t AlphabetOf(std::string_view text) {
 }
 
 }  // namespace
-
-QString FoldedText(const QString& text) {
-  QString folded;
-  const QString parts = text.normalized(QString::NormalizationForm_KD).toCaseFolded();
-  folded.reserve(parts.size());
-  for (const QChar letter : parts) {
-    if (!letter.isMark()) folded.append(letter);
-  }
-  return folded;
-}
 
 void TrackFilter::Clear() {
   ++changes_;

@@ -15,9 +15,6 @@ namespace kelvo {
 
 class Catalogue;
 
-/// Letters without accents, in lower case: what a person who types in a hurry means.
-[[nodiscard]] QString FoldedText(const QString& text);
-
 /// Finds tracks as one types: any words, in any order, each anywhere in the name, accents and case folded.
 /// Keeps the folded names in one piece of memory, so that a search over 100,000 tracks is one pass over
 /// it. Owned by the Console; the LibraryBrowser tells it what happens to the catalogue; logic thread.

@@ -50,7 +50,8 @@ DeckEngine::DeckEngine(Services services) : services_(std::move(services)) {
   for (const Deck deck : kDecks) {
     players_[deck] = services_.audio.MakePlayer();
     players_[deck]->OnEndOfStream = [this, deck] {
-      Guarded(QStringLiteral(" eos"), [&] { EndOfStream(deck); });
+      Guarded(QStringLiteral(" eos"), tr("The end of a track could not be noted."),
+              [&] { EndOfStream(deck); });
     };
     SetLoss(deck, 0);
   }
@@ -122,6 +123,7 @@ void DeckEngine::ManualStart(Deck deck) {
   if (record.Loading || record.State == DeckState::Empty || record.State == DeckState::Playing) return;
   if (record.State == DeckState::Loaded) {
     StartDeck(deck);
+    if (OnStartedByHand) OnStartedByHand(deck);
   } else {
     RestartDeck(deck);
   }
@@ -346,7 +348,8 @@ Job<> DeckEngine::WriteDuration(QString filePath, double seconds) {
     };
     co_await services_.loop.Offload(EventLoop::Lane::Files, patch);
   } catch (...) {
-    basHandleError(QStringLiteral(" adjtime"));
+    basHandleError(QStringLiteral(" adjtime"),
+                   tr("The length of %1 could not be put right.").arg(BaseNameOf(filePath)));
   }
 }
 

@@ -61,9 +61,7 @@ class DeckEngine : public QObject {
   /// the deck has it already. The load goes on though the job is dropped.
   [[nodiscard]] Job<DeckLoad> LoadDeck(Deck deck);
   /// Loads what the operator was asked about, without asking again.
-  void LoadTrack(Deck deck, const LoadRequest& request) {
-    BeginLoad(deck, request, Disks::Patience::Person);
-  }
+  void LoadTrack(Deck deck, const LoadRequest& request) { BeginLoad(deck, request, Disks::Patience::Person); }
   /// What comes of the load that is under way; Dropped at once when there is none.
   [[nodiscard]] Job<DeckLoad> LoadEnds(Deck deck);
   /// A load that the air cannot wait for ends as NoAnswer.
@@ -129,6 +127,8 @@ class DeckEngine : public QObject {
   /// A deck ran out; the status line falls back to the about line.
   std::function<void(Deck)> OnEndOfStream;
   std::function<void(Deck)> OnStarted;
+  /// The operator's plain start brought a new track on air.
+  std::function<void(Deck)> OnStartedByHand;
   std::function<void(Deck)> OnStoppedByHand;
   /// A deck was started and gives no sound.
   std::function<void(Deck)> OnStartFailed;

@@ -129,7 +129,7 @@ Job<> DeckEngine::RunLoad(Deck deck) {
   try {
     outcome = co_await Load(deck);
   } catch (...) {
-    basHandleError(kLoadTag);
+    basHandleError(kLoadTag, tr("The track could not be loaded: %1").arg(coming_[deck].request.path));
   }
   EndLoad(deck, outcome);
 }
@@ -226,7 +226,8 @@ void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInf
   record.State = DeckState::Loaded;
   record.FilePath = request.path;
 
-  if (file.failure) basHandleError(kLoadTag, file.failure);
+  if (file.failure)
+    basHandleError(kLoadTag, file.failure, tr("What is known of %1 could not be read.").arg(record.Title));
   const TrackDefaults defaults = ReadTrackDefaults(services_.settings);
   if (file.info) {
     record.Play = file.info->Play(defaults);

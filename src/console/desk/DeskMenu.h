@@ -5,11 +5,12 @@
 namespace kelvo {
 
 /// The menus of the console, from left to right.
-enum class DeskMenu { File, View, Library, Desk };
+enum class DeskMenu { File, View, Library, Desk, Help };
 
 /// Windows that a button of the console itself opens, by their id in the table of windows.
 namespace WindowId {
+inline const QString kImport = QStringLiteral("Import");
 inline const QString kTrackSearch = QStringLiteral("TrackSearch");
-}
+}  // namespace WindowId
 
 }  // namespace kelvo

@@ -65,27 +65,6 @@ void PlayQueue::SetGroup(QStringList timingLines) {
   Q_EMIT FactsChanged();
 }
 
-bool PlayQueue::QueueHasSelection() const {
-  return selected_ != 0 && !state_.TransitionActive;
-}
-
-bool PlayQueue::MayMove(int step) const {
-  const int neighbour = selected_ + step;
-  return QueueHasSelection() && !Row(selected_).Locked() && neighbour >= 1 && neighbour <= Count();
-}
-
-bool PlayQueue::MayCut() const {
-  return !state_.AutoPlayOn && QueueHasSelection() && !Row(selected_).Locked();
-}
-
-bool PlayQueue::MayClear() const {
-  return !state_.AutoPlayOn && QueueHasSelection();
-}
-
-bool PlayQueue::MaySort() const {
-  return !state_.AutoPlayOn && !groupQueueFlag_;
-}
-
 bool PlayQueue::QueueHasRequests() const {
   return std::any_of(rows_.rbegin(), rows_.rend(), [](const QueueEntry& row) { return row.IsRequest(); });
 }
@@ -170,6 +149,10 @@ int PlayQueue::AppendRow(QueueEntry entry, qint64 seconds) {
 
 Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
   if (state_.GroupPlayOn || tracks.empty()) co_return;
+  if (const QString why = route == Route::Library ? WhyNoAdd() : QString(); !why.isEmpty()) {
+    if (OnTold) OnTold(tr("Tracks Not Added : %1").arg(why));
+    co_return;
+  }
   const KeptTracks kept(catalogue_, std::move(tracks));
   try {
     if (Count() > 0 && groupQueueFlag_) {
@@ -240,12 +223,12 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
     Q_EMIT SelectionChanged();
     Q_EMIT RowShown(shown != 0 ? shown : selected_);
   } catch (...) {
-    basHandleError(QStringLiteral(" queadd"));
+    basHandleError(QStringLiteral(" queadd"), tr("The tracks could not be added to the queue."));
   }
 }
 
 bool PlayQueue::MoveSelected(int step) {
-  if (!MayMove(step)) return false;
+  if (!WhyNoMove(step).isEmpty()) return false;
   const int neighbour = selected_ + step;
   QueueEntry& here = rows_[static_cast<std::size_t>(selected_ - 1)];
   QueueEntry& there = rows_[static_cast<std::size_t>(neighbour - 1)];
@@ -273,7 +256,7 @@ void PlayQueue::MoveTo(int from, int to) {
 }
 
 void PlayQueue::CutSelected() {
-  if (!MayCut()) return;
+  if (!WhyNoCut().isEmpty()) return;
   totalSeconds_ -= SecondsOf(Row(selected_).track);
   RemoveRow(selected_);
   TellRowsChanged();
@@ -302,7 +285,7 @@ void PlayQueue::ClearAll() {
 }
 
 Job<> PlayQueue::ClearQueue() {
-  if (!MayClear()) co_return;
+  if (!WhyNoClear().isEmpty()) co_return;
   Prompt question;
   question.icon = PromptIcon::Question;
   const bool requests = QueueHasRequests();
@@ -330,7 +313,7 @@ Job<> PlayQueue::ClearQueue() {
 }
 
 void PlayQueue::EditSelected() {
-  if (selected_ == 0 || state_.TransitionActive || editing_.Running()) return;
+  if (!WhyNoEdit().isEmpty() || editing_.Running()) return;
   editing_ = RunEdit(selected_, Row(selected_).path);
 }
 
@@ -359,7 +342,7 @@ Job<> PlayQueue::RunEdit(int index, QString path) {
       OpenEditor(index, groupQueueFlag_);
     }
   } catch (...) {
-    basHandleError(QStringLiteral(" queedit"));
+    basHandleError(QStringLiteral(" queedit"), tr("The track could not be edited: %1").arg(path));
   }
 }
 
@@ -381,7 +364,7 @@ void PlayQueue::SortRows() {
 }
 
 void PlayQueue::SortBy(QueueColumn column) {
-  if (!MaySort()) return;
+  if (!WhyNoSort().isEmpty()) return;
   sortColumn_ = column;
   sorted_ = column != TrackColumn || trackHead_ != kByContents;
   if (column == TrackColumn) trackHead_ = sorted_ ? kByContents : kByPosition;

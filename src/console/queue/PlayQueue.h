@@ -56,14 +56,18 @@ class PlayQueue : public QObject {
   void SetGroup(QStringList timingLines);
   [[nodiscard]] const QStringList& GroupLines() const { return groupLines_; }
 
-  /// Rows, one is selected, no fade runs.
-  [[nodiscard]] bool QueueHasSelection() const;
   [[nodiscard]] bool QueueHasRequests() const;
-  /// What the operator may do now: the commands do nothing otherwise.
-  [[nodiscard]] bool MayMove(int step) const;
-  [[nodiscard]] bool MayCut() const;
-  [[nodiscard]] bool MayClear() const;
-  [[nodiscard]] bool MaySort() const;
+
+  // Why the operator can't do it now, in words; empty when they can. The commands do nothing otherwise.
+  [[nodiscard]] QString WhyNoAdd() const;
+  [[nodiscard]] QString WhyNoMove(int step) const;
+  [[nodiscard]] QString WhyNoCut() const;
+  [[nodiscard]] QString WhyNoClear() const;
+  [[nodiscard]] QString WhyNoEdit() const;
+  [[nodiscard]] QString WhyNoSort() const;
+  /// Why the queue takes no hand at all now; empty when it does. What is selected can change all the same.
+  std::function<QString()> WhyHeld;
+
   /// What became of the first row of this track, or of `row` when it has left the catalogue; none when there
   /// is no such row.
   [[nodiscard]] std::optional<RowStatus> StatusOf(Mref track, RowId row = RowId::None) const;
@@ -97,6 +101,7 @@ class PlayQueue : public QObject {
   [[nodiscard]] const QString& GenreHead() const { return genreHead_; }
   /// The view that SwitchTimings will show: "Timings" or "Genres".
   [[nodiscard]] QString TimingsCaption() const;
+  [[nodiscard]] bool ShowsTimings() const { return showsTimings_; }
   void SwitchTimings();
 
   /// What became of a track, in its first row, or in `row` when it has left the catalogue; a request is met
@@ -127,6 +132,8 @@ class PlayQueue : public QObject {
   void TrackWasRemoved(const TrackRemoved& removed);
   void CatalogueWasReplaced();
   void RemoveRow(int index);
+  /// Why no command for the selected row works.
+  [[nodiscard]] QString WhyNoRow() const;
 
   [[nodiscard]] QueueEntry EntryOf(Mref track) const;
   int InsertRow(QueueEntry entry, qint64 seconds);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "console/status/ClockFace.h"
 #include "console/desk/DeckTypes.h"
+#include "console/status/ClockFace.h"
 
 #include <QString>
 #include <QStringList>
@@ -67,6 +67,7 @@ struct DeskStatus {
   /// Nothing plays and nothing is begun: the menu entries `Pquiz`, `mnuQuit`, `mnuSetting`, `mnuDatamanager`
   /// and `mnuAct` are enabled.
   bool idle = true;
+  QString whyBusy;  ///< why it is not idle, in words for the operator; empty while it is
   ModeWord mode;
   QString pauseCaption = QStringLiteral("> ||");
 };

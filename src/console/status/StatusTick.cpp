@@ -55,11 +55,11 @@ void StatusTick::SetAudioWarning(bool on, const QString& filePath) {
 }
 
 void StatusTick::Beat() {
-  Guarded(kTag, [this] {
+  Guarded(kTag, tr("The desk could not be shown as it is."), [this] {
     if (hooks.EverySecond) hooks.EverySecond();
   });
   const bool silentBefore = status_.airSilent;
-  Guarded(kTag, [this] { WatchAir(); });
+  Guarded(kTag, tr("The desk could not be shown as it is."), [this] { WatchAir(); });
   leftOut_ = !leftOut_ && Says(hooks.WalkRuns);
   if (!leftOut_) Tick();
   // An alarm does not wait for a fade.
@@ -86,7 +86,7 @@ void StatusTick::SetSilentDisks(const QStringList& names) {
 
 void StatusTick::Tick() {
   bool ripping = false;
-  const auto step = [](auto&& work) { Guarded(kTag, work); };
+  const auto step = [](auto&& work) { Guarded(kTag, tr("The desk could not be shown as it is."), work); };
   step([&] { ripping = Says(hooks.RipRuns); });
   if (ripping) return;
   step([this] { ShowDecks(); });
@@ -190,16 +190,20 @@ void StatusTick::ShowTime() {
 }
 
 void StatusTick::ShowIdle() {
-  status_.idle = Idle();
+  status_.whyBusy = WhyBusy();
+  status_.idle = status_.whyBusy.isEmpty();
 }
 
-bool StatusTick::Idle() const {
-  const bool sounds = services_.decks.Player(Deck::One).State() == PlayState::Playing ||
-                      services_.decks.Player(Deck::Two).State() == PlayState::Playing ||
-                      Says(hooks.JinglePlays);
+QString StatusTick::WhyBusy() const {
+  for (const Deck deck : kDecks) {
+    if (services_.decks.Player(deck).State() == PlayState::Playing)
+      return tr("Not while deck %1 plays").arg(DisplayNumber(deck));
+  }
+  if (Says(hooks.JinglePlays) || Says(hooks.JingleActive)) return tr("Not while a jingle plays");
+  if (Says(hooks.MonitorShown)) return tr("Not while the monitor is open");
   const QString name = SessionName();
   const bool named = !name.isEmpty() && name != kNoName;
-  return !sounds && !Says(hooks.MonitorShown) && !Says(hooks.JingleActive) && !named;
+  return named ? tr("Not while the queue has a name: %1").arg(name) : QString();
 }
 
 bool StatusTick::RunsOut(Deck deck) const {
@@ -241,7 +245,7 @@ Job<> StatusTick::SoundWarning() {
     if (opened.error != lastWarningError_) NoteInLog(opened.error);
     lastWarningError_ = opened.error;
   } catch (...) {
-    basHandleError(QStringLiteral(" conwarn"));
+    basHandleError(QStringLiteral(" conwarn"), tr("The warning sound could not be played."));
   }
 }
 

@@ -59,8 +59,9 @@ class StatusTick : public QObject {
   void Tick();
 
   [[nodiscard]] const DeskStatus& Status() const { return status_; }
-  /// Whether the desk is idle at this moment; DeskStatus tells of the last beat.
-  [[nodiscard]] bool Idle() const;
+  /// Why the desk is not idle at this moment, in words for the operator; empty when it is. DeskStatus tells of
+  /// the last beat.
+  [[nodiscard]] QString WhyBusy() const;
 
   /// The sound that warns of a deck that runs out: played again and again while that is so.
   void SetAudioWarning(bool on, const QString& filePath);

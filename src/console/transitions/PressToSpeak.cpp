@@ -77,7 +77,7 @@ Job<> PressToSpeak::RunFade(Direction direction) {
     }
     Q_EMIT Changed();
   } catch (...) {
-    basHandleError(QStringLiteral(" afade"));
+    basHandleError(QStringLiteral(" afade"), tr("The decks could not follow the voice."));
     // Music that stays down would be worse than a voice that it covers.
     EndDip();
     Q_EMIT Changed();

@@ -89,7 +89,7 @@ Job<> Transitions::RunStart(Deck deck, TransitionKind kind) {
   try {
     co_await StartByKind(deck, kind);
   } catch (...) {
-    basHandleError(kStartTag);
+    basHandleError(kStartTag, tr("The start or the fade could not be carried out."));
   }
   ForgetCancel();
 }
@@ -98,7 +98,7 @@ Job<> Transitions::RunReleased(Deck deck) {
   try {
     co_await EndDub(deck);
   } catch (...) {
-    basHandleError(kStartTag);
+    basHandleError(kStartTag, tr("The start or the fade could not be carried out."));
   }
   ForgetCancel();
 }
@@ -107,7 +107,7 @@ Job<> Transitions::RunTransition(Deck side, TransitionKind kind) {
   try {
     co_await Transition(side, kind);
   } catch (...) {
-    basHandleError(kStartTag);
+    basHandleError(kStartTag, tr("The start or the fade could not be carried out."));
   }
   ForgetCancel();
 }

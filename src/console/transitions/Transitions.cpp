@@ -202,7 +202,7 @@ Job<> Transitions::RunWalk() {
     EndWalk();
   } catch (...) {
     // The timer picks the walk up again.
-    basHandleError(QStringLiteral(" pantimer"));
+    basHandleError(QStringLiteral(" pantimer"), tr("The fade could not go on."));
   }
 }
 

@@ -2,10 +2,13 @@
 
 #include "console/windows/TimerForm.h"
 #include "platform/Words.h"
+#include "ui/Command.h"
 #include "ui/CommandButton.h"
 #include "ui/ElidedLabel.h"
+#include "ui/KeyList.h"
 #include "ui/Naming.h"
 #include "ui/ScalableIcon.h"
+#include "ui/SpokenText.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -59,7 +62,6 @@ AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, const EventLoop& loop, QWidget
   pause_->setAccessibleName(pause_->toolTip());
   SetNames(*timer_, QStringLiteral("CmdSetTimer"), QStringLiteral("Command7"));
   timer_->setToolTip(tr("Starts automatic play at a time of day"));
-  for (QPushButton* button : {start_, pause_, timer_}) button->setFocusPolicy(Qt::TabFocus);
   status_->setObjectName(QStringLiteral("AutoStatus"));
   status_->setFont(Theme::Font(1.0, QFont::DemiBold));
   next_->setObjectName(QStringLiteral("UpNext"));
@@ -103,14 +105,19 @@ AutoPlayPanel::AutoPlayPanel(AutoPlay& automatic, const EventLoop& loop, QWidget
 void AutoPlayPanel::Bind(QAbstractButton* button, const QKeySequence& key) {
   // A shortcut of its own: a button whose words change loses the one that it was given.
   connect(new QShortcut(key, this), &QShortcut::activated, button, &QAbstractButton::click);
-  button->setToolTip(button->toolTip() + QStringLiteral("  (") + key.toString(QKeySequence::NativeText) +
-                     QLatin1Char(')'));
+  TellKey(*button, key.toString(QKeySequence::NativeText));
 }
 
 void AutoPlayPanel::resizeEvent(QResizeEvent* event) {
   Panel::resizeEvent(event);
   // On a narrow desk the status line says enough.
   next_->setVisible(width() > fontMetrics().height() * 32);
+}
+
+void AutoPlayPanel::changeEvent(QEvent* event) {
+  Panel::changeEvent(event);
+  // A locked desk takes no hand in its form either.
+  if (event->type() == QEvent::EnabledChange && !isEnabled() && timerForm_ != nullptr) timerForm_->hide();
 }
 
 void AutoPlayPanel::OpenTimer() {
@@ -123,6 +130,7 @@ void AutoPlayPanel::OpenTimer() {
 void AutoPlayPanel::Show() {
   const bool stopped = automatic_.StartCaption() == QStringLiteral("START");
   start_->setText(automatic_.StartCaption());
+  start_->setAccessibleName(stopped ? tr("Start automatic play") : tr("Stop automatic play"));
   if (start_->property("role").toString() != (stopped ? QStringLiteral("go") : QStringLiteral("stop"))) {
     Theme::SetRole(*start_, stopped ? QStringLiteral("go") : QStringLiteral("stop"));
   }
@@ -131,11 +139,11 @@ void AutoPlayPanel::Show() {
   preview_->setChecked(automatic_.Mode() == AutoMode::Preview);
   random_->setChecked(automatic_.RandomTicked());
   for (QWidget* option : std::initializer_list<QWidget*>{kelvo_, jukebox_, preview_, random_, timer_}) {
-    option->setEnabled(stopped);
+    Offer(*option, automatic_.WhyNoChoice());
   }
   pause_->setText(automatic_.PauseCaption());
-  pause_->setEnabled(automatic_.PauseEnabled());
-  status_->setText(automatic_.StatusText());
+  Offer(*pause_, automatic_.WhyNoPause());
+  SetSpokenText(*status_, tr("Automatic play"), automatic_.StatusText());
   status_->setToolTip(automatic_.StatusText());
   QPalette colours = palette();
   if (automatic_.NothingPlayable()) colours.setColor(QPalette::WindowText, Theme::Palette().onAir);
@@ -148,7 +156,7 @@ void AutoPlayPanel::Show() {
   } else if (!automatic_.LastSkipped().isEmpty()) {
     next = automatic_.LastSkipped();
   }
-  next_->setText(next);
+  SetSpokenText(*next_, tr("Automatic play"), next);
   next_->setToolTip(next);
 }
 

@@ -22,6 +22,7 @@ class AutoPlayPanel : public Panel {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void Show();

@@ -3,6 +3,7 @@
 #include "console/status/StatusTick.h"
 #include "console/windows/ClockDial.h"
 #include "ui/Naming.h"
+#include "ui/SpokenText.h"
 #include "ui/Tabular.h"
 #include "ui/Theme.h"
 
@@ -69,11 +70,8 @@ ClockPanel::ClockPanel(const StatusTick& tick, QWidget* parent)
   setObjectName(QStringLiteral("ClockPanel"));
   dial_->setObjectName(QStringLiteral("Clock"));
   SetNames(*time_, QStringLiteral("TxtTimeOfDay"), QStringLiteral("Text7"));
-  time_->setAccessibleName(tr("Time of day"));
   SetNames(*date_, QStringLiteral("TxtDate"), QStringLiteral("Text10"));
-  date_->setAccessibleName(tr("Date"));
   SetNames(*session_, QStringLiteral("LblSession"), QStringLiteral("Label18"));
-  session_->setAccessibleName(tr("Length of the session"));
   session_->setToolTip(tr("Time since the session began"));
 
   auto* words = new QVBoxLayout;
@@ -108,9 +106,10 @@ void ClockPanel::resizeEvent(QResizeEvent* event) {
 void ClockPanel::Show() {
   const DeskStatus& status = tick_.Status();
   dial_->SetHands(status.hands);
-  time_->setText(status.time);
-  date_->setText(status.date);
-  session_->setText(status.sessionTime);
+  SetSpokenText(*time_, tr("Time of day"), status.time);
+  SetSpokenText(*date_, tr("Date"), status.date);
+  SetSpokenText(*session_, tr("Length of the session"), status.sessionTime);
+  dial_->setAccessibleDescription(status.time);
 }
 
 }  // namespace kelvo

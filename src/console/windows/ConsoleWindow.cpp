@@ -8,6 +8,7 @@
 #include "console/windows/DeckPanel.h"
 #include "console/windows/DeskKeys.h"
 #include "console/windows/JinglePanel.h"
+#include "console/windows/KeysHome.h"
 #include "console/windows/LibraryPanel.h"
 #include "console/windows/LoadPanel.h"
 #include "console/windows/MemoryWarning.h"
@@ -16,17 +17,24 @@
 #include "console/windows/QueuePanel.h"
 #include "console/windows/SpeakPanel.h"
 #include "console/windows/WindowSettings.h"
+#include "ui/Command.h"
 #include "ui/ElidedLabel.h"
 #include "ui/ListTable.h"
+#include "ui/Naming.h"
 #include "ui/ScalableIcon.h"
+#include "ui/SpokenText.h"
+#include "ui/TabOrder.h"
 #include "ui/Theme.h"
 
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
+#include <QUrl>
 #include <QVBoxLayout>
 
 namespace kelvo {
@@ -77,8 +85,9 @@ ConsoleWindow::ConsoleWindow(Console& console)
       notices_(new NoticeBar(desk_)),
       status_(new ElidedLabel(desk_)),
       alarm_(new AirAlarm(desk_)) {
-  setObjectName(QStringLiteral("frmCons"));
+  SetNames(*this, QStringLiteral("ConsoleWindow"), QStringLiteral("frmCons"));
   setWindowTitle(console.Title());
+  setAcceptDrops(true);
   BuildDesk();
   BuildMenu();
   ApplyColours();
@@ -93,6 +102,7 @@ ConsoleWindow::ConsoleWindow(Console& console)
   });
   connect(library_, &LibraryPanel::SearchWanted, this,
           [this] { Q_EMIT WindowWanted(WindowId::kTrackSearch); });
+  connect(library_, &LibraryPanel::ImportWanted, this, [this] { Q_EMIT WindowWanted(WindowId::kImport); });
   connect(&console_.Panel(), &ConfirmationPanel::Changed, this, [this] { ShowPanel(); });
   for (DeckPanel* deck : decks_) connect(&pulse_, &Pulse::Beat, deck, &DeckPanel::SetLit);
   connect(&pulse_, &Pulse::Beat, alarm_, &AirAlarm::SetLit);
@@ -142,7 +152,6 @@ void ConsoleWindow::BuildDesk() {
   columns_->setStretchFactor(2, 31);
 
   status_->setObjectName(QStringLiteral("StatusLine"));
-  status_->setAccessibleName(tr("Status"));
   status_->setFont(Theme::Font(1.15, QFont::DemiBold));
   status_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   notices_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -169,6 +178,7 @@ void ConsoleWindow::BuildDesk() {
   layout->addWidget(columns_, 1);
   layout->addWidget(foot_);
   setCentralWidget(desk_);
+  TabByLayout(*desk_);
   confirmation_ = new ConfirmationView(console_.Panel(), desk_);
   new DeskKeys({.loop = console_.GetServices().loop,
                 .panel = console_.Panel(),
@@ -176,11 +186,14 @@ void ConsoleWindow::BuildDesk() {
                 .fades = console_.Fades(),
                 .closed = [this] { return console_.Lock().Locked() || console_.Load() != nullptr; }},
                *this);
+  new KeysHome(*this, queue_->List());
   connect(&console_.Status(), &StatusTick::Ticked, this, [this] { ShowTick(); });
   connect(alarm_, &AirAlarm::Accepted, this, [this] { console_.Status().AcceptSilence(); });
-  connect(&console_.Lock(), &ScreenLock::Changed, this, [this] { EnableSections(); });
+  connect(&console_.Lock(), &ScreenLock::Changed, this, [this] {
+    EnableSections();
+    ShowLocked();
+  });
   connect(&console_.Fades(), &Transitions::Changed, this, [this] { EnableSections(); });
-  connect(&console_.Fades(), &Transitions::Changed, queue_, &QueuePanel::ShowCommands);
   connect(&console_.Automatic(), &AutoPlay::Changed, queue_, &QueuePanel::ShowCommands);
   connect(&console_.Automatic(), &AutoPlay::QueuePositionShown, queue_, &QueuePanel::ShowPosition);
 }
@@ -189,7 +202,7 @@ void ConsoleWindow::ShowTick() {
   const DeskStatus& status = console_.Status().Status();
   setWindowTitle(status.windowTitle);
   confirmation_->SetCaution(status.caution);
-  quit_->setEnabled(status.idle);
+  Offer(*quit_, status.idle ? QString() : tr("%1. Closing the window asks at any time").arg(status.whyBusy));
   queue_->SetLitRow(status.queueBlinks && status.queueLit ? status.queuePosition : 0);
   ShowAir(status);
 }
@@ -217,15 +230,13 @@ void ConsoleWindow::PlaceAlarm() {
 
 void ConsoleWindow::EnableSections() {
   const bool open = console_.Load() == nullptr && !console_.Lock().Locked();
-  const bool walks = console_.Fades().SectionsDisabled();
-  const bool lists = !console_.Panel().Visible() && !walks;
   QWidget* const keys = focusWidget();
   columns_->setEnabled(open);
   foot_->setEnabled(open);
-  library_->setEnabled(open && lists);
-  queue_->setEnabled(open && lists);
-  // A panel that is disabled shows no pointer of its own: the one of what lies behind it is seen.
-  if (walks) {
+  library_->ShowCommands();
+  queue_->ShowCommands();
+  // The lists have no pointer of their own: the one of what lies behind them is seen.
+  if (console_.Fades().SectionsDisabled()) {
     columns_->setCursor(Qt::WaitCursor);
   } else {
     columns_->unsetCursor();
@@ -237,11 +248,19 @@ void ConsoleWindow::EnableSections() {
   keysBefore_.clear();
 }
 
+void ConsoleWindow::ShowLocked() {
+  const bool locked = console_.Lock().Locked();
+  // What is off in a menu takes no key either. The menu of the lock stays, to unlock with the mouse.
+  for (QAction* menu : menuBar()->actions())
+    menu->setEnabled(!locked || menu == menus_[DeskMenu::Desk]->menuAction());
+  confirmation_->setEnabled(!locked);
+  alarm_->setEnabled(!locked);
+}
+
 void ConsoleWindow::BuildMenu() {
   QMenu* file = menus_[DeskMenu::File] = menuBar()->addMenu(tr("&File"));
   quit_ = file->addAction(tr("&Quit"), this, [this] { close(); });
   quit_->setObjectName(QStringLiteral("mnuQuit"));
-  quit_->setToolTip(tr("While a track plays, close the window instead"));
   quit_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
   QMenu* view = menus_[DeskMenu::View] = menuBar()->addMenu(tr("&View"));
   QAction* filter = view->addAction(tr("&Filter tracks"), this, [this] { library_->BeginFilter(); });
@@ -264,6 +283,13 @@ void ConsoleWindow::BuildMenu() {
                                     [this] { ListenInMonitor(); });
   listen->setObjectName(QStringLiteral("mnuMonitor"));
   listen->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
+  QMenu* help = menus_[DeskMenu::Help] = menuBar()->addMenu(tr("&Help"));
+  help->addAction(tr("&About %1").arg(console_.Title()), this, [this] {
+    const Console::Services& have = console_.GetServices();
+    have.prompter.Tell({.text = have.aboutLine, .title = have.title, .icon = PromptIcon::Information});
+  });
+  // An entry that is off says why.
+  for (const auto& [which, menu] : menus_) menu->setToolTipsVisible(true);
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
     if (console_.Lock().Locked() || console_.Load() != nullptr) return;
@@ -287,8 +313,32 @@ void ConsoleWindow::ListenInMonitor() {
 
 void ConsoleWindow::AddWindowCommand(DeskMenu menu, QAction& command) {
   menus_.at(menu)->addAction(&command);
-  // An entry that is off says why.
-  menus_.at(menu)->setToolTipsVisible(true);
+}
+
+void ConsoleWindow::TakeAsCopy(QDropEvent& event) const {
+  const QList<QUrl> urls = event.mimeData()->urls();
+  const bool files = std::any_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
+  // Whatever the other program proposes: after a move it would delete what is imported here.
+  event.setDropAction(Qt::CopyAction);
+  event.setAccepted(files && console_.Load() == nullptr && !console_.Lock().Locked());
+}
+
+void ConsoleWindow::dragEnterEvent(QDragEnterEvent* event) {
+  TakeAsCopy(*event);
+}
+
+void ConsoleWindow::dragMoveEvent(QDragMoveEvent* event) {
+  TakeAsCopy(*event);
+}
+
+void ConsoleWindow::dropEvent(QDropEvent* event) {
+  TakeAsCopy(*event);
+  if (!event->isAccepted()) return;
+  QStringList places;
+  for (const QUrl& url : event->mimeData()->urls()) {
+    if (url.isLocalFile()) places.append(url.toLocalFile());
+  }
+  Q_EMIT FilesDropped(places);
 }
 
 void ConsoleWindow::ApplyColours() {
@@ -308,7 +358,7 @@ void ConsoleWindow::ReadPlace() {
 }
 
 void ConsoleWindow::ShowStatus() {
-  status_->setText(console_.StatusLine());
+  SetSpokenText(*status_, tr("Status"), console_.StatusLine());
   ShowAir(console_.Status().Status());
   if (console_.DeviceNotice().isEmpty()) {
     notices_->Clear(kDeviceNotice);
@@ -372,6 +422,10 @@ void ConsoleWindow::closeEvent(QCloseEvent* event) {
     return;
   }
   event->ignore();
+  if (console_.Lock().Locked()) {
+    console_.Lock().Lockscr();
+    return;
+  }
   if (!asking_.Running()) asking_ = AskToClose();
 }
 

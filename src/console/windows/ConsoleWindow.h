@@ -51,23 +51,33 @@ class ConsoleWindow : public QMainWindow {
   void Closed();
   /// A button of the console wants the window of this id (WindowId).
   void WindowWanted(const QString& id);
+  /// Files and folders of another program were dropped here.
+  void FilesDropped(const QStringList& places);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
   bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   void BuildMenu();
   /// The selected row of the queue where that has the keyboard, else the library's track.
   void ListenInMonitor();
+  /// What comes from another program is copied, where it is taken at all.
+  void TakeAsCopy(QDropEvent& event) const;
   void BuildDesk();
   void ShowStatus();
   void ShowLoad();
   void ShowPanel();
-  /// Which panels are enabled: none while the catalogue loads or the screen is locked, no list while the desk
-  /// asks or a fade runs. The keyboard comes back to where it was.
+  /// Which panels are enabled: none while the catalogue loads or the screen is locked; the keyboard comes
+  /// back to where it was. While the desk asks or a fade runs the lists stay open to look and to type, and
+  /// only refuse what changes the queue.
   void EnableSections();
+  /// Locked, neither menus nor what lies over the panels take a hand.
+  void ShowLocked();
   void ShowTick();
   void PlaceOverlays();
   void PlaceAlarm();

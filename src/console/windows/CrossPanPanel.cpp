@@ -5,6 +5,7 @@
 #include "console/transitions/Transitions.h"
 #include "console/windows/WarningLamp.h"
 #include "ui/Fader.h"
+#include "ui/Naming.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -27,19 +28,21 @@ CrossPanPanel::CrossPanPanel(Transitions& fades, AutoPlay& automatic, StatusTick
       delta_(new Fader(Qt::Horizontal, 0, kMostDelta, this)),
       deltaWords_(new QLabel(this)) {
   setObjectName(QStringLiteral("CrossPan"));
-  crossPan_->setObjectName(QStringLiteral("SldCrossPan"));
+  SetNames(*crossPan_, QStringLiteral("SldBetweenDecks"), QStringLiteral("SldCrossPan"));
   crossPan_->setAccessibleName(tr("Cross pan"));
-  crossPan_->setToolTip(tr("Left: deck 1 alone. Right: deck 2 alone. Double click: both"));
+  crossPan_->setToolTip(tr("Left: deck 1 alone. Right: deck 2 alone. Double click or Enter: both"));
   crossPan_->SetRestValue(0);
   crossPan_->SetFillFrom(0);
   crossPan_->SetTickInterval(100);
   crossPan_->setPageStep(20);
-  speed_->setObjectName(QStringLiteral("SldFadeSp"));
+  SetNames(*speed_, QStringLiteral("SldFadeSpeed"), QStringLiteral("SldFadeSp"));
+  speedWords_->setObjectName(QStringLiteral("LblFadeSpeed"));
   speed_->setAccessibleName(tr("Fade speed"));
   // To the right is quicker, as the number that is shown.
   speed_->setInvertedAppearance(true);
   speed_->setPageStep(5);
-  delta_->setObjectName(QStringLiteral("SldDelta"));
+  SetNames(*delta_, QStringLiteral("SldFadeOutPosition"), QStringLiteral("SldDelta"));
+  deltaWords_->setObjectName(QStringLiteral("LblFadeOutPosition"));
   delta_->setAccessibleName(QStringLiteral("Default Fade Out Position"));
   delta_->setToolTip(QStringLiteral("Default Fade Out Position"));
   delta_->setPageStep(5);

@@ -3,13 +3,16 @@
 #include "console/windows/MonitorPanel.h"
 #include "console/windows/PlayIndicator.h"
 #include "platform/Words.h"
+#include "ui/Command.h"
 #include "ui/CommandButton.h"
 #include "ui/DeckTally.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Fader.h"
+#include "ui/KeyList.h"
 #include "ui/Naming.h"
 #include "ui/ProgressStrip.h"
 #include "ui/ScalableIcon.h"
+#include "ui/SpokenText.h"
 #include "ui/TimeDisplay.h"
 
 #include <QHBoxLayout>
@@ -36,6 +39,20 @@ QString DecibelText(int loss) {
   return loss == 0 ? QStringLiteral("0 dB") : QStringLiteral("-%1 dB").arg(loss / 50.0, 0, 'f', 1);
 }
 
+/// A box of text that shows whole lines: what has no room for a further one stays empty.
+class WholeLines : public QPlainTextEdit {
+ public:
+  using QPlainTextEdit::QPlainTextEdit;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QPlainTextEdit::resizeEvent(event);
+    const int line = fontMetrics().lineSpacing();
+    const int room = contentsRect().height() - static_cast<int>(document()->documentMargin());
+    setViewportMargins(0, 0, 0, std::max(room, 0) % line);
+  }
+};
+
 }  // namespace
 
 DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
@@ -43,6 +60,7 @@ DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
             ForDeck(deck, QStringLiteral("AUDIO STREAM ONE"), QStringLiteral("AUDIO STREAM TWO")), parent),
       desk_(parts),
       decks_(parts.decks),
+      commands_(parts.decks, parts.fades, parts.speak, parts.state),
       deck_(deck),
       tally_(new DeckTally(this)),
       indicator_(new PlayIndicator(this)),
@@ -51,7 +69,7 @@ DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
       progress_(new ProgressStrip(this)),
       info_(new ElidedLabel(this)),
       loadFail_(new QLabel(QStringLiteral("Load Fail"), this)),
-      text_(new QPlainTextEdit(this)),
+      text_(new WholeLines(this)),
       level_(new Fader(Qt::Vertical, 0, kMostLoss, this)),
       levelWords_(new QLabel(this)) {
   setObjectName(ForDeck(deck, QStringLiteral("Deck1"), QStringLiteral("Deck2")));
@@ -59,44 +77,53 @@ DeckPanel::DeckPanel(const Parts& parts, Deck deck, QWidget* parent)
   const auto key = [number](QKeyCombination one, QKeyCombination two) {
     return QKeySequence(number == 1 ? one : two);
   };
-  load_ = AddCommand(ForDeck(deck, QStringLiteral("CmdLoad2"), QStringLiteral("CmdLoad3")), tr("Load"),
+  load_ = AddCommand(QStringLiteral("CmdDeckLoad"),
+                     ForDeck(deck, QStringLiteral("CmdLoad2"), QStringLiteral("CmdLoad3")), tr("Load"),
                      QStringLiteral("Loads Track From Play Queue To Deck %1").arg(number),
                      key(Qt::CTRL | Qt::Key_1, Qt::CTRL | Qt::Key_2));
-  start_ = AddCommand(ForDeck(deck, QStringLiteral("CmdMan2"), QStringLiteral("CmdMan3")), tr("Start"),
+  start_ = AddCommand(QStringLiteral("CmdDeckStart"),
+                      ForDeck(deck, QStringLiteral("CmdMan2"), QStringLiteral("CmdMan3")), tr("Start"),
                       QStringLiteral("Manual start"), key(Qt::ALT | Qt::Key_1, Qt::ALT | Qt::Key_2));
-  stop_ = AddCommand(ForDeck(deck, QStringLiteral("Command5"), QStringLiteral("Command6")), tr("Stop"),
+  stop_ = AddCommand(QStringLiteral("CmdDeckStop"),
+                     ForDeck(deck, QStringLiteral("Command5"), QStringLiteral("Command6")), tr("Stop"),
                      QStringLiteral("Stop Deck %1").arg(number),
                      key(Qt::CTRL | Qt::ALT | Qt::Key_1, Qt::CTRL | Qt::ALT | Qt::Key_2));
-  moves_ = {AddMove(FastMove::SkipToStart, tr("Skip to start")),
-            AddMove(FastMove::Rewind, tr("Fast rewind (hold)")),
-            AddMove(FastMove::Forward, tr("Fast forward (hold)")),
-            AddMove(FastMove::SkipToEnd, tr("Skip to end"))};
-  pan_ = AddTransition(TransitionKind::Pan,
+  for (const auto& [move, name, words] :
+       {std::tuple(FastMove::SkipToStart, QStringLiteral("CmdDeckSkipToStart"), tr("Skip to start")),
+        std::tuple(FastMove::Rewind, QStringLiteral("CmdDeckRewind"), tr("Fast rewind (hold)")),
+        std::tuple(FastMove::Forward, QStringLiteral("CmdDeckForward"), tr("Fast forward (hold)")),
+        std::tuple(FastMove::SkipToEnd, QStringLiteral("CmdDeckSkipToEnd"), tr("Skip to end"))})
+    moves_.emplace_back(move, AddMove(move, name, words));
+  pan_ = AddTransition(TransitionKind::Pan, QStringLiteral("CmdDeckPan"),
                        ForDeck(deck, QStringLiteral("CMdD2pan"), QStringLiteral("CMdD3Pan")),
                        QStringLiteral("PAN"), ForDeck(deck, QStringLiteral("F6"), QStringLiteral("F10")));
-  partFade_ = AddTransition(
-      TransitionKind::PartFade, ForDeck(deck, QStringLiteral("CmdPFade2"), QStringLiteral("CmdPFade3")),
-      QStringLiteral("PART"), ForDeck(deck, QStringLiteral("F7"), QStringLiteral("F11")));
-  dub_ =
-      AddTransition(TransitionKind::Dub, ForDeck(deck, QStringLiteral("CmdDub2"), QStringLiteral("CmdDub3")),
-                    QStringLiteral("DUB"), ForDeck(deck, QStringLiteral("F8"), QStringLiteral("F12")));
+  partFade_ =
+      AddTransition(TransitionKind::PartFade, QStringLiteral("CmdDeckPartFade"),
+                    ForDeck(deck, QStringLiteral("CmdPFade2"), QStringLiteral("CmdPFade3")),
+                    QStringLiteral("PART"), ForDeck(deck, QStringLiteral("F7"), QStringLiteral("F11")));
+  dub_ = AddTransition(TransitionKind::Dub, QStringLiteral("CmdDeckDub"),
+                       ForDeck(deck, QStringLiteral("CmdDub2"), QStringLiteral("CmdDub3")),
+                       QStringLiteral("DUB"), ForDeck(deck, QStringLiteral("F8"), QStringLiteral("F12")));
   cancelStart_ = new CommandButton(QStringLiteral("Cancel"), this);
-  cancelStart_->setObjectName(QStringLiteral("CmdConfirm%1").arg(number));
+  SetNames(*cancelStart_, QStringLiteral("CmdCancelStart%1").arg(number),
+           QStringLiteral("CmdConfirm%1").arg(number));
   cancelStart_->setToolTip(tr("Takes the start back"));
+  cancelStart_->setAccessibleName(tr("Cancel the start of deck %1").arg(number));
   cancelStart_->setFocusPolicy(Qt::NoFocus);
   Theme::SetRole(*cancelStart_, QStringLiteral("stop"));
+  start_->setAccessibleName(tr("Start deck %1").arg(number));
   Build();
   Connect();
   Show();
   ShowTransitions();
 }
 
-QPushButton* DeckPanel::AddTransition(TransitionKind kind, const QString& name, const QString& text,
-                                      const QString& key) {
+QPushButton* DeckPanel::AddTransition(TransitionKind kind, const QString& name, const QString& fixedName,
+                                      const QString& text, const QString& key) {
   auto* button = new CommandButton(text, this);
-  button->setObjectName(name);
+  SetNames(*button, name + QString::number(DisplayNumber(deck_)), fixedName);
   button->setFocusPolicy(Qt::NoFocus);
-  button->setAccessibleName(text + QStringLiteral(", deck %1, ").arg(DisplayNumber(deck_)) + key);
+  button->setAccessibleName(text + QStringLiteral(", deck %1").arg(DisplayNumber(deck_)));
   button->setProperty("key", key);
   connect(button, &QPushButton::pressed, this, [this, kind] {
     Transitions& fades = desk_.fades;
@@ -113,44 +140,42 @@ QPushButton* DeckPanel::AddTransition(TransitionKind kind, const QString& name, 
 void DeckPanel::ShowTransitions() {
   const Transitions& fades = desk_.fades;
   const auto tip = [](QPushButton* button, const QString& words) {
-    button->setToolTip(words + QStringLiteral("  (") + button->property("key").toString() + QLatin1Char(')'));
+    button->setToolTip(words);
+    TellKey(*button, button->property("key").toString());
   };
   tip(pan_, Transitions::FadeTimeTooltip(desk_.fades.FadeSpeed(), TransitionKind::Pan));
   tip(partFade_, Transitions::FadeTimeTooltip(desk_.fades.FadeSpeed(), TransitionKind::PartFade));
   tip(dub_, tr("Both decks while it is held, then a part fade"));
-  const DeckRecord& record = decks_.Record(deck_);
-  const bool usable = record.State != DeckState::Empty && !record.Loading && !desk_.state.PlaysByItself();
   for (QPushButton* button : {pan_, partFade_, dub_}) {
     // A dub that is held must not lose its button under the finger.
-    if (!button->isDown())
-      button->setEnabled(usable && !fades.WalkActive() && !desk_.speak.SectionDisabled());
+    if (!button->isDown()) Offer(*button, commands_.WhyNoTransition(deck_));
   }
   const CancelPanel& cancel = fades.GetCancelPanel();
   const bool walksHere = fades.WalkActive() && fades.MayCancel() && fades.Record().TransitionDeck == deck_;
   cancelStart_->setVisible((cancel.Visible() && cancel.OnDeck() == deck_) || walksHere);
 }
 
-QPushButton* DeckPanel::AddCommand(const QString& name, const QString& text, const QString& tooltip,
-                                   const QKeySequence& key) {
+QPushButton* DeckPanel::AddCommand(const QString& name, const QString& fixedName, const QString& text,
+                                   const QString& tooltip, const QKeySequence& key) {
   auto* button = new CommandButton(text, this);
-  button->setObjectName(name);
+  SetNames(*button, name + QString::number(DisplayNumber(deck_)), fixedName);
   button->setAccessibleName(tooltip);
   // Not the button's own shortcut, which waits a tenth of a second to show that it is pressed.
   auto* shortcut = new QShortcut(key, this);
   shortcut->setAutoRepeat(false);
   connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
-  button->setToolTip(tooltip + QStringLiteral("  (") + key.toString(QKeySequence::NativeText) +
-                     QLatin1Char(')'));
-  button->setFocusPolicy(Qt::TabFocus);
+  button->setToolTip(tooltip);
+  TellKey(*button, key.toString(QKeySequence::NativeText));
   return button;
 }
 
-QToolButton* DeckPanel::AddMove(FastMove move, const QString& tooltip) {
+QToolButton* DeckPanel::AddMove(FastMove move, const QString& name, const QString& tooltip) {
   auto* button = new QToolButton(this);
-  button->setObjectName(QStringLiteral("CmdRF%1_%2").arg(PlayerNumber(deck_)).arg(static_cast<int>(move)));
+  SetNames(*button, name + QString::number(DisplayNumber(deck_)),
+           QStringLiteral("CmdRF%1_%2").arg(PlayerNumber(deck_)).arg(static_cast<int>(move)));
   button->setToolTip(tooltip);
   button->setAccessibleName(tooltip + QStringLiteral(", deck %1").arg(DisplayNumber(deck_)));
-  button->setFocusPolicy(Qt::NoFocus);
+  button->setFocusPolicy(Qt::TabFocus);
   connect(button, &QToolButton::pressed, this, [this, move] { decks_.BeginFastMove(deck_, move); });
   connect(button, &QToolButton::released, this, [this] { decks_.EndFastMove(deck_); });
   return button;
@@ -158,8 +183,8 @@ QToolButton* DeckPanel::AddMove(FastMove move, const QString& tooltip) {
 
 void DeckPanel::Build() {
   const QString number = QString::number(DisplayNumber(deck_));
-  SetNames(*stop_, QStringLiteral("CmdDeckStop") + number, stop_->objectName());
-  title_->setObjectName(QStringLiteral("lbldisplay") + number);
+  tally_->setObjectName(QStringLiteral("DeckTally") + number);
+  SetNames(*title_, QStringLiteral("LblDeckTitle") + number, QStringLiteral("lbldisplay") + number);
   title_->setFont(Theme::Font(1.25, QFont::DemiBold));
   title_->setTextInteractionFlags(Qt::NoTextInteraction);
   SetNames(*remaining_, QStringLiteral("TimeLeft") + number,
@@ -169,11 +194,12 @@ void DeckPanel::Build() {
   title_->setWordWrap(true);
   title_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   title_->setFixedHeight(QFontMetrics(title_->font()).lineSpacing() * 2);
+  tally_->setAccessibleDescription(tr("Deck %1").arg(number));
   tally_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   SetNames(*indicator_, QStringLiteral("PlayIndicator") + number,
            ForDeck(deck_, QStringLiteral("Label8"), QStringLiteral("Label9")));
   indicator_->setAccessibleName(tr("What is heard, deck %1").arg(number));
-  info_->setObjectName(QStringLiteral("LblGenInfo") + number);
+  SetNames(*info_, QStringLiteral("LblDeckInfo") + number, QStringLiteral("LblGenInfo") + number);
   progress_->setObjectName(QStringLiteral("Progress") + number);
   progress_->setAccessibleName(tr("Position, deck %1").arg(number));
   SetNames(*loadFail_, QStringLiteral("LblLoadFail") + number, QStringLiteral("Label20_") + number);
@@ -189,14 +215,16 @@ void DeckPanel::Build() {
   text_->setPlaceholderText(tr("Select a row of the queue, then Load."));
   text_->setMinimumHeight(fontMetrics().height() * 3);
 
-  level_->setObjectName(ForDeck(deck_, QStringLiteral("SldVolLeft"), QStringLiteral("SldVolRight")));
+  SetNames(*level_, QStringLiteral("SldLevel") + number,
+           ForDeck(deck_, QStringLiteral("SldVolLeft"), QStringLiteral("SldVolRight")));
   level_->setAccessibleName(tr("Level, deck %1").arg(number));
-  level_->setToolTip(tr("Level of deck %1. Double click: full").arg(number));
+  level_->setToolTip(tr("Level of deck %1. Double click or Enter: full").arg(number));
   level_->setInvertedAppearance(true);
   level_->SetRestValue(0);
   level_->SetTickInterval(500);
   level_->setSingleStep(25);
   level_->setPageStep(250);
+  levelWords_->setObjectName(QStringLiteral("LblLevel") + number);
   levelWords_->setAlignment(Qt::AlignCenter);
   levelWords_->setFont(Theme::Font(0.85));
   levelWords_->setMinimumWidth(
@@ -210,7 +238,7 @@ void DeckPanel::Build() {
   Theme::SetRole(*stop_, QStringLiteral("stop"));
   constexpr std::array kMoveIcons{Icon::SkipStart, Icon::Rewind, Icon::Forward, Icon::SkipEnd};
   for (std::size_t place = 0; place < moves_.size(); ++place)
-    moves_[place]->setIcon(ScalableIcon(kMoveIcons[place]));
+    moves_[place].second->setIcon(ScalableIcon(kMoveIcons[place]));
 
   auto* top = new QHBoxLayout;
   top->addWidget(tally_);
@@ -224,9 +252,9 @@ void DeckPanel::Build() {
   commands->addWidget(stop_, 1);
   auto* moving = new QHBoxLayout;
   moving->setSpacing(4);
-  for (QToolButton* move : moves_) {
-    move->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    moving->addWidget(move);
+  for (const auto& [move, button] : moves_) {
+    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    moving->addWidget(button);
   }
   auto* middle = new QVBoxLayout;
   middle->addLayout(top);
@@ -317,6 +345,9 @@ void DeckPanel::Show() {
   progress_->setRange(0, record.ProgressMaximum());
   progress_->setValue(std::min(record.ProgressValue(), record.ProgressMaximum()));
   ShowTime(record);
+  setAccessibleDescription(tr("Deck %1: %2, %3, %4 left")
+                               .arg(QString::number(DisplayNumber(deck_)), title,
+                                    DeckTally::Word(tally_->TallyState()), remaining_->Text()));
   ShowCommands(record);
 }
 
@@ -342,10 +373,13 @@ void DeckPanel::ShowTime(const DeckRecord& record) {
                            : record.RemainSeconds < kEndingSeconds ? TimeDisplay::State::Amber
                                                                    : TimeDisplay::State::Calm);
       break;
-    case DeckState::Done:
-      tally_->SetState(DeckTally::State::Done);
-      remaining_->SetState(TimeDisplay::State::Dim);
+    case DeckState::Done: {
+      // In a fade of automatic play a deck counts as done while it is still heard.
+      const bool sounds = decks_.Moves(deck_) && !desk_.fades.FadedOut(deck_);
+      tally_->SetState(sounds ? DeckTally::State::Ending : DeckTally::State::Done);
+      remaining_->SetState(sounds ? TimeDisplay::State::Amber : TimeDisplay::State::Dim);
       break;
+    }
   }
 }
 
@@ -353,25 +387,17 @@ void DeckPanel::ShowLevel(const DeckRecord& record) {
   // Under the operator's voice the fader keeps the level that the deck comes back to: a hand on it begins
   // there. The words tell what is heard.
   level_->setValue(record.Level);
-  levelWords_->setText(DecibelText(record.Loss));
+  SetSpokenText(*levelWords_, tr("Heard, deck %1").arg(DisplayNumber(deck_)), DecibelText(record.Loss));
   QPalette colours = palette();
   if (record.Loss != record.Level) colours.setColor(QPalette::WindowText, Theme::Palette().amber);
   if (levelWords_->palette() != colours) levelWords_->setPalette(colours);
 }
 
 void DeckPanel::ShowCommands(const DeckRecord& record) {
-  const bool byHand = !desk_.state.PlaysByItself() && !desk_.speak.SectionDisabled();
-  const bool walks = desk_.fades.WalkActive();
-  load_->setEnabled(byHand && decks_.LoadCommandActs(deck_));
-  start_->setEnabled(byHand && !record.Loading &&
-                     (record.State == DeckState::Loaded || record.State == DeckState::Done));
-  stop_->setEnabled(byHand && !walks && record.State != DeckState::Empty);
-  const bool standing = record.State == DeckState::Loaded || record.State == DeckState::Done;
-  for (std::size_t place = 0; place < moves_.size(); ++place) {
-    const bool skip = place == 0 || place == 3;
-    moves_[place]->setEnabled(byHand && !walks &&
-                              (standing || (skip && record.State == DeckState::Playing && !record.Live())));
-  }
+  Offer(*load_, commands_.WhyNoLoad(deck_));
+  Offer(*start_, commands_.WhyNoStart(deck_));
+  Offer(*stop_, commands_.WhyNoStop(deck_));
+  for (const auto& [move, button] : moves_) Offer(*button, commands_.WhyNoMove(deck_, move));
   ShowLevel(record);
   setCursor(record.Loading ? Qt::BusyCursor : Qt::ArrowCursor);
 }

@@ -3,6 +3,7 @@
 #include "console/automatic/AutoPlay.h"
 #include "console/monitor/Monitor.h"
 #include "console/status/StatusTick.h"
+#include "console/transitions/DeckCommands.h"
 #include "console/transitions/PressToSpeak.h"
 #include "console/transitions/Transitions.h"
 #include "ui/Panel.h"
@@ -51,15 +52,17 @@ class DeckPanel : public Panel {
   void ShowTime(const DeckRecord& record);
   void ShowLevel(const DeckRecord& record);
   void ShowCommands(const DeckRecord& record);
-  QPushButton* AddCommand(const QString& name, const QString& text, const QString& tooltip,
-                          const QKeySequence& key);
-  QPushButton* AddTransition(TransitionKind kind, const QString& name, const QString& text,
-                             const QString& key);
+  /// The deck's number is put behind each `name`.
+  QPushButton* AddCommand(const QString& name, const QString& fixedName, const QString& text,
+                          const QString& tooltip, const QKeySequence& key);
+  QPushButton* AddTransition(TransitionKind kind, const QString& name, const QString& fixedName,
+                             const QString& text, const QString& key);
   void ShowTransitions();
-  QToolButton* AddMove(FastMove move, const QString& tooltip);
+  QToolButton* AddMove(FastMove move, const QString& name, const QString& tooltip);
 
   Parts desk_;
   DeckEngine& decks_;
+  DeckCommands commands_;
   Deck deck_;
   DeckTally* tally_;
   PlayIndicator* indicator_;
@@ -74,7 +77,7 @@ class DeckPanel : public Panel {
   QPushButton* load_;
   QPushButton* start_;
   QPushButton* stop_;
-  std::vector<QToolButton*> moves_;
+  std::vector<std::pair<FastMove, QToolButton*>> moves_;
   QPushButton* pan_;
   QPushButton* partFade_;
   QPushButton* dub_;

@@ -11,6 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTextEdit>
 
 namespace kelvo {
 
@@ -24,8 +25,10 @@ constexpr Nanoseconds kReleaseDelay = 40ms;
 bool TakesText(const QWidget* widget) {
   if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
   if (const auto* text = qobject_cast<const QPlainTextEdit*>(widget)) return !text->isReadOnly();
+  if (const auto* text = qobject_cast<const QTextEdit*>(widget)) return !text->isReadOnly();
+  const auto* choices = qobject_cast<const QComboBox*>(widget);
   return qobject_cast<const QAbstractSpinBox*>(widget) != nullptr ||
-         qobject_cast<const QComboBox*>(widget) != nullptr;
+         (choices != nullptr && choices->isEditable());
 }
 
 /// What is typed at this moment goes into a text.
@@ -46,17 +49,17 @@ bool WalksSlider(const QKeyEvent& event) {
 QString ButtonOf(int key) {
   switch (key) {
     case Qt::Key_F6:
-      return QStringLiteral("CMdD2pan");
+      return QStringLiteral("CmdDeckPan1");
     case Qt::Key_F7:
-      return QStringLiteral("CmdPFade2");
+      return QStringLiteral("CmdDeckPartFade1");
     case Qt::Key_F8:
-      return QStringLiteral("CmdDub2");
+      return QStringLiteral("CmdDeckDub1");
     case Qt::Key_F10:
-      return QStringLiteral("CMdD3Pan");
+      return QStringLiteral("CmdDeckPan2");
     case Qt::Key_F11:
-      return QStringLiteral("CmdPFade3");
+      return QStringLiteral("CmdDeckPartFade2");
     case Qt::Key_F12:
-      return QStringLiteral("CmdDub3");
+      return QStringLiteral("CmdDeckDub2");
     default:
       return {};
   }
@@ -69,6 +72,13 @@ DeskKeys::DeskKeys(Parts parts, QWidget& window)
   qApp->installEventFilter(this);
 }
 
+std::vector<KeyLine> DeskKeys::OwnKeys() {
+  return {{tr("Part fade to deck 1, of decks that play"), tr("4 of the number pad")},
+          {tr("Pan to deck 2, of decks that play"), tr("6 of the number pad")},
+          {tr("Yes, to what the desk asks"), tr("Enter")},
+          {tr("No, to what the desk asks; takes a start or a fade back; empties the filter"), tr("Esc")}};
+}
+
 bool DeskKeys::eventFilter(QObject* watched, QEvent* event) {
   const bool press = event->type() == QEvent::KeyPress;
   const bool release = event->type() == QEvent::KeyRelease;
@@ -76,8 +86,10 @@ bool DeskKeys::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::WindowDeactivate && widget != nullptr && widget->isWindow()) LetGoOfAll();
   if ((!press && !release) || widget == nullptr) return false;
   const auto* key = static_cast<const QKeyEvent*>(event);
-  // The function keys work in every window beside the desk, unless a question is open.
-  const bool beside = !ButtonOf(key->key()).isEmpty() && !QApplication::activeModalWidget();
+  // The function keys work in every window beside the desk, unless a question is open. Who reaches for the
+  // space bar wants to speak, whatever is open.
+  const bool beside =
+      key->key() == Qt::Key_Space || (!ButtonOf(key->key()).isEmpty() && !QApplication::activeModalWidget());
   if (widget->window() != &window_ && !beside) return false;
   const Qt::KeyboardModifiers modifiers = key->modifiers() & ~Qt::KeypadModifier;
   if (modifiers != Qt::NoModifier && press) return false;
@@ -104,12 +116,12 @@ bool DeskKeys::Press(const QKeyEvent& event, bool typing) {
     Q_EMIT button->pressed();
     return true;
   }
-  if (typing) return false;
   if (desk_.closed()) return false;
   if (desk_.panel.Visible() && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
     desk_.panel.Confirm();
     return true;
   }
+  if (typing) return false;
   if (key == Qt::Key_Space) {
     held_.try_emplace(key);
     desk_.speak.Press();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/EventLoop.h"
+#include "ui/KeyList.h"
 
 #include <QObject>
 
@@ -18,9 +19,9 @@ class Transitions;
 
 /// The keys of the desk that work wherever the focus is in the console: F6 to F8 and F10 to F12 start
 /// transitions (also from the windows beside it), 4 and 6 of the number pad move the slider, the space bar is
-/// press-to-speak, also while the desk asks. A box that takes text keeps its own keys; an empty filter box
-/// takes no space. While the desk asks, Return and Enter answer yes. Owned by the console window;
-/// GUI thread.
+/// press-to-speak, in every window and also while a question is open. A box that takes text keeps its own
+/// keys; an empty filter box takes no space. While the desk asks, Return and Enter answer yes. Owned by the
+/// console window; GUI thread.
 class DeskKeys : public QObject {
   Q_OBJECT
  public:
@@ -34,6 +35,9 @@ class DeskKeys : public QObject {
   };
   /// Watches the whole application for keys meant for `window`.
   DeskKeys(Parts parts, QWidget& window);
+
+  /// Those of its keys that no control of the console shows.
+  [[nodiscard]] static std::vector<KeyLine> OwnKeys();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

@@ -10,6 +10,7 @@
 #include "ui/Naming.h"
 #include "ui/PickedRows.h"
 #include "ui/ScalableIcon.h"
+#include "ui/SpokenText.h"
 #include "ui/Tabular.h"
 
 #include <QContextMenuEvent>
@@ -75,8 +76,7 @@ QWidget* LibraryPanel::NamesPart() {
                               .fixedName = fixedName,
                               .words = words,
                               .tooltip = tooltip,
-                              .key = QKeySequence(Qt::CTRL | Qt::SHIFT | key),
-                              .focus = Qt::TabFocus});
+                              .key = QKeySequence(Qt::CTRL | Qt::SHIFT | key)});
   };
   search_ = add(QStringLiteral("CmdSearch"), QStringLiteral("Command34"), QStringLiteral("Search"),
                 tr("Looks for tracks by their data"), Qt::Key_F);
@@ -100,15 +100,16 @@ QWidget* LibraryPanel::TracksPart() {
   auto* head = new QLabel(QStringLiteral("TRACKS"), part);
   head->setFont(Theme::Font(0.88, QFont::Bold));
   SetNames(*summary_, QStringLiteral("LblListed"), QStringLiteral("Label13"));
-  summary_->setAccessibleName(tr("What is listed"));
   summary_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   SetNames(*count_, QStringLiteral("LblTrackCount"), QStringLiteral("Label7"));
-  count_->setAccessibleName(tr("Tracks listed"));
   words_->setObjectName(QStringLiteral("TrackFilter"));
   words_->setAccessibleName(tr("Filter the tracks"));
   words_->setToolTip(tr("Any words of artist and title, in any order  (Ctrl+F)"));
   words_->setClearButtonEnabled(true);
+  // What is dropped here is music for the desk, not a name to be typed.
+  words_->setAcceptDrops(false);
   words_->addAction(ScalableIcon(Icon::Search), QLineEdit::LeadingPosition);
+  NameLineSigns(*words_);
   words_->installEventFilter(this);
 
   SetNames(*list_, QStringLiteral("TrackList"), QStringLiteral("ListView1"));
@@ -125,7 +126,7 @@ QWidget* LibraryPanel::TracksPart() {
   list_->setColumnHidden(number(LibraryColumn::Path), true);
   list_->setColumnHidden(number(LibraryColumn::Mref), true);
   QHeaderView* heads = list_->horizontalHeader();
-  heads->setSectionsClickable(true);
+  list_->LetHeadBeClicked();
   // To paint a head Qt asks whether every row of its column is selected: with all of 100,000 that takes its
   // time.
   heads->setSelectionModel(new QItemSelectionModel(model_, heads));
@@ -144,14 +145,19 @@ QWidget* LibraryPanel::TracksPart() {
                             .tooltip = tr("Adds the selected tracks to the play queue"),
                             .keyWords = tr("Enter or double click"),
                             .icon = Icon::Add,
-                            .role = QStringLiteral("primary"),
-                            .focus = Qt::TabFocus});
+                            .role = QStringLiteral("primary")});
   selectAll_ = AddCommand(*this, {.name = QStringLiteral("CmdSelectAll"),
                                   .fixedName = QStringLiteral("Command30"),
                                   .words = browser_.SelectAllCaption(),
                                   .tooltip = tr("Selects all tracks of the list, or none"),
-                                  .key = QKeySequence(Qt::CTRL | Qt::Key_A),
-                                  .focus = Qt::TabFocus});
+                                  .key = QKeySequence(Qt::CTRL | Qt::Key_A)});
+
+  import_ = AddCommand(*this, {.name = QStringLiteral("CmdImportMusic"),
+                               .words = tr("Import Music..."),
+                               .tooltip = tr("Brings music into the library"),
+                               .icon = Icon::Folder,
+                               .role = QStringLiteral("primary"),
+                               .run = [this] { Q_EMIT ImportWanted(); }});
 
   auto* title = new QHBoxLayout;
   title->addWidget(head);
@@ -166,6 +172,7 @@ QWidget* LibraryPanel::TracksPart() {
   layout->addLayout(title);
   layout->addWidget(words_);
   layout->addWidget(list_, 1);
+  layout->addWidget(import_);
   layout->addLayout(commands);
   return part;
 }
@@ -244,11 +251,11 @@ void LibraryPanel::ShowFacts() {
   const bool everywhere = browser_.WordsLookEverywhere();
   if (browser_.Narrowed()) {
     const int of = everywhere ? catalogue_.LastTrack() : browser_.ListedCount();
-    count_->setText(tr("%1 of %2").arg(shown).arg(of));
+    SetSpokenText(*count_, tr("Tracks listed"), tr("%1 of %2").arg(shown).arg(of));
     list_->SetEmptyText(everywhere ? tr("No track has all these words.")
                                    : tr("No track of this list has all these words."));
   } else {
-    count_->setText(QString::number(shown));
+    SetSpokenText(*count_, tr("Tracks listed"), QString::number(shown));
     if (catalogue_.LastTrack() == 0) {
       list_->SetEmptyText(QStringLiteral("Please Add Some Music To the Data Base"));
     } else if (everywhere) {
@@ -261,16 +268,28 @@ void LibraryPanel::ShowFacts() {
   }
   words_->setPlaceholderText(everywhere ? tr("Type to search all tracks  (Ctrl+F)")
                                         : tr("Type to filter this list  (Ctrl+F)"));
-  summary_->setText(browser_.Summary(summary_->width() / std::max(fontMetrics().averageCharWidth(), 1)));
+  const int letters = summary_->width() / std::max(fontMetrics().averageCharWidth(), 1);
+  SetSpokenText(*summary_, tr("What is listed"), browser_.Summary(letters));
   selectAll_->setText(browser_.SelectAllCaption());
+  ShowImport();
+}
+
+void LibraryPanel::ShowImport() {
+  // Not before the catalogue is read: the desk is off till then.
+  import_->setVisible(isEnabled() && catalogue_.LastTrack() == 0);
 }
 
 void LibraryPanel::ShowListing() {
-  const bool listing = browser_.Listing();
-  for (QPushButton* button : {search_, allArtists_, allAlbums_, add_, selectAll_})
-    button->setEnabled(!listing);
-  listing_->setVisible(listing);
-  if (listing) listing_->ShowChoices();
+  ShowCommands();
+  listing_->setVisible(browser_.Listing());
+  if (browser_.Listing()) listing_->ShowChoices();
+}
+
+void LibraryPanel::ShowCommands() {
+  const QString why = browser_.Listing() ? tr("Tracks are being listed") : QString();
+  for (QPushButton* button : {search_, allArtists_, allAlbums_, selectAll_}) Offer(*button, why);
+  ShowImport();
+  Offer(*add_, why.isEmpty() ? browser_.WhyNoAdd() : why);
 }
 
 void LibraryPanel::AddSelected() {

@@ -35,9 +35,12 @@ class LibraryPanel : public Panel {
   [[nodiscard]] Mref CurrentTrack() const;
   /// Closes the track's details, stops a listing or empties the filter box, the first of these that there is.
   void Escape();
+  /// What works may be another by now: a listing, a question or a fade began or ended.
+  void ShowCommands();
 
  Q_SIGNALS:
   void SearchWanted();
+  void ImportWanted();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -48,6 +51,8 @@ class LibraryPanel : public Panel {
   [[nodiscard]] QWidget* TracksPart();
   void JoinParts();
   void ShowFacts();
+  /// The way in of an empty library.
+  void ShowImport();
   void ShowListing();
   void AddSelected();
   void Deselect(const std::vector<Mref>& tracks);
@@ -67,6 +72,7 @@ class LibraryPanel : public Panel {
   QPushButton* allAlbums_;
   QPushButton* add_;
   QPushButton* selectAll_;
+  QPushButton* import_;
   ListingPanel* listing_;
   TrackInfoPanel* info_;
   QPoint infoSpot_;

@@ -25,7 +25,6 @@ ListingPanel::ListingPanel(LibraryBrowser& browser, QWidget* parent)
   auto* stop = new CommandButton(ScalableIcon(Icon::Stop), QStringLiteral("Stop Listing"), this);
   SetNames(*stop, QStringLiteral("CmdStopListing"), QStringLiteral("Command33"));
   stop->setToolTip(tr("What is listed so far stays  (Esc)"));
-  stop->setFocusPolicy(Qt::TabFocus);
   grid->addWidget(stop, static_cast<int>(heads.size()), 0, 1, 2);
   grid->setColumnStretch(1, 1);
   connect(stop, &QPushButton::clicked, this, [this] { browser_.StopListing(); });

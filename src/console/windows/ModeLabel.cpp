@@ -2,6 +2,7 @@
 
 #include "console/status/StatusTick.h"
 #include "ui/Naming.h"
+#include "ui/SpokenText.h"
 #include "ui/Theme.h"
 
 #include <QPainter>
@@ -25,7 +26,6 @@ QFont WordFont() {
 
 ModeLabel::ModeLabel(const StatusTick& tick, QWidget* parent) : QLabel(parent), tick_(tick) {
   SetNames(*this, QStringLiteral("LblMode"), QStringLiteral("Label32_3"));
-  setAccessibleName(tr("Mode"));
   setAlignment(Qt::AlignCenter);
   connect(&tick_, &StatusTick::Ticked, this, [this] { Show(); });
   Show();
@@ -34,8 +34,7 @@ ModeLabel::ModeLabel(const StatusTick& tick, QWidget* parent) : QLabel(parent), 
 void ModeLabel::Show() {
   const QString& word = tick_.Status().mode.text;
   if (text() != word) {
-    setText(word);
-    setAccessibleDescription(word);
+    SetSpokenText(*this, tr("Mode"), word);
   }
   update();
 }

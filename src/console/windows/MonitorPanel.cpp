@@ -33,7 +33,6 @@ QPushButton* AddMonitorButton(Monitor& monitor, MonitorSource source, QWidget& o
                                     .fixedName = QStringLiteral("PFL%1").arg(number),
                                     .words = QStringLiteral("PFL"),
                                     .icon = Icon::Headphones,
-                                    .focus = Qt::TabFocus,
                                     .run = [&monitor, source] { monitor.Open(source); }});
   button->setAccessibleName(QObject::tr("Listen to %1 in the monitor").arg(what));
   const auto show = [&monitor, button] {

@@ -4,6 +4,7 @@
 #include "ui/LetterBox.h"
 #include "ui/ListTable.h"
 #include "ui/Naming.h"
+#include "ui/SpokenText.h"
 #include "ui/Tabular.h"
 #include "ui/Theme.h"
 
@@ -184,7 +185,6 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
   SetNames(*letters_, words.letters, QStringLiteral("Combo1_%1").arg(static_cast<int>(stage)));
   SetNames(*chosen_, words.chosen, words.fixedChosen);
   chosen_->setFont(Theme::Font(0.9, QFont::DemiBold));
-  chosen_->setAccessibleName(tr("%1: chosen").arg(words.accessible));
 
   auto* head = new QHBoxLayout;
   head->setSpacing(4);
@@ -220,7 +220,8 @@ void NameColumn::ShowChoice() {
   } else if (!shown.contains(selected)) {
     list_->selectionModel()->setCurrentIndex(selected, QItemSelectionModel::ClearAndSelect);
   }
-  chosen_->setText(browser_.Chosen(stage_));
+  const QString what = browser_.Chosen(stage_).isEmpty() ? tr("%1: none is chosen") : tr("%1: chosen");
+  SetSpokenText(*chosen_, what.arg(WordsOf(stage_).accessible), browser_.Chosen(stage_));
   chosen_->setToolTip(browser_.Chosen(stage_));
   words_->setVisible(browser_.FilterWordsShown(stage_));
 }

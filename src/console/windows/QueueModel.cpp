@@ -81,7 +81,14 @@ QVariant QueueModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant QueueModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  if (orientation != Qt::Horizontal) return {};
+  // The tooltip tells a heading that is cut whole, and why a click on it does nothing.
+  if (role == Qt::ToolTipRole)
+    return QStringList{Heading(section), queue_.WhyNoSort()}.join(QLatin1Char('\n')).trimmed();
+  return role == Qt::DisplayRole ? Heading(section) : QVariant();
+}
+
+QString QueueModel::Heading(int section) const {
   switch (section) {
     case TrackColumn:
       return queue_.TrackHead();

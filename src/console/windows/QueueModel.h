@@ -38,6 +38,8 @@ class QueueModel : public QAbstractTableModel {
   void TracksDropped(const std::vector<Mref>& tracks);
 
  private:
+  [[nodiscard]] QString Heading(int section) const;
+
   PlayQueue& queue_;
   int litRow_ = 0;
 };

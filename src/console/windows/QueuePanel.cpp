@@ -2,8 +2,10 @@
 
 #include "console/windows/QueueModel.h"
 #include "platform/Words.h"
+#include "ui/Command.h"
 #include "ui/CommandButton.h"
 #include "ui/ElidedLabel.h"
+#include "ui/KeyList.h"
 #include "ui/ListTable.h"
 #include "ui/Naming.h"
 #include "ui/ScalableIcon.h"
@@ -31,7 +33,6 @@ QPushButton* QueuePanel::AddCommand(const QString& name, const QString& tooltip,
   SetNames(*button, name, fixedName);
   button->setToolTip(tooltip);
   button->setAccessibleName(tooltip);
-  button->setFocusPolicy(Qt::TabFocus);
   return button;
 }
 
@@ -45,14 +46,14 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
       down_(AddCommand(QStringLiteral("CmdQueDown"), tr("Moves Selected Track Down"))),
       cut_(AddCommand(QStringLiteral("CmdQueCut"), tr("Remove Selected File"))),
       clear_(AddCommand(QStringLiteral("CmdQueClear"), tr("Clear the Play Queue"))),
-      edit_(AddCommand(QStringLiteral("CmdClEdit"), tr("Edit Song Data"))),
+      edit_(AddCommand(QStringLiteral("CmdQueEdit"), tr("Edit Song Data"), QStringLiteral("CmdClEdit"))),
       timings_(AddCommand(QStringLiteral("CmdTimings"), tr("Shows durations in place of genres, and back"),
                           QStringLiteral("Command11"))) {
   setObjectName(QStringLiteral("PlayQueue"));
   auto* nameLabel = new ElidedLabel(tr("Play List Name/Id"), this);
   SetNames(*name_, QStringLiteral("TxtPlayListName"), QStringLiteral("Text5"));
   name_->setAccessibleName(nameLabel->text());
-  name_->setFocusPolicy(Qt::ClickFocus);
+  name_->setAcceptDrops(false);
   name_->setMinimumWidth(fontMetrics().averageCharWidth() * 6);
   nameLabel->setBuddy(name_);
 
@@ -70,12 +71,8 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
     list_->setColumnHidden(hidden, true);
   list_->setItemDelegate(new TabularDelegate(this));
   QHeaderView* head = list_->horizontalHeader();
-  head->setSectionsClickable(true);
+  list_->LetHeadBeClicked();
   head->moveSection(head->visualIndex(GenreColumn), 2);
-  // A whole name before anything else: what the comment says is shown by the row's colour too.
-  list_->SetColumns(
-      TrackColumn, 47,
-      {{CommentColumn, 20}, {GenreColumn, 13}, {BpmColumn, 7}, {DateColumn, 11}, {HiColumn, 6}});
 
   up_->setIcon(ScalableIcon(Icon::Up));
   down_->setIcon(ScalableIcon(Icon::Down));
@@ -90,8 +87,7 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   const auto bind = [this](QPushButton* button, const QKeySequence& key) {
     // A shortcut of its own: a button whose words change loses the one that it was given.
     connect(new QShortcut(key, this), &QShortcut::activated, button, &QPushButton::click);
-    button->setToolTip(button->toolTip() + QStringLiteral("  (") + key.toString(QKeySequence::NativeText) +
-                       QLatin1Char(')'));
+    TellKey(*button, key.toString(QKeySequence::NativeText));
   };
   bind(up_, QKeySequence(Qt::CTRL | Qt::Key_Up));
   bind(down_, QKeySequence(Qt::CTRL | Qt::Key_Down));
@@ -122,6 +118,7 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   connect(edit_, &QPushButton::clicked, this, [this] { queue_.EditSelected(); });
   connect(timings_, &QPushButton::clicked, this, [this] { queue_.SwitchTimings(); });
   connect(name_, &QLineEdit::textEdited, this, [this](const QString& text) { queue_.SetName(text); });
+  connect(name_, &QLineEdit::returnPressed, list_, qOverload<>(&QWidget::setFocus));
   connect(head, &QHeaderView::sectionClicked, this,
           [this](int section) { queue_.SortBy(static_cast<QueueColumn>(section)); });
   connect(list_, &QTableView::clicked, this,
@@ -185,22 +182,37 @@ void QueuePanel::ShowPosition(int index) {
   }
 }
 
+void QueuePanel::ShowColumns() {
+  if (timingsShown_ == queue_.ShowsTimings()) return;
+  timingsShown_ = queue_.ShowsTimings();
+  // A whole name before anything else: what the comment says is shown by the row's colour too. Durations that
+  // were asked for are seen at every width.
+  std::vector<ListTable::OptionalColumn> others{
+      {CommentColumn, 20}, {GenreColumn, 13}, {BpmColumn, 7}, {DateColumn, 11}, {HiColumn, 6}};
+  if (*timingsShown_) {
+    others.erase(others.begin() + 1);
+    others.insert(others.begin(), {GenreColumn, 11, true});
+  }
+  list_->SetColumns(TrackColumn, 47, std::move(others));
+}
+
 void QueuePanel::ShowFacts() {
   if (name_->text() != queue_.Name()) name_->setText(queue_.Name());
   SetNote(QStringLiteral("%1   %2").arg(queue_.Count()).arg(HoursMinutesSeconds(queue_.QueueTotalSeconds())));
   timings_->setText(queue_.TimingsCaption());
-  timings_->setEnabled(queue_.Count() > 0);
+  Offer(*timings_, queue_.Count() > 0 ? QString() : tr("The queue is empty"));
+  ShowColumns();
   edit_->setVisible(static_cast<bool>(queue_.OpenEditor));
   ShowCommands();
 }
 
 void QueuePanel::ShowCommands() {
-  up_->setEnabled(queue_.MayMove(-1));
-  down_->setEnabled(queue_.MayMove(1));
-  cut_->setEnabled(queue_.MayCut());
-  clear_->setEnabled(queue_.MayClear());
-  edit_->setEnabled(queue_.QueueHasSelection());
-  list_->horizontalHeader()->setSectionsClickable(queue_.MaySort());
+  Offer(*up_, queue_.WhyNoMove(-1));
+  Offer(*down_, queue_.WhyNoMove(1));
+  Offer(*cut_, queue_.WhyNoCut());
+  Offer(*clear_, queue_.WhyNoClear());
+  Offer(*edit_, queue_.WhyNoEdit());
+  list_->horizontalHeader()->setSectionsClickable(queue_.WhyNoSort().isEmpty());
 }
 
 }  // namespace kelvo

@@ -5,6 +5,7 @@
 #include "ui/Panel.h"
 
 #include <functional>
+#include <optional>
 
 class QBoxLayout;
 class QLineEdit;
@@ -39,6 +40,7 @@ class QueuePanel : public Panel {
  private:
   void ShowFacts();
   void ShowSelection();
+  void ShowColumns();
   void ShowRow(int index);
   QPushButton* AddCommand(const QString& name, const QString& tooltip, const QString& fixedName = {});
 
@@ -55,6 +57,7 @@ class QueuePanel : public Panel {
   QPushButton* timings_;
   JobList jobs_;
   bool showingSelection_ = false;
+  std::optional<bool> timingsShown_;
   int beatsToPosition_ = 0;
 };
 

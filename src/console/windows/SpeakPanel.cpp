@@ -2,6 +2,7 @@
 
 #include "ui/CommandButton.h"
 #include "ui/Fader.h"
+#include "ui/KeyList.h"
 #include "ui/Naming.h"
 #include "ui/ScalableIcon.h"
 
@@ -20,16 +21,17 @@ SpeakPanel::SpeakPanel(PressToSpeak& speak, QWidget* parent)
       speedWords_(new QLabel(this)) {
   setObjectName(QStringLiteral("AutoFade"));
   SetNames(*talk_, QStringLiteral("CmdPressToSpeak"), QStringLiteral("Command10"));
-  talk_->setToolTip(tr("Both decks step back while it is held  (space bar)"));
+  talk_->setToolTip(tr("Both decks step back while it is held"));
+  TellKey(*talk_, tr("space bar"));
   talk_->setFocusPolicy(Qt::NoFocus);
   Theme::SetRole(*talk_, QStringLiteral("primary"));
-  depth_->setObjectName(QStringLiteral("SldAfade"));
+  SetNames(*depth_, QStringLiteral("SldSpeakDepth"), QStringLiteral("SldAfade"));
   depth_->setAccessibleName(QStringLiteral("Auto Fade Depth Over Decks 1 and 2 "));
   depth_->setToolTip(QStringLiteral("Auto Fade Depth Over Decks 1 and 2 "));
   depth_->setInvertedAppearance(true);
   depth_->setPageStep(100);
   depth_->setSingleStep(25);
-  speed_->setObjectName(QStringLiteral("SldAfSpd"));
+  SetNames(*speed_, QStringLiteral("SldSpeakSpeed"), QStringLiteral("SldAfSpd"));
   speed_->setAccessibleName(QStringLiteral("Auto Fade Attack / Decay"));
   speed_->setToolTip(QStringLiteral("Auto Fade Attack / Decay"));
   SetNames(*depthWords_, QStringLiteral("LblSpeakDepth"), QStringLiteral("Label11_4"));

@@ -22,7 +22,7 @@ TimerForm::TimerForm(AutoPlay& automatic, const EventLoop& loop, QWidget* parent
       minute_(new QSpinBox(this)),
       armed_(new QCheckBox(QStringLiteral("Timer Set"), this)),
       warning_(new QLabel(this)) {
-  setObjectName(QStringLiteral("FrmTimer"));
+  SetNames(*this, QStringLiteral("TimerForm"), QStringLiteral("FrmTimer"));
   setWindowTitle(tr("Set Timer"));
   SetNames(*armed_, QStringLiteral("ChkTimerSet"), QStringLiteral("Check1"));
   hour_->setObjectName(QStringLiteral("TimerHour"));

@@ -1,6 +1,7 @@
 #include "database/windows/JingleImportWindow.h"
 
 #include "database/windows/DriveBox.h"
+#include "database/windows/FileLook.h"
 #include "ui/Command.h"
 #include "ui/JobStrip.h"
 #include "ui/Line.h"
@@ -20,7 +21,7 @@ JingleImportWindow::JingleImportWindow(EventLoop& loop, JingleImport& jingles)
       model_(jingles.Rows(),
              {{{.head = tr("File"), .letters = 24}, &JingleRow::name},
               {{.head = tr("Size (MB)"), .letters = 12, .rank = 1, .number = true}, &JingleRow::SizeText},
-              {{.head = tr("Path"), .letters = 44, .rank = 2}, &JingleRow::path}}),
+              {{.head = tr("Path"), .letters = 44, .rank = 2, .path = true}, &JingleRow::path}}),
       sounds_({.name = QStringLiteral("LstSounds"),
                .fixedName = QStringLiteral("Lstjing"),
                .group = Group::Bites,
@@ -29,8 +30,8 @@ JingleImportWindow::JingleImportWindow(EventLoop& loop, JingleImport& jingles)
               model_, this),
       drives_(new DriveBox(jingles.Drives(), DriveBox::Words::Short, this)),
       progress_(new JobStrip(loop, QStringLiteral("PrgJingles"), tr("Progress"), this)) {
-  model_.Dress = [](const JingleRow& row, int, int role) {
-    return role == Qt::ToolTipRole ? QVariant(row.path) : QVariant();
+  model_.Dress = [](const JingleRow& row, int column, int role) {
+    return DressFile(row.path, row.trouble, column == 0, role);
   };
   BuildCommands();
   BuildLayout();

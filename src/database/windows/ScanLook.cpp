@@ -1,5 +1,6 @@
 #include "database/windows/ScanLook.h"
 
+#include "database/windows/FileLook.h"
 #include "ui/ScalableIcon.h"
 #include "ui/Theme.h"
 
@@ -59,19 +60,19 @@ RowModel<ScanRow>::Columns ScanColumns(ScanRows& rows) {
     return made;
   };
   // In the order of ScanColumn.
-  return {column(ScanTitleColumn, 26, 0),    column(ScanArtistColumn, 20, 1), column(ScanDateColumn, 11, 2),
-          column(ScanCommentsColumn, 14, 4), column(ScanFolderColumn, 18, 3), column(ScanPathColumn, 40, 5)};
+  return {column(ScanTitleColumn, 26, 0),    column(ScanArtistColumn, 20, 2), column(ScanDateColumn, 11, 3),
+          column(ScanCommentsColumn, 14, 5), column(ScanFolderColumn, 16, 4), column(ScanPathColumn, 30, 1)};
 }
 
 QVariant DressScanRow(const ScanRow& row, int column, int role) {
+  const bool colourless = !GroundOf(row.mark).isValid();
+  const bool isSign = role == Qt::ForegroundRole || role == Qt::DecorationRole;
+  if (!row.trouble.isEmpty() && colourless && isSign)
+    return DressFile(row.Text(ScanPathColumn), row.trouble, column == ScanTitleColumn, role);
   switch (role) {
-    case Qt::ToolTipRole: {
-      const QString words = WordsOf(row.mark);
-      const QString path = row.Text(ScanPathColumn);
-      return words.isEmpty() ? path : path + QLatin1Char('\n') + words;
-    }
+    case Qt::ToolTipRole:
     case Qt::AccessibleDescriptionRole:
-      return WordsOf(row.mark);
+      return DressFile(row.Text(ScanPathColumn), WordsOf(row), false, role);
     case Qt::BackgroundRole:
       return GroundOf(row.mark);
     case Qt::ForegroundRole:
@@ -103,20 +104,30 @@ QString HeadOf(ScanColumn column) {
   return {};
 }
 
-QString WordsOf(ScanMark mark) {
-  switch (mark) {
+QString WordsOf(const ScanRow& row) {
+  QStringList words;
+  switch (row.mark) {
     case ScanMark::None:
-      return {};
+      break;
     case ScanMark::InDatabase:
-      return Text::tr(
-          "Yellow: a track of this name is in the main data base. Import it again to replace that one.");
+      words.append(Text::tr(
+          "Yellow: a track of this name is in the main data base. Import it again to replace that one."));
+      break;
     case ScanMark::InUtility:
-      return Text::tr(
-          "Red: a track of this name waits in the utilities folder. Rename this one to import it.");
+      words.append(
+          Text::tr("Red: a track of this name waits in the utilities folder. Rename this one to import it."));
+      break;
     case ScanMark::Copied:
-      return Text::tr("Copied to the utilities folder.");
+      words.append(Text::tr("Copied to the utilities folder."));
+      break;
   }
-  return {};
+  if (!row.trouble.isEmpty()) words.append(Text::tr("It cannot be played: %1").arg(row.trouble));
+  return words.join(QLatin1Char(' '));
+}
+
+void MarkDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+  QStyledItemDelegate::initStyleOption(option, index);
+  if (index.column() == ScanPathColumn) option->textElideMode = Qt::ElideLeft;
 }
 
 void MarkDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,

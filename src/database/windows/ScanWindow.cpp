@@ -98,8 +98,7 @@ void ScanWindow::Connect() {
   connect(&scan_, &ScanImport::Began, this, [this] { found_.Table().clearSelection(); });
   connect(delete_, &QCheckBox::clicked, this, [this](bool on) { scan_.SetDeletesSources(on); });
   connect(&found_, &ListPanel::PickedChanged, this, [this] { Show(); });
-  connect(found_.Table().selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-          [this] { ShowRow(); });
+  connect(&found_, &ListPanel::CurrentChanged, this, [this] { ShowRow(); });
   connect(&model_, &QAbstractItemModel::dataChanged, this, [this] { ShowRow(); });
   connect(drives_, &QComboBox::currentIndexChanged, this, [this] { Show(); });
   connect(&scan_, &ScanImport::Changed, this, [this] { Show(); });
@@ -118,19 +117,36 @@ void ScanWindow::Refresh() {
 }
 
 void ScanWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (event->mimeData()->hasUrls() && !scan_.Busy()) event->acceptProposedAction();
+  TakeAsCopy(*event);
+}
+
+void ScanWindow::dragMoveEvent(QDragMoveEvent* event) {
+  TakeAsCopy(*event);
+}
+
+void ScanWindow::TakeAsCopy(QDropEvent& event) const {
+  // Whatever the other program proposes: after a move it would delete what is only listed here.
+  event.setDropAction(Qt::CopyAction);
+  event.setAccepted(event.mimeData()->hasUrls() && !scan_.Busy());
 }
 
 void ScanWindow::dropEvent(QDropEvent* event) {
+  TakeAsCopy(*event);
+  if (!event->isAccepted()) return;
   QStringList places;
   for (const QUrl& url : event->mimeData()->urls()) {
     if (url.isLocalFile()) places.append(url.toLocalFile());
   }
+  TakeFiles(places);
+  event->acceptProposedAction();
+}
+
+void ScanWindow::TakeFiles(const QStringList& places) {
+  if (scan_.Busy()) return;
   for (const QString& place : places) {
     if (!IsMediaName(place)) scan_.Drives().AddFolder(place);
   }
   scan_.Search(places);
-  event->acceptProposedAction();
 }
 
 void ScanWindow::Show() {
@@ -152,12 +168,18 @@ void ScanWindow::Show() {
 }
 
 void ScanWindow::ShowRow() {
-  const QModelIndex current = found_.Table().currentIndex();
-  const bool known = current.isValid() && current.row() < scan_.Rows().Count();
-  const QString words = known ? WordsOf(scan_.Rows().Row(current.row()).mark) : QString();
-  rowWords_->setText(!words.isEmpty() || scan_.Rows().Count() == 0
-                         ? words
-                         : tr("F2, Return or a double click edits title, artist, date and comments."));
+  const int row = found_.Current();
+  const int rows = scan_.Rows().Count();
+  if (row < 0 || row >= rows) {
+    rowWords_->setText(
+        rows == 0 ? QString() : tr("F2, Return or a double click edits title, artist, date and comments."));
+    return;
+  }
+  const ScanRow& shown = scan_.Rows().Row(row);
+  const QString words = WordsOf(shown);
+  // A name may hold the end of a line; this is one line high.
+  const QString path = QString(shown.Text(ScanPathColumn)).replace(QLatin1Char('\n'), QLatin1Char(' '));
+  rowWords_->setText(words.isEmpty() ? path : words);
 }
 
 }  // namespace kelvo

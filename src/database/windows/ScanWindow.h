@@ -20,10 +20,13 @@ class ScanWindow : public ToolWindow {
  public:
   ScanWindow(EventLoop& loop, ScanImport& scan);
 
+  void TakeFiles(const QStringList& places) override;
+
  protected:
   void Refresh() override;
   void Enter() override { scan_.Drives().Refresh(); }
   void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
@@ -31,6 +34,7 @@ class ScanWindow : public ToolWindow {
   void BuildLayout();
   void Connect();
   void SearchOrStop();
+  void TakeAsCopy(QDropEvent& event) const;
   void Show();
   void ShowRow();
 

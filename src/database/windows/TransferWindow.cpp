@@ -1,5 +1,6 @@
 #include "database/windows/TransferWindow.h"
 
+#include "database/windows/FileLook.h"
 #include "ui/Command.h"
 #include "ui/ElidedLabel.h"
 #include "ui/JobStrip.h"
@@ -90,14 +91,16 @@ TransferWindow::TransferWindow(EventLoop& loop, Transfer& transfer)
       model_(transfer.Rows().Store(), Columns()),
       files_({.name = QStringLiteral("LstWaiting"),
               .title = tr("WAITING FILES"),
-              .accessible = tr("Files that wait to be moved into the database")},
+              .accessible = tr("Files that wait to be moved into the database"),
+              .filter = QStringLiteral("TxtFilter"),
+              .letters = QStringLiteral("CboLetter")},
              model_, this),
       words_(new ElidedLabel(this)),
       file_(new ProgressStrip(this)),
       run_(new JobStrip(loop, QStringLiteral("PrgRun"), tr("All files"), this)) {
   model_.MayEdit = [this] { return !transfer_.Rows().Locked(); };
   model_.Dress = [](const TransferRow& row, int column, int role) {
-    return role == Qt::ToolTipRole && column == TransferRows::Track ? QVariant(row.path) : QVariant();
+    return DressFile(row.path, row.trouble, column == TransferRows::Track, role);
   };
   words_->setObjectName(QStringLiteral("LblTransfer"));
   file_->setObjectName(QStringLiteral("PrgFile"));
@@ -113,6 +116,7 @@ TransferWindow::TransferWindow(EventLoop& loop, Transfer& transfer)
   BuildLayout();
   connect(delegate, &QAbstractItemDelegate::closeEditor, this, [this] { Show(); });
   connect(&files_, &ListPanel::PickedChanged, this, [this] { Show(); });
+  connect(&files_, &ListPanel::CurrentChanged, this, [this] { ShowWords(); });
   connect(&transfer_, &Transfer::Changed, this, [this] { Show(); });
   Show();
 }
@@ -171,7 +175,7 @@ void TransferWindow::ShowProgress() {
   const bool copies = transfer_.Busy() && progress.files > 0;
   const double share =
       progress.total > 0 ? static_cast<double>(progress.done) / static_cast<double>(progress.total) : 0;
-  file_->setVisible(copies);
+  file_->setVisible(transfer_.Moving());
   file_->setValue(static_cast<int>(share * kPerMille));
   file_->SetWords(progress.total > 0 ? MegabytesText(progress.total) + tr(" MB") : QString());
   JobState run{.running = transfer_.Busy() || transfer_.Listing()};
@@ -181,9 +185,21 @@ void TransferWindow::ShowProgress() {
   }
   run_->setVisible(run.running);
   run_->Show(run);
-  const bool idle = progress.words.isEmpty() && model_.rowCount() > 0;
-  words_->setText(idle ? tr("F2, Return or a double click edits artist, album, category and date.")
-                       : progress.words);
+  ShowWords();
+}
+
+void TransferWindow::ShowWords() {
+  const int row = files_.Current();
+  const bool known = row >= 0 && row < transfer_.Rows().Store().Count();
+  QStringList words{transfer_.Progress().words};
+  if (known && !transfer_.Busy()) {
+    const QString& trouble = transfer_.Rows().Store()[row].trouble;
+    if (!trouble.isEmpty()) words.append(tr("It cannot be moved: %1").arg(trouble));
+  }
+  words.removeAll(QString());
+  if (words.isEmpty() && !transfer_.Busy() && model_.rowCount() > 0)
+    words.append(tr("F2, Return or a double click edits artist, album, category and date."));
+  words_->setText(words.join(QStringLiteral("   ")));
 }
 
 }  // namespace kelvo

@@ -19,6 +19,8 @@ class TransferWindow : public ToolWindow {
  public:
   TransferWindow(EventLoop& loop, Transfer& transfer);
 
+  void TakeKeys() override { files_.Table().setFocus(); }
+
  protected:
   void Refresh() override { transfer_.List(); }
 
@@ -29,6 +31,7 @@ class TransferWindow : public ToolWindow {
   [[nodiscard]] std::vector<int> PickedIds() const;
   void Show();
   void ShowProgress();
+  void ShowWords();
 
   Transfer& transfer_;
   RowModel<TransferRow> model_;

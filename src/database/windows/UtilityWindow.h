@@ -17,6 +17,8 @@ class UtilityWindow : public ToolWindow {
  public:
   explicit UtilityWindow(UtilityFolder& folder);
 
+  void TakeKeys() override { files_.Table().setFocus(); }
+
  protected:
   void Refresh() override { folder_.List(); }
   void Leave() override { folder_.Stop(); }

@@ -1,11 +1,14 @@
 #include "datamanager/windows/SearchWindow.h"
 
 #include "database/TrackInfo.h"
+#include "database/TrackNames.h"
 #include "datamanager/windows/ScreenKeyboard.h"
 #include "platform/Words.h"
 #include "ui/Command.h"
+#include "ui/Form.h"
 #include "ui/Line.h"
 #include "ui/Naming.h"
+#include "ui/SpokenText.h"
 
 #include <QApplication>
 #include <QButtonGroup>
@@ -57,6 +60,7 @@ SearchWindow::SearchWindow(EventLoop& loop, TrackSearch& search)
           {.name = QStringLiteral("LstResults"), .title = tr("RESULTS"), .accessible = tr("Search results")},
           model_, this),
       question_(new QWidget(this)),
+      fields_(new Form(question_)),
       results_(new QLabel(this)),
       state_(new QLabel(this)) {
   model_.Dress = [&tracks = search.Tracks()](Mref track, int column, int role) {
@@ -81,25 +85,32 @@ QRadioButton* SearchWindow::AddOption(const QString& name, const QString& fixedN
   return option;
 }
 
-QLineEdit* SearchWindow::AddBox(const QString& name, const QString& fixedName, const QString& hint) {
-  auto* box = new QLineEdit(question_);
-  SetNames(*box, name, fixedName);
-  box->setToolTip(hint);
-  connect(box, &QLineEdit::returnPressed, this, [this] { Search(); });
-  return box;
+void SearchWindow::BuildFields() {
+  text_ = &fields_->AddText({.name = QStringLiteral("TxtSearch"),
+                             .fixedName = QStringLiteral("Text1"),
+                             .label = tr("Search &for"),
+                             .tooltip = tr("What to look for; accents and capitals make no difference")});
+  text_->setPlaceholderText(tr("Type what you look for, then Enter"));
+  text_->setClearButtonEnabled(true);
+  NameLineSigns(*text_);
+  date_ = &fields_->AddText({.name = QStringLiteral("TxtDate"),
+                             .fixedName = QStringLiteral("Text2"),
+                             .label = tr("&Date"),
+                             .tooltip = tr("Only this release date, as 1999-Dec")});
+  hiPos_ = &fields_->AddText({.name = QStringLiteral("TxtHiPos"),
+                              .fixedName = QStringLiteral("Text3"),
+                              .label = tr("&Hi Pos"),
+                              .tooltip = tr("Only this highest chart position")});
+  bpm_ = &fields_->AddText({.name = QStringLiteral("TxtBpm"),
+                            .fixedName = QStringLiteral("Text4"),
+                            .label = tr("&BPM"),
+                            .tooltip = tr("Only this number of beats per minute")});
+  connect(fields_, &Form::Submitted, this, [this] { Search(); });
+  connect(fields_, &Form::Changed, this, [this] { ShowWhatIsAsked(); });
 }
 
 void SearchWindow::BuildQuestion() {
-  text_ = AddBox(QStringLiteral("TxtSearch"), QStringLiteral("Text1"), tr("What to look for"));
-  text_->setAccessibleName(tr("Search for"));
-  text_->setPlaceholderText(tr("Type what you look for, then Enter"));
-  text_->setClearButtonEnabled(true);
-  date_ =
-      AddBox(QStringLiteral("TxtDate"), QStringLiteral("Text2"), tr("Only this release date, as 1999-Dec"));
-  hiPos_ =
-      AddBox(QStringLiteral("TxtHiPos"), QStringLiteral("Text3"), tr("Only this highest chart position"));
-  bpm_ =
-      AddBox(QStringLiteral("TxtBpm"), QStringLiteral("Text4"), tr("Only this number of beats per minute"));
+  BuildFields();
   title_ = AddOption(QStringLiteral("OptTitle"), QStringLiteral("Option1"), QStringLiteral("A Track Title"));
   artist_ =
       AddOption(QStringLiteral("OptArtist"), QStringLiteral("Option2"), QStringLiteral("An Artist Name"));
@@ -111,42 +122,38 @@ void SearchWindow::BuildQuestion() {
   titleFirst_ = new QCheckBox(QStringLiteral("Display By Track Title - Artist"), question_);
   SetNames(*titleFirst_, QStringLiteral("ChkTitleFirst"), QStringLiteral("Check1"));
   titleFirst_->setToolTip(tr("Shows the results of the next search by title"));
-  auto* rows = new QVBoxLayout(question_);
-  rows->setContentsMargins(0, 0, 0, 0);
-  rows->addWidget(text_);
-  rows->addLayout(OptionLine(tr("In"), {title_, artist_, album_, genre_}));
-  rows->addLayout(OptionLine(tr("Match"), {anyPart_, wholeString_}));
-  rows->addLayout(WholeLine());
+  QVBoxLayout* in = OptionColumn(tr("In"), {title_, artist_, album_, genre_});
+  in->addStretch(1);
+  QVBoxLayout* match = OptionColumn(tr("Match"), {anyPart_, wholeString_});
+  match->addSpacing(fontMetrics().height() / 2);
+  match->addWidget(titleFirst_);
+  match->addStretch(1);
+  question_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+  auto* parts = new QHBoxLayout(question_);
+  parts->setContentsMargins(0, 0, 0, 0);
+  parts->setSpacing(fontMetrics().height() * 2);
+  parts->addWidget(fields_, 1);
+  parts->addLayout(in);
+  parts->addLayout(match);
 }
 
-QHBoxLayout* SearchWindow::OptionLine(const QString& words, const QList<QRadioButton*>& options) {
-  auto* line = Line({new QLabel(words, question_)});
-  line->setSpacing(fontMetrics().height());
+QVBoxLayout* SearchWindow::OptionColumn(const QString& words, const QList<QRadioButton*>& options) {
+  auto* column = new QVBoxLayout;
+  column->setSpacing(2);
+  column->addWidget(new QLabel(words, question_));
   auto* group = new QButtonGroup(question_);
   for (QRadioButton* option : options) {
     group->addButton(option);
-    line->addWidget(option);
+    column->addWidget(option);
   }
   options.front()->setChecked(true);
-  line->addStretch(1);
-  return line;
+  return column;
 }
 
-QHBoxLayout* SearchWindow::WholeLine() {
-  auto* line = Line({});
-  const std::array boxes{std::pair{tr("&Date"), date_}, std::pair{tr("&Hi Pos"), hiPos_},
-                         std::pair{tr("&BPM"), bpm_}};
-  for (const auto& [words, box] : boxes) {
-    auto* label = new QLabel(words, question_);
-    label->setBuddy(box);
-    box->setAccessibleName(QString(words).remove(QLatin1Char('&')));
-    box->setMaximumWidth(fontMetrics().averageCharWidth() * 14);
-    line->addWidget(label);
-    line->addWidget(box);
-  }
-  line->addStretch(1);
-  line->addWidget(titleFirst_);
-  return line;
+void SearchWindow::ShowWhatIsAsked() {
+  const bool noDate = !date_->text().isEmpty() && !IsDate(date_->text().trimmed());
+  fields_->SetMessage(*date_, noDate ? tr("as 1999-Dec") : QString());
+  if (fields_->IsEmpty()) search_.Clear();
 }
 
 void SearchWindow::BuildCommands() {

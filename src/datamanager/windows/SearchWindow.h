@@ -8,13 +8,15 @@
 #include <vector>
 
 class QCheckBox;
-class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
+class QVBoxLayout;
 
 namespace kelvo {
+
+class Form;
 
 /// "Track Search": stays open above the console. A search goes on when the window is closed. GUI thread.
 class SearchWindow : public ToolWindow {
@@ -37,10 +39,10 @@ class SearchWindow : public ToolWindow {
   void BuildQuestion();
   void BuildCommands();
   void BuildLayout();
-  [[nodiscard]] QHBoxLayout* OptionLine(const QString& words, const QList<QRadioButton*>& options);
-  [[nodiscard]] QHBoxLayout* WholeLine();
+  void BuildFields();
+  [[nodiscard]] QVBoxLayout* OptionColumn(const QString& words, const QList<QRadioButton*>& options);
   [[nodiscard]] QRadioButton* AddOption(const QString& name, const QString& fixedName, const QString& text);
-  [[nodiscard]] QLineEdit* AddBox(const QString& name, const QString& fixedName, const QString& hint);
+  void ShowWhatIsAsked();
   void Search();
   void ShowState();
   void ShowPicked();
@@ -51,6 +53,7 @@ class SearchWindow : public ToolWindow {
   RowModel<Mref> model_;
   ListPanel found_;
   QWidget* question_;
+  Form* fields_;
   QLineEdit* text_ = nullptr;
   QLineEdit* date_ = nullptr;
   QLineEdit* hiPos_ = nullptr;
