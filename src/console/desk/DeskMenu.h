@@ -10,6 +10,8 @@ enum class DeskMenu { File, View, Library, Desk };
 /// Windows that a button of the console itself opens, by their id in the table of windows.
 namespace WindowId {
 inline const QString kTrackSearch = QStringLiteral("TrackSearch");
+inline const QString kPlaylistLoad = QStringLiteral("PlaylistLoad");
+inline const QString kPlaylistSave = QStringLiteral("PlaylistSave");
 }
 
 }  // namespace kelvo

@@ -90,6 +90,7 @@ ConsoleWindow::ConsoleWindow(Console& console)
   });
   connect(library_, &LibraryPanel::SearchWanted, this,
           [this] { Q_EMIT WindowWanted(WindowId::kTrackSearch); });
+  connect(queue_, &QueuePanel::WindowWanted, this, &ConsoleWindow::WindowWanted);
   connect(&console_.Panel(), &ConfirmationPanel::Changed, this, [this] { ShowPanel(); });
   for (DeckPanel* deck : decks_) connect(&pulse_, &Pulse::Beat, deck, &DeckPanel::SetLit);
   connect(&pulse_, &Pulse::Beat, alarm_, &AirAlarm::SetLit);
