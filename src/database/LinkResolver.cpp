@@ -12,8 +12,9 @@
 namespace kelvo {
 namespace {
 
+/// The same for names that differ in case, or in how a file system composes their accents.
 QString KeyOf(const QString& baseName) {
-  return baseName.toUpper();
+  return baseName.normalized(QString::NormalizationForm_C).toCaseFolded();
 }
 
 /// The tracks of these names, by their keys. A catalogue that changes meanwhile is looked through again.

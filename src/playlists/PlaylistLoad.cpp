@@ -58,7 +58,7 @@ Job<bool> PlaylistLoad::Take(PlaylistQueue::Load load, Room room, bool asked) {
     room = co_await AskForRoom(load.name, load.group);
     if (room == Room::Refused) co_return false;
   }
-  if (queue.Closed()) co_return false;
+  if (Closed()) co_return false;
   load.clearFirst = room == Room::Clear;
   queue.Take(load);
   co_return true;
@@ -80,8 +80,14 @@ void PlaylistLoad::TellSilent(int silent) {
   services_.prompter.Tell({Text::tr("Tracks Not Added, Their Disk Does Not Answer : %1").arg(silent), {}});
 }
 
+bool PlaylistLoad::Closed() {
+  if (!services_.queue->Closed()) return false;
+  services_.prompter.Tell({Text::tr("The Play Queue Takes Nothing While A Group Playlist Runs !"), {}});
+  return true;
+}
+
 Job<bool> PlaylistLoad::FromStore(QString folder, QString name) {
-  if (services_.queue->Closed()) co_return false;
+  if (Closed()) co_return false;
   const auto look = [folder] { return ReadPlaylist(folder); };
   const std::optional<PlaylistFolder> found = co_await services_.disks.Look(folder, look);
   if (!found) services_.prompter.Tell({Text::tr("Disk Does Not Answer : %1").arg(folder), {}});
@@ -154,7 +160,7 @@ Job<bool> PlaylistLoad::FromPickedFile() {
 }
 
 Job<bool> PlaylistLoad::FromFile(QString path) {
-  if (services_.queue->Closed()) co_return false;
+  if (Closed()) co_return false;
   const QFileInfo file(path);
   const QString name = file.completeBaseName();
   const auto look = [path, folder = file.path()] {

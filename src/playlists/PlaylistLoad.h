@@ -28,6 +28,8 @@ class PlaylistLoad {
 
  private:
   enum class Room { Refused, Append, Clear };
+  /// The queue takes nothing now; the operator was told.
+  [[nodiscard]] bool Closed();
   [[nodiscard]] Job<Room> AskForRoom(QString name, bool group);
   [[nodiscard]] Job<bool> Take(PlaylistQueue::Load load, Room room, bool asked);
   [[nodiscard]] Job<bool> SkipsMissing(QString name);

@@ -50,7 +50,7 @@ QString ShelfEntry::StateWords() const {
 
 PlaylistShelf::PlaylistShelf(const PlaylistServices& services) : services_(services) {
   const auto stale = [this] {
-    if (playlist_.isEmpty()) return;
+    if (playlist_.isEmpty() || resting_) return;
     stale_ = services_.loop.After(kCalm, [this] {
       if (!listing_.Running()) Start(From::Entries);
     });
@@ -100,11 +100,13 @@ void PlaylistShelf::List(const QString& category, const QString& playlist) {
 }
 
 void PlaylistShelf::Rest() {
+  resting_ = true;
   stale_.Stop();
   listing_.Cancel();
 }
 
 void PlaylistShelf::Start(From from) {
+  resting_ = false;
   stale_.Stop();
   trouble_.clear();
   listing_ = RunList(from);

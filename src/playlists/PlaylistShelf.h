@@ -83,6 +83,7 @@ class PlaylistShelf : public QObject {
   QString playlist_;
   PlaylistOutlook outlook_;
   QString trouble_;
+  bool resting_ = true;  ///< nobody looks: what changes is read when somebody does
   Timer stale_;
   Job<> listing_;
 };

@@ -28,6 +28,20 @@ TEST_F(LoadingPlaylists, WhatWasSavedFromTheQueueLoadsBackByItsNames) {
   EXPECT_EQ(queue_->last->folder, Place(u"Rock/Mix"_s));
 }
 
+TEST_F(LoadingPlaylists, ANameIsTheSameHoweverItIsWritten) {
+  const QString dotted = u"\u0130STANBUL - \u00C9T\u00C9 \u1E9E"_s;
+  AddTrack(dotted);
+  MakeCategory(u"Rock"_s);
+  Enqueue({ProperCase(dotted)});
+  OpenAt(PlaylistMode::SaveQueue, u"Rock"_s);
+  Save(u"mix"_s);
+  const QString apart = u"/nowhere/"_s + dotted.normalized(QString::NormalizationForm_D) + u".mp3"_s;
+  AddEntry(u"Rock/Mix"_s, u" 2~from a mac.lnk"_s, apart);
+  queue_->rows.clear();
+  Load(u"Mix"_s);
+  EXPECT_EQ(queue_->Count(), 2);
+}
+
 TEST_F(LoadingPlaylists, NumbersCountNotTheOrderOfTheFolderAndAGapHangsNothing) {
   AddEntry(u"Rock/Mix"_s, u" 10~Ann - One.lnk"_s, MusicPath(u"ann - one"_s));
   AddEntry(u"Rock/Mix"_s, u"2~Bob - Two.LNK"_s, MusicPath(u"bob - two"_s), QString());
@@ -80,7 +94,8 @@ TEST_F(LoadingPlaylists, AsksWhatBecomesOfTheQueue) {
   EXPECT_FALSE(queue_->group);
   queue_->closed = true;
   Load(u"Mix"_s);
-  EXPECT_EQ(queue_->Count(), 1) << "a group playlist runs";
+  EXPECT_EQ(queue_->Count(), 1);
+  EXPECT_EQ(LastTold(), u"The Play Queue Takes Nothing While A Group Playlist Runs !"_s);
 }
 
 TEST_F(LoadingPlaylists, RowsThatCameMeanwhileAreAskedAbout) {

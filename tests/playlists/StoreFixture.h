@@ -4,6 +4,7 @@
 #include "platform/ErrorLog.h"
 #include "platform/SettingsStore.h"
 #include "platform/SimulatedEventLoop.h"
+#include "platform/Words.h"
 #include "playlists/PlaylistManager.h"
 #include "support/ScriptedPrompter.h"
 

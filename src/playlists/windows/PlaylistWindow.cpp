@@ -84,7 +84,6 @@ PlaylistWindow::PlaylistWindow(EventLoop& loop, PlaylistManager& manager)
   SetNames(*name_, QStringLiteral("TxtPlaylistName"), QStringLiteral("Text1"));
   name_->setAccessibleName(tr("Name of the playlist"));
   name_->setToolTip(manager_.MaySave() ? tr("The name to save under") : tr("The chosen playlist"));
-  name_->setMaxLength(PlaylistManager::kMostPlaylistLetters);
   name_->setReadOnly(manager_.MayLoad());
   outlook_->setObjectName(QStringLiteral("LblOutlook"));
   BuildCommands();
@@ -261,7 +260,7 @@ void PlaylistWindow::TakeKeys() {
 void PlaylistWindow::Enter() {
   ShowRequests(false);
   manager_.Enter();
-  clock_ = loop_.Every(kClockBeat, [this] { outlook_->setText(manager_.Shelf().Outlook()); });
+  clock_ = loop_.Every(kClockBeat, [this] { Show(); });
 }
 
 void PlaylistWindow::Leave() {
@@ -323,21 +322,30 @@ void PlaylistWindow::Show() {
   const bool free = !manager_.Busy();
   const bool category = !shelf.Category().isEmpty();
   const bool playlist = !shelf.Playlist().isEmpty();
-  if (name_->text() != manager_.Name()) name_->setText(manager_.Name());
+  if (name_->text() != manager_.Name()) {
+    // A longer one may be there, but cannot be typed.
+    name_->setMaxLength(
+        std::max(PlaylistManager::kMostPlaylistLetters, static_cast<int>(manager_.Name().size())));
+    name_->setText(manager_.Name());
+  }
   ShowChosen(categories_, shelf.Categories(), shelf.Category());
   ShowChosen(playlists_, shelf.Playlists(), shelf.Playlist());
   categories_.SetHint(shelf.Trouble().isEmpty() ? tr("No category yet.\nMake one with \"New\".")
                                                 : shelf.Trouble());
   playlists_.SetHint(category ? tr("No playlist here yet.") : tr("Choose a category."));
   entries_.SetHint(EntriesHint());
-  outlook_->setText(shelf.Outlook());
+  const bool requests = pages_->currentWidget() == requests_;
+  outlook_->setText(requests ? QString() : shelf.Outlook());
 
+  // What is disabled loses the focus; it has it again when the work is over.
+  if (!free && focus_ == nullptr) focus_ = focusWidget();
   for (QWidget* each : {static_cast<QWidget*>(name_), static_cast<QWidget*>(&categories_.Table()),
                         static_cast<QWidget*>(&playlists_.Table())}) {
     each->setEnabled(free);
   }
+  if (free && focus_ != nullptr) std::exchange(focus_, nullptr)->setFocus();
   save_->setEnabled(free && manager_.MaySave());
-  load_->setEnabled(free && manager_.MayLoad() && playlist && shelf.Entries().Count() > 0);
+  load_->setEnabled(free && !requests && manager_.MayLoad() && playlist && shelf.Entries().Count() > 0);
   newCategory_->setEnabled(free);
   renameCategory_->setEnabled(free && manager_.MayUpkeep() && category);
   deleteCategory_->setEnabled(free && manager_.MayUpkeep() && category);

@@ -4,6 +4,8 @@
 #include "ui/ListPanel.h"
 #include "ui/ToolWindow.h"
 
+#include <QPointer>
+
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -68,6 +70,7 @@ class PlaylistWindow : public ToolWindow {
   QPushButton* import_ = nullptr;
   QPushButton* export_ = nullptr;
   QPushButton* exit_ = nullptr;
+  QPointer<QWidget> focus_;  ///< where the focus was when the work under way began
   Timer clock_;
 };
 

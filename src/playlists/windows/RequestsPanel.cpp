@@ -13,7 +13,7 @@ RequestsPanel::RequestsPanel(PlaylistManager& manager, QWidget* parent)
       manager_(manager),
       model_(manager.Requests().Rows(),
              {{{.head = QStringLiteral("Track Name"), .letters = 30}, &RequestedTrack::name},
-              {{.head = QStringLiteral("Requests"), .letters = 9, .rank = 1, .number = true},
+              {{.head = QStringLiteral("Requests"), .letters = 11, .rank = 1, .number = true},
                &RequestedTrack::count},
               {{.head = QStringLiteral("Path"), .letters = 40, .rank = 2}, &RequestedTrack::path}}),
       tracks_({.name = QStringLiteral("LstRequested"),
