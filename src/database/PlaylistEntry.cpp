@@ -103,16 +103,18 @@ bool IsGroupName(const QString& playlist) {
   return playlist.endsWith(kGroupSuffix, Qt::CaseInsensitive);
 }
 
+bool PlaylistEntry::IsLinkFile() const {
+  return UpperExtension(file) == QLatin1StringView("LNK");
+}
+
 PlaylistFolder ReadPlaylist(const QString& folder) {
   PlaylistFolder found;
   const QStringList names = ListFolder(folder, EntryKind::Files).names;
   found.files = static_cast<int>(names.size());
   for (const QString& file : names) {
-    const QString extension = UpperExtension(file);
-    const bool isLink = extension == QLatin1StringView("LNK");
-    if (!isLink && !IsMusic(extension)) continue;
     PlaylistEntry entry{file, EntryFileName::Parse(file), {}, {}};
-    if (isLink) {
+    if (!entry.IsLinkFile() && !IsMusic(UpperExtension(file))) continue;
+    if (entry.IsLinkFile()) {
       try {
         entry.link = PlaylistLink::Read(folder + QLatin1Char('/') + file);
       } catch (const Failure&) {

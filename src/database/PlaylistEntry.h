@@ -52,6 +52,9 @@ struct PlaylistEntry {
   EntryFileName name;
   std::optional<PlaylistLink> link;  ///< none where the file is no link that can be read
   std::optional<QString> line;       ///< of its companion; none where it has none
+
+  /// A link by its name; the list shows music files too.
+  [[nodiscard]] bool IsLinkFile() const;
 };
 
 /// A playlist's folder.

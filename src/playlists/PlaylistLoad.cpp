@@ -101,7 +101,7 @@ Job<bool> PlaylistLoad::FromStore(QString folder, QString name) {
   std::vector<LinkQuestion> links;
   std::vector<PlaylistEntry> entries;
   for (const PlaylistEntry& entry : found->entries) {
-    if (UpperExtension(entry.file) != QLatin1StringView("LNK")) continue;
+    if (!entry.IsLinkFile()) continue;
     links.push_back({entry.link ? entry.link->targetPath : QString(), entry.name.name});
     entries.push_back(entry);
   }

@@ -92,6 +92,7 @@ Job<> PlaylistManager::Guard(Job<> job) {
   }
   words_.clear();
   share_ = 0;
+  repairing_ = false;
   // At the loop's next turn, when this is over.
   services_.loop.Post([self = QPointer(this)] {
     if (self) Q_EMIT self->Changed();
@@ -155,7 +156,7 @@ M3uList PlaylistManager::ListToExport() const {
     return list;
   }
   for (const ShelfEntry& row : shelf_.Entries().All()) {
-    if (row.state == LinkState::Found) add(row.path, row.entry.name.name, row.seconds);
+    if (row.Playable()) add(row.path, row.entry.name.name, row.seconds);
   }
   return list;
 }
@@ -330,6 +331,7 @@ void PlaylistManager::Repair() {
 }
 
 Job<> PlaylistManager::RunRepair() {
+  repairing_ = true;
   co_await repair_.Run();
   shelf_.List();
 }

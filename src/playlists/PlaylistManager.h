@@ -44,6 +44,7 @@ class PlaylistManager : public QObject {
   /// What it does, and how far it is, 0 to 1; empty while it does nothing.
   [[nodiscard]] const QString& Words() const { return words_; }
   [[nodiscard]] double Share() const { return share_; }
+  [[nodiscard]] bool Repairing() const { return repairing_; }
   /// Ends a repair behind the playlist under way.
   void Stop() { repair_.Stop(); }
 
@@ -110,6 +111,7 @@ class PlaylistManager : public QObject {
   QString name_;
   QString words_;
   double share_ = 0;
+  bool repairing_ = false;
   Job<> work_;
 };
 

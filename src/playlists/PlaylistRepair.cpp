@@ -3,7 +3,6 @@
 #include "database/FolderListing.h"
 #include "database/LinkResolver.h"
 #include "platform/ErrorLog.h"
-#include "platform/Words.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -100,7 +99,7 @@ Job<> PlaylistRepair::Repair(QString folder, double share, RepairSum& sum) {
   std::vector<PlaylistEntry> entries;
   std::vector<LinkQuestion> links;
   for (const PlaylistEntry& entry : found->entries) {
-    if (UpperExtension(entry.file) != QLatin1StringView("LNK")) continue;
+    if (!entry.IsLinkFile()) continue;
     entries.push_back(entry);
     links.push_back({entry.link ? entry.link->targetPath : QString(), entry.name.name});
   }

@@ -30,11 +30,11 @@ QString ShelfEntry::NumberText() const {
 }
 
 QString ShelfEntry::LengthWords() const {
-  return state == LinkState::Found ? LengthText(seconds) : QString();
+  return Playable() ? LengthText(seconds) : QString();
 }
 
 QString ShelfEntry::StateWords() const {
-  if (!entry.link) return PlaylistShelf::tr("No Link");
+  if (!entry.IsLinkFile()) return PlaylistShelf::tr("No Link");
   switch (state) {
     case LinkState::Found:
       return {};
@@ -198,8 +198,7 @@ Job<> PlaylistShelf::ListEntries() {
     const ResolvedLink& link = resolved[place];
     row.state = link.state;
     row.path = link.path;
-    const bool playable = row.entry.link && link.state == LinkState::Found;
-    if (playable) {
+    if (row.Playable()) {
       row.seconds = services_.catalogue.TrackDurations(link.track);
       tracks.push_back({services_.catalogue.TrackNames[link.track], row.seconds});
     } else {

@@ -21,6 +21,8 @@ struct ShelfEntry {
   QString path = {};    ///< of the file that it leads to
   double seconds = -1;  ///< below 0: unknown
 
+  /// A load takes it: a file of another kind is shown, and nothing more.
+  [[nodiscard]] bool Playable() const { return entry.IsLinkFile() && state == LinkState::Found; }
   [[nodiscard]] QString NumberText() const;
   [[nodiscard]] QString LengthWords() const;
   /// What is wrong with it; empty: nothing.

@@ -162,6 +162,21 @@ TEST_F(TheStore, RepairMendsWhatItCanDeletesTheRestAndClosesTheGaps) {
   EXPECT_EQ(Files(u"Jazz/Far"_s).size(), 1) << "what does not answer is not deleted";
 }
 
+TEST_F(TheStore, ARepairThatIsStoppedEndsBehindThePlaylistUnderWay) {
+  for (const QString& name : {u"A"_s, u"B"_s, u"C"_s}) AddEntry(u"Rock/"_s + name, u" 1~Gone.lnk"_s, {});
+  Open(PlaylistMode::Browse);
+  prompter_.answers = {Answer::Yes};
+  QObject::connect(&*manager_, &PlaylistManager::Changed, [this] {
+    if (manager_->Words().endsWith(u"/B"_s)) manager_->Stop();
+  });
+  manager_->Repair();
+  EXPECT_TRUE(manager_->Repairing());
+  Finish();
+  EXPECT_FALSE(manager_->Repairing());
+  EXPECT_EQ(LastTold(), u"Total Files Scanned  : 2\r\nTotal Files Repaired : 0\r\nTotal Files Deleted  : 2"_s);
+  EXPECT_EQ(Files(u"Rock/C"_s).size(), 1);
+}
+
 TEST_F(TheStore, RepairDeletesNothingWhereTheMusicIsAway) {
   AddEntry(u"Rock/Mix"_s, u" 1~Ann - One.lnk"_s, MusicPath(u"ann - one"_s));
   QDir(database_.paths(Paths::Music)).removeRecursively();

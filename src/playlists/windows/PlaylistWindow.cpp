@@ -6,6 +6,7 @@
 #include "ui/JobStrip.h"
 #include "ui/Line.h"
 #include "ui/Naming.h"
+#include "ui/Theme.h"
 
 #include <QDragEnterEvent>
 #include <QLabel>
@@ -138,7 +139,7 @@ void PlaylistWindow::BuildCommands() {
                                .words = QStringLiteral("&Repair Playlist Structure"),
                                .tooltip = tr("Mends the links of all playlists"),
                                .icon = Icon::Settings,
-                               .run = [this] { manager_.Repair(); }});
+                               .run = [this] { RepairOrStop(); }});
   import_ = AddCommand(*this, {.name = QStringLiteral("CmdImport"),
                                .words = tr("&Import..."),
                                .tooltip = tr("Loads a playlist file of another player (M3U8) into the queue; "
@@ -160,8 +161,6 @@ void PlaylistWindow::BuildCommands() {
                              .keyWords = tr("Esc"),
                              .icon = Icon::Close,
                              .run = [this] { close(); }});
-  progress_->OfferStop(QStringLiteral("CmdStop"), tr("Ends the repair behind this playlist"),
-                       [this] { manager_.Stop(); });
 }
 
 void PlaylistWindow::BuildCategoryCommands() {
@@ -286,6 +285,14 @@ void PlaylistWindow::ShowRequests(bool shown) {
   Show();
 }
 
+void PlaylistWindow::RepairOrStop() {
+  if (manager_.Repairing()) {
+    manager_.Stop();
+  } else {
+    manager_.Repair();
+  }
+}
+
 void PlaylistWindow::dragEnterEvent(QDragEnterEvent* event) {
   if (!ListFileIn(*event->mimeData()).isEmpty()) event->acceptProposedAction();
 }
@@ -353,7 +360,11 @@ void PlaylistWindow::Show() {
   deletePlaylist_->setEnabled(free && manager_.MayUpkeep() && playlist);
   deleteEntry_->setEnabled(free && manager_.MayUpkeep() && entries_.AnyPicked());
   showRequests_->setEnabled(free && manager_.MaySeeRequests());
-  repair_->setEnabled(free);
+  const bool repairing = manager_.Repairing();
+  repair_->setText(repairing ? QStringLiteral("STOP") : QStringLiteral("&Repair Playlist Structure"));
+  repair_->setIcon(ScalableIcon(repairing ? Icon::Stop : Icon::Settings));
+  Theme::SetRole(*repair_, repairing ? QStringLiteral("stop") : QString());
+  repair_->setEnabled(free || repairing);
   import_->setEnabled(free && manager_.MayLoad());
   export_->setEnabled(free && (playlist || manager_.Mode() == PlaylistMode::SaveQueue));
   progress_->Show(

@@ -39,6 +39,7 @@ class PlaylistWindow : public ToolWindow {
   [[nodiscard]] QWidget* Shelves();
   void BuildLayout();
   void ShowRequests(bool shown);
+  void RepairOrStop();
   void Show();
   /// Lets the list show what is chosen on the shelf.
   static void ShowChosen(ListPanel& list, const RowStore<ShelfName>& names, const QString& chosen);
