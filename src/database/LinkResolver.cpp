@@ -4,7 +4,6 @@
 #include "database/KeptTracks.h"
 #include "platform/Words.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 #include <array>
@@ -70,9 +69,10 @@ class Answers {
   Disks::Answers answers_;
 };
 
-/// A relative path would be one of the folder that the program was started in.
+/// A relative path would be one of the folder that the program was started in; to Qt a colon in front means
+/// a resource of the program.
 QString PathHere(const QString& targetPath) {
-  return QDir::isAbsolutePath(targetPath) ? targetPath : QString();
+  return targetPath.startsWith(QLatin1Char('/')) ? targetPath : QString();
 }
 
 QString InFolder(const QString& folder, const QString& targetPath) {

@@ -36,7 +36,9 @@ QString PathOf(const QString& written, const QString& folder) {
   }
   QString path = written;
   if (!path.contains(QLatin1Char('/'))) path.replace(QLatin1Char('\\'), QLatin1Char('/'));
-  return QDir::cleanPath(QDir::isAbsolutePath(path) ? path : folder + QLatin1Char('/') + path);
+  // Qt would take a name with a colon in front for a resource of this program.
+  const bool absolute = path.startsWith(QLatin1Char('/'));
+  return QDir::cleanPath(absolute ? path : folder + QLatin1Char('/') + path);
 }
 
 /// Length and title of an information line; titles may hold commas, and lengths further properties.

@@ -5,6 +5,7 @@
 #include "playlists/PlaylistExport.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QPointer>
 
 namespace kelvo {
@@ -108,6 +109,16 @@ Job<Answer> PlaylistManager::Ask(QString text, Buttons buttons) {
   co_return answer;
 }
 
+Job<bool> PlaylistManager::Change(std::function<void()> work) {
+  const QString root = shelf_.Root();
+  const auto look = [root] { return QFileInfo::exists(root); };
+  const std::optional<bool> there = co_await services_.disks.Look(root, look);
+  if (!there) Refuse(PlaylistShelf::tr("Disk Does Not Answer : %1").arg(root));
+  if (!there) co_return false;
+  co_await services_.loop.Offload(EventLoop::Lane::Files, work);
+  co_return true;
+}
+
 void PlaylistManager::Refuse(const QString& text) {
   services_.prompter.Tell({text, {}});
 }
@@ -197,10 +208,11 @@ Job<> PlaylistManager::RunNewCategory() {
     co_return;
   }
   const QString folder = shelf_.CategoryFolder(name);
-  const auto make = [folder] {
+  const std::function<void()> make = [folder] {
     if (!QDir().mkpath(folder)) throw Failure(QStringLiteral("Cannot make the folder ") + folder, 0, folder);
   };
-  co_await services_.loop.Offload(EventLoop::Lane::Files, make);
+  const bool changed = co_await Change(make);
+  if (!changed) co_return;
   services_.catalogue.AddReference(ReferenceSet::Playlists, name);
   shelf_.List(name, {});
 }
@@ -227,8 +239,9 @@ Job<> PlaylistManager::RunRenameCategory() {
     Refuse(QStringLiteral("Group Name ") + name + QStringLiteral(" Already Exists !"));
     co_return;
   }
-  const auto rename = [folder = shelf_.CategoryFolder(old), name] { RenameFolder(folder, name); };
-  co_await services_.loop.Offload(EventLoop::Lane::Files, rename);
+  const std::function<void()> rename = [folder = shelf_.CategoryFolder(old), name] { RenameFolder(folder, name); };
+  const bool changed = co_await Change(rename);
+  if (!changed) co_return;
   services_.catalogue.RenameReference(ReferenceSet::Playlists, old, name);
   shelf_.List(name, shelf_.Playlist());
 }
@@ -248,10 +261,11 @@ Job<> PlaylistManager::RunDeleteCategory() {
         Buttons::YesNo);
     if (answer != Answer::Yes) co_return;
   }
-  const auto discard = [folder = shelf_.CategoryFolder(name), trash = services_.trash] {
+  const std::function<void()> discard = [folder = shelf_.CategoryFolder(name), trash = services_.trash] {
     DiscardFolder(folder, trash);
   };
-  co_await services_.loop.Offload(EventLoop::Lane::Files, discard);
+  const bool changed = co_await Change(discard);
+  if (!changed) co_return;
   services_.catalogue.RemoveReference(ReferenceSet::Playlists, name);
   shelf_.List({}, {});
 }
@@ -279,8 +293,9 @@ Job<> PlaylistManager::RunRenamePlaylist() {
     Refuse(QStringLiteral("Playlist Name ") + name + QStringLiteral(" Already Exists !"));
     co_return;
   }
-  const auto rename = [folder = shelf_.PlaylistFolderOf(old), name] { RenameFolder(folder, name); };
-  co_await services_.loop.Offload(EventLoop::Lane::Files, rename);
+  const std::function<void()> rename = [folder = shelf_.PlaylistFolderOf(old), name] { RenameFolder(folder, name); };
+  const bool changed = co_await Change(rename);
+  if (!changed) co_return;
   SetName(name);
   shelf_.List(shelf_.Category(), name);
 }
@@ -295,10 +310,11 @@ Job<> PlaylistManager::RunDeletePlaylist() {
                                          shelf_.Category() + QStringLiteral(" ?"),
                                      Buttons::OkCancel);
   if (answer != Answer::Ok) co_return;
-  const auto discard = [folder = shelf_.PlaylistFolderOf(name), trash = services_.trash] {
+  const std::function<void()> discard = [folder = shelf_.PlaylistFolderOf(name), trash = services_.trash] {
     DiscardFolder(folder, trash);
   };
-  co_await services_.loop.Offload(EventLoop::Lane::Files, discard);
+  const bool changed = co_await Change(discard);
+  if (!changed) co_return;
   SetName({});
   shelf_.List(shelf_.Category(), {});
 }
@@ -319,10 +335,11 @@ Job<> PlaylistManager::RunDeleteEntry(QString file) {
                                          QStringLiteral("\r\n From Playlist ") + name + QStringLiteral(" ?"),
                                      Buttons::OkCancel);
   if (answer != Answer::Ok) co_return;
-  const auto work = [folder = shelf_.PlaylistFolderOf(name), file, trash = services_.trash] {
+  const std::function<void()> work = [folder = shelf_.PlaylistFolderOf(name), file, trash = services_.trash] {
     kelvo::DeleteEntry(folder, file, trash);
   };
-  co_await services_.loop.Offload(EventLoop::Lane::Files, work);
+  const bool changed = co_await Change(work);
+  if (!changed) co_return;
   shelf_.List();
 }
 

@@ -98,6 +98,9 @@ class PlaylistManager : public QObject {
   [[nodiscard]] Job<> RunDeleteEntry(QString file);
   [[nodiscard]] Job<> RunRepair();
   [[nodiscard]] Job<Answer> Ask(QString text, Buttons buttons);
+  /// Changes files of the store, when their disk answers: what hangs there would hold up all that the
+  /// program keeps. False, with the operator told, when it does not.
+  [[nodiscard]] Job<bool> Change(std::function<void()> work);
   void Refuse(const QString& text);
   [[nodiscard]] M3uList ListToExport() const;
 

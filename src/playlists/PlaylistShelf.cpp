@@ -49,16 +49,19 @@ QString ShelfEntry::StateWords() const {
 }
 
 PlaylistShelf::PlaylistShelf(const PlaylistServices& services) : services_(services) {
-  const auto stale = [this] {
-    if (playlist_.isEmpty() || resting_) return;
-    stale_ = services_.loop.After(kCalm, [this] {
-      if (!listing_.Running()) Start(From::Entries);
+  const auto stale = [this](From from = From::Entries) {
+    if (resting_ || (playlist_.isEmpty() && from == From::Entries)) return;
+    stale_ = services_.loop.After(kCalm, [this, from] {
+      if (!listing_.Running()) Start(from);
     });
   };
   services_.catalogue.Listen(
       this, [stale](const CatalogueReplaced&) { stale(); }, [stale](const TrackAdded&) { stale(); },
       [stale](const TrackChanged&) { stale(); }, [stale](const TrackRenamed&) { stale(); },
-      [stale](const TrackRemoved&) { stale(); });
+      [stale](const TrackRemoved&) { stale(); },
+      [stale](const ReferenceChanged& change) {
+        if (change.set == ReferenceSet::Playlists) stale(From::Categories);
+      });
 }
 
 QString PlaylistShelf::CategoryFolder(const QString& category) const {

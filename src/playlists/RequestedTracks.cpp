@@ -112,6 +112,9 @@ Job<> RequestedTracks::Delete(std::vector<int> rows) {
   question.icon = PromptIcon::Question;
   const Answer answer = co_await services_.prompter.Ask(question);
   if (answer != Answer::Ok) co_return;
+  const auto look = [folder = Folder()] { return QFileInfo::exists(folder); };
+  const std::optional<bool> there = co_await services_.disks.Look(Folder(), look);
+  if (!there) co_return;
   const auto work = [paths, trash = services_.trash] {
     for (const QString& path : paths) {
       if (!trash(path)) QFile::remove(path);

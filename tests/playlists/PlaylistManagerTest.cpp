@@ -240,6 +240,33 @@ TEST_F(TheStore, WhatACrashLeftIsMendedWhenTheStoreIsOpened) {
   EXPECT_FALSE(HasLeftOvers(Place({})));
 }
 
+TEST_F(TheStore, NothingIsWrittenToADiskThatDoesNotAnswer) {
+  AddEntry(u"Rock/Mix"_s, u" 1~Ann - One.lnk"_s, {});
+  OpenAt(PlaylistMode::SaveQueue, u"Rock"_s, u"Mix"_s);
+  loop_.HangDisk(database_.paths(Paths::Playlists));
+  prompter_.texts = {u"new"_s};
+  prompter_.answers = {Answer::Ok};
+  for (const auto& command : std::vector<std::function<void()>>{[this] { manager_->NewCategory(); },
+                                                                [this] { manager_->DeletePlaylist(); },
+                                                                [this] { manager_->Save(); }}) {
+    prompter_.asked.clear();
+    Finished(command);
+    EXPECT_TRUE(LastTold().startsWith(u"Disk Does Not Answer"_s)) << LastTold().toStdString();
+  }
+  EXPECT_FALSE(QFileInfo::exists(Place(u"New"_s)));
+  EXPECT_EQ(Files(u"Rock/Mix"_s).size(), 1);
+}
+
+TEST_F(TheStore, ACategoryThatComesFromElsewhereIsShown) {
+  MakeCategory(u"Rock"_s);
+  OpenAt(PlaylistMode::Load, u"Rock"_s);
+  MakeCategory(u"Jazz"_s);
+  catalogue_.AddReference(ReferenceSet::Playlists, u"Jazz"_s);
+  loop_.RunFor(2s);
+  EXPECT_EQ(manager_->Shelf().Categories().Count(), 2);
+  EXPECT_EQ(manager_->Shelf().Category(), u"Rock"_s);
+}
+
 TEST_F(TheStore, OneThingAtATime) {
   MakeCategory(u"Rock"_s);
   OpenAt(PlaylistMode::Load, u"Rock"_s);
