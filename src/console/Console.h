@@ -73,6 +73,7 @@ class Console : public QObject {
   [[nodiscard]] StatusTick& Status() { return tick_; }
   [[nodiscard]] ScreenLock& Lock() { return lock_; }
   [[nodiscard]] DataManagerAccess& ManagerAccess() { return managerAccess_; }
+  [[nodiscard]] Disks& SlowDisks() { return disks_; }
   [[nodiscard]] Catalogue& Tracks() { return services_.catalogue; }
   [[nodiscard]] TrackFilter& Filter() { return filter_; }
   [[nodiscard]] LibraryBrowser& Browser() { return browser_; }

@@ -28,6 +28,8 @@ class DataManagerAccess {
         dmanAccess_(settings.Get(setting::DmanAccess)),
         password_(settings.Get(setting::DmanPassWord)) {}
 
+  /// The way is free without a password.
+  [[nodiscard]] bool Free() const { return dmanAccess_; }
   /// A menu entry: calls `open` when the way is free. Does nothing while the question of an entry is open.
   void Enter(std::function<void()> open);
 

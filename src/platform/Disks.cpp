@@ -17,6 +17,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Nanoseconds kBatchPoll = 20ms;
+/// How long a path may take in a batch in which one has hung: fifty on a dead disk would take minutes.
+constexpr Nanoseconds kAfterOneHung = 250ms;
 
 /// Asks the disk itself, not what the system remembers of it, as far as that is possible.
 void Knock(const QString& path) {
@@ -145,6 +147,7 @@ struct Disks::Batch {
 Job<Disks::Answers> Disks::LookAtEach(QStringList paths, std::function<bool(const QString&)> question) {
   Answers answers(static_cast<std::size_t>(paths.size()));
   std::size_t first = 0;
+  Nanoseconds limit = kSilentAfter;
   while (first < answers.size()) {
     // Where the run of those that can be asked together ends.
     std::size_t last = first;
@@ -161,12 +164,14 @@ Job<Disks::Answers> Disks::LookAtEach(QStringList paths, std::function<bool(cons
       for (std::size_t at = seen; at < done; ++at) answers[first + at] = batch->answers[at] != 0;
       if (done == last - first) break;
       if (std::exchange(seen, done) != done) movedAt = loop_.Elapsed();
-      if (loop_.Elapsed() - movedAt >= kSilentAfter) break;
+      if (loop_.Elapsed() - movedAt >= limit) break;
       co_await loop_.Sleep(kBatchPoll);
     }
     batch->dropped.store(true, std::memory_order_relaxed);
     first += batch->done.load(std::memory_order_acquire);
-    if (first < answers.size() && !answers[first]) Suspect(paths[static_cast<qsizetype>(first++)]);
+    if (first >= answers.size() || answers[first]) continue;
+    Suspect(paths[static_cast<qsizetype>(first++)]);
+    limit = kAfterOneHung;
   }
   co_return answers;
 }

@@ -227,7 +227,6 @@ ShellLink ShellLink::FromBytes(const QByteArray& bytes) {
     at += size;
   }
   if (link.targetPath.isEmpty()) link.targetPath = itemPath;
-  if (link.targetPath.isEmpty()) Refuse(QStringLiteral("it has no target"));
 
   const bool unicode = (flags & kIsUnicode) != 0;
   for (const quint32 kind : {kHasName, kHasRelativePath, kHasWorkingFolder, kHasArguments}) {
@@ -248,11 +247,12 @@ QByteArray ShellLink::ToBytes() const {
   out.setByteOrder(QDataStream::LittleEndian);
   out << kHeaderSize;
   out.writeRawData(kClass.data(), static_cast<int>(kClass.size()));
-  out << (kHasLinkInfo | kHasArguments | kIsUnicode) << kArchive;
+  const bool hasTarget = !targetPath.isEmpty();
+  out << ((hasTarget ? kHasLinkInfo : 0U) | kHasArguments | kIsUnicode) << kArchive;
   // Three times of the target and its size, which this link doesn't tell; no icon, no hot key.
   out << quint64{0} << quint64{0} << quint64{0} << quint32{0} << qint32{0} << kShowNormal;
   out << quint16{0} << quint16{0} << quint32{0} << quint32{0};
-  const QByteArray info = LinkInfo(targetPath);
+  const QByteArray info = hasTarget ? LinkInfo(targetPath) : QByteArray();
   out.writeRawData(info.constData(), static_cast<int>(info.size()));
   AppendString(out, arguments, "its arguments");
   out << quint32{0};

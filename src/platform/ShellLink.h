@@ -8,10 +8,10 @@ namespace kelvo {
 /// A shell link (".lnk"): a target and its arguments. The only reader and writer of these files. A value; any
 /// thread.
 struct ShellLink {
-  QString targetPath;  ///< absolute path of the file that the link points to
+  QString targetPath;  ///< absolute path of the file that the link points to; empty: it names none
   QString arguments;   ///< the entry's own data
 
-  /// Throws Failure when the bytes are no shell link or hold no target.
+  /// Throws Failure when the bytes are no whole shell link.
   [[nodiscard]] static ShellLink FromBytes(const QByteArray& bytes);
   [[nodiscard]] QByteArray ToBytes() const;
   [[nodiscard]] static ShellLink Read(const QString& path);

@@ -40,9 +40,10 @@ enum class Icon {
   Queue,
   Crossfade,
   Disc,
-  Volume
+  Volume,
+  Undo
 };
-inline constexpr int iconCount = static_cast<int>(Icon::Volume) + 1;
+inline constexpr int iconCount = static_cast<int>(Icon::Undo) + 1;
 
 /// The drawing as an icon that is sharp at every size and scale. Without a colour it follows the theme: text
 /// colour, dim while disabled, readable on a lit (checked) button. Needs Theme::Apply. GUI thread.

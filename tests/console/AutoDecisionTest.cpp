@@ -25,6 +25,19 @@ TEST(AutoDecisionTest, TheDefaultTableGivesDeltaSpeedAndTransitionByTheStyles) {
   }
 }
 
+TEST(AutoDecisionTest, TheOverlapsOfAListAreThoseThatItWillBePlayedWith) {
+  const TrackPlaySettings strong{{}, {}, {}, 1, 1};
+  const TrackPlaySettings soft{{}, {}, {}, 0, 0};
+  const TrackPlaySettings custom{{true, Dub, Dub}, {30, 20}, {}, 1, 1};
+  const AutoSettings now{3, Dub, std::nullopt, {}};
+  EXPECT_EQ(PlannedOverlaps(AutoMode::Kelvo, {strong, strong, soft, soft, custom, strong}, now),
+            (std::vector{2, 2, 4, 20, 30}))
+      << "a fade-in that is longer starts earlier";
+  EXPECT_EQ(PlannedOverlaps(AutoMode::Jukebox, {strong, soft, strong}, now), (std::vector{1, 1}));
+  EXPECT_TRUE(PlannedOverlaps(AutoMode::Kelvo, {strong}, now).empty());
+  EXPECT_TRUE(PlannedOverlaps(AutoMode::Kelvo, {}, now).empty());
+}
+
 TEST(AutoDecisionTest, ATrackWithTheCustomFlagSettlesItsOwnEnd) {
   const TrackPlaySettings plain{{false, PartFade, Pan}, {30, 20}, {10, 40}, 1, 1};
   const TrackPlaySettings other{{true, Pan, Pan}, {9, 9}, {9, 9}, 0, 0};

@@ -74,7 +74,7 @@ QByteArray ItemList() {
 TEST(ShellLink, TargetAndArgumentsComeBackInAnyScript) {
   const TemporaryTree tree;
   const QString targets[] = {u"/music/Artist - Title.mp3"_s, u"/m\u00FCsik/\u65E5\u672C - \U0001F3B5.wav"_s,
-                             u"/"_s};
+                             u"/"_s, QString()};
   const QString arguments[] = {QString(), u"Std"_s, u"1,Pan,\u0159, ,\"q\" \\"_s, QString(65535, u'x')};
   for (const QString& target : targets) {
     for (const QString& argument : arguments) {

@@ -2,14 +2,18 @@
 
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
+#include "app/windows/QueueOfPlaylists.h"
 #include "console/Console.h"
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/ScanWindow.h"
 #include "database/windows/TransferWindow.h"
 #include "database/windows/UtilityWindow.h"
 #include "datamanager/windows/SearchWindow.h"
+#include "playlists/windows/PlaylistWindow.h"
 
 #include <QCoreApplication>
+
+#include <algorithm>
 
 namespace kelvo {
 namespace {
@@ -136,14 +140,72 @@ WindowLine KeysLine(const WindowHost& host) {
   return line;
 }
 
+PlaylistServices ForPlaylists(Console& desk) {
+  const Console::Services& have = desk.GetServices();
+  PlaylistServices services{.loop = have.loop,
+                            .disks = desk.SlowDisks(),
+                            .prompter = have.prompter,
+                            .catalogue = have.catalogue,
+                            .paths = have.paths,
+                            .settings = desk.Settings(),
+                            .queue = std::make_shared<QueueOfPlaylists>(desk.Queue(), desk.State()),
+                            .dmanAccess = desk.ManagerAccess().Free()};
+  services.overlaps = [&desk](const std::vector<TrackPlaySettings>& tracks) {
+    AutoSettings now;
+    now.AutoDelta = desk.Automatic().SldDelta();
+    return PlannedOverlaps(desk.Automatic().Mode(), tracks, now);
+  };
+  return services;
+}
+
+WindowLine PlaylistLine(Console& desk, const WindowHost& host, PlaylistMode mode) {
+  const bool load = mode == PlaylistMode::Load;
+  WindowLine line{.id = load ? WindowId::kPlaylistLoad : WindowId::kPlaylistSave,
+                  .startsGroup = load,
+                  .words = load ? Text::tr("L&oad Playlist...") : Text::tr("Sa&ve Playlist..."),
+                  .key = load ? QStringLiteral("Ctrl+O") : QStringLiteral("Ctrl+S"),
+                  .childForm = true,
+                  .busyQuestion = Text::tr("Playlists Are Still Being Worked On !\r\nStop That And Quit ?"),
+                  .place = QStringLiteral("PlaySave")};
+  line.make = [&desk, host, mode, place = line.place] {
+    return std::make_unique<Hosted<PlaylistWindow, PlaylistManager>>(
+        host, place, PlaylistManager::Services{.playlists = ForPlaylists(desk), .mode = mode});
+  };
+  return line;
+}
+
+/// Playlists of other players that are dropped on the queue come in as long as the line lives.
+void TakeDroppedPlaylists(Console& desk, WindowLine& line) {
+  struct Drop {
+    PlaylistLoad load;
+    Job<> job;
+  };
+  const auto drop = std::make_shared<Drop>(Drop{PlaylistLoad(ForPlaylists(desk)), {}});
+  line.make = [make = line.make, drop] { return make(); };
+  desk.Queue().OnFilesDropped = [held = std::weak_ptr(drop)](const QStringList& paths) {
+    const auto found = std::find_if(paths.begin(), paths.end(), PlaylistLoad::IsListFile);
+    const std::shared_ptr<Drop> kept = held.lock();
+    if (!kept || kept->job.Running() || found == paths.end()) return;
+    kept->job = kept->load.Import(*found);
+  };
+}
+
 }  // namespace
 
 std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
   const Console::Services& have = desk.GetServices();
   const WindowHost host{
       .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
-  return {ImportLine(desk, host),  TransferLine(desk, host), UtilityLine(desk, host),
-          JinglesLine(desk, host), SearchLine(desk, host),   KeysLine(host)};
+  WindowLine load = PlaylistLine(desk, host, PlaylistMode::Load);
+  TakeDroppedPlaylists(desk, load);
+  return {ImportLine(desk, host),
+          TransferLine(desk, host),
+          UtilityLine(desk, host),
+          JinglesLine(desk, host),
+          SearchLine(desk, host),
+          std::move(load),
+          PlaylistLine(desk, host, PlaylistMode::SaveQueue),
+          KeysLine(host)};
 }
 
 }  // namespace kelvo

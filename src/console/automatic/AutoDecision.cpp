@@ -78,6 +78,18 @@ std::optional<AutoSettings> FadeOverride(const TrackPlaySettings& loaded, const 
   return result;
 }
 
+std::vector<int> PlannedOverlaps(AutoMode mode, const std::vector<TrackPlaySettings>& tracks,
+                                 AutoSettings now) {
+  const AutoMode counted = mode == AutoMode::Preview ? AutoMode::Kelvo : mode;
+  std::vector<int> overlaps;
+  for (std::size_t place = 0; place + 1 < tracks.size(); ++place) {
+    now = TrackSettingsFor(counted, tracks[place], tracks[place == 0 ? 0 : place - 1], std::move(now));
+    now = FadeOverride(tracks[place + 1], now).value_or(now);
+    overlaps.push_back(std::max(now.AutoDelta, 1));
+  }
+  return overlaps;
+}
+
 int NextRow(const NextRowQuestion& question) {
   const int count = static_cast<int>(question.rows.size());
   if (count == 0) return 0;

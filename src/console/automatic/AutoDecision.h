@@ -37,6 +37,11 @@ struct AutoSettings {
 [[nodiscard]] std::optional<AutoSettings> FadeOverride(const TrackPlaySettings& loaded,
                                                        const AutoSettings& now);
 
+/// Seconds by which each of these tracks but the last is cut short by the start of the next when they are
+/// played in this order. `now` is what counts before the first; in preview as in Kelvo mode.
+[[nodiscard]] std::vector<int> PlannedOverlaps(AutoMode mode, const std::vector<TrackPlaySettings>& tracks,
+                                               AutoSettings now);
+
 /// A row of the queue, as the choice of the next row sees it.
 struct QueueChoice {
   Mref track = Mref::None;

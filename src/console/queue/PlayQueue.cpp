@@ -61,6 +61,7 @@ void PlayQueue::SetName(const QString& name) {
 
 void PlayQueue::SetGroup(QStringList timingLines) {
   groupLines_ = std::move(timingLines);
+  groupRows_.clear();
   groupQueueFlag_ = true;
   Q_EMIT FactsChanged();
 }
@@ -157,19 +158,16 @@ Job<> PlayQueue::AddTracks(std::vector<Mref> tracks, Route route) {
   try {
     if (Count() > 0 && groupQueueFlag_) {
       Prompt question;
-      const QString cannot = route == Route::Library ? QStringLiteral("Cant") : QStringLiteral("Can't");
-      question.text = name_ + QStringLiteral("Clear Group Playlist \r\nYou ") + cannot +
-                      QStringLiteral(" Add Std Tracks To A Group Playlist ! ?");
+      question.text =
+          GroupQuestion(route == Route::Library ? QStringLiteral("Cant") : QStringLiteral("Can't"));
       question.buttons = Buttons::YesNo;
       question.icon = PromptIcon::Question;
       const Answer answer = co_await prompter_.Ask(question);
       // The desk went on while the question was open: the list may be running by now.
       if (answer != Answer::Yes || state_.GroupPlayOn) co_return;
-      name_ = kNoName;
-      rows_.clear();
-      selected_ = 0;
-      totalSeconds_ = 0;
-      groupQueueFlag_ = false;
+      Remember();
+      Empty();
+      NoteOutcome();
       TellRowsChanged();
       Q_EMIT SelectionChanged();
     }
@@ -257,8 +255,10 @@ void PlayQueue::MoveTo(int from, int to) {
 
 void PlayQueue::CutSelected() {
   if (!WhyNoCut().isEmpty()) return;
+  Remember();
   totalSeconds_ -= SecondsOf(Row(selected_).track);
   RemoveRow(selected_);
+  NoteOutcome();
   TellRowsChanged();
   Q_EMIT SelectionChanged();
 }
@@ -273,13 +273,19 @@ void PlayQueue::RemoveRow(int index) {
   selected_ = std::min(selected_, Count());
 }
 
-void PlayQueue::ClearAll() {
+void PlayQueue::Empty() {
   rows_.clear();
   selected_ = 0;
   totalSeconds_ = 0;
   groupQueueFlag_ = false;
   name_ = kNoName;
+}
+
+void PlayQueue::ClearAll() {
+  Remember();
+  Empty();
   lastQueueIndex_ = -1;
+  NoteOutcome();
   TellRowsChanged();
   Q_EMIT SelectionChanged();
 }
@@ -300,6 +306,7 @@ Job<> PlayQueue::ClearQueue() {
   if (state_.AutoPlayOn || state_.GroupPlayOn != groupPlayed || Count() == 0) co_return;
   if (answer == Answer::Yes || answer == Answer::Ok) ClearAll();
   if (answer != Answer::No) co_return;
+  Remember();
   for (int index = Count(); index >= 1; --index) {
     const QueueEntry& row = Row(index);
     if (row.IsRequest()) continue;
@@ -308,6 +315,7 @@ Job<> PlayQueue::ClearQueue() {
     rows_.erase(rows_.begin() + (index - 1));
   }
   selected_ = 0;
+  NoteOutcome();
   TellRowsChanged();
   Q_EMIT SelectionChanged();
 }
@@ -390,14 +398,20 @@ void PlayQueue::SwitchTimings() {
 
 void PlayQueue::MarkQueueRow(Mref track, RowStatus status, RowId rowId) {
   if (state_.PreviewOn) return;
+  const auto mark = [status, time = loop_.Now().time()](QueueEntry& row) {
+    row.status = status;
+    row.statusTime = time;
+    row.requests = 0;
+    row.requestText.clear();
+  };
   const int index = FindRow(track, rowId);
-  if (index == 0) return;
-  QueueEntry& row = rows_[static_cast<std::size_t>(index - 1)];
-  row.status = status;
-  row.statusTime = loop_.Now().time();
-  row.requests = 0;
-  row.requestText.clear();
-  Q_EMIT RowChanged(index);
+  if (index != 0) mark(rows_[static_cast<std::size_t>(index - 1)]);
+  if (index != 0) Q_EMIT RowChanged(index);
+  if (index != 0 || !undo_) return;
+  // A row that was cut goes on being played, and may come back.
+  for (QueueEntry& row : undo_->rows) {
+    if (row.id == rowId) mark(row);
+  }
 }
 
 void PlayQueue::ResetMarks() {

@@ -2,6 +2,7 @@
 
 #include "console/desk/ConsoleState.h"
 #include "console/queue/QueueEntry.h"
+#include "console/queue/QueueUndo.h"
 #include "platform/Disks.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
@@ -55,6 +56,10 @@ class PlayQueue : public QObject {
   /// A group playlist was loaded: its hidden timing lines, one a row, in load order.
   void SetGroup(QStringList timingLines);
   [[nodiscard]] const QStringList& GroupLines() const { return groupLines_; }
+  /// Those of one row; a track that is played more than once has several.
+  [[nodiscard]] QStringList GroupLinesOf(int index) const;
+  /// The folder of the playlist that was loaded last; empty when there is none.
+  [[nodiscard]] const QString& PlaylistFolder() const { return playlistFolder_; }
 
   [[nodiscard]] bool QueueHasRequests() const;
 
@@ -81,6 +86,16 @@ class PlayQueue : public QObject {
   /// Adds a row unchanged at the end, with its Tag; the base of every other way in. `seconds` is added to
   /// the total.
   int AppendRow(QueueEntry entry, qint64 seconds);
+
+  /// A playlist, or a part of one, comes in: one change, which can be undone.
+  void Take(const QueueFill& fill);
+  /// What is asked before a group playlist is given up; `cannot` as the caller spells it.
+  [[nodiscard]] QString GroupQuestion(const QString& cannot) const;
+
+  /// Takes back the last cut, clear or load; what came in since stays behind it, and what was played stays.
+  void Undo();
+  /// Why nothing can be taken back now, in words; empty when it can.
+  [[nodiscard]] QString WhyNoUndo() const;
 
   void MoveSelectedUp();
   void MoveSelectedDown();
@@ -111,6 +126,8 @@ class PlayQueue : public QObject {
   void ResetMarks();
   /// What the operator should know of a command that did less than was asked.
   std::function<void(const QString&)> OnTold;
+  /// Files from outside were dropped on the list; empty: they are not taken.
+  std::function<void(const QStringList& paths)> OnFilesDropped;
 
  Q_SIGNALS:
   /// Rows came, went or changed places.
@@ -134,6 +151,11 @@ class PlayQueue : public QObject {
   void RemoveRow(int index);
   /// Why no command for the selected row works.
   [[nodiscard]] QString WhyNoRow() const;
+  /// What the queue is now can be brought back.
+  void Remember();
+  /// What it is now is the outcome of what was remembered.
+  void NoteOutcome(std::vector<RowId> added = {});
+  void Empty();
 
   [[nodiscard]] QueueEntry EntryOf(Mref track) const;
   int InsertRow(QueueEntry entry, qint64 seconds);
@@ -161,6 +183,9 @@ class PlayQueue : public QObject {
   int lastQueueIndex_ = 0;
   bool groupQueueFlag_ = false;
   QStringList groupLines_;
+  std::vector<RowId> groupRows_;  ///< the row of each line, where it is known
+  QString playlistFolder_;
+  std::optional<QueueUndo> undo_;
   bool sorted_ = false;
   QueueColumn sortColumn_ = TrackColumn;
   bool showsTimings_ = false;

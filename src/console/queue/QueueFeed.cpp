@@ -43,6 +43,14 @@ void PlayQueue::TrackWasChanged(const TrackChanged& change) {
     Q_EMIT RowChanged(index);
   }
   if (longer != 0) Q_EMIT FactsChanged();
+  if (!undo_) return;
+  for (QueueEntry& row : undo_->rows) {
+    if (row.track != track) continue;
+    row.date = catalogue_.TrackDates[track];
+    row.hi = catalogue_.TrackHi[track];
+    row.bpm = catalogue_.TrackBpm[track];
+    undo_->totalSeconds += longer;
+  }
 }
 
 void PlayQueue::FileWasRenamed(const QString& pathBefore, const QString& path) {
@@ -52,6 +60,12 @@ void PlayQueue::FileWasRenamed(const QString& pathBefore, const QString& path) {
     row.path = path;
     row.title = ProperCase(BaseName(QFileInfo(path).fileName()));
     Q_EMIT RowChanged(index);
+  }
+  if (!undo_) return;
+  for (QueueEntry& row : undo_->rows) {
+    if (row.path != pathBefore) continue;
+    row.path = path;
+    row.title = ProperCase(BaseName(QFileInfo(path).fileName()));
   }
 }
 
@@ -71,12 +85,22 @@ void PlayQueue::TrackWasRemoved(const TrackRemoved& removed) {
     if (goesOnBehind) selected_ = index - 1;
   }
   ++revision_;  // who keeps the rows' numbers has to look again
+  if (undo_) {
+    for (QueueEntry& row : undo_->rows) {
+      if (row.track == removed.track) undo_->totalSeconds -= WholeSeconds(removed.duration);
+      if (row.track != Mref::None) row.track = removed.Renumbered(row.track);
+    }
+    std::erase_if(undo_->rows, [this](const QueueEntry& row) {
+      return row.track == Mref::None && !row.soundBite && !undo_->group && StillToPlay(row);
+    });
+  }
   if (Count() == count) return;
   TellRowsChanged();
   Q_EMIT SelectionChanged();
 }
 
 void PlayQueue::CatalogueWasReplaced() {
+  undo_.reset();
   if (rows_.empty()) return;
   QStringList paths;
   for (const QueueEntry& row : rows_) paths.append(row.path);

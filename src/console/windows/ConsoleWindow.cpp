@@ -103,6 +103,7 @@ ConsoleWindow::ConsoleWindow(Console& console)
   connect(library_, &LibraryPanel::SearchWanted, this,
           [this] { Q_EMIT WindowWanted(WindowId::kTrackSearch); });
   connect(library_, &LibraryPanel::ImportWanted, this, [this] { Q_EMIT WindowWanted(WindowId::kImport); });
+  connect(queue_, &QueuePanel::WindowWanted, this, &ConsoleWindow::WindowWanted);
   connect(&console_.Panel(), &ConfirmationPanel::Changed, this, [this] { ShowPanel(); });
   for (DeckPanel* deck : decks_) connect(&pulse_, &Pulse::Beat, deck, &DeckPanel::SetLit);
   connect(&pulse_, &Pulse::Beat, alarm_, &AirAlarm::SetLit);

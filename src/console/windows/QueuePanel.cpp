@@ -1,5 +1,6 @@
 #include "console/windows/QueuePanel.h"
 
+#include "console/desk/DeskMenu.h"
 #include "console/windows/QueueModel.h"
 #include "platform/Words.h"
 #include "ui/Command.h"
@@ -47,6 +48,11 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
       cut_(AddCommand(QStringLiteral("CmdQueCut"), tr("Remove Selected File"))),
       clear_(AddCommand(QStringLiteral("CmdQueClear"), tr("Clear the Play Queue"))),
       edit_(AddCommand(QStringLiteral("CmdQueEdit"), tr("Edit Song Data"), QStringLiteral("CmdClEdit"))),
+      undo_(AddCommand(QStringLiteral("CmdQueUndo"), tr("Takes Back The Last Cut, Clear Or Load"))),
+      load_(
+          AddCommand(QStringLiteral("CmdPlaylistLoad"), tr("Loads A Playlist"), QStringLiteral("Command14"))),
+      save_(AddCommand(QStringLiteral("CmdPlaylistSave"), tr("Saves The Play Queue As A Playlist"),
+                       QStringLiteral("Command13"))),
       timings_(AddCommand(QStringLiteral("CmdTimings"), tr("Shows durations in place of genres, and back"),
                           QStringLiteral("Command11"))) {
   setObjectName(QStringLiteral("PlayQueue"));
@@ -79,10 +85,15 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   cut_->setIcon(ScalableIcon(Icon::Cut));
   clear_->setIcon(ScalableIcon(Icon::Clear));
   edit_->setIcon(ScalableIcon(Icon::Edit));
+  undo_->setIcon(ScalableIcon(Icon::Undo));
+  load_->setIcon(ScalableIcon(Icon::Load));
+  save_->setIcon(ScalableIcon(Icon::Save));
   timings_->setIcon(ScalableIcon(Icon::Timer));
   cut_->setText(tr("Cut"));
   clear_->setText(tr("Clear"));
   edit_->setText(tr("Edit"));
+  load_->setText(QStringLiteral("Load"));
+  save_->setText(QStringLiteral("Save"));
 
   const auto bind = [this](QPushButton* button, const QKeySequence& key) {
     // A shortcut of its own: a button whose words change loses the one that it was given.
@@ -93,6 +104,7 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   bind(down_, QKeySequence(Qt::CTRL | Qt::Key_Down));
   bind(cut_, QKeySequence(Qt::CTRL | Qt::Key_Delete));
   bind(clear_, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Delete));
+  bind(undo_, QKeySequence(Qt::CTRL | Qt::Key_Z));
   bind(timings_, QKeySequence(Qt::CTRL | Qt::Key_T));
 
   auto* box = new QHBoxLayout;
@@ -101,20 +113,30 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   naming_ = new QBoxLayout(QBoxLayout::LeftToRight);
   naming_->addWidget(nameLabel);
   naming_->addLayout(box, 1);
-  auto* commands = new QHBoxLayout;
-  commands->setSpacing(4);
-  for (QPushButton* button : {up_, down_, cut_, clear_, edit_}) commands->addWidget(button);
-  commands->addStretch(1);
+  rowCommands_ = new QHBoxLayout;
+  rowCommands_->setSpacing(4);
+  for (QPushButton* button : {up_, down_, cut_, clear_, edit_}) rowCommands_->addWidget(button);
+  rowCommands_->addStretch(1);
+  auto* store = new QHBoxLayout;
+  store->setSpacing(4);
+  store->addWidget(undo_);
+  for (QPushButton* button : {load_, save_}) store->addWidget(button, 1);
+  commands_ = new QBoxLayout(QBoxLayout::LeftToRight);
+  commands_->addLayout(rowCommands_, 1);
+  commands_->addLayout(store);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addLayout(naming_);
   layout->addWidget(list_, 1);
-  layout->addLayout(commands);
+  layout->addLayout(commands_);
 
   connect(up_, &QPushButton::clicked, this, [this] { queue_.MoveSelectedUp(); });
   connect(down_, &QPushButton::clicked, this, [this] { queue_.MoveSelectedDown(); });
   connect(cut_, &QPushButton::clicked, this, [this] { queue_.CutSelected(); });
   connect(clear_, &QPushButton::clicked, this, [this] { jobs_.Add(queue_.ClearQueue()); });
+  connect(undo_, &QPushButton::clicked, this, [this] { queue_.Undo(); });
+  connect(load_, &QPushButton::clicked, this, [this] { Q_EMIT WindowWanted(WindowId::kPlaylistLoad); });
+  connect(save_, &QPushButton::clicked, this, [this] { Q_EMIT WindowWanted(WindowId::kPlaylistSave); });
   connect(edit_, &QPushButton::clicked, this, [this] { queue_.EditSelected(); });
   connect(timings_, &QPushButton::clicked, this, [this] { queue_.SwitchTimings(); });
   connect(name_, &QLineEdit::textEdited, this, [this](const QString& text) { queue_.SetName(text); });
@@ -124,6 +146,9 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   connect(list_, &QTableView::clicked, this,
           [this](const QModelIndex& index) { queue_.Click(index.row() + 1); });
   connect(model_, &QueueModel::RowMoved, this, [this](int from, int to) { queue_.MoveTo(from, to); });
+  connect(model_, &QueueModel::FilesDropped, this, [this](const QStringList& paths) {
+    if (queue_.OnFilesDropped) queue_.OnFilesDropped(paths);
+  });
   connect(model_, &QueueModel::TracksDropped, this,
           [this](const std::vector<Mref>& tracks) { jobs_.Add(queue_.AddTracks(tracks)); });
   connect(list_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
@@ -146,7 +171,16 @@ void QueuePanel::resizeEvent(QResizeEvent* event) {
   Panel::resizeEvent(event);
   // On a narrow desk the box is under its label, with room for a name.
   const bool narrow = width() < fontMetrics().height() * 22;
-  naming_->setDirection(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+  const auto direction = narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
+  naming_->setDirection(direction);
+  commands_->setDirection(direction);
+}
+
+QSize QueuePanel::minimumSizeHint() const {
+  const QSize hint = Panel::minimumSizeHint();
+  // That of the narrow form, also while it has the other.
+  const int beside = commands_->minimumSize().width() - rowCommands_->minimumSize().width();
+  return {hint.width() - (commands_->direction() == QBoxLayout::LeftToRight ? beside : 0), hint.height()};
 }
 
 void QueuePanel::SetLitRow(int row) {
@@ -211,6 +245,7 @@ void QueuePanel::ShowCommands() {
   Offer(*down_, queue_.WhyNoMove(1));
   Offer(*cut_, queue_.WhyNoCut());
   Offer(*clear_, queue_.WhyNoClear());
+  Offer(*undo_, queue_.WhyNoUndo());
   Offer(*edit_, queue_.WhyNoEdit());
   list_->horizontalHeader()->setSectionsClickable(queue_.WhyNoSort().isEmpty());
 }

@@ -26,6 +26,11 @@ class QueuePanel : public Panel {
   /// See QueueModel.
   void SetLitRow(int row);
   [[nodiscard]] ListTable& List() { return *list_; }
+  [[nodiscard]] QSize minimumSizeHint() const override;
+
+ Q_SIGNALS:
+  /// A window of the program, by its id.
+  void WindowWanted(const QString& id);
 
  public Q_SLOTS:
   /// What of the queue's commands works may be another by now: automatic play or a fade began or ended.
@@ -47,6 +52,8 @@ class QueuePanel : public Panel {
   PlayQueue& queue_;
   QueueModel* model_;
   QBoxLayout* naming_ = nullptr;
+  QBoxLayout* commands_ = nullptr;
+  QBoxLayout* rowCommands_ = nullptr;
   QLineEdit* name_;
   ListTable* list_;
   QPushButton* up_;
@@ -54,6 +61,9 @@ class QueuePanel : public Panel {
   QPushButton* cut_;
   QPushButton* clear_;
   QPushButton* edit_;
+  QPushButton* undo_;
+  QPushButton* load_;
+  QPushButton* save_;
   QPushButton* timings_;
   JobList jobs_;
   bool showingSelection_ = false;

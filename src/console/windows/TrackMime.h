@@ -3,7 +3,8 @@
 #include "database/TextColumns.h"
 
 #include <QMimeData>
-#include <QString>
+#include <QStringList>
+#include <QUrl>
 
 #include <vector>
 
@@ -28,6 +29,15 @@ inline std::vector<Mref> TracksFromMime(const QByteArray& bytes) {
   const QByteArrayList numbers = bytes.split(' ');
   for (const QByteArray& number : numbers) tracks.push_back(ToMref(number.toInt()));
   return tracks;
+}
+
+/// The files of this machine among what is dragged.
+inline QStringList LocalFiles(const QMimeData& data) {
+  QStringList paths;
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) paths.append(url.toLocalFile());
+  }
+  return paths;
 }
 
 }  // namespace kelvo
