@@ -179,8 +179,13 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
       .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
   WindowLine load = PlaylistLine(desk, host, PlaylistMode::Load);
   TakeDroppedPlaylists(desk, load);
-  return {ImportLine(desk, host), TransferLine(desk, host), UtilityLine(desk, host), JinglesLine(desk, host),
-          SearchLine(desk, host), std::move(load),          PlaylistLine(desk, host, PlaylistMode::SaveQueue)};
+  return {ImportLine(desk, host),
+          TransferLine(desk, host),
+          UtilityLine(desk, host),
+          JinglesLine(desk, host),
+          SearchLine(desk, host),
+          std::move(load),
+          PlaylistLine(desk, host, PlaylistMode::SaveQueue)};
 }
 
 }  // namespace kelvo

@@ -48,8 +48,9 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
       clear_(AddCommand(QStringLiteral("CmdQueClear"), tr("Clear the Play Queue"))),
       edit_(AddCommand(QStringLiteral("CmdClEdit"), tr("Edit Song Data"))),
       undo_(AddCommand(QStringLiteral("CmdQueUndo"), tr("Takes Back The Last Cut, Clear Or Load"))),
-      load_(AddCommand(QStringLiteral("CmdPlaylistLoad"), tr("Loads A Playlist"), QStringLiteral("Command14"))),
-      save_(AddCommand(QStringLiteral("CmdPlaylistSave"), tr("Saves The Play Queue As A Playlist"),
+      load_(AddCommand(QStringLiteral("CmdPlaylistLoad"), tr("Loads A Playlist  (Ctrl+O)"),
+                       QStringLiteral("Command14"))),
+      save_(AddCommand(QStringLiteral("CmdPlaylistSave"), tr("Saves The Play Queue As A Playlist  (Ctrl+S)"),
                        QStringLiteral("Command13"))),
       timings_(AddCommand(QStringLiteral("CmdTimings"), tr("Shows durations in place of genres, and back"),
                           QStringLiteral("Command11"))) {
