@@ -15,7 +15,8 @@ void TryAsName(const QByteArray& bytes) {
   if (read.number < 0 || read.number > EntryFileName::kMostNumber) std::abort();
   if (read.number == 0) return;
   for (const QString& written : {read.Saved(), read.Renumbered()}) {
-    if (EntryFileName::Parse(written).number != read.number || written.contains(QLatin1Char('/'))) std::abort();
+    if (EntryFileName::Parse(written).number != read.number || written.contains(QLatin1Char('/')))
+      std::abort();
     if (written.toUtf8().size() > 255) std::abort();
   }
 }

@@ -1,5 +1,6 @@
 #include "playlists/PlaylistLoad.h"
 
+#include "database/KeptTracks.h"
 #include "platform/AtomicFile.h"
 #include "platform/ErrorLog.h"
 #include "platform/Words.h"
@@ -55,8 +56,12 @@ Job<bool> PlaylistLoad::Take(PlaylistQueue::Load load, Room room, bool asked) {
   PlaylistQueue& queue = *services_.queue;
   // The desk went on meanwhile: rows may have come into a queue that was empty, or a group list began to run.
   if (!asked && queue.Count() > 0) {
+    std::vector<Mref> tracks;
+    for (const PlaylistQueue::Addition& row : load.rows) tracks.push_back(row.track);
+    const KeptTracks kept(services_.catalogue, std::move(tracks));
     room = co_await AskForRoom(load.name, load.group);
     if (room == Room::Refused) co_return false;
+    for (std::size_t row = 0; row < load.rows.size(); ++row) load.rows[row].track = kept[row];
   }
   if (Closed()) co_return false;
   load.clearFirst = room == Room::Clear;

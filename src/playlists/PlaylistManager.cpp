@@ -173,7 +173,7 @@ M3uList PlaylistManager::ListToExport() const {
 }
 
 void PlaylistManager::Export() {
-  if (!Busy()) Begin(RunExport());
+  if (!Busy() && !shelf_.Listing()) Begin(RunExport());
 }
 
 Job<> PlaylistManager::RunExport() {
@@ -239,7 +239,9 @@ Job<> PlaylistManager::RunRenameCategory() {
     Refuse(QStringLiteral("Group Name ") + name + QStringLiteral(" Already Exists !"));
     co_return;
   }
-  const std::function<void()> rename = [folder = shelf_.CategoryFolder(old), name] { RenameFolder(folder, name); };
+  const std::function<void()> rename = [folder = shelf_.CategoryFolder(old), name] {
+    RenameFolder(folder, name);
+  };
   const bool changed = co_await Change(rename);
   if (!changed) co_return;
   services_.catalogue.RenameReference(ReferenceSet::Playlists, old, name);
@@ -293,7 +295,9 @@ Job<> PlaylistManager::RunRenamePlaylist() {
     Refuse(QStringLiteral("Playlist Name ") + name + QStringLiteral(" Already Exists !"));
     co_return;
   }
-  const std::function<void()> rename = [folder = shelf_.PlaylistFolderOf(old), name] { RenameFolder(folder, name); };
+  const std::function<void()> rename = [folder = shelf_.PlaylistFolderOf(old), name] {
+    RenameFolder(folder, name);
+  };
   const bool changed = co_await Change(rename);
   if (!changed) co_return;
   SetName(name);
@@ -320,7 +324,8 @@ Job<> PlaylistManager::RunDeletePlaylist() {
 }
 
 void PlaylistManager::DeleteEntry(int row) {
-  if (Busy() || !MayUpkeep() || row < 0 || row >= shelf_.Entries().Count()) return;
+  // While it is listed the rows may still be those of another playlist.
+  if (Busy() || shelf_.Listing() || !MayUpkeep() || row < 0 || row >= shelf_.Entries().Count()) return;
   Begin(RunDeleteEntry(shelf_.Entries()[row].entry.file));
 }
 

@@ -20,8 +20,7 @@ constexpr std::array<const char*, iconCount> fileNames{
     "skip-end", "up",          "down",      "cut",      "clear",      "edit",       "add",
     "search",   "lock",        "unlock",    "timer",    "microphone", "headphones", "settings",
     "warning",  "information", "question",  "critical", "close",      "check",      "folder",
-    "save",     "queue",       "crossfade", "disc",     "volume",
-    "undo"};
+    "save",     "queue",       "crossfade", "disc",     "volume",     "undo"};
 
 QByteArray Drawing(Icon icon) {
   QFile file(QStringLiteral(":/ui/icons/%1.svg")

@@ -45,7 +45,7 @@ class TheTable : public BesideTheDesk {
     WindowLine line{.id = id, .words = id};
     line.make = [this, id] {
       const WindowHost host{.console = *window_, .loop = loop_, .settings = settings_, .title = u"Kelvo"_s};
-      auto made = std::make_unique<Hosted<PlainWindow, PlainWork>>(host, id, PlainWork::Services{.id = id});
+      auto made = std::make_unique<Hosted<PlainWindow, PlainWork>>(host, id, PlainWork::Services{.name = id});
       made_[id] = &made->window;
       return made;
     };

@@ -15,9 +15,11 @@ QStringList PathsOf(const QByteArray& bytes) {
 }
 
 TEST(M3uList, PathsOfAllKindsAreUnderstood) {
-  EXPECT_EQ(PathsOf("a.mp3\n./b.mp3\r\n../c/d.mp3\r/e f.mp3\n  \n# note\n#PLAYLIST:x\nsub\\g.mp3\n..\\h.mp3\n:i/j.mp3"),
-            (QStringList{u"/lists/a/a.mp3"_s, u"/lists/a/b.mp3"_s, u"/lists/c/d.mp3"_s, u"/e f.mp3"_s,
-                         u"/lists/a/sub/g.mp3"_s, u"/lists/h.mp3"_s, u"/lists/a/:i/j.mp3"_s}));
+  EXPECT_EQ(
+      PathsOf(
+          "a.mp3\n./b.mp3\r\n../c/d.mp3\r/e f.mp3\n  \n# note\n#PLAYLIST:x\nsub\\g.mp3\n..\\h.mp3\n:i/j.mp3"),
+      (QStringList{u"/lists/a/a.mp3"_s, u"/lists/a/b.mp3"_s, u"/lists/c/d.mp3"_s, u"/e f.mp3"_s,
+                   u"/lists/a/sub/g.mp3"_s, u"/lists/h.mp3"_s, u"/lists/a/:i/j.mp3"_s}));
   EXPECT_EQ(PathsOf("C:\\M\\a.mp3\nd:/M/b.mp3\n\\\\nas\\m\\c.mp3\nhttps://r/x\nfile:///m/%C3%A9%20t.mp3\n"),
             (QStringList{u"C:\\M\\a.mp3"_s, u"d:/M/b.mp3"_s, u"\\\\nas\\m\\c.mp3"_s, u"https://r/x"_s,
                          u"/m/\u00E9 t.mp3"_s}));

@@ -108,6 +108,18 @@ TEST_F(LoadingPlaylists, RowsThatCameMeanwhileAreAskedAbout) {
   Load(u"Mix"_s);
   EXPECT_EQ(LastTold(), u"Clear The Play Queue First ?"_s);
   EXPECT_EQ(queue_->Titles(), QStringList{u"Request"_s});
+
+  queue_->rows.clear();
+  AddEntry(u"Rock/Mix"_s, u" 3~Cat - Three.lnk"_s, MusicPath(u"cat - three"_s));
+  prompter_.meanwhile = [this](const Prompt& prompt) {
+    if (queue_->rows.empty()) Enqueue({u"Request"_s});
+    if (prompt.buttons == Buttons::YesNoCancel) catalogue_.Remove(ToMref(1));
+  };
+  prompter_.answers = {Answer::No, Answer::Yes};
+  Load(u"Mix"_s);
+  ASSERT_EQ(queue_->Count(), 2);
+  EXPECT_EQ(queue_->rows[0].track, Mref::None) << "the desk takes no track that is gone";
+  EXPECT_EQ(queue_->rows[1].track, ToMref(2)) << "and each under its number of now";
 }
 
 TEST_F(LoadingPlaylists, AGroupBringsItsLinesOrDoesNotComeAtAll) {
@@ -143,7 +155,8 @@ TEST_F(LoadingPlaylists, HostileFoldersAreReadToTheirEnd) {
   QFile::link(Place(u"Rock/Mix/ 9~loop.lnk"_s), Place(u"Rock/Mix/ 9~loop.lnk"_s));
   AddEntry(u"Rock/Mix"_s, u" 10~folder.lnk"_s, database_.paths(Paths::Music));
   OpenAt(PlaylistMode::Load, u"Rock"_s, u"Mix"_s);
-  EXPECT_TRUE(manager_->Shelf().Outlook().startsWith(u"4 tracks"_s)) << manager_->Shelf().Outlook().toStdString();
+  EXPECT_TRUE(manager_->Shelf().Outlook().startsWith(u"4 tracks"_s))
+      << manager_->Shelf().Outlook().toStdString();
   prompter_.answers = {Answer::No};
   manager_->Load();
   Finish();

@@ -173,7 +173,8 @@ TEST_F(TheStore, ARepairThatIsStoppedEndsBehindThePlaylistUnderWay) {
   EXPECT_TRUE(manager_->Repairing());
   Finish();
   EXPECT_FALSE(manager_->Repairing());
-  EXPECT_EQ(LastTold(), u"Total Files Scanned  : 2\r\nTotal Files Repaired : 0\r\nTotal Files Deleted  : 2"_s);
+  EXPECT_EQ(LastTold(),
+            u"Total Files Scanned  : 2\r\nTotal Files Repaired : 0\r\nTotal Files Deleted  : 2"_s);
   EXPECT_EQ(Files(u"Rock/C"_s).size(), 1);
 }
 

@@ -106,6 +106,9 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   bind(clear_, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Delete));
   bind(undo_, QKeySequence(Qt::CTRL | Qt::Key_Z));
   bind(timings_, QKeySequence(Qt::CTRL | Qt::Key_T));
+  // Their keys are bound with their entries in the menu.
+  TellKey(*load_, QStringLiteral("Ctrl+O"));
+  TellKey(*save_, QStringLiteral("Ctrl+S"));
 
   auto* box = new QHBoxLayout;
   box->addWidget(name_, 1);

@@ -358,7 +358,7 @@ void PlaylistWindow::Show() {
   deleteCategory_->setEnabled(free && manager_.MayUpkeep() && category);
   renamePlaylist_->setEnabled(free && manager_.MayUpkeep() && playlist);
   deletePlaylist_->setEnabled(free && manager_.MayUpkeep() && playlist);
-  deleteEntry_->setEnabled(free && manager_.MayUpkeep() && entries_.AnyPicked());
+  deleteEntry_->setEnabled(free && !shelf.Listing() && manager_.MayUpkeep() && entries_.AnyPicked());
   showRequests_->setEnabled(free && manager_.MaySeeRequests());
   const bool repairing = manager_.Repairing();
   repair_->setText(repairing ? QStringLiteral("STOP") : QStringLiteral("&Repair Playlist Structure"));
@@ -366,7 +366,7 @@ void PlaylistWindow::Show() {
   Theme::SetRole(*repair_, repairing ? QStringLiteral("stop") : QString());
   repair_->setEnabled(free || repairing);
   import_->setEnabled(free && manager_.MayLoad());
-  export_->setEnabled(free && (playlist || manager_.Mode() == PlaylistMode::SaveQueue));
+  export_->setEnabled(free && !shelf.Listing() && (playlist || manager_.Mode() == PlaylistMode::SaveQueue));
   progress_->Show(
       {.running = !free, .words = manager_.Words(), .share = manager_.Share(), .percentInWords = true});
   requests_->Show();
