@@ -6,6 +6,7 @@
 #include <QLoggingCategory>
 
 #include <algorithm>
+#include <cmath>
 
 namespace kelvo {
 
@@ -117,6 +118,11 @@ std::uint64_t AudioEngine::Underruns(const QString& output) const {
 std::uint64_t AudioEngine::Dropouts(const QString& output) const {
   const auto place = FindOutput(output);
   return place ? place->Mixer().Dropouts() : 0;
+}
+
+double AudioEngine::GainReduction(const QString& output) const {
+  const auto place = FindOutput(output);
+  return place ? -20 * std::log10(place->Mixer().LimiterGain()) : 0;
 }
 
 std::optional<OutputStatus> AudioEngine::StatusOf(const QString& output) const {

@@ -34,6 +34,9 @@ class AudioEngine : public AudioSystem, private PlayerHost {
   [[nodiscard]] std::uint64_t Underruns(const QString& output = {}) const;
   /// How often the device of `output` ran dry, as far as devices tell it.
   [[nodiscard]] std::uint64_t Dropouts(const QString& output = {}) const;
+  /// By how many decibels the limiter of `output` turns it down now; 0 when it has nothing to do. A peak
+  /// shows for 50 ms at least.
+  [[nodiscard]] double GainReduction(const QString& output = {}) const;
   /// The state of the output named `output`, while a player is on it; nothing otherwise.
   [[nodiscard]] std::optional<OutputStatus> StatusOf(const QString& output) const;
 

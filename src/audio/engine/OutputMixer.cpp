@@ -7,6 +7,13 @@
 
 namespace kelvo {
 
+namespace {
+
+/// Far above what players can add up to: only what is broken is beyond it.
+constexpr float kMostLevel = 256;
+
+}  // namespace
+
 bool OutputMixer::Add(PlayerCore& core) {
   const auto place = std::find_if(players_.begin(), players_.end(), [](const auto& each) {
     return each.load(std::memory_order_relaxed) == nullptr;
@@ -54,8 +61,11 @@ void OutputMixer::Mix(std::span<float> target) noexcept {
     if (core && !core->voice.Mix(target)) underruns_.fetch_add(1, std::memory_order_relaxed);
   }
   for (float& sample : target) {
-    if (!(std::abs(sample) <= 1.0F)) sample = std::isnan(sample) ? 0.0F : std::copysign(1.0F, sample);
+    if (!(std::abs(sample) <= kMostLevel))
+      sample = std::isnan(sample) ? 0.0F : std::copysign(kMostLevel, sample);
   }
+  limiter_.Process(target);
+  gain_.store(limiter_.Gain(), std::memory_order_relaxed);
   renders_.fetch_add(1);
 }
 

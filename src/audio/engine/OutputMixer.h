@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/engine/Limiter.h"
 #include "audio/engine/PlayerCore.h"
 
 #include <array>
@@ -9,8 +10,9 @@
 
 namespace kelvo {
 
-/// Adds up the voices of one output. A device's callback and the silent clock may both ask for sound: one
-/// gets it, the other learns it at once. Kept alive by everyone who may render.
+/// The bus of one output: adds up its voices and keeps the sum below the limiter's ceiling. A device's
+/// callback and the silent clock may both ask for sound: one gets it, the other learns it at once. Kept alive
+/// by everyone who may render.
 class OutputMixer {
  public:
   static constexpr std::size_t kMostPlayers = 64;
@@ -27,9 +29,12 @@ class OutputMixer {
   /// True once no render that was under way at `mark` can still be.
   [[nodiscard]] bool MayFree(std::uint64_t mark) const { return mark % 2 == 0 || renders_.load() != mark; }
 
-  /// Fills `target` (interleaved stereo, within +-1). Returns false, and silence, when another thread is
-  /// rendering.
+  /// Fills `target` (interleaved stereo, within the limiter's ceiling). Returns false, and silence, when
+  /// another thread is rendering.
   bool Render(std::span<float> target) noexcept;
+
+  /// The limiter's gain at what was rendered last; 1 when it has nothing to do. Any thread.
+  [[nodiscard]] float LimiterGain() const { return gain_.load(std::memory_order_relaxed); }
 
   /// The device that plays this ran dry. Any thread.
   void CountDropout() noexcept { dropouts_.fetch_add(1, std::memory_order_relaxed); }
@@ -48,6 +53,8 @@ class OutputMixer {
   std::atomic<std::uint64_t> renders_{0};  ///< odd while a render is under way
   std::atomic<std::uint64_t> underruns_{0};
   std::atomic<std::uint64_t> dropouts_{0};
+  std::atomic<float> gain_{1};
+  Limiter limiter_;  ///< the rendering thread's
 };
 
 }  // namespace kelvo
