@@ -16,8 +16,8 @@ Q_LOGGING_CATEGORY(logEngine, "kelvo.audio.engine", QtWarningMsg)
 
 namespace {
 
-/// How long the sound of a player that is gone may take to fade, before it is cut.
-constexpr Nanoseconds kFadeAllowance = 200ms;
+/// How long the sound of a player that is gone may take to fade and to leave a device's queue, before it is cut.
+constexpr Nanoseconds kFadeAllowance = 1s;
 
 /// A disk that gave nothing for so long is not waited for.
 constexpr Nanoseconds kNoAnswer = 10s;

@@ -302,7 +302,7 @@ TEST(Playback, VoicesAddUpAndTheSumStaysBelowTheCeiling) {
   ASSERT_TRUE(studio.Open(*two, loud).Ok());
   two->Play();
   studio.loop.RunFor(100ms);
-  EXPECT_NEAR(studio.heard.back(), Limiter::kCeiling, 1e-6F);
+  EXPECT_NEAR(studio.heard.back(), Limiter::kCeiling, 1e-3F);
   EXPECT_NEAR(studio.engine.GainReduction(), 20 * std::log10((0.25 + 0.875) / Limiter::kCeiling), 0.01);
 }
 

@@ -26,6 +26,9 @@ class Output {
 
   /// Looks after the device and the silent clock; to be called every 10 ms.
   void Tick();
+  /// A player has new orders: what is queued is rendered anew, once all that this turn of the loop has to say
+  /// is said.
+  void Hasten(DeviceLink::Hurry hurry);
 
  private:
   void WatchDevice(Nanoseconds passed);
@@ -52,6 +55,8 @@ class Output {
   Nanoseconds clockStart_{0};
   FrameIndex clockFrames_ = 0;  ///< rendered since clockStart_
   std::vector<float> clockBuffer_;
+  DeviceLink::Hurry hurry_ = DeviceLink::Hurry::None;
+  Timer hasten_;
 };
 
 }  // namespace kelvo
