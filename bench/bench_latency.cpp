@@ -7,6 +7,7 @@
 #include "audio/engine/NoDeviceBackend.h"
 #include "audio/engine/PulseBackend.h"
 #include "platform/QtEventLoop.h"
+#include "support/TurnUntil.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -120,11 +121,7 @@ int Measure(bool busy) {
   QtEventLoop loop;
   AudioEngine engine(loop,
                      std::make_unique<PulseBackend>([] { return std::make_unique<NoDeviceBackend>(); }));
-  const auto turnUntil = [](const auto& condition) {
-    const auto until = Clock::now() + 10s;
-    while (!condition() && Clock::now() < until) QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
-    return condition();
-  };
+  const auto turnUntil = [](const auto& condition) { return testing::TurnUntil(condition); };
   const auto runFor = [&](Clock::duration time) {
     const auto until = Clock::now() + time;
     static_cast<void>(turnUntil([until] { return Clock::now() >= until; }));

@@ -16,7 +16,8 @@ Q_LOGGING_CATEGORY(logEngine, "kelvo.audio.engine", QtWarningMsg)
 
 namespace {
 
-/// How long the sound of a player that is gone may take to fade and to leave a device's queue, before it is cut.
+/// How long the sound of a player that is gone may take to fade and to leave a device's queue, before it is
+/// cut.
 constexpr Nanoseconds kFadeAllowance = 1s;
 
 /// A disk that gave nothing for so long is not waited for.
@@ -118,6 +119,16 @@ std::uint64_t AudioEngine::Underruns(const QString& output) const {
 std::uint64_t AudioEngine::Dropouts(const QString& output) const {
   const auto place = FindOutput(output);
   return place ? place->Mixer().Dropouts() : 0;
+}
+
+std::shared_ptr<const Tap> AudioEngine::TapOf(const QString& output) const {
+  const auto place = FindOutput(output);
+  return place ? place->Mixer().OpenTap() : nullptr;
+}
+
+Nanoseconds AudioEngine::ReserveOf(const QString& output) const {
+  const auto place = FindOutput(output);
+  return place ? place->Reserve() : 0ns;
 }
 
 double AudioEngine::GainReduction(const QString& output) const {

@@ -91,7 +91,7 @@ class QueueingDevice {
   void Render(FrameIndex frames) {
     if (OnRender) OnRender(written_);
     Samples part(static_cast<std::size_t>(frames) * 2);
-    link_.Deliver(part, reserve_ - kPeriod);
+    link_.Deliver(part, reserve_ - kPeriod, Queued() + frames);
     queue_.insert(queue_.end(), part.begin(), part.end());
     written_ += frames;
   }
@@ -158,10 +158,17 @@ TEST(TakeBack, WhatIsHeardIsWhatAMixerWithoutAQueueWouldHavePlayed) {
     desk.Give(orders);
     desk.Add(0);
     desk.Add(1);
+    const auto tap = desk.mixer->OpenTap();
+    Samples tapped;
     std::array<bool, kVoices> ended{};
     for (int step = 0; step < 200; ++step) {
       if (step == 100) desk.Add(2);
       device.Fill();
+      const auto from = static_cast<FrameIndex>(tapped.size() / 2);
+      tapped.resize(static_cast<std::size_t>(tap->Settled()) * 2);
+      ASSERT_TRUE(tap->Read(from, std::span(tapped).subspan(static_cast<std::size_t>(from) * 2)));
+      EXPECT_LE(tap->Heard(), device.Heard());
+      EXPECT_GE(tap->Heard(), device.Heard() - 2 * kPeriod);
       device.Play(dice.Below(1500));
       if (dice.Below(3) != 0) continue;
       const auto voice = static_cast<std::size_t>(dice.Below(step < 100 ? 2 : kVoices));
@@ -177,6 +184,7 @@ TEST(TakeBack, WhatIsHeardIsWhatAMixerWithoutAQueueWouldHavePlayed) {
       }
     }
     device.PlayOut();
+    EXPECT_TRUE(std::equal(tapped.begin(), tapped.end(), device.heard.begin())) << "what went on air";
 
     Desk reference(music.files);
     for (std::size_t each = 0; each < kVoices; ++each) reference.Add(each);

@@ -161,6 +161,11 @@ void EnginePlayer::Stop() {
   if (state_ == PlayState::Playing) ApplyState(PlayState::Stopped);
 }
 
+std::optional<FrameIndex> EnginePlayer::OnAirFrom() const {
+  const auto began = core_->voice.Began();
+  return began ? std::optional(*began + static_cast<FrameIndex>(Limiter::kLookAhead)) : std::nullopt;
+}
+
 void EnginePlayer::SetVolume(int hundredthsOfDecibel) {
   volume_ = std::clamp(hundredthsOfDecibel, kSilentLevel, 0);
   ApplyGains();

@@ -23,6 +23,8 @@ class Output {
   [[nodiscard]] const QString& Name() const { return name_; }
   [[nodiscard]] OutputMixer& Mixer() { return *mixer_; }
   [[nodiscard]] OutputStatus Status() const;
+  /// How much sound waits in front of the device; 0 where none does.
+  [[nodiscard]] Nanoseconds Reserve() const { return link_ ? link_->Reserve() : Nanoseconds(0); }
 
   /// Looks after the device and the silent clock; to be called every 10 ms.
   void Tick();

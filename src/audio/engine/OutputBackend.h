@@ -27,10 +27,11 @@ class DeviceLink {
   [[nodiscard]] const QString& Name() const { return name_; }
 
   // The device's side. Deliver is what its callback calls: silence while the link does not run. A device that
-  // queues may take back up to `revocable` of the frames that have been delivered then.
-  void Deliver(std::span<float> target, FrameIndex revocable = 0) noexcept {
+  // queues may take back up to `revocable` of the frames that have been delivered then; `unheard` of them
+  // wait on their way to the loudspeaker.
+  void Deliver(std::span<float> target, FrameIndex revocable = 0, FrameIndex unheard = 0) noexcept {
     calls_.fetch_add(1, std::memory_order_relaxed);
-    if (Runs() && mixer_->Render(target, revocable)) {
+    if (Runs() && mixer_->Render(target, revocable, unheard)) {
       inOneGo_ += static_cast<FrameIndex>(target.size() / kChannels);
     } else {
       std::fill(target.begin(), target.end(), 0.0F);

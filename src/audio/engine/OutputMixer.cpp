@@ -29,7 +29,15 @@ void OutputMixer::Remove(const PlayerCore& core) {
   }
 }
 
-bool OutputMixer::Render(std::span<float> target, FrameIndex revocable) noexcept {
+std::shared_ptr<const Tap> OutputMixer::OpenTap() {
+  if (!ownTap_) {
+    ownTap_ = std::make_shared<Tap>();
+    tap_.store(ownTap_.get(), std::memory_order_release);
+  }
+  return ownTap_;
+}
+
+bool OutputMixer::Render(std::span<float> target, FrameIndex revocable, FrameIndex unheard) noexcept {
   if (rendering_.test_and_set(std::memory_order_acquire)) {
     std::fill(target.begin(), target.end(), 0.0F);
     return false;
@@ -48,6 +56,7 @@ bool OutputMixer::Render(std::span<float> target, FrameIndex revocable) noexcept
       Mix(part, std::max<FrameIndex>(revocable - behind, 0));
     }
   }
+  if (Tap* const tap = tap_.load(std::memory_order_acquire)) tap->Publish(settled_, frame_ - unheard);
   rendering_.clear(std::memory_order_release);
   return true;
 }
@@ -78,13 +87,15 @@ void OutputMixer::MixPart(std::span<float> target) noexcept {
   const bool counts = frame_ >= furthest_;
   for (const auto& place : players_) {
     PlayerCore* const core = place.load();
-    if (core && !core->voice.Mix(target) && counts) underruns_.fetch_add(1, std::memory_order_relaxed);
+    if (core && !core->voice.Mix(target, frame_) && counts)
+      underruns_.fetch_add(1, std::memory_order_relaxed);
   }
   for (float& sample : target) {
     if (!(std::abs(sample) <= kMostLevel))
       sample = std::isnan(sample) ? 0.0F : std::copysign(kMostLevel, sample);
   }
   limiter_.Process(target);
+  if (Tap* const tap = tap_.load(std::memory_order_acquire)) tap->Write(frame_, target);
   frame_ += static_cast<FrameIndex>(target.size() / kChannels);
   furthest_ = std::max(furthest_, frame_);
 }

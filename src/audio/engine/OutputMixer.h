@@ -3,10 +3,12 @@
 #include "audio/engine/Limiter.h"
 #include "audio/engine/Marks.h"
 #include "audio/engine/PlayerCore.h"
+#include "audio/engine/Tap.h"
 
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <span>
 
 namespace kelvo {
@@ -30,10 +32,14 @@ class OutputMixer {
   /// True once no render that was under way at `mark` can still be.
   [[nodiscard]] bool MayFree(std::uint64_t mark) const { return mark % 2 == 0 || renders_.load() != mark; }
 
+  /// What this output plays, from the first call on. Logic thread.
+  [[nodiscard]] std::shared_ptr<const Tap> OpenTap();
+
   /// Fills `target` (interleaved stereo, within the limiter's ceiling). Of all that has been rendered then,
   /// the last `revocable` frames may be asked for again with TakeBack; what came of the others is told.
-  /// Returns false, and silence, when another thread is rendering.
-  bool Render(std::span<float> target, FrameIndex revocable = 0) noexcept;
+  /// `unheard` of it wait on their way to the loudspeaker. Returns false, and silence, when another thread is
+  /// rendering.
+  bool Render(std::span<float> target, FrameIndex revocable = 0, FrameIndex unheard = 0) noexcept;
   /// Takes back up to `most` of the frames rendered last: the next Render begins with them, and follows the
   /// orders of its own time. Returns how many; 0 also when another thread is rendering.
   [[nodiscard]] FrameIndex TakeBack(FrameIndex most) noexcept;
@@ -73,6 +79,8 @@ class OutputMixer {
   std::atomic<std::uint64_t> dropouts_{0};
   std::atomic<float> gain_{1};
   std::atomic<bool> waits_{false};
+  std::shared_ptr<Tap> ownTap_;  ///< the logic thread's; what it points to stays as long as the mixer
+  std::atomic<Tap*> tap_{nullptr};
 
   // The rendering thread's:
   Limiter limiter_;

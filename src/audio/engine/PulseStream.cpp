@@ -139,6 +139,7 @@ void PulseStream::Serve() {
   const pa_usec_t wait = hurry == DeviceLink::Hurry::Start ? kStartEvery : kLevelEvery;
   if (pa_rtclock_now() < rewrittenAt_ + wait) return;
   // Only the server knows what it has played.
+  askedAt_ = pa_rtclock_now();
   timing_.reset(pa_stream_update_timing_info(
       stream_, [](pa_stream*, int, void* self) { static_cast<PulseStream*>(self)->TakeTiming(); }, this));
 }
@@ -149,10 +150,11 @@ void PulseStream::TakeTiming() {
   rewrittenAt_ = pa_rtclock_now();
   const pa_timing_info* const timing = pa_stream_get_timing_info(stream_);
   if (!timing || timing->write_index_corrupt || timing->read_index_corrupt) return;
+  inDevice_ = static_cast<FrameIndex>(timing->sink_usec) * kEngineRate / 1'000'000;
   const FrameIndex queued = (timing->write_index - timing->read_index) / kFrameBytes;
-  const FrameIndex since =
-      static_cast<FrameIndex>(pa_timeval_age(&timing->timestamp)) * kEngineRate / 1'000'000;
-  const FrameIndex most = queued - since - kGuardFrames;
+  // On the way to the server as much time goes by again as the answer took, more on a busy machine.
+  const pa_usec_t way = pa_timeval_age(&timing->timestamp) + (rewrittenAt_ - askedAt_);
+  const FrameIndex most = queued - kGuardFrames - static_cast<FrameIndex>(way) * kEngineRate / 1'000'000;
   const FrameIndex back = most > 0 ? link_->TakeBack(most) : 0;
   if (back == 0) return;
   const auto bytes = static_cast<std::size_t>(back) * kFrameBytes;
@@ -172,7 +174,8 @@ void PulseStream::Write(std::size_t bytes, std::int64_t back) {
     if (primed_) {
       // What is still to be written at this turn is not queued yet.
       const auto behind = static_cast<FrameIndex>(bytes / kFrameBytes);
-      link_->Deliver(target, std::max<FrameIndex>(QueueFrames() - kGuardFrames - behind, 0));
+      const FrameIndex queued = QueueFrames() - behind;
+      link_->Deliver(target, std::max<FrameIndex>(queued - kGuardFrames, 0), queued + inDevice_);
     } else {
       std::fill(target.begin(), target.end(), 0.0F);
     }

@@ -71,9 +71,11 @@ class PulseStream {
   std::uint32_t frames_;  ///< of reserve that this stream asked for
   bool primed_ = false;
   std::unique_ptr<pa_operation, Drop> timing_;  ///< asked for, so that the queue can be written anew
+  pa_usec_t askedAt_ = 0;
   pa_usec_t rewrittenAt_ = 0;
-  int waited_ = 0;        ///< rewrites in a row for a player whose data had not come
-  std::size_t tail_ = 0;  ///< bytes written since the link wanted no more
+  FrameIndex inDevice_ = 1024;  ///< taken by the device and not heard yet, as the server told last
+  int waited_ = 0;              ///< rewrites in a row for a player whose data had not come
+  std::size_t tail_ = 0;        ///< bytes written since the link wanted no more
 };
 
 }  // namespace kelvo

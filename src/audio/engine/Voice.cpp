@@ -42,6 +42,11 @@ bool Voice::HasEnded(Generation generation) const {
   return ended_.load(std::memory_order_acquire) == (std::uint64_t{generation} << 1 | 1U);
 }
 
+std::optional<FrameIndex> Voice::Began() const {
+  const FrameIndex began = began_.load(std::memory_order_acquire);
+  return began < 0 ? std::nullopt : std::optional(began);
+}
+
 void Voice::NotePosition() {
   if (!reader_.Started()) return;
   const auto frame = static_cast<std::uint64_t>(std::max<FrameIndex>(reader_.Position(), 0));
@@ -72,6 +77,7 @@ void Voice::GoBack(MarkNumber mark) noexcept {
 void Voice::Tell(const Facts& facts, bool silent) noexcept {
   position_.store(facts.position, std::memory_order_release);
   ended_.store(facts.ended, std::memory_order_release);
+  began_.store(facts.began, std::memory_order_release);
   silent_.store(silent, std::memory_order_release);
 }
 
@@ -85,7 +91,7 @@ void Voice::TellAll() noexcept {
   Tell(now_.facts, now_.facts.silent);
 }
 
-bool Voice::Mix(std::span<float> target) noexcept {
+bool Voice::Mix(std::span<float> target, FrameIndex at) noexcept {
   const std::uint64_t wanted = wanted_.load(std::memory_order_acquire);
   const auto generation = static_cast<Generation>(wanted >> 1);
   const bool playing = (wanted & 1U) != 0;
@@ -117,7 +123,9 @@ bool Voice::Mix(std::span<float> target) noexcept {
 
     std::size_t part = std::min(frames - done, kChunk);
     if (!sounding) part = std::min(part, static_cast<std::size_t>(now_.envelope.StepsLeft()));
+    const bool begins = now_.envelope.Value() == 0.0F;
     const std::size_t got = Sound(target.data() + done * kChannels, part);
+    if (begins && got > 0) now_.facts.began = at + static_cast<FrameIndex>(done);
     done += got;
     if (got == part) continue;
 

@@ -27,13 +27,15 @@ class Voice {
   [[nodiscard]] std::optional<FrameIndex> PositionIn(Generation generation) const;
   /// True when `generation` has been played to its end.
   [[nodiscard]] bool HasEnded(Generation generation) const;
+  /// The frame of its output in which what sounds began, or what sounded last; nothing before the first.
+  [[nodiscard]] std::optional<FrameIndex> Began() const;
   /// True when nothing of it sounds any more.
   [[nodiscard]] bool Silent() const { return silent_.load(std::memory_order_acquire); }
 
   // The callback.
-  /// Adds `target.size() / 2` frames to `target`. Returns false when it ran dry: it should have sounded and
-  /// its ring was empty.
-  bool Mix(std::span<float> target) noexcept;
+  /// Adds `target.size() / 2` frames to `target`, which is frame `at` and on of its output. Returns false
+  /// when it ran dry: it should have sounded and its ring was empty.
+  bool Mix(std::span<float> target, FrameIndex at = 0) noexcept;
   /// True when it is to play and its data has not come.
   [[nodiscard]] bool Waits() const { return waits_; }
   /// Keeps the present state as `mark`.
@@ -61,6 +63,7 @@ class Voice {
   struct Facts {
     std::uint64_t position = 0;  ///< low 24 bits of the generation, then 40 bits of frame
     std::uint64_t ended = 0;     ///< generation << 1 | 1
+    FrameIndex began = -1;       ///< in the output's frames
     bool silent = true;
   };
   /// All that makes the next frames, but for the orders and the sound itself.
@@ -86,6 +89,7 @@ class Voice {
   std::atomic<double> wantedRate_{1.0};
   std::atomic<std::uint64_t> position_{0};
   std::atomic<std::uint64_t> ended_{0};
+  std::atomic<FrameIndex> began_{-1};
   std::atomic<bool> silent_{true};
 
   // The callback alone:
