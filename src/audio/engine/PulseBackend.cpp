@@ -70,8 +70,8 @@ void PulseBackend::Open(std::shared_ptr<DeviceLink> link) {
 
 void PulseBackend::Run(const std::stop_token& stop) {
   const std::stop_callback wake(stop, [this] { pa_mainloop_wakeup(mainloop_.get()); });
-  const bool raised = RaiseCallbackPriority();
-  qCInfo(logPulse) << "the device thread runs in real time:" << raised;
+  const CallbackPriority priority;
+  qCInfo(logPulse) << "the device thread runs in real time:" << priority.Granted();
   pa_mainloop* const loop = mainloop_.get();
   do {
     Serve();
