@@ -2,6 +2,7 @@
 
 #include "audio/AudioEngine.h"
 #include "audio/TestSounds.h"
+#include "audio/engine/Limiter.h"
 #include "audio/engine/OpenDecoder.h"
 #include "audio/engine/SimulatedBackend.h"
 #include "platform/QtEventLoop.h"
@@ -123,6 +124,42 @@ void MeasureMix(const QString& path) {
   Report("engine.mix_x_realtime", seconds * kDecks / (static_cast<double>(spent) / 1e9));
 }
 
+/// Dubs of crushed tracks, two full-scale ones at a time, and what the limiter makes of a tone.
+void MeasureLimiter(const QString& folder) {
+  OutputMixer mixer(false);
+  std::vector<std::unique_ptr<PlayerCore>> cores;
+  for (unsigned deck = 0; deck < 2; ++deck) {
+    testing::Samples crushed = testing::Noise(44100 * 20, deck + 1);
+    for (float& sample : crushed) sample = std::tanh(sample * 12);
+    const QString path = folder + QStringLiteral("/crushed%1.wav").arg(deck);
+    testing::Save(path, testing::WaveFile(crushed, {.coding = testing::WaveKind::Coding::Float32}));
+    cores.push_back(std::make_unique<PlayerCore>());
+    PlayerCore& core = *cores.back();
+    core.voice.SetGains(1, 1);
+    core.voice.Want(1, true);
+    core.feeder.Begin(1, 0, std::make_unique<EngineSource>(OpenDecoder(path)));
+    if (!mixer.Add(core)) return;
+  }
+  std::vector<float> buffer(PacedBackend::kFrames * kChannels);
+  std::ptrdiff_t clipped = 0;
+  for (int i = 0; i < 800; ++i) {
+    for (const auto& core : cores) core->feeder.FillNow();
+    mixer.Render(buffer);
+    clipped += std::count_if(buffer.begin(), buffer.end(), [](float each) { return std::abs(each) >= 1; });
+  }
+  Report("engine.clipped_samples", static_cast<double>(clipped));
+
+  testing::Samples tone = testing::Sine(1000, 4);
+  for (float& sample : tone) sample *= 4;
+  Limiter limiter;
+  QElapsedTimer clock;
+  clock.start();
+  limiter.Process(tone);
+  const double spent = static_cast<double>(clock.nsecsElapsed()) / 1e9;
+  Report("engine.limiter_thd_db", testing::Distortion(tone, 1000, 44100));
+  Report("engine.limiter_core_percent", spent / 4 * 100);
+}
+
 void MeasureAnswers(const QString& path) {
   QtEventLoop loop;
   const auto delivered = std::make_shared<std::atomic<std::int64_t>>(0);
@@ -195,6 +232,7 @@ int main(int argc, char** argv) {
 
   MeasureThroughput(path, kSeconds);
   MeasureMix(path);
+  MeasureLimiter(folder.path());
   MeasureAnswers(path);
   return 0;
 }

@@ -6,6 +6,7 @@
 #include <QLoggingCategory>
 
 #include <algorithm>
+#include <cmath>
 
 namespace kelvo {
 
@@ -15,8 +16,9 @@ Q_LOGGING_CATEGORY(logEngine, "kelvo.audio.engine", QtWarningMsg)
 
 namespace {
 
-/// How long the sound of a player that is gone may take to fade, before it is cut.
-constexpr Nanoseconds kFadeAllowance = 200ms;
+/// How long the sound of a player that is gone may take to fade and to leave a device's queue, before it is
+/// cut.
+constexpr Nanoseconds kFadeAllowance = 1s;
 
 /// A disk that gave nothing for so long is not waited for.
 constexpr Nanoseconds kNoAnswer = 10s;
@@ -117,6 +119,21 @@ std::uint64_t AudioEngine::Underruns(const QString& output) const {
 std::uint64_t AudioEngine::Dropouts(const QString& output) const {
   const auto place = FindOutput(output);
   return place ? place->Mixer().Dropouts() : 0;
+}
+
+std::shared_ptr<const Tap> AudioEngine::TapOf(const QString& output) const {
+  const auto place = FindOutput(output);
+  return place ? place->Mixer().OpenTap() : nullptr;
+}
+
+Nanoseconds AudioEngine::ReserveOf(const QString& output) const {
+  const auto place = FindOutput(output);
+  return place ? place->Reserve() : 0ns;
+}
+
+double AudioEngine::GainReduction(const QString& output) const {
+  const auto place = FindOutput(output);
+  return place ? -20 * std::log10(place->Mixer().LimiterGain()) : 0;
 }
 
 std::optional<OutputStatus> AudioEngine::StatusOf(const QString& output) const {

@@ -5,7 +5,9 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace kelvo {
 
@@ -52,6 +54,10 @@ class MediaPlayer {
   virtual void Play() = 0;
   /// Stops and keeps the position.
   virtual void Stop() = 0;
+
+  /// The frame of its output's tap in which the present file began to sound last, exact to the sample;
+  /// nothing while it may still be taken back, and where there is no sound.
+  [[nodiscard]] virtual std::optional<std::int64_t> OnAirFrom() const { return std::nullopt; }
 
   /// How long the file's disk has owed data that is needed for what comes next; 0 when it owes none. A few
   /// seconds of sound are at hand when it begins to count.

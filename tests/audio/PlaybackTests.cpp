@@ -1,4 +1,5 @@
 #include "audio/SimulatedStudio.h"
+#include "audio/engine/Limiter.h"
 #include "audio/engine/OpenDecoder.h"
 #include "audio/engine/WaveFileSink.h"
 
@@ -19,6 +20,9 @@ Samples DecodeAll(const QString& path) {
   all.resize(decoder->Read(all) * 2);
   return all;
 }
+
+/// What comes out of an output does so this much after it went in.
+constexpr std::size_t kLate = Limiter::kLookAhead;
 
 /// Fails unless `heard` from `heardFrame` on is `expected` from `expectedFrame` on, for as long as both last.
 void ExpectSame(const Samples& heard, std::size_t heardFrame, const Samples& expected,
@@ -103,7 +107,7 @@ TEST(Playback, LengthsAndSeeksAreTrueInEveryKindOfFile) {
     player->Play();
     studio.loop.RunFor(500ms);
     EXPECT_NEAR(player->CurrentPosition(), 2.0, 0.001);
-    ExpectSame(studio.heard, kStartRamp, all, 66150 + kStartRamp, 20'000);
+    ExpectSame(studio.heard, kLate + kStartRamp, all, 66150 + kStartRamp, 20'000);
   }
 }
 
@@ -131,7 +135,7 @@ TEST(Playback, StopKeepsThePlaceAndASeekWhilePlayingGoesOnFromThere) {
   studio.heard.clear();
   studio.loop.RunFor(100ms);
   // The old sound fades for 5 ms and the new one comes in behind it.
-  ExpectSame(studio.heard, 2 * kStartRamp, sound, 2 * 44100 + kStartRamp, 3000);
+  ExpectSame(studio.heard, kLate + 2 * kStartRamp, sound, 2 * 44100 + kStartRamp, 3000);
   player->SetCurrentPosition(-3);
   EXPECT_EQ(player->CurrentPosition(), 0);
   player->SetCurrentPosition(100);
@@ -153,13 +157,12 @@ TEST(Playback, OtherRatesAndChannelsSoundAsRecorded) {
     player->Play();
     studio.loop.RunFor(1s);
     // A seek lands on a whole frame of the file, so the phase may be off by a part of one.
-    const Samples ideal = Sine(1000, 3);
     double best = 1;
     for (int shift = -8; shift <= 8; ++shift) {
       double worst = 0;
       for (std::size_t i = 2000; i < 20'000; ++i) {
         const double phase =
-            2 * std::numbers::pi * 1000 * (static_cast<double>(i) / 44100 + 0.5 + shift / 8.0 / rate);
+            2 * std::numbers::pi * 1000 * (static_cast<double>(i - kLate) / 44100 + 0.5 + shift / 8.0 / rate);
         worst = std::max(worst, std::abs(0.5 * std::sin(phase) - studio.heard[2 * i]));
       }
       best = std::min(best, worst);
@@ -182,8 +185,9 @@ TEST(Playback, OtherRatesAndChannelsSoundAsRecorded) {
     player->Play();
     studio.loop.RunFor(400ms);
     for (std::size_t i = kStartRamp; i < 10'000; ++i) {
-      ASSERT_EQ(studio.heard[2 * i], sound[2 * i]);
-      ASSERT_EQ(studio.heard[2 * i + 1], sound[2 * i + (channels == 1 ? 0 : 1)]);
+      const std::size_t at = 2 * (kLate + i);
+      ASSERT_EQ(studio.heard[at], sound[2 * i]);
+      ASSERT_EQ(studio.heard[at + 1], sound[2 * i + (channels == 1 ? 0 : 1)]);
     }
   }
 }
@@ -236,7 +240,7 @@ TEST(Playback, RateChangesTheSpeedAndGoesBackToTheExactSamples) {
   // Whole frames again: what is heard is found in the file, sample for sample.
   const auto place = static_cast<std::size_t>(std::llround(player->CurrentPosition() * 44100));
   const auto written = DecodeAll(player->FileName());
-  ExpectSame(studio.heard, 34100, written, place - 10'000, 10'000);
+  ExpectSame(studio.heard, 34100, written, place - kLate - 10'000, 10'000);
 }
 
 TEST(Playback, NothingThatTheOperatorDoesClicks) {
@@ -279,7 +283,7 @@ TEST(Playback, NothingThatTheOperatorDoesClicks) {
   }
 }
 
-TEST(Playback, VoicesAddUpAndStayWithinFullScale) {
+TEST(Playback, VoicesAddUpAndTheSumStaysBelowTheCeiling) {
   SimulatedStudio studio;
   const auto one = studio.engine.MakePlayer();
   const auto two = studio.engine.MakePlayer();
@@ -294,10 +298,12 @@ TEST(Playback, VoicesAddUpAndStayWithinFullScale) {
   apart->Play();
   studio.loop.RunFor(100ms);
   EXPECT_FLOAT_EQ(studio.heard.back(), 0.5F);
+  EXPECT_EQ(studio.engine.GainReduction(), 0);
   ASSERT_TRUE(studio.Open(*two, loud).Ok());
   two->Play();
   studio.loop.RunFor(100ms);
-  EXPECT_EQ(studio.heard.back(), 1.0F);
+  EXPECT_NEAR(studio.heard.back(), Limiter::kCeiling, 1e-3F);
+  EXPECT_NEAR(studio.engine.GainReduction(), 20 * std::log10((0.25 + 0.875) / Limiter::kCeiling), 0.01);
 }
 
 TEST(Playback, ARenderedShowCanBeWrittenToAFile) {

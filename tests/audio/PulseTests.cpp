@@ -3,15 +3,13 @@
 
 #include "audio/AudioEngine.h"
 #include "audio/Playing.h"
-#include "audio/Spawned.h"
+#include "audio/PrivateServer.h"
 #include "audio/TestSounds.h"
 #include "audio/engine/PulseBackend.h"
 #include "audio/engine/PulseStream.h"
 #include "platform/QtEventLoop.h"
 #include "support/TemporaryTree.h"
 #include "support/TurnUntil.h"
-
-#include <QFile>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -32,73 +30,24 @@ using namespace std::chrono_literals;
 constexpr auto kOnAir = OutputStatus::Kind::OnAir;
 constexpr auto kOnClock = OutputStatus::Kind::OnSilentClock;
 
-/// A sound server of the test's own, with the devices "Main" (the default one) and "Headphones".
-class PrivateServer {
+/// A server whose devices a test plugs and unplugs.
+class TestServer : public PrivateServer {
  public:
-  PrivateServer() {
-    qputenv("PULSE_SERVER", "unix:" + Place("native"));
-    qputenv("PULSE_COOKIE", Place("cookie"));
-  }
-  ~PrivateServer() {
-    qunsetenv("PULSE_SERVER");
-    qunsetenv("PULSE_COOKIE");
-  }
-
-  [[nodiscard]] bool Start() {
-    QByteArrayList environment{"DBUS_SESSION_BUS_ADDRESS="};
-    for (const char* const place :
-         {"HOME=", "XDG_RUNTIME_DIR=", "XDG_CONFIG_HOME=", "PULSE_RUNTIME_PATH=", "PULSE_STATE_PATH="}) {
-      environment << place + folder_.Path().toUtf8();
-    }
-    // What an earlier one left behind is no sign of life.
-    QFile::remove(QString::fromUtf8(Place("native")));
-    server_.emplace(
-        QByteArrayList{"pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
-                       "--realtime=no", "--high-priority=no", "--log-level=error", "-L",
-                       "module-native-protocol-unix auth-anonymous=1 socket=" + Place("native"), "-L",
-                       Device("Main").join(' '), "-L", Device("Headphones").join(' ')},
-        environment);
-    bool answers = false;
-    return TurnUntil([&] {
-             answers = folder_.Exists(QStringLiteral("native")) && Tell({"set-default-sink", "main"});
-             return answers || server_->HasEnded();
-           }) &&
-           answers;
-  }
-  void Stop() { server_.reset(); }
-  void Signal(int number) const { server_->Signal(number); }
-
-  /// Gives `arguments` to the server's control program; returns whether it took them.
-  bool Tell(const QByteArrayList& arguments) const {
-    return Spawned(QByteArrayList{"pactl"} + arguments, {}, Place("told")).ExitCode() == 0;
-  }
   /// How many connections it has from this program.
   [[nodiscard]] qsizetype Connections() const {
     EXPECT_TRUE(Tell({"list", "short", "clients"}));
-    return folder_.Read(QStringLiteral("told")).count("test_audio");
+    return Told().count("test_audio");
   }
-  void Plug(const char* name) { EXPECT_TRUE(Tell(QByteArrayList{"load-module"} + Device(name))); }
-  void Unplug(const char* sink) {
+  void Plug(const char* name) const { EXPECT_TRUE(Tell(QByteArrayList{"load-module"} + Device(name))); }
+  void Unplug(const char* sink) const {
     ASSERT_TRUE(Tell({"list", "short", "modules"}));
-    const QList<QByteArray> modules = folder_.Read(QStringLiteral("told")).split('\n');
+    const QList<QByteArray> modules = Told().split('\n');
     const auto module = std::find_if(modules.begin(), modules.end(), [&](const QByteArray& line) {
       return line.contains(QByteArray("sink_name=") + sink + ' ');
     });
     ASSERT_NE(module, modules.end());
     EXPECT_TRUE(Tell({"unload-module", module->split('\t').front()}));
   }
-
- private:
-  [[nodiscard]] QByteArray Place(const char* name) const {
-    return folder_.Path(QString::fromLatin1(name)).toUtf8();
-  }
-  static QByteArrayList Device(const char* name) {
-    return {"module-null-sink", "sink_name=" + QByteArray(name).toLower(), "norewinds=1", "rate=44100",
-            QByteArray("sink_properties=device.description=") + name};
-  }
-
-  TemporaryTree folder_;
-  std::optional<Spawned> server_;
 };
 
 /// What a device plays, from the moment this is made.
@@ -146,7 +95,17 @@ class BareCard : public OutputBackend {
 
 class SoundServer : public ::testing::Test {
  protected:
-  void SetUp() override { ASSERT_TRUE(server.Start()); }
+  void SetUp() override { ASSERT_TRUE(Start()); }
+
+  [[nodiscard]] bool Start() {
+    server.Start();
+    bool answers = false;
+    return TurnUntil([&] {
+             answers = server.Answers();
+             return answers || server.HasEnded();
+           }) &&
+           answers;
+  }
 
   void RunFor(Nanoseconds time) {
     const auto until = loop.Elapsed() + time;
@@ -162,7 +121,7 @@ class SoundServer : public ::testing::Test {
   }
 
   const QString headphones = QStringLiteral("Headphones");
-  PrivateServer server;
+  TestServer server;
   TemporaryTree folder;
   QtEventLoop loop;
   std::atomic<BareCard*> card{nullptr};  ///< once it was needed
@@ -269,16 +228,25 @@ TEST_F(SoundServer, StallsNeitherLoseTheServerNorLeaveSoundWaitingInIt) {
   EXPECT_EQ(server.Connections(), 1);
 }
 
-TEST(PulseReserve, GrowsByHalfWhenItRanDryUpToItsBound) {
+TEST(PulseReserve, GrowsByHalfWhenItRanDryUpToItsBoundAndGoesBackInQuietMinutes) {
   constexpr double kFramesInASecond = 44100;
   PulseReserve reserve;
   EXPECT_NEAR(reserve.Frames() / kFramesInASecond, 0.139, 0.001);
-  reserve.Grow(reserve.Frames());
+  EXPECT_FALSE(reserve.Shrink(1h)) << "this is its least";
+  reserve.Grow(reserve.Frames(), 1h);
   EXPECT_NEAR(reserve.Frames() / kFramesInASecond, 0.209, 0.001);
-  reserve.Grow(10);
-  EXPECT_NEAR(reserve.Frames() / kFramesInASecond, 0.209, 0.001) << "it shrinks for nobody";
-  for (int more = 0; more < 10; ++more) reserve.Grow(reserve.Frames());
+  reserve.Grow(10, 1h);
+  EXPECT_NEAR(reserve.Frames() / kFramesInASecond, 0.209, 0.001) << "it ran dry: it does not shrink";
+  for (int more = 0; more < 10; ++more) reserve.Grow(reserve.Frames(), 1h);
   EXPECT_NEAR(reserve.Frames() / kFramesInASecond, 0.557, 0.001);
+  EXPECT_FALSE(reserve.Shrink(1h + 2min));
+  ASSERT_TRUE(reserve.Shrink(1h + 3min));
+  EXPECT_NEAR(reserve.Frames() / kFramesInASecond, 0.372, 0.001);
+  EXPECT_FALSE(reserve.Shrink(1h + 4min)) << "a step at a time";
+  reserve.Grow(reserve.Frames(), 1h + 5min);
+  EXPECT_FALSE(reserve.Shrink(1h + 7min));
+  for (auto now = 1h + 8min; now < 2h; now += 3min) static_cast<void>(reserve.Shrink(now));
+  EXPECT_NEAR(reserve.Frames() / kFramesInASecond, 0.139, 0.001);
 }
 
 TEST_F(SoundServer, AServerThatRestartsGetsItsSoundBack) {
@@ -291,7 +259,7 @@ TEST_F(SoundServer, AServerThatRestartsGetsItsSoundBack) {
   EXPECT_TRUE(TurnUntil([&] { return engine->DefaultOutputStatus().kind == kOnClock; }));
   EXPECT_TRUE(PlaysOn(*player, 0.5));
   const double before = player->CurrentPosition();
-  ASSERT_TRUE(server.Start());
+  ASSERT_TRUE(Start());
   EXPECT_TRUE(TurnUntil([&] { return OnAir(); }));
   EXPECT_EQ(card.load(), nullptr) << "a restart is waited for";
   EXPECT_GE(player->CurrentPosition(), before);
@@ -305,7 +273,7 @@ TEST_F(SoundServer, WithoutAServerTheHardwarePlaysUntilThereIsOne) {
   MakeEngine();
   ASSERT_TRUE(TurnUntil([&] { return card.load() && card.load()->Plays(); }));
   EXPECT_EQ(engine->OutputNames(), QStringList{QStringLiteral("Bare Card")});
-  ASSERT_TRUE(server.Start());
+  ASSERT_TRUE(Start());
   EXPECT_TRUE(TurnUntil([&] { return OnAir() && engine->OutputNames().contains(headphones); }));
   EXPECT_EQ(engine->DefaultOutputStatus().device, QStringLiteral("Main"));
   EXPECT_FALSE(card.load()->Plays()) << "the card is the server's now";

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <complex>
 #include <cstring>
 #include <numbers>
 #include <stdexcept>
@@ -63,7 +64,7 @@ Samples Sine(double hertz, double seconds, int rate) {
 
 Samples Noise(std::size_t frames, std::uint32_t seed) {
   std::mt19937 generator(seed);
-  std::uniform_int_distribution<int> value(-20000, 20000);
+  std::uniform_int_distribution<int> value(-12000, 12000);
   Samples sound(frames * 2);
   std::generate(sound.begin(), sound.end(), [&] { return static_cast<float>(value(generator)) / 32768.0F; });
   return sound;
@@ -131,6 +132,26 @@ void Save(const QString& path, const QByteArray& bytes) {
   if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
     throw std::runtime_error("cannot write " + path.toStdString());
   }
+}
+
+double Amplitude(const Samples& sound, double hertz, std::size_t frames) {
+  std::complex<double> sum = 0;
+  const std::size_t first = sound.size() / 2 - frames;
+  for (std::size_t i = 0; i < frames; ++i) {
+    const double angle = -2 * std::numbers::pi * hertz * static_cast<double>(i) / 44100;
+    sum += static_cast<double>(sound[(first + i) * 2]) * std::polar(1.0, angle);
+  }
+  return 2 * std::abs(sum) / static_cast<double>(frames);
+}
+
+double Distortion(const Samples& sound, double hertz, std::size_t frames) {
+  const double tone = Amplitude(sound, hertz, frames);
+  double power = 0;
+  for (std::size_t i = sound.size() - frames * 2; i < sound.size(); i += 2) {
+    power += static_cast<double>(sound[i]) * sound[i];
+  }
+  const double rest = std::max(power / static_cast<double>(frames) - tone * tone / 2, 1e-20);
+  return 20 * std::log10(std::sqrt(2 * rest) / tone);
 }
 
 float LargestStep(const Samples& sound) {

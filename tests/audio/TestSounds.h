@@ -14,7 +14,8 @@ using Samples = std::vector<float>;
 
 /// A sine of `hertz` on both sides, at half of full scale.
 [[nodiscard]] Samples Sine(double hertz, double seconds, int rate = 44100);
-/// Sound that repeats nowhere, so that a sample tells its place: for bit-exact comparisons. In 16-bit steps.
+/// Sound that repeats nowhere, so that a sample tells its place: for bit-exact comparisons. In 16-bit steps, and
+/// so quiet that no limiter touches it.
 [[nodiscard]] Samples Noise(std::size_t frames, std::uint32_t seed = 1);
 
 struct WaveKind {
@@ -47,6 +48,11 @@ class Dice {
 
 /// Writes `bytes` to `path`.
 void Save(const QString& path, const QByteArray& bytes);
+
+/// The amplitude of `hertz` on the left side of the last `frames` frames, which hold whole waves of it.
+[[nodiscard]] double Amplitude(const Samples& sound, double hertz, std::size_t frames);
+/// All that is not the tone, against the tone: in decibels. Else as Amplitude.
+[[nodiscard]] double Distortion(const Samples& sound, double hertz, std::size_t frames);
 
 /// The largest step between neighbouring samples of one side.
 [[nodiscard]] float LargestStep(const Samples& sound);

@@ -43,6 +43,7 @@ EnginePlayer::~EnginePlayer() {
   Supersede();
   engine_.Forget(*this);
   core_->voice.Want(generation_, false);
+  output_->Hasten(DeviceLink::Hurry::Start);
   engine_.Retire(std::move(output_), std::move(core_));
 }
 
@@ -85,6 +86,7 @@ std::uint64_t EnginePlayer::OpenSteps() const {
 void EnginePlayer::RenewCore() {
   auto fresh = engine_.MakeCore(*output_);
   core_->voice.Want(generation_, false);
+  output_->Hasten(DeviceLink::Hurry::Start);
   engine_.Retire(output_, std::exchange(core_, std::move(fresh)));
   ApplyGains();
   core_->voice.SetRate(rate_);
@@ -110,6 +112,7 @@ void EnginePlayer::Close() {
   target_ = 0;
   endDelivered_ = endAgain_ = false;
   core_->voice.Want(generation_, false);
+  output_->Hasten(DeviceLink::Hurry::Start);
   core_->feeder.Empty(generation_);
 }
 
@@ -119,6 +122,7 @@ void EnginePlayer::GoTo(FrameIndex frame, std::unique_ptr<EngineSource> source) 
   endDelivered_ = endAgain_ = false;
   // The voice first: it must know the generation before the ring holds it.
   core_->voice.Want(generation_, state_ == PlayState::Playing);
+  // Not in a hurry: until the new place is decoded the old one plays on, out of what is queued.
   core_->feeder.Begin(generation_, frame, std::move(source));
 }
 
@@ -139,6 +143,7 @@ void EnginePlayer::ApplyState(PlayState state) {
   state_ = state;
   core_->voice.Want(generation_, state == PlayState::Playing);
   core_->feeder.SetPlaying(state == PlayState::Playing);
+  output_->Hasten(DeviceLink::Hurry::Start);
 }
 
 void EnginePlayer::Play() {
@@ -156,6 +161,11 @@ void EnginePlayer::Stop() {
   if (state_ == PlayState::Playing) ApplyState(PlayState::Stopped);
 }
 
+std::optional<FrameIndex> EnginePlayer::OnAirFrom() const {
+  const auto began = core_->voice.Began();
+  return began ? std::optional(*began + static_cast<FrameIndex>(Limiter::kLookAhead)) : std::nullopt;
+}
+
 void EnginePlayer::SetVolume(int hundredthsOfDecibel) {
   volume_ = std::clamp(hundredthsOfDecibel, kSilentLevel, 0);
   ApplyGains();
@@ -169,11 +179,13 @@ void EnginePlayer::SetBalance(int hundredthsOfDecibel) {
 void EnginePlayer::ApplyGains() {
   const float level = GainOf(volume_);
   core_->voice.SetGains(level * GainOf(std::min(-balance_, 0)), level * GainOf(std::min(balance_, 0)));
+  output_->Hasten(DeviceLink::Hurry::Level);
 }
 
 void EnginePlayer::SetRate(double rate) {
   rate_ = std::isnan(rate) ? 1.0 : std::clamp(rate, 0.5, 2.0);
   core_->voice.SetRate(rate_);
+  output_->Hasten(DeviceLink::Hurry::Level);
 }
 
 void EnginePlayer::WatchData() {

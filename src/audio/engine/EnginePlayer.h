@@ -32,6 +32,7 @@ class EnginePlayer : public MediaPlayer {
   [[nodiscard]] PlayState State() const override { return state_; }
   void Play() override;
   void Stop() override;
+  [[nodiscard]] std::optional<FrameIndex> OnAirFrom() const override;
   [[nodiscard]] Nanoseconds DataLateFor() const override { return dataLateFor_; }
   void SetVolume(int hundredthsOfDecibel) override;
   [[nodiscard]] int Volume() const override { return volume_; }

@@ -65,6 +65,18 @@ void Output::Tick() {
   if (name_.isEmpty() && ran_) KnowDefault();
 }
 
+void Output::Hasten(DeviceLink::Hurry hurry) {
+  if (!link_ || !link_->TakesBack()) return;
+  hurry_ = std::max(hurry_, hurry);
+  if (hasten_.Active()) return;
+  hasten_ = loop_.After(0ns, [this] {
+    const auto asked = std::exchange(hurry_, DeviceLink::Hurry::None);
+    if (!link_) return;
+    link_->Ask(asked);
+    backend_.Wake();
+  });
+}
+
 void Output::KnowDefault() {
   const QStringList names = backend_.Names();
   if (std::exchange(epoch_, backend_.NamesEpoch()) != epoch_) asked_.clear();

@@ -23,9 +23,14 @@ class Output {
   [[nodiscard]] const QString& Name() const { return name_; }
   [[nodiscard]] OutputMixer& Mixer() { return *mixer_; }
   [[nodiscard]] OutputStatus Status() const;
+  /// How much sound waits in front of the device; 0 where none does.
+  [[nodiscard]] Nanoseconds Reserve() const { return link_ ? link_->Reserve() : Nanoseconds(0); }
 
   /// Looks after the device and the silent clock; to be called every 10 ms.
   void Tick();
+  /// A player has new orders: what is queued is rendered anew, once all that this turn of the loop has to say
+  /// is said.
+  void Hasten(DeviceLink::Hurry hurry);
 
  private:
   void WatchDevice(Nanoseconds passed);
@@ -52,6 +57,8 @@ class Output {
   Nanoseconds clockStart_{0};
   FrameIndex clockFrames_ = 0;  ///< rendered since clockStart_
   std::vector<float> clockBuffer_;
+  DeviceLink::Hurry hurry_ = DeviceLink::Hurry::None;
+  Timer hasten_;
 };
 
 }  // namespace kelvo

@@ -1,16 +1,21 @@
 #pragma once
 
+#include "audio/engine/Limiter.h"
+#include "audio/engine/Marks.h"
 #include "audio/engine/PlayerCore.h"
+#include "audio/engine/Tap.h"
 
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <span>
 
 namespace kelvo {
 
-/// Adds up the voices of one output. A device's callback and the silent clock may both ask for sound: one
-/// gets it, the other learns it at once. Kept alive by everyone who may render.
+/// The bus of one output: adds up its voices and keeps the sum below the limiter's ceiling. A device's
+/// callback and the silent clock may both ask for sound: one gets it, the other learns it at once. Kept alive
+/// by everyone who may render.
 class OutputMixer {
  public:
   static constexpr std::size_t kMostPlayers = 64;
@@ -27,9 +32,23 @@ class OutputMixer {
   /// True once no render that was under way at `mark` can still be.
   [[nodiscard]] bool MayFree(std::uint64_t mark) const { return mark % 2 == 0 || renders_.load() != mark; }
 
-  /// Fills `target` (interleaved stereo, within +-1). Returns false, and silence, when another thread is
+  /// What this output plays, from the first call on. Logic thread.
+  [[nodiscard]] std::shared_ptr<const Tap> OpenTap();
+
+  /// Fills `target` (interleaved stereo, within the limiter's ceiling). Of all that has been rendered then,
+  /// the last `revocable` frames may be asked for again with TakeBack; what came of the others is told.
+  /// `unheard` of it wait on their way to the loudspeaker. Returns false, and silence, when another thread is
   /// rendering.
-  bool Render(std::span<float> target) noexcept;
+  bool Render(std::span<float> target, FrameIndex revocable = 0, FrameIndex unheard = 0) noexcept;
+  /// Takes back up to `most` of the frames rendered last: the next Render begins with them, and follows the
+  /// orders of its own time. Returns how many; 0 also when another thread is rendering.
+  [[nodiscard]] FrameIndex TakeBack(FrameIndex most) noexcept;
+
+  /// True when a player that is to play has not got its data yet. Any thread.
+  [[nodiscard]] bool Waits() const { return waits_.load(std::memory_order_relaxed); }
+
+  /// The limiter's gain at the last frame that is settled; 1 when it has nothing to do. Any thread.
+  [[nodiscard]] float LimiterGain() const { return gain_.load(std::memory_order_relaxed); }
 
   /// The device that plays this ran dry. Any thread.
   void CountDropout() noexcept { dropouts_.fetch_add(1, std::memory_order_relaxed); }
@@ -40,7 +59,17 @@ class OutputMixer {
   [[nodiscard]] std::uint64_t Underruns() const { return underruns_.load(std::memory_order_relaxed); }
 
  private:
-  void Mix(std::span<float> target) noexcept;
+  struct Mark {
+    FrameIndex frame = 0;
+    Limiter limiter;
+  };
+
+  void Mix(std::span<float> target, FrameIndex revocable) noexcept;
+  void MixPart(std::span<float> target) noexcept;
+  void KeepMark() noexcept;
+  [[nodiscard]] bool AllCanGoBack(MarkNumber mark) const noexcept;
+  void Tell() noexcept;
+  [[nodiscard]] Mark& At(MarkNumber mark) { return marks_[mark % kMostMarks]; }
 
   const bool feedsInline_;
   std::array<std::atomic<PlayerCore*>, kMostPlayers> players_{};
@@ -48,6 +77,21 @@ class OutputMixer {
   std::atomic<std::uint64_t> renders_{0};  ///< odd while a render is under way
   std::atomic<std::uint64_t> underruns_{0};
   std::atomic<std::uint64_t> dropouts_{0};
+  std::atomic<float> gain_{1};
+  std::atomic<bool> waits_{false};
+  std::shared_ptr<Tap> ownTap_;  ///< the logic thread's; what it points to stays as long as the mixer
+  std::atomic<Tap*> tap_{nullptr};
+
+  // The rendering thread's:
+  Limiter limiter_;
+  FrameIndex frame_ = 0;     ///< rendered so far
+  FrameIndex furthest_ = 0;  ///< the highest that it ever was
+  FrameIndex settled_ = 0;   ///< what is before it is never taken back
+  // The marks from first_ to before next_ are kept. The first is the last one that is settled, or there is
+  // none.
+  MarkNumber first_ = 1;
+  MarkNumber next_ = 1;
+  std::array<Mark, kMostMarks> marks_{};
 };
 
 }  // namespace kelvo

@@ -65,13 +65,13 @@ void PulseBackend::Open(std::shared_ptr<DeviceLink> link) {
     requests_.push_back(std::move(link));
   }
   requested_.store(true, std::memory_order_release);
-  pa_mainloop_wakeup(mainloop_.get());
+  Wake();
 }
 
 void PulseBackend::Run(const std::stop_token& stop) {
   const std::stop_callback wake(stop, [this] { pa_mainloop_wakeup(mainloop_.get()); });
-  const bool raised = RaiseCallbackPriority();
-  qCInfo(logPulse) << "the device thread runs in real time:" << raised;
+  const CallbackPriority priority;
+  qCInfo(logPulse) << "the device thread runs in real time:" << priority.Granted();
   pa_mainloop* const loop = mainloop_.get();
   do {
     Serve();
@@ -85,7 +85,10 @@ void PulseBackend::Serve() {
   WatchServer();
   PassOn();
   std::erase_if(streams_, [](PulseStream& stream) {
-    if (stream.Wanted()) return false;
+    if (stream.Wanted()) {
+      stream.Serve();
+      return false;
+    }
     stream.GiveUp();
     return true;
   });

@@ -29,6 +29,7 @@ class PulseBackend : public OutputBackend {
   [[nodiscard]] int NamesEpoch() const override { return epoch_.load(std::memory_order_acquire); }
   [[nodiscard]] bool HasLooked() const override;
   void Open(std::shared_ptr<DeviceLink> link) override;
+  void Wake() override { pa_mainloop_wakeup(mainloop_.get()); }
 
  private:
   /// Lost: it was there a moment ago, and a restart may be under way.

@@ -25,7 +25,7 @@ constexpr int kTurnsPerNameCheck = 20;
 
 void Deliver(void* link, Uint8* stream, int bytes) {
   // Once a device: its thread calls nothing else.
-  [[maybe_unused]] thread_local const bool raised = RaiseCallbackPriority();
+  [[maybe_unused]] thread_local const CallbackPriority priority;
   const auto count = static_cast<std::size_t>(bytes) / sizeof(float);
   static_cast<DeviceLink*>(link)->Deliver(std::span(reinterpret_cast<float*>(stream), count));
 }

@@ -42,13 +42,56 @@ bool Voice::HasEnded(Generation generation) const {
   return ended_.load(std::memory_order_acquire) == (std::uint64_t{generation} << 1 | 1U);
 }
 
-void Voice::Publish() {
-  if (!reader_.Started()) return;
-  const auto frame = static_cast<std::uint64_t>(std::max<FrameIndex>(reader_.Position(), 0));
-  position_.store(GenerationPart(reader_.Current()) | (frame & kFrameMask), std::memory_order_release);
+std::optional<FrameIndex> Voice::Began() const {
+  const FrameIndex began = began_.load(std::memory_order_acquire);
+  return began < 0 ? std::nullopt : std::optional(began);
 }
 
-bool Voice::Mix(std::span<float> target) noexcept {
+void Voice::NotePosition() {
+  if (!reader_.Started()) return;
+  const auto frame = static_cast<std::uint64_t>(std::max<FrameIndex>(reader_.Position(), 0));
+  now_.facts.position = GenerationPart(reader_.Current()) | (frame & kFrameMask);
+}
+
+const Voice::Kept* Voice::Find(MarkNumber mark) const {
+  const Kept& kept = kept_[mark % kMostMarks];
+  return kept.mark == mark ? &kept : nullptr;
+}
+
+void Voice::Keep(MarkNumber mark) noexcept {
+  kept_[mark % kMostMarks] = {mark, now_, reader_.Here()};
+  lastMark_ = mark;
+}
+
+bool Voice::CanGoBack(MarkNumber mark) const noexcept {
+  const Kept* const kept = Find(mark);
+  return !kept || reader_.CanGoTo(kept->place);
+}
+
+void Voice::GoBack(MarkNumber mark) noexcept {
+  const Kept* const kept = Find(mark);
+  now_ = kept ? kept->state : State();
+  reader_.GoTo(kept ? kept->place : VarispeedReader::Mark());
+}
+
+void Voice::Tell(const Facts& facts, bool silent) noexcept {
+  position_.store(facts.position, std::memory_order_release);
+  ended_.store(facts.ended, std::memory_order_release);
+  began_.store(facts.began, std::memory_order_release);
+  silent_.store(silent, std::memory_order_release);
+}
+
+void Voice::TellUpTo(MarkNumber mark) noexcept {
+  // A sound that has begun may be over again, and yet its owner must not take it out of what may be rendered
+  // anew.
+  if (const Kept* const kept = Find(mark)) Tell(kept->state.facts, now_.facts.silent && soundedAt_ < mark);
+}
+
+void Voice::TellAll() noexcept {
+  Tell(now_.facts, now_.facts.silent);
+}
+
+bool Voice::Mix(std::span<float> target, FrameIndex at) noexcept {
   const std::uint64_t wanted = wanted_.load(std::memory_order_acquire);
   const auto generation = static_cast<Generation>(wanted >> 1);
   const bool playing = (wanted & 1U) != 0;
@@ -58,8 +101,8 @@ bool Voice::Mix(std::span<float> target) noexcept {
   const double rate = wantedRate_.load(std::memory_order_relaxed);
 
   AddTail(target);
-  left_.Aim(left, kGainSteps);
-  right_.Aim(right, kGainSteps);
+  now_.left.Aim(left, kGainSteps);
+  now_.right.Aim(right, kGainSteps);
   reader_.SetRate(rate);
 
   const std::size_t frames = target.size() / kChannels;
@@ -67,68 +110,75 @@ bool Voice::Mix(std::span<float> target) noexcept {
   bool cameToEnd = false;
   std::size_t done = 0;
   while (done < frames) {
-    if (reader_.Current() != generation && envelope_.Value() == 0.0F) reader_.Begin(generation, rate);
+    if (reader_.Current() != generation && now_.envelope.Value() == 0.0F) reader_.Begin(generation, rate);
     const bool current = reader_.Current() == generation;
     const bool sounding = current && playing && !reader_.AtEnd();
-    if (envelope_.Value() == 0.0F) {
+    if (now_.envelope.Value() == 0.0F) {
       // Nobody hears these now: the next start is at the level that is wanted.
-      left_.JumpTo(left);
-      right_.JumpTo(right);
+      now_.left.JumpTo(left);
+      now_.right.JumpTo(right);
     }
-    envelope_.Aim(sounding ? 1.0F : 0.0F, kEnvelopeSteps);
-    if (!sounding && envelope_.Value() == 0.0F) break;
+    now_.envelope.Aim(sounding ? 1.0F : 0.0F, kEnvelopeSteps);
+    if (!sounding && now_.envelope.Value() == 0.0F) break;
 
     std::size_t part = std::min(frames - done, kChunk);
-    if (!sounding) part = std::min(part, static_cast<std::size_t>(envelope_.StepsLeft()));
+    if (!sounding) part = std::min(part, static_cast<std::size_t>(now_.envelope.StepsLeft()));
+    const bool begins = now_.envelope.Value() == 0.0F;
     const std::size_t got = Sound(target.data() + done * kChannels, part);
+    if (begins && got > 0) now_.facts.began = at + static_cast<FrameIndex>(done);
     done += got;
     if (got == part) continue;
 
     // The data is over. What the end of a file does is its own affair; everything else fades.
     if (!reader_.AtEnd()) {
       fed = fed && !(sounding && reader_.Started() && !reader_.Overtaken());
-      if (envelope_.Value() > 0.0F) {
-        tail_ = last_;
-        tailLeft_ = kEnvelopeSteps;
+      if (now_.envelope.Value() > 0.0F) {
+        now_.tail = now_.last;
+        now_.tailLeft = kEnvelopeSteps;
         AddTail(target.subspan(done * kChannels));
       }
     }
-    envelope_.JumpTo(0.0F);
+    now_.envelope.JumpTo(0.0F);
     if (!current) continue;
     cameToEnd = reader_.AtEnd();
     break;
   }
   reader_.DropOlder();
-  Publish();
+  waits_ = playing && (reader_.Current() != generation || !reader_.Started());
+  NotePosition();
   if (reader_.Current() == generation && reader_.AtEnd() && reader_.Started()) {
     const std::uint64_t word = std::uint64_t{generation} << 1 | 1U;
-    if (playing || envelope_.Value() > 0.0F || cameToEnd) ended_.store(word, std::memory_order_release);
-    envelope_.JumpTo(0.0F);
+    if (playing || now_.envelope.Value() > 0.0F || cameToEnd) now_.facts.ended = word;
+    now_.envelope.JumpTo(0.0F);
   }
-  silent_.store(envelope_.Value() == 0.0F && tailLeft_ == 0, std::memory_order_release);
+  now_.facts.silent = now_.envelope.Value() == 0.0F && now_.tailLeft == 0;
+  if (!now_.facts.silent) {
+    soundedAt_ = lastMark_;
+    silent_.store(false, std::memory_order_release);
+  }
   return fed;
 }
 
 std::size_t Voice::Sound(float* target, std::size_t frames) {
   const std::size_t got = reader_.Read(std::span(chunk_).first(frames * kChannels));
   for (std::size_t frame = 0; frame < got; ++frame) {
-    envelope_.Step();
-    left_.Step();
-    right_.Step();
-    last_.left = chunk_[frame * kChannels] * (left_.Value() * envelope_.Value());
-    last_.right = chunk_[frame * kChannels + 1] * (right_.Value() * envelope_.Value());
-    target[frame * kChannels] += last_.left;
-    target[frame * kChannels + 1] += last_.right;
+    now_.envelope.Step();
+    now_.left.Step();
+    now_.right.Step();
+    now_.last.left = chunk_[frame * kChannels] * (now_.left.Value() * now_.envelope.Value());
+    now_.last.right = chunk_[frame * kChannels + 1] * (now_.right.Value() * now_.envelope.Value());
+    target[frame * kChannels] += now_.last.left;
+    target[frame * kChannels + 1] += now_.last.right;
   }
   return got;
 }
 
 void Voice::AddTail(std::span<float> target) {
-  for (std::size_t at = 0; at + 1 < target.size() && tailLeft_ > 0; at += kChannels) {
-    --tailLeft_;
-    const float level = static_cast<float>(tailLeft_) / kEnvelopeSteps;
-    target[at] += tail_.left * level;
-    target[at + 1] += tail_.right * level;
+  for (std::size_t at = 0; at + 1 < target.size() && now_.tailLeft > 0; at += kChannels) {
+    --now_.tailLeft;
+    const float level = static_cast<float>(now_.tailLeft) / kEnvelopeSteps;
+    target[at] += now_.tail.left * level;
+    target[at + 1] += now_.tail.right * level;
   }
 }
 
