@@ -44,9 +44,9 @@ TEST_F(DeskSettingsTest, WhatIsMissingOrNoNumberTakesItsDefault) {
 }
 
 TEST_F(DeskSettingsTest, TheListsOfTheDeskAreReadAndWrittenBackAlike) {
-  const QString jingles = u"-600,1200,7,Horn,Clap,,Bell,1,2,,4,Rock,Amber,Gold"_s;
+  const QString jingles = u"600,1200,7,Station Id J,Clap,,Bell,Station Id July,Clap,,Bell,Rock,Amber,Gold"_s;
   SetDesk(u"JingleSettings"_s, jingles);
-  SetDesk(u"PlaySettings"_s, u"33,8,-500"_s);
+  SetDesk(u"PlaySettings"_s, u"33,8,5"_s);
   Set(u"PanFadeBias"_s, u"15"_s);
   Make();
   EXPECT_EQ(desk_->Fades().FadeSpeed(), 33);
@@ -55,7 +55,7 @@ TEST_F(DeskSettingsTest, TheListsOfTheDeskAreReadAndWrittenBackAlike) {
   EXPECT_EQ(desk_->Speak().SpeedSlider(), 7);
   desk_->SaveSettings();
   EXPECT_EQ(Desk(u"JingleSettings"_s), jingles);
-  EXPECT_EQ(Desk(u"PlaySettings"_s), u"33,8,-500"_s);
+  EXPECT_EQ(Desk(u"PlaySettings"_s), u"33,8,5"_s);
   EXPECT_EQ(Desk(u"PanFadeBias"_s), u"15"_s);
 }
 

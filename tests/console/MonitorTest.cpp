@@ -117,13 +117,29 @@ TEST_F(TheMonitor, AMissingDeviceIsToldAndWithoutASecondOneThereIsNoMonitor) {
   Press(u"CmdPfl1"_s);
   EXPECT_TRUE(Panel().isVisible());
   EXPECT_EQ(Find<QLabel>(u"LblPflTrouble"_s).text(), u"Old Card isn't there: nothing is heard"_s);
+  Pfl().Seek(20);
   Pfl().SetDevice(u"Headphones"_s);
-  Press(u"CmdPfl1"_s);
+  loop_.RunFor(200ms);
+  EXPECT_TRUE(Pfl().Running());
+  EXPECT_EQ(Pfl().Position(), 20) << "it goes on there";
   EXPECT_FALSE(Find<QLabel>(u"LblPflTrouble"_s).isVisible());
   Press(u"CmdPflClose"_s);
   audio_.outputNames = {u"Main"_s};
   Press(u"CmdPfl1"_s);
   EXPECT_FALSE(Panel().isVisible());
+}
+
+TEST_F(TheMonitor, LeavesTheCommandsOfASmallScreenInSight) {
+  OpenDesk();
+  Press(u"CmdPfl1"_s);
+  Resize(1024, 680);
+  EXPECT_LE(window_->minimumSizeHint().width(), 1024);
+  EXPECT_LE(window_->minimumSizeHint().height(), 680);
+  for (const QPushButton* button : window_->findChildren<QPushButton*>()) {
+    if (!button->isVisible()) continue;
+    EXPECT_GE(button->width(), button->fontMetrics().horizontalAdvance(button->text()))
+        << button->objectName().toStdString();
+  }
 }
 
 }  // namespace

@@ -43,6 +43,7 @@ std::optional<Monitor::Opened> Monitor::HeldBy(MonitorSource source) const {
 void Monitor::SetDevice(const QString& name) {
   services_.settings.Set(setting::PFLDeviceName, name);
   services_.settings.Set(setting::PFLDevice, static_cast<int>(Devices().indexOf(name)));
+  if (shown_) Begin(source_, opened_, titleLine_, track_, graph_.GraphPosition());
   Q_EMIT Changed();
 }
 
@@ -67,11 +68,11 @@ void Monitor::OpenFile(const QString& path, const QString& title) {
 }
 
 void Monitor::Begin(MonitorSource source, const Opened& opened, const QString& titleLine,
-                    const QString& track) {
-  open_ = RunOpen(source, opened, titleLine, track);
+                    const QString& track, double from) {
+  open_ = RunOpen(source, opened, titleLine, track, from);
 }
 
-Job<> Monitor::RunOpen(MonitorSource source, Opened opened, QString titleLine, QString track) {
+Job<> Monitor::RunOpen(MonitorSource source, Opened opened, QString titleLine, QString track, double from) {
   try {
     nudge_.Cancel();
     graph_.SetOutPutDevice(Device());
@@ -88,6 +89,7 @@ Job<> Monitor::RunOpen(MonitorSource source, Opened opened, QString titleLine, Q
     track_ = std::move(track);
     shown_ = true;
     ApplyLevels();
+    if (from > 0) graph_.SetGraphPosition(from);
     graph_.GraphPlay();
     tick_ = services_.loop.Every(kFrame, [this] { Tick(); });
     Q_EMIT Changed();

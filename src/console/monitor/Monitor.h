@@ -44,9 +44,10 @@ class Monitor : public QObject {
 
   /// More than one sound output exists.
   [[nodiscard]] bool Enabled() const { return services_.audio.OutputNames().size() > 1; }
-  /// The device on which the monitor is heard; "None" at first. Another one counts from the next opening.
+  /// The device on which the monitor is heard; "None" at first.
   [[nodiscard]] QString Device() const { return services_.settings.Get(setting::PFLDeviceName); }
   [[nodiscard]] QStringList Devices() const { return services_.audio.OutputNames(); }
+  /// What is open goes on there, from where it is.
   void SetDevice(const QString& name);
   /// Its device is not there, or none was chosen: nothing is heard.
   [[nodiscard]] bool DeviceMissing() const;
@@ -98,8 +99,11 @@ class Monitor : public QObject {
   };
   [[nodiscard]] static std::optional<Deck> DeckOf(MonitorSource source);
   [[nodiscard]] std::optional<Opened> HeldBy(MonitorSource source) const;
-  void Begin(MonitorSource source, const Opened& opened, const QString& titleLine, const QString& track);
-  [[nodiscard]] Job<> RunOpen(MonitorSource source, Opened opened, QString titleLine, QString track);
+  /// `from`: where it begins, seconds.
+  void Begin(MonitorSource source, const Opened& opened, const QString& titleLine, const QString& track,
+             double from = 0);
+  [[nodiscard]] Job<> RunOpen(MonitorSource source, Opened opened, QString titleLine, QString track,
+                              double from);
   [[nodiscard]] Job<> RunNudge(Nudge nudge);
   void Tick();
   void ApplyLevels();

@@ -13,6 +13,7 @@
 #include "ui/Theme.h"
 
 #include <QDragEnterEvent>
+#include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMimeData>
@@ -80,7 +81,6 @@ JinglePanel::JinglePanel(Jingles& jingles, Monitor& monitor, QWidget* parent)
   level_->setInvertedAppearance(true);
   level_->setPageStep(200);
   level_->setSingleStep(50);
-  level_->setFocusPolicy(Qt::TabFocus);
   levelWords_->setObjectName(QStringLiteral("LblJingVol"));
   levelWords_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("00")));
   levelWords_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -97,8 +97,6 @@ void JinglePanel::BuildBank() {
     auto* made = new BankButton(this);
     SetNames(*made, QStringLiteral("CmdJingle%1").arg(button + 1),
              QStringLiteral("Command28_%1").arg(button));
-    made->setFocusPolicy(Qt::TabFocus);
-    made->setCheckable(false);
     made->OnBite = [this, button](int row) { jingles_.Assign(button, row); };
     connect(made, &QPushButton::clicked, this, [this, button] { jingles_.PressBank(button); });
     const QKeySequence key(QKeyCombination(Qt::ControlModifier, static_cast<Qt::Key>(Qt::Key_F1 + button)));
@@ -132,12 +130,17 @@ void JinglePanel::BuildList() {
 }
 
 void JinglePanel::Lay() {
-  auto* bank = new QHBoxLayout;
+  // Two short rows: five buttons beside each other would be too narrow for a name on a small screen.
+  constexpr int kColumns = 3;
+  auto* bank = new QGridLayout;
   bank->setSpacing(4);
-  for (QPushButton* button : buttons_) bank->addWidget(button, 1);
+  for (int button = 0; button < Jingles::kBankButtons; ++button)
+    bank->addWidget(buttons_[static_cast<std::size_t>(button)], button / kColumns, button % kColumns);
+  bank->addWidget(bank_, 1, kColumns - 1);
+  for (int column = 0; column < kColumns; ++column) bank->setColumnStretch(column, 1);
   auto* commands = new QVBoxLayout;
   commands->setSpacing(4);
-  for (QPushButton* button : {queue_, bank_, stop_, pfl_}) commands->addWidget(button);
+  for (QPushButton* button : {queue_, stop_, pfl_}) commands->addWidget(button);
   commands->addStretch(1);
   auto* middle = new QHBoxLayout;
   middle->setSpacing(4);
@@ -175,9 +178,10 @@ void JinglePanel::ShowBank() {
 void JinglePanel::Show() {
   ShowBank();
   const bool picked = jingles_.Selected() >= 0;
-  bank_->setEnabled(picked);
-  queue_->setEnabled(picked);
-  stop_->setEnabled(jingles_.State() == DeckState::Playing);
+  const QString whyNoBite = picked ? QString() : tr("No sound bite is selected");
+  Offer(*bank_, whyNoBite);
+  Offer(*queue_, whyNoBite);
+  Offer(*stop_, jingles_.State() == DeckState::Playing ? QString() : tr("No sound bite plays"));
   const int seconds = static_cast<int>(jingles_.Duration());
   progress_->setRange(0, std::max(seconds, 1));
   progress_->setValue(jingles_.State() == DeckState::Playing ? static_cast<int>(jingles_.Position()) : 0);

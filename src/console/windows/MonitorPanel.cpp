@@ -32,14 +32,13 @@ QPushButton* AddMonitorButton(Monitor& monitor, MonitorSource source, QWidget& o
   auto* button = AddCommand(owner, {.name = QStringLiteral("CmdPfl%1").arg(number),
                                     .fixedName = QStringLiteral("PFL%1").arg(number),
                                     .words = QStringLiteral("PFL"),
-                                    .icon = Icon::Headphones,
                                     .run = [&monitor, source] { monitor.Open(source); }});
   button->setAccessibleName(QObject::tr("Listen to %1 in the monitor").arg(what));
+  button->setToolTip(button->accessibleName());
   const auto show = [&monitor, button] {
-    button->setEnabled(monitor.Enabled());
-    button->setToolTip(monitor.Enabled()
-                           ? button->accessibleName()
-                           : QObject::tr("Only one sound output is there: the monitor needs a second"));
+    Offer(*button, monitor.Enabled()
+                       ? QString()
+                       : QObject::tr("Only one sound output is there: the monitor needs a second"));
   };
   QObject::connect(&monitor, &Monitor::Changed, button, show);
   show();
@@ -121,7 +120,7 @@ void MonitorPanel::Build() {
   trouble_->setStyleSheet(QStringLiteral("color: ") + Theme::Palette().amber.name());
   device_->setObjectName(QStringLiteral("CboPflDevice"));
   device_->setAccessibleName(tr("The monitor's sound device"));
-  device_->setToolTip(tr("The sound device of the monitor; another one counts from the next track"));
+  device_->setToolTip(tr("The sound device of the monitor"));
   device_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   SetNames(*place_, QStringLiteral("SldPflPlace"), QStringLiteral("HScroll1"));
   place_->setAccessibleName(tr("Position in the monitor"));
@@ -152,7 +151,6 @@ void MonitorPanel::Build() {
   balance_->SetFillFrom(0);
   levelWords_->setObjectName(QStringLiteral("LblPflVol"));
   balanceWords_->setObjectName(QStringLiteral("LblPflBal"));
-  for (Fader* fader : {place_, level_, balance_}) fader->setFocusPolicy(Qt::TabFocus);
   for (QLabel* words : {levelWords_, balanceWords_}) {
     words->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("-10")));
     words->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -160,6 +158,15 @@ void MonitorPanel::Build() {
 }
 
 void MonitorPanel::Lay() {
+  // As narrow as their words: while it is open the decks beside it need their room too.
+  for (QPushButton* button : {sync_, syncStart_, close_}) {
+    button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(button->text()) + 8);
+  }
+  for (QPushButton* nudge : nudges_) {
+    nudge->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    nudge->setMinimumWidth(nudge->fontMetrics().horizontalAdvance(QStringLiteral("+2")) + 8);
+  }
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(4);
@@ -176,7 +183,9 @@ void MonitorPanel::Lay() {
                           new QLabel(tr("Balance"), this),
                           {balance_, 1},
                           balanceWords_}));
-  layout->addLayout(Line({{sync_, 1}, {syncStart_, 1}, {close_, 1}}));
+  auto* ends = Line({{sync_, 3}, {syncStart_, 4}, {close_, 2}});
+  ends->setSpacing(4);
+  layout->addLayout(ends);
 }
 
 void MonitorPanel::ShowDevices() {
@@ -207,10 +216,11 @@ void MonitorPanel::Show() {
   if (!place_->isSliderDown()) place_->setValue(monitor_.Position());
   position_->setText(QStringLiteral("Position ") + MinutesText(monitor_.Position()));
   duration_->setText(QStringLiteral("Duration ") + MinutesText(monitor_.Duration()));
-  run_->setEnabled(!monitor_.Running());
-  pause_->setEnabled(monitor_.Running());
-  sync_->setEnabled(monitor_.CanSync());
-  syncStart_->setEnabled(monitor_.CanSync());
+  Offer(*run_, monitor_.Running() ? tr("It runs") : QString());
+  Offer(*pause_, monitor_.Running() ? QString() : tr("It does not run"));
+  const QString whyNoSync = monitor_.CanSync() ? QString() : tr("The track is in no deck");
+  Offer(*sync_, whyNoSync);
+  Offer(*syncStart_, whyNoSync);
   level_->setValue(monitor_.Level());
   levelWords_->setText(QString::number(Monitor::kMostLevel - monitor_.Level()));
   balance_->setValue(monitor_.Balance());
