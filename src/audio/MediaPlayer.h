@@ -23,8 +23,9 @@ struct OpenResult {
 };
 
 /// Plays one file at a time on one output. Made by an AudioSystem, owned by whoever plays; must not outlive
-/// that system. Every call is made on the logic's thread and returns at once; what it asks for is heard at
-/// the output's next block. Every start, stop, seek and change of level is a short ramp.
+/// that system. Every call is made on the logic's thread and returns at once; a start, a stop and a
+/// level are heard a period or two of the device later, whatever waits in its queue. Every start, stop, seek
+/// and change of level is a short ramp.
 class MediaPlayer {
  public:
   virtual ~MediaPlayer() = default;
@@ -44,7 +45,8 @@ class MediaPlayer {
   [[nodiscard]] virtual double Duration() const = 0;
   /// Whether anything can be heard in the open file; false for one that is silent from end to end.
   [[nodiscard]] virtual bool HasSound() const = 0;
-  /// Seconds from the start of the file that have been played out; while a seek is on its way, its target.
+  /// Seconds from the start of the file to the place at which an order acts now, which is heard at once;
+  /// while a seek is on its way, its target.
   [[nodiscard]] virtual double CurrentPosition() const = 0;
   /// Seeks, to the sample; outside 0..Duration clamps. A player that plays goes on playing from there.
   virtual void SetCurrentPosition(double seconds) = 0;
