@@ -52,6 +52,8 @@ struct WindowLine {
   QString place = {};         ///< begins the settings keys of its place and size; empty: they are not kept
   /// Called once, when it is first asked for.
   std::function<std::unique_ptr<BesideWindow>()> make = {};
+  /// Takes files that were dropped on the console, without its window; false: they are not for it.
+  std::function<bool(const QStringList& files)> takesDrop = {};
 };
 
 }  // namespace kelvo

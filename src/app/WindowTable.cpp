@@ -64,6 +64,13 @@ void WindowTable::OpenGuarded(std::size_t index, const QStringList& files) {
   if (!files.isEmpty()) window->TakeFiles(files);
 }
 
+void WindowTable::TakeDrop(const QStringList& files, const QString& otherwise) {
+  for (const WindowLine& line : lines_) {
+    if (line.takesDrop && line.takesDrop(files)) return;
+  }
+  Open(otherwise, files);
+}
+
 void WindowTable::SetLocked(bool locked) {
   for (const auto& window : windows_) {
     if (window) window->SetLocked(locked);

@@ -44,6 +44,8 @@ class WindowTable : public QObject {
   /// it has one. The operator gets a message of a refusal.
   /// `files` are what it is to work on: those that the operator dropped.
   void Open(const QString& id, const QStringList& files = {});
+  /// Files were dropped on the console: the first line that takes them has them, else the window `otherwise`.
+  void TakeDrop(const QStringList& files, const QString& otherwise);
   /// Follows the screen lock.
   void SetLocked(bool locked);
   /// Whether the program may end: asks for what is busy and for what is not saved.

@@ -1,11 +1,11 @@
 #include "app/BesideTheDesk.h"
-#include "console/windows/QueueModel.h"
 #include "playlists/windows/PlaylistWindow.h"
 #include "support/Lookup.h"
 #include "support/WindowParts.h"
 #include "ui/ListTable.h"
 
 #include <QDir>
+#include <QDropEvent>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
@@ -194,22 +194,19 @@ TEST_F(PlaylistsBesideTheDesk, RequestedTracksTakeThePlaceOfTheLists) {
   EXPECT_TRUE(List(u"LstCategories"_s).isVisible());
 }
 
-TEST_F(PlaylistsBesideTheDesk, AListOfAnotherPlayerThatIsDroppedOnTheQueueComesIn) {
+TEST_F(PlaylistsBesideTheDesk, AListOfAnotherPlayerThatIsDroppedOnTheConsoleComesIntoTheQueue) {
   const QString list =
       database_.tree.Write(u"party.m3u8"_s, "/music/gamma.mp3\nC:\\m\\alpha.mp3\nnone.mp3\n");
   QMimeData dropped;
   dropped.setUrls({QUrl::fromLocalFile(database_.tree.Path(u"picture.png"_s)), QUrl::fromLocalFile(list)});
-  auto* queue = window_->findChild<QueueModel*>();
-  EXPECT_TRUE(queue->canDropMimeData(&dropped, Qt::CopyAction, -1, -1, {}));
-  EXPECT_FALSE(queue->dropMimeData(&dropped, Qt::MoveAction, -1, -1, {})) << "nobody may delete the file";
+  QDropEvent drop(QPointF(300, 300), Qt::CopyAction | Qt::MoveAction, &dropped, Qt::LeftButton, {});
+  drop.setDropAction(Qt::MoveAction);
+  QApplication::sendEvent(&*window_, &drop);
+  EXPECT_EQ(drop.dropAction(), Qt::CopyAction) << "nobody may delete the file";
   loop_.RunFor(2s);
   EXPECT_EQ(Column(TrackColumn), (QStringList{u"Gamma"_s, u"Alpha"_s}));
   EXPECT_EQ(Queue().Name(), u"party"_s);
   EXPECT_TRUE(prompter_.Told().last().startsWith(u"1 Of 3 Tracks Were Not Found"_s));
-  beside_.reset();
-  EXPECT_FALSE(queue->dropMimeData(&dropped, Qt::MoveAction, -1, -1, {})) << "nobody takes it any more";
-  loop_.RunFor(2s);
-  EXPECT_EQ(Queue().Count(), 2);
 }
 
 TEST_F(PlaylistsBesideTheDesk, AGroupComesBackWithItsLinesAndIsSavedWithThem) {

@@ -30,7 +30,7 @@ DeskWindows::DeskWindows(Console& console, ConsoleWindow& window, std::vector<Wi
   ShowGuards();
   connect(&window_, &ConsoleWindow::WindowWanted, this, [this](const QString& id) { table_.Open(id); });
   connect(&window_, &ConsoleWindow::FilesDropped, this,
-          [this](const QStringList& places) { table_.Open(WindowId::kImport, places); });
+          [this](const QStringList& places) { table_.TakeDrop(places, WindowId::kImport); });
   connect(&console_.Lock(), &ScreenLock::Changed, this, [this](bool locked) {
     table_.SetLocked(locked);
     ShowGuards();

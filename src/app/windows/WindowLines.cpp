@@ -174,20 +174,19 @@ WindowLine PlaylistLine(Console& desk, const WindowHost& host, PlaylistMode mode
   return line;
 }
 
-/// Playlists of other players that are dropped on the queue come in as long as the line lives.
-void TakeDroppedPlaylists(Console& desk, WindowLine& line) {
+/// Playlists of other players that are dropped on the console come into the queue.
+std::function<bool(const QStringList&)> TakesDroppedPlaylists(Console& desk) {
   struct Drop {
     PlaylistLoad load;
     Job<> job;
   };
-  const auto drop = std::make_shared<Drop>(Drop{PlaylistLoad(ForPlaylists(desk)), {}});
-  line.make = [make = line.make, drop] { return make(); };
-  desk.Queue().OnFilesDropped = [held = std::weak_ptr(drop)](const QStringList& paths) {
-    const auto found = std::find_if(paths.begin(), paths.end(), PlaylistLoad::IsListFile);
-    const std::shared_ptr<Drop> kept = held.lock();
-    if (!kept || kept->job.Running() || found == paths.end()) return;
-    kept->job = kept->load.Import(*found);
-  };
+  return
+      [drop = std::make_shared<Drop>(Drop{PlaylistLoad(ForPlaylists(desk)), {}})](const QStringList& files) {
+        const auto found = std::find_if(files.begin(), files.end(), PlaylistLoad::IsListFile);
+        if (found == files.end()) return false;
+        if (!drop->job.Running()) drop->job = drop->load.Import(*found);
+        return true;
+      };
 }
 
 }  // namespace
@@ -197,7 +196,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
   const WindowHost host{
       .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
   WindowLine load = PlaylistLine(desk, host, PlaylistMode::Load);
-  TakeDroppedPlaylists(desk, load);
+  load.takesDrop = TakesDroppedPlaylists(desk);
   return {ImportLine(desk, host),
           TransferLine(desk, host),
           UtilityLine(desk, host),

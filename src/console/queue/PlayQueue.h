@@ -126,8 +126,6 @@ class PlayQueue : public QObject {
   void ResetMarks();
   /// What the operator should know of a command that did less than was asked.
   std::function<void(const QString&)> OnTold;
-  /// Files from outside were dropped on the list; empty: they are not taken.
-  std::function<void(const QStringList& paths)> OnFilesDropped;
 
  Q_SIGNALS:
   /// Rows came, went or changed places.

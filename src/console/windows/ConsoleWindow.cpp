@@ -18,6 +18,7 @@
 #include "console/windows/SpeakPanel.h"
 #include "console/windows/WindowSettings.h"
 #include "ui/Command.h"
+#include "ui/DroppedFiles.h"
 #include "ui/ElidedLabel.h"
 #include "ui/ListTable.h"
 #include "ui/Naming.h"
@@ -30,11 +31,9 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QMenuBar>
-#include <QMimeData>
 #include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
-#include <QUrl>
 #include <QVBoxLayout>
 
 namespace kelvo {
@@ -316,30 +315,21 @@ void ConsoleWindow::AddWindowCommand(DeskMenu menu, QAction& command) {
   menus_.at(menu)->addAction(&command);
 }
 
-void ConsoleWindow::TakeAsCopy(QDropEvent& event) const {
-  const QList<QUrl> urls = event.mimeData()->urls();
-  const bool files = std::any_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
-  // Whatever the other program proposes: after a move it would delete what is imported here.
-  event.setDropAction(Qt::CopyAction);
-  event.setAccepted(files && console_.Load() == nullptr && !console_.Lock().Locked());
+void ConsoleWindow::AnswerDrag(QDropEvent& event) const {
+  TakeAsCopy(event, console_.Load() == nullptr && !console_.Lock().Locked());
 }
 
 void ConsoleWindow::dragEnterEvent(QDragEnterEvent* event) {
-  TakeAsCopy(*event);
+  AnswerDrag(*event);
 }
 
 void ConsoleWindow::dragMoveEvent(QDragMoveEvent* event) {
-  TakeAsCopy(*event);
+  AnswerDrag(*event);
 }
 
 void ConsoleWindow::dropEvent(QDropEvent* event) {
-  TakeAsCopy(*event);
-  if (!event->isAccepted()) return;
-  QStringList places;
-  for (const QUrl& url : event->mimeData()->urls()) {
-    if (url.isLocalFile()) places.append(url.toLocalFile());
-  }
-  Q_EMIT FilesDropped(places);
+  AnswerDrag(*event);
+  if (event->isAccepted()) Q_EMIT FilesDropped(DroppedFiles(*event->mimeData()));
 }
 
 void ConsoleWindow::ApplyColours() {

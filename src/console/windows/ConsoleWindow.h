@@ -66,8 +66,7 @@ class ConsoleWindow : public QMainWindow {
   void BuildMenu();
   /// The selected row of the queue where that has the keyboard, else the library's track.
   void ListenInMonitor();
-  /// What comes from another program is copied, where it is taken at all.
-  void TakeAsCopy(QDropEvent& event) const;
+  void AnswerDrag(QDropEvent& event) const;
   void BuildDesk();
   void ShowStatus();
   void ShowLoad();

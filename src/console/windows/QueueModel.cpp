@@ -121,7 +121,7 @@ Qt::ItemFlags QueueModel::flags(const QModelIndex& index) const {
 }
 
 QStringList QueueModel::mimeTypes() const {
-  return {kQueueRowMime, kTracksMime, QStringLiteral("text/uri-list")};
+  return {kQueueRowMime, kTracksMime};
 }
 
 QMimeData* QueueModel::mimeData(const QModelIndexList& indexes) const {
@@ -133,21 +133,16 @@ QMimeData* QueueModel::mimeData(const QModelIndexList& indexes) const {
 
 bool QueueModel::canDropMimeData(const QMimeData* data, Qt::DropAction /*action*/, int /*row*/,
                                  int /*column*/, const QModelIndex& /*parent*/) const {
-  return data->hasFormat(kQueueRowMime) || data->hasFormat(kTracksMime) ||
-         (queue_.OnFilesDropped && !LocalFiles(*data).isEmpty());
+  return data->hasFormat(kQueueRowMime) || data->hasFormat(kTracksMime);
 }
 
-bool QueueModel::dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int /*column*/,
+bool QueueModel::dropMimeData(const QMimeData* data, Qt::DropAction /*action*/, int row, int /*column*/,
                               const QModelIndex& parent) {
   if (data->hasFormat(kTracksMime)) {
     Q_EMIT TracksDropped(TracksFromMime(data->data(kTracksMime)));
     return true;
   }
-  if (!data->hasFormat(kQueueRowMime)) {
-    Q_EMIT FilesDropped(LocalFiles(*data));
-    // To whoever moves files, a drop that is taken as a move means that they are gone.
-    return action == Qt::CopyAction;
-  }
+  if (!data->hasFormat(kQueueRowMime)) return false;
   const int from = data->data(kQueueRowMime).toInt();
   // A drop between two rows names the row below the gap; taking the row out from above closes one place.
   const int gap = row >= 0 ? row + 1 : parent.isValid() ? parent.row() + 1 : queue_.Count() + 1;

@@ -36,8 +36,6 @@ class QueueModel : public QAbstractTableModel {
   /// A row of the queue was dragged: both indices from 1.
   void RowMoved(int from, int to);
   void TracksDropped(const std::vector<Mref>& tracks);
-  /// Files from outside, by their paths.
-  void FilesDropped(const QStringList& paths);
 
  private:
   [[nodiscard]] QString Heading(int section) const;

@@ -149,9 +149,6 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   connect(list_, &QTableView::clicked, this,
           [this](const QModelIndex& index) { queue_.Click(index.row() + 1); });
   connect(model_, &QueueModel::RowMoved, this, [this](int from, int to) { queue_.MoveTo(from, to); });
-  connect(model_, &QueueModel::FilesDropped, this, [this](const QStringList& paths) {
-    if (queue_.OnFilesDropped) queue_.OnFilesDropped(paths);
-  });
   connect(model_, &QueueModel::TracksDropped, this,
           [this](const std::vector<Mref>& tracks) { jobs_.Add(queue_.AddTracks(tracks)); });
   connect(list_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,

@@ -2,9 +2,8 @@
 
 #include "database/TextColumns.h"
 
-#include <QMimeData>
-#include <QStringList>
-#include <QUrl>
+#include <QByteArray>
+#include <QString>
 
 #include <vector>
 
@@ -29,15 +28,6 @@ inline std::vector<Mref> TracksFromMime(const QByteArray& bytes) {
   const QByteArrayList numbers = bytes.split(' ');
   for (const QByteArray& number : numbers) tracks.push_back(ToMref(number.toInt()));
   return tracks;
-}
-
-/// The files of this machine among what is dragged.
-inline QStringList LocalFiles(const QMimeData& data) {
-  QStringList paths;
-  for (const QUrl& url : data.urls()) {
-    if (url.isLocalFile()) paths.append(url.toLocalFile());
-  }
-  return paths;
 }
 
 }  // namespace kelvo

@@ -4,6 +4,7 @@
 #include "database/windows/ScanLook.h"
 #include "database/windows/ScanNaming.h"
 #include "ui/Command.h"
+#include "ui/DroppedFiles.h"
 #include "ui/ElidedLabel.h"
 #include "ui/JobStrip.h"
 #include "ui/Line.h"
@@ -11,8 +12,6 @@
 
 #include <QCheckBox>
 #include <QDragEnterEvent>
-#include <QMimeData>
-#include <QUrl>
 #include <QVBoxLayout>
 
 namespace kelvo {
@@ -117,28 +116,16 @@ void ScanWindow::Refresh() {
 }
 
 void ScanWindow::dragEnterEvent(QDragEnterEvent* event) {
-  TakeAsCopy(*event);
+  TakeAsCopy(*event, !scan_.Busy());
 }
 
 void ScanWindow::dragMoveEvent(QDragMoveEvent* event) {
-  TakeAsCopy(*event);
-}
-
-void ScanWindow::TakeAsCopy(QDropEvent& event) const {
-  // Whatever the other program proposes: after a move it would delete what is only listed here.
-  event.setDropAction(Qt::CopyAction);
-  event.setAccepted(event.mimeData()->hasUrls() && !scan_.Busy());
+  TakeAsCopy(*event, !scan_.Busy());
 }
 
 void ScanWindow::dropEvent(QDropEvent* event) {
-  TakeAsCopy(*event);
-  if (!event->isAccepted()) return;
-  QStringList places;
-  for (const QUrl& url : event->mimeData()->urls()) {
-    if (url.isLocalFile()) places.append(url.toLocalFile());
-  }
-  TakeFiles(places);
-  event->acceptProposedAction();
+  TakeAsCopy(*event, !scan_.Busy());
+  if (event->isAccepted()) TakeFiles(DroppedFiles(*event->mimeData()));
 }
 
 void ScanWindow::TakeFiles(const QStringList& places) {

@@ -34,7 +34,6 @@ class ScanWindow : public ToolWindow {
   void BuildLayout();
   void Connect();
   void SearchOrStop();
-  void TakeAsCopy(QDropEvent& event) const;
   void Show();
   void ShowRow();
 

@@ -2,6 +2,7 @@
 
 #include "playlists/windows/RequestsPanel.h"
 #include "ui/Command.h"
+#include "ui/DroppedFiles.h"
 #include "ui/ElidedLabel.h"
 #include "ui/JobStrip.h"
 #include "ui/Line.h"
@@ -13,7 +14,6 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QStackedWidget>
-#include <QUrl>
 #include <QVBoxLayout>
 
 namespace kelvo {
@@ -31,10 +31,9 @@ RowModel<ShelfName>::Columns NameColumn(const QString& head) {
 
 /// The first playlist of another player among what is dragged; empty when there is none.
 QString ListFileIn(const QMimeData& data) {
-  for (const QUrl& url : data.urls()) {
-    if (url.isLocalFile() && PlaylistLoad::IsListFile(url.toLocalFile())) return url.toLocalFile();
-  }
-  return {};
+  const QStringList files = DroppedFiles(data);
+  const auto found = std::find_if(files.begin(), files.end(), PlaylistLoad::IsListFile);
+  return found == files.end() ? QString() : *found;
 }
 
 }  // namespace
