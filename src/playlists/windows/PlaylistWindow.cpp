@@ -293,13 +293,13 @@ void PlaylistWindow::RepairOrStop() {
 }
 
 void PlaylistWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (!ListFileIn(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+  TakeAsCopy(*event, !ListFileIn(*event->mimeData()).isEmpty());
 }
 
 void PlaylistWindow::dropEvent(QDropEvent* event) {
   const QString path = ListFileIn(*event->mimeData());
   if (path.isEmpty()) return;
-  event->acceptProposedAction();
+  TakeAsCopy(*event, true);
   manager_.Import(path);
 }
 
