@@ -5,6 +5,7 @@
 #include "ui/Command.h"
 #include "ui/JobStrip.h"
 #include "ui/Line.h"
+#include "ui/WhyOff.h"
 
 #include <QLabel>
 #include <QVBoxLayout>
@@ -106,10 +107,12 @@ void JingleImportWindow::Show() {
   search_->setText(busy ? QStringLiteral("STOP") : QStringLiteral("Search"));
   search_->setIcon(ScalableIcon(busy ? Icon::Stop : Icon::Search));
   Theme::SetRole(*search_, busy ? QStringLiteral("stop") : QString());
-  search_->setEnabled(busy || !drives_->Path().isEmpty());
-  selectAll_->setEnabled(model_.rowCount() > 0);
-  delete_->setEnabled(!busy && sounds_.AnyPicked());
-  import_->setEnabled(!busy && sounds_.AnyPicked());
+  Offer(*search_, WhyOff({{!busy && drives_->Path().isEmpty(), tr("No drive is chosen")}}));
+  Offer(*selectAll_, WhyOff({{model_.rowCount() == 0, tr("The list is empty")}}));
+  const QString whyNotPicked = WhyOff({{busy, tr("The list is at work: stop it first, or wait")},
+                                       {!sounds_.AnyPicked(), tr("No sound is selected")}});
+  Offer(*delete_, whyNotPicked);
+  Offer(*import_, whyNotPicked);
   progress_->Show({.running = busy,
                    .words = jingles_.Words(),
                    .share = jingles_.Percent() / 100,

@@ -4,6 +4,7 @@
 #include "ui/Command.h"
 #include "ui/Line.h"
 #include "ui/ListPanel.h"
+#include "ui/WhyOff.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -122,10 +123,13 @@ void ScanNaming::Insert() {
 
 void ScanNaming::Show() {
   const bool picked = found_.AnyPicked();
-  for (QPushButton* button : {extract_, fromFolder_, inFront_, rename_}) button->setEnabled(picked);
-  insert_->setEnabled(picked && !insertText_->text().isEmpty());
-  replace_->setEnabled(rows_.Count() > 0 && !existingArtist_->text().isEmpty() &&
-                       !newArtist_->text().isEmpty());
+  const OffReason nothingPicked{!picked, tr("No file is selected")};
+  for (QPushButton* button : {extract_, fromFolder_, inFront_, rename_})
+    Offer(*button, WhyOff({nothingPicked}));
+  Offer(*insert_, WhyOff({nothingPicked, {insertText_->text().isEmpty(), tr("Nothing is typed beside it")}}));
+  const bool bothTyped = !existingArtist_->text().isEmpty() && !newArtist_->text().isEmpty();
+  Offer(*replace_, WhyOff({{rows_.Count() == 0, tr("The list is empty")},
+                           {!bothTyped, tr("Both artists have to be typed")}}));
   separatorWords_->setText(QStringLiteral("Use New Seperator=") + rows_.Separator());
 }
 

@@ -9,6 +9,7 @@
 #include "ui/JobStrip.h"
 #include "ui/Line.h"
 #include "ui/Naming.h"
+#include "ui/WhyOff.h"
 
 #include <QCheckBox>
 #include <QDragEnterEvent>
@@ -144,11 +145,13 @@ void ScanWindow::Show() {
   search_->setText(busy ? QStringLiteral("Stop") : tr("Search"));
   search_->setIcon(ScalableIcon(busy ? Icon::Stop : Icon::Search));
   Theme::SetRole(*search_, busy ? QStringLiteral("stop") : QString());
-  search_->setEnabled(busy || !drives_->Path().isEmpty());
-  clear_->setEnabled(!busy && rows > 0);
-  selectAll_->setEnabled(rows > 0);
-  import_->setEnabled(!busy && found_.AnyPicked());
-  delete_->setEnabled(!scan_.Importing());
+  const OffReason atWork{busy, tr("The list is at work: stop it first, or wait")};
+  const OffReason empty{rows == 0, tr("The list is empty")};
+  Offer(*search_, WhyOff({{!busy && drives_->Path().isEmpty(), tr("No drive is chosen")}}));
+  Offer(*clear_, WhyOff({atWork, empty}));
+  Offer(*selectAll_, WhyOff({empty}));
+  Offer(*import_, WhyOff({atWork, {!found_.AnyPicked(), tr("No file is selected")}}));
+  Offer(*delete_, WhyOff({{scan_.Importing(), tr("The import runs")}}));
   delete_->setChecked(scan_.DeletesSources());
   progress_->Show({.running = busy, .words = scan_.Words(), .share = scan_.Percent() / 100});
   ShowRow();

@@ -6,6 +6,7 @@
 #include "ui/JobStrip.h"
 #include "ui/Line.h"
 #include "ui/ProgressStrip.h"
+#include "ui/WhyOff.h"
 
 #include <QComboBox>
 #include <QCompleter>
@@ -164,9 +165,11 @@ void TransferWindow::Show() {
                      ? tr("Looking into the utility folder...")
                      : tr("No files are waiting.\nBring some in with \"Import Music\" first."));
   select_->setText(files_.AllPicked() ? QStringLiteral("Clear All") : QStringLiteral("Select All"));
-  select_->setEnabled(!busy && model_.rowCount() > 0);
-  delete_->setEnabled(!busy && files_.AnyPicked());
-  move_->setEnabled(!busy && files_.AnyPicked());
+  const OffReason atWork{busy, tr("The list is at work: stop it first, or wait")};
+  Offer(*select_, WhyOff({atWork, {model_.rowCount() == 0, tr("No file waits")}}));
+  const QString whyNotPicked = WhyOff({atWork, {!files_.AnyPicked(), tr("No file is selected")}});
+  Offer(*delete_, whyNotPicked);
+  Offer(*move_, whyNotPicked);
   ShowProgress();
 }
 

@@ -5,6 +5,7 @@
 #include "ui/Line.h"
 #include "ui/Naming.h"
 #include "ui/SampleVolume.h"
+#include "ui/WhyOff.h"
 
 #include <QVBoxLayout>
 
@@ -15,10 +16,11 @@ UtilityWindow::UtilityWindow(UtilityFolder& folder)
                   .fixedName = QStringLiteral("frmUtil"),
                   .title = QStringLiteral("Utility Folder")}),
       folder_(folder),
-      model_(folder.Rows(),
-             {{{.head = QStringLiteral("File Name"), .letters = 26}, &WaitingFile::fileName},
-              {{.head = QStringLiteral("Artist"), .letters = 22, .rank = 1}, &WaitingFile::artist},
-              {{.head = QStringLiteral("Path"), .letters = 46, .rank = 2, .path = true}, &WaitingFile::path}}),
+      model_(
+          folder.Rows(),
+          {{{.head = QStringLiteral("File Name"), .letters = 26}, &WaitingFile::fileName},
+           {{.head = QStringLiteral("Artist"), .letters = 22, .rank = 1}, &WaitingFile::artist},
+           {{.head = QStringLiteral("Path"), .letters = 46, .rank = 2, .path = true}, &WaitingFile::path}}),
       files_({.name = QStringLiteral("LstWaiting"),
               .title = QStringLiteral("UTILITY FOLDER"),
               .accessible = tr("Files in the utility folder"),
@@ -66,8 +68,8 @@ void UtilityWindow::Show() {
                      ? tr("Looking into the utility folder...")
                      : tr("The utility folder is empty.\nBring files in with \"Import Music\" first."));
   playing_->setText(folder_.PlayingWords());
-  play_->setEnabled(files_.AnyPicked());
-  stop_->setEnabled(folder_.Playing());
+  Offer(*play_, WhyOff({{!files_.AnyPicked(), tr("No file is selected")}}));
+  Offer(*stop_, WhyOff({{!folder_.Playing(), tr("Nothing plays")}}));
 }
 
 }  // namespace kelvo

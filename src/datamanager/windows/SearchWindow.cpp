@@ -9,6 +9,7 @@
 #include "ui/Line.h"
 #include "ui/Naming.h"
 #include "ui/SpokenText.h"
+#include "ui/WhyOff.h"
 
 #include <QApplication>
 #include <QButtonGroup>
@@ -237,8 +238,9 @@ void SearchWindow::ShowState() {
 
 void SearchWindow::ShowPicked() {
   selectAll_->setText(found_.AllPicked() ? QStringLiteral("Clear All") : QStringLiteral("Select All"));
-  selectAll_->setEnabled(!search_.Running() && model_.rowCount() > 0);
-  add_->setEnabled(!search_.Running() && found_.AnyPicked());
+  const OffReason searching{search_.Running(), tr("The search runs")};
+  Offer(*selectAll_, WhyOff({searching, {model_.rowCount() == 0, tr("No track was found")}}));
+  Offer(*add_, WhyOff({searching, {!found_.AnyPicked(), tr("No track is selected")}}));
 }
 
 void SearchWindow::AddPicked() {

@@ -8,6 +8,7 @@
 #include "ui/Line.h"
 #include "ui/Naming.h"
 #include "ui/Theme.h"
+#include "ui/WhyOff.h"
 
 #include <QDragEnterEvent>
 #include <QLabel>
@@ -350,22 +351,34 @@ void PlaylistWindow::Show() {
     each->setEnabled(free);
   }
   if (free && focus_ != nullptr) std::exchange(focus_, nullptr)->setFocus();
-  save_->setEnabled(free && manager_.MaySave());
-  load_->setEnabled(free && !requests && manager_.MayLoad() && playlist && shelf.Entries().Count() > 0);
-  newCategory_->setEnabled(free);
-  renameCategory_->setEnabled(free && manager_.MayUpkeep() && category);
-  deleteCategory_->setEnabled(free && manager_.MayUpkeep() && category);
-  renamePlaylist_->setEnabled(free && manager_.MayUpkeep() && playlist);
-  deletePlaylist_->setEnabled(free && manager_.MayUpkeep() && playlist);
-  deleteEntry_->setEnabled(free && !shelf.Listing() && manager_.MayUpkeep() && entries_.AnyPicked());
-  showRequests_->setEnabled(free && manager_.MaySeeRequests());
+  const OffReason atWork{!free, tr("It is at work: stop it first, or wait")};
+  const OffReason noCategory{!category, tr("No category is chosen")};
+  const OffReason noPlaylist{!playlist, tr("No playlist is chosen")};
+  const OffReason noUpkeep{!manager_.MayUpkeep(), tr("The Data Manager's password is needed for this")};
+  const OffReason notLoading{!manager_.MayLoad(), tr("The window was opened to save")};
+  const OffReason listing{shelf.Listing(), tr("The entries are still being listed")};
+  Offer(*save_, WhyOff({atWork, {!manager_.MaySave(), tr("The window was opened to load")}}));
+  Offer(*load_, WhyOff({atWork,
+                        notLoading,
+                        {requests, tr("The requested tracks are shown")},
+                        noPlaylist,
+                        {shelf.Entries().Count() == 0, tr("The playlist is empty")}}));
+  Offer(*newCategory_, WhyOff({atWork}));
+  for (QPushButton* each : {renameCategory_, deleteCategory_})
+    Offer(*each, WhyOff({atWork, noUpkeep, noCategory}));
+  for (QPushButton* each : {renamePlaylist_, deletePlaylist_})
+    Offer(*each, WhyOff({atWork, noUpkeep, noPlaylist}));
+  Offer(*deleteEntry_,
+        WhyOff({atWork, listing, noUpkeep, {!entries_.AnyPicked(), tr("No entry is selected")}}));
+  Offer(*showRequests_, WhyOff({atWork, {!manager_.MaySeeRequests(), tr("The window was opened to save")}}));
   const bool repairing = manager_.Repairing();
   repair_->setText(repairing ? QStringLiteral("STOP") : QStringLiteral("&Repair Playlist Structure"));
   repair_->setIcon(ScalableIcon(repairing ? Icon::Stop : Icon::Settings));
   Theme::SetRole(*repair_, repairing ? QStringLiteral("stop") : QString());
-  repair_->setEnabled(free || repairing);
-  import_->setEnabled(free && manager_.MayLoad());
-  export_->setEnabled(free && !shelf.Listing() && (playlist || manager_.Mode() == PlaylistMode::SaveQueue));
+  Offer(*repair_, WhyOff({{!free && !repairing, atWork.words}}));
+  Offer(*import_, WhyOff({atWork, notLoading}));
+  const bool savesQueue = manager_.Mode() == PlaylistMode::SaveQueue;
+  Offer(*export_, WhyOff({atWork, listing, {!playlist && !savesQueue, noPlaylist.words}}));
   progress_->Show(
       {.running = !free, .words = manager_.Words(), .share = manager_.Share(), .percentInWords = true});
   requests_->Show();

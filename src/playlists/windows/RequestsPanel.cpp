@@ -3,6 +3,7 @@
 #include "playlists/PlaylistManager.h"
 #include "ui/Command.h"
 #include "ui/Line.h"
+#include "ui/WhyOff.h"
 
 #include <QVBoxLayout>
 
@@ -68,10 +69,13 @@ void RequestsPanel::Show() {
   tracks_.SetHint(manager_.Busy() ? manager_.Requests().Words()
                                   : tr("No track was requested yet, or none of those is in the database."));
   selectAll_->setText(tracks_.AllPicked() ? QStringLiteral("Clear All") : QStringLiteral("Select All"));
-  selectAll_->setEnabled(free && any);
-  add_->setEnabled(free && any && manager_.MayAddRequests());
-  delete_->setEnabled(free && tracks_.AnyPicked() && manager_.MayUpkeep());
-  close_->setEnabled(true);
+  const OffReason atWork{!free, tr("It is at work: stop it first, or wait")};
+  const OffReason empty{!any, tr("The list is empty")};
+  Offer(*selectAll_, WhyOff({atWork, empty}));
+  Offer(*add_, WhyOff({atWork, empty, {!manager_.MayAddRequests(), tr("The window was opened to save")}}));
+  Offer(*delete_, WhyOff({atWork,
+                          {!manager_.MayUpkeep(), tr("The Data Manager's password is needed for this")},
+                          {!tracks_.AnyPicked(), tr("No track is selected")}}));
 }
 
 }  // namespace kelvo
