@@ -54,7 +54,8 @@ Job<std::optional<QString>> DatabaseCheck::OlderFile(QString infoFolder) {
   try {
     older = co_await disks_.Look(infoFolder, list, Disks::Patience::Person, kListLimit);
   } catch (...) {
-    basHandleError(QStringLiteral(" Main"));
+    basHandleError(QStringLiteral(" Main"),
+                   QStringLiteral("The folder of the track info files could not be looked through."));
   }
   co_return older;
 }

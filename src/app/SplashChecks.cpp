@@ -147,7 +147,7 @@ Job<> SplashChecks::Step(Job<> step) {
   try {
     co_await std::move(step);
   } catch (...) {
-    basHandleError(kTag);
+    basHandleError(kTag, QStringLiteral("A check at the start failed. The start goes on without it."));
   }
 }
 

@@ -105,7 +105,7 @@ Job<LoadOutcome> CatalogueLoader::Load() {
     co_await LoadUtility();
     outcome = co_await LoadTracks();
   } catch (...) {
-    basHandleError(kTag);
+    basHandleError(kTag, QStringLiteral("The library could not be read to its end."));
   }
   if (outcome == LoadOutcome::UnstableFile) co_return outcome;
   // The tables of the load before go elsewhere: to free a million texts takes its time.
@@ -131,7 +131,7 @@ Job<> CatalogueLoader::LoadReferences(Paths::Slot slot, QString words, QStringLi
   try {
     listing = co_await List(folder, EntryKind::Folders);
   } catch (...) {
-    basHandleError(kTag);
+    basHandleError(kTag, QStringLiteral("A folder of the database could not be read: %1").arg(folder));
     co_return;
   }
   const int count = static_cast<int>(listing.names.size());
@@ -167,7 +167,7 @@ Job<> CatalogueLoader::LoadSoundBites() {
       co_await turn.Yield();
     }
   } catch (...) {
-    basHandleError(kTag);
+    basHandleError(kTag, QStringLiteral("The sound bites could not be read: %1").arg(folder));
   }
 }
 
@@ -196,7 +196,7 @@ Job<> CatalogueLoader::AppendMissing(QString name, QString extension) {
   try {
     co_await loop_.Offload(EventLoop::Lane::Files, work);
   } catch (...) {
-    basHandleError(kTag);
+    basHandleError(kTag, QStringLiteral("The track info file of %1 could not be made.").arg(name));
   }
 }
 

@@ -127,7 +127,8 @@ void QtEventLoop::Turn() {
   try {
     RunDue(Elapsed());
   } catch (...) {
-    basHandleError(QStringLiteral(" loop"));
+    basHandleError(QStringLiteral(" loop"),
+                   QStringLiteral("A step of the program failed. It goes on with the next."));
   }
   inTurn_ = false;
   Arm();

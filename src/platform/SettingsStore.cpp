@@ -144,7 +144,9 @@ Job<> SettingsStore::WriteChanges() {
   } catch (...) {
     // Left for the next change, or for the end of the program.
     dirty_ = true;
-    basHandleError(QStringLiteral(" settings"));
+    basHandleError(
+        QStringLiteral(" settings"),
+        QStringLiteral("The settings could not be saved. They are kept, and saved with the next change."));
   }
 }
 

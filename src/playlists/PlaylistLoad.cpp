@@ -152,7 +152,8 @@ Job<> PlaylistLoad::Import(QString path) {
   try {
     (void)co_await FromFile(path);
   } catch (...) {
-    basHandleError(QStringLiteral(" import"));
+    basHandleError(QStringLiteral(" import"),
+                   QStringLiteral("The playlist could not be imported: %1").arg(path));
   }
 }
 

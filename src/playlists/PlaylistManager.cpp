@@ -88,7 +88,7 @@ Job<> PlaylistManager::Guard(Job<> job) {
   try {
     co_await std::move(job);
   } catch (...) {
-    basHandleError(QStringLiteral(" PlaySave"));
+    basHandleError(QStringLiteral(" PlaySave"), tr("The playlists could not be changed."));
     shelf_.List();
   }
   words_.clear();

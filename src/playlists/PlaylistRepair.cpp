@@ -64,7 +64,7 @@ Job<> PlaylistRepair::Run() {
       if (sum.deleted != deleted) mended.append(folders[place]);
     }
   } catch (...) {
-    basHandleError(QStringLiteral(" PlaySave repair"));
+    basHandleError(QStringLiteral(" PlaySave repair"), QStringLiteral("The repair could not go on."));
   }
   services_.prompter.Tell({sum.Words(), {}});
   const auto closeGaps = [mended] {

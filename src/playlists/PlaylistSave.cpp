@@ -176,7 +176,7 @@ Job<bool> PlaylistSave::Write(PlaylistOrder order, QString name) {
   try {
     co_await services_.loop.Offload(EventLoop::Lane::Files, work);
   } catch (...) {
-    basHandleError(QStringLiteral(" PlaySave save"));
+    basHandleError(QStringLiteral(" PlaySave save"), QStringLiteral("The playlist could not be saved."));
     co_return false;
   }
   co_return true;

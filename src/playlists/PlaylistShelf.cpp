@@ -139,7 +139,7 @@ Job<> PlaylistShelf::RunList(From from) {
     entries_.Replace({});
     outlook_ = {};
     trouble_ = tr("The playlists cannot be read.");
-    basHandleError(QStringLiteral(" PlaySave list"));
+    basHandleError(QStringLiteral(" PlaySave list"), trouble_);
   }
   // At the loop's next turn, so that whoever is told finds nothing under way.
   services_.loop.Post([self = QPointer(this)] {

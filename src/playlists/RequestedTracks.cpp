@@ -61,7 +61,8 @@ Job<> RequestedTracks::Compile() {
     }
     std::erase_if(rows, [](const RequestedTrack& row) { return row.track == Mref::None; });
   } catch (...) {
-    basHandleError(QStringLiteral(" PlaySave requests"));
+    basHandleError(QStringLiteral(" PlaySave requests"),
+                   QStringLiteral("The requested tracks could not be read."));
   }
   if (rows.empty()) services_.prompter.Tell({QStringLiteral("Requests List Is Empty !"), {}});
   rows_.Replace(std::move(rows));

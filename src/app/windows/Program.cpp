@@ -257,7 +257,8 @@ Job<> Program::AskBeforeSessionEnds(SessionManager& manager, bool* answered, QEv
                                 }};
     quit = co_await AnswerSessionEnd(manager, desk);
   } catch (...) {
-    basHandleError(QStringLiteral(" session"));
+    basHandleError(QStringLiteral(" session"),
+                   QStringLiteral("The end of the desktop's session could not be asked about."));
   }
   *answered = true;
   waiting.quit();

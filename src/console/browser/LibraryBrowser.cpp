@@ -191,7 +191,7 @@ Job<> LibraryBrowser::RunSearch() {
     co_await FindWords();
     RefreshRows();
   } catch (...) {
-    basHandleError(QStringLiteral(" libwords"));
+    basHandleError(QStringLiteral(" libwords"), tr("The words could not be looked for."));
   }
 }
 

@@ -207,7 +207,7 @@ Job<> Jingles::RunOpen(std::size_t source) {
       TakeOver(source, DeckState::Loaded);
     }
   } catch (...) {
-    basHandleError(kTag);
+    basHandleError(kTag, tr("The sound bite could not be opened."));
   }
 }
 
@@ -309,7 +309,7 @@ Job<> Jingles::RunQueue(SoundBite bite) {
       Tell(QString());
     }
   } catch (...) {
-    basHandleError(kTag);
+    basHandleError(kTag, tr("The sound bite could not be queued."));
   }
 }
 

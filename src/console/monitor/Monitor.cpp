@@ -94,7 +94,7 @@ Job<> Monitor::RunOpen(MonitorSource source, Opened opened, QString titleLine, Q
     tick_ = services_.loop.Every(kFrame, [this] { Tick(); });
     Q_EMIT Changed();
   } catch (...) {
-    basHandleError(kTag);
+    basHandleError(kTag, tr("The track could not be opened in the monitor."));
   }
 }
 
