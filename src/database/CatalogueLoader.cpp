@@ -216,7 +216,8 @@ void CatalogueLoader::TellBadDuration(const QString& name) {
   if (std::exchange(toldBadDuration_, true)) {
     NoteInLog(ErrorLog::Compose(failure, kTag));
   } else {
-    basHandleError(kTag, failure);
+    basHandleError(kTag, failure,
+                   QStringLiteral("A track info file could not be read; others like it are in the log."));
   }
 }
 

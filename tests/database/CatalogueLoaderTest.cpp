@@ -173,8 +173,8 @@ TEST_F(CatalogueLoaderTest, ADurationThatIsNoNumberIsLoggedForEachFileToldOnceAn
   EXPECT_EQ(catalogue_.TrackBpm[ToMref(1)], u"120"_s);
   ASSERT_EQ(prompter_.asked.size(), 1U);
   EXPECT_EQ(prompter_.asked[0].text,
-            u"ERROR 13 in  Getdb (%1/bad 0.kif) line 13 : Line 13 is no number"_s.arg(
-                database_.paths(Paths::Info)));
+            u"A track info file could not be read; others like it are in the log.\r\n"
+            u"Line 13 is no number\r\n%1/bad 0.kif"_s.arg(database_.paths(Paths::Info)));
   EXPECT_EQ(Log().count(u"Line 13 is no number"_s), 5);
 }
 
@@ -244,8 +244,8 @@ TEST_F(CatalogueLoaderTest, AFolderThatCannotBeReadIsToldAndTheRestIsLoaded) {
   EXPECT_EQ(catalogue_.LastTrack(), 1);
   EXPECT_THAT(catalogue_.ArtistList, ElementsAre(u"Amber"_s));
   ASSERT_EQ(prompter_.asked.size(), 2U);
-  EXPECT_TRUE(
-      prompter_.asked[0].text.startsWith(u"ERROR 2 in  Getdb (%1)"_s.arg(database_.paths(Paths::Albums))));
+  EXPECT_TRUE(prompter_.asked[0].text.startsWith(
+      u"A folder of the database could not be read: %1\r\n"_s.arg(database_.paths(Paths::Albums))));
 }
 
 TEST_F(CatalogueLoaderTest, WhatIsNoTextOrNoFileIsPassedOver) {
