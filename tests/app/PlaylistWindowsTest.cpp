@@ -199,6 +199,8 @@ TEST_F(PlaylistsBesideTheDesk, AListOfAnotherPlayerThatIsDroppedOnTheConsoleCome
       database_.tree.Write(u"party.m3u8"_s, "/music/gamma.mp3\nC:\\m\\alpha.mp3\nnone.mp3\n");
   QMimeData dropped;
   dropped.setUrls({QUrl::fromLocalFile(database_.tree.Path(u"picture.png"_s)), QUrl::fromLocalFile(list)});
+  QDragEnterEvent enter(QPoint(300, 300), Qt::CopyAction | Qt::MoveAction, &dropped, Qt::LeftButton, {});
+  QApplication::sendEvent(&*window_, &enter);
   QDropEvent drop(QPointF(300, 300), Qt::CopyAction | Qt::MoveAction, &dropped, Qt::LeftButton, {});
   drop.setDropAction(Qt::MoveAction);
   QApplication::sendEvent(&*window_, &drop);

@@ -119,7 +119,7 @@ QWidget* LibraryPanel::TracksPart() {
   list_->setDragEnabled(true);
   list_->setDragDropMode(QAbstractItemView::DragOnly);
   list_->setItemDelegate(new TabularDelegate(this));
-  list_->setMinimumHeight(fontMetrics().height() * 4);
+  list_->setMinimumHeight(fontMetrics().height() * 3);
   list_->viewport()->installEventFilter(this);
   list_->installEventFilter(this);
   const auto number = [](LibraryColumn column) { return static_cast<int>(column); };

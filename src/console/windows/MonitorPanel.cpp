@@ -35,6 +35,9 @@ QPushButton* AddMonitorButton(Monitor& monitor, MonitorSource source, QWidget& o
                                     .run = [&monitor, source] { monitor.Open(source); }});
   button->setAccessibleName(QObject::tr("Listen to %1 in the monitor").arg(what));
   button->setToolTip(button->accessibleName());
+  // As narrow as its word: it has its place under the level of a deck.
+  button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  button->setMinimumWidth(button->fontMetrics().horizontalAdvance(button->text()) + 8);
   const auto show = [&monitor, button] {
     Offer(*button, monitor.Enabled()
                        ? QString()
@@ -138,6 +141,7 @@ void MonitorPanel::Build() {
                       Monitor::Nudge::Forward),
              AddNudge(QStringLiteral("CmdAdvanceTwo"), QStringLiteral("+2"),
                       QStringLiteral("Advance By 2 Seconds"), Monitor::Nudge::AdvanceTwo)};
+  for (QLabel* words : {position_, duration_}) words->setFont(Theme::Font(0.9));
   level_->setObjectName(QStringLiteral("SldPflVol"));
   level_->setAccessibleName(tr("Monitor level"));
   level_->setToolTip(tr("Monitor level"));
@@ -152,7 +156,7 @@ void MonitorPanel::Build() {
   levelWords_->setObjectName(QStringLiteral("LblPflVol"));
   balanceWords_->setObjectName(QStringLiteral("LblPflBal"));
   for (QLabel* words : {levelWords_, balanceWords_}) {
-    words->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("-10")));
+    words->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("10")));
     words->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   }
 }
@@ -161,28 +165,32 @@ void MonitorPanel::Lay() {
   // As narrow as their words: while it is open the decks beside it need their room too.
   for (QPushButton* button : {sync_, syncStart_, close_}) {
     button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(button->text()) + 8);
+    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(button->text()) + 4);
   }
   for (QPushButton* nudge : nudges_) {
     nudge->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    nudge->setMinimumWidth(nudge->fontMetrics().horizontalAdvance(QStringLiteral("+2")) + 8);
+    nudge->setMinimumWidth(nudge->fontMetrics().horizontalAdvance(QStringLiteral("+2")) + 4);
   }
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(4);
+  layout->setSpacing(3);
   layout->addLayout(Line({{title_, 3}, {device_, 2}}));
   layout->addWidget(trouble_);
-  layout->addLayout(Line({position_, {place_, 1}, duration_}));
+  auto* place = Line({position_, {place_, 1}, duration_});
+  place->setSpacing(4);
+  layout->addLayout(place);
   auto* moves = Line({toStart_, run_, pause_});
   moves->setSpacing(4);
   for (QPushButton* nudge : nudges_) moves->addWidget(nudge, 1);
   layout->addLayout(moves);
-  layout->addLayout(Line({new QLabel(tr("Level"), this),
-                          {level_, 1},
-                          levelWords_,
-                          new QLabel(tr("Balance"), this),
-                          {balance_, 1},
-                          balanceWords_}));
+  auto* levels = Line({new QLabel(tr("Vol"), this),
+                       {level_, 1},
+                       levelWords_,
+                       new QLabel(tr("Bal"), this),
+                       {balance_, 1},
+                       balanceWords_});
+  levels->setSpacing(4);
+  layout->addLayout(levels);
   auto* ends = Line({{sync_, 3}, {syncStart_, 4}, {close_, 2}});
   ends->setSpacing(4);
   layout->addLayout(ends);
