@@ -30,7 +30,9 @@ fs::path PathOf(const QString& path) {
 }
 
 fs::path Beside(const fs::path& folder, std::string_view state) {
-  return folder.parent_path() / ("." + folder.filename().string() + std::string(state));
+  std::string name(1, '.');
+  name.append(folder.filename().string()).append(state);
+  return folder.parent_path() / name;
 }
 
 bool IsFolder(const fs::path& path) {
