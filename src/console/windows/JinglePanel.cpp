@@ -30,6 +30,8 @@ class BankButton : public CommandButton {
   explicit BankButton(QWidget* parent) : CommandButton(parent) {
     setAcceptDrops(true);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    // A name has more use for the room than its edges.
+    setStyleSheet(QStringLiteral("QPushButton { padding-left: 4px; padding-right: 4px; }"));
   }
   std::function<void(int row)> OnBite;
 
@@ -162,7 +164,7 @@ void JinglePanel::ShowBank() {
     const QString key = QStringLiteral("  (Ctrl+F%1)").arg(button + 1);
     const bool sounds = jingles_.SoundingButton() == button;
     const QString words = name.isEmpty() ? QStringLiteral("Not Set") : name;
-    shown.setText(shown.fontMetrics().elidedText(words, Qt::ElideRight, shown.width() - 12));
+    shown.setText(shown.fontMetrics().elidedText(words, Qt::ElideRight, shown.width() - 14));
     shown.setAccessibleName(tr("Jingle %1: %2").arg(button + 1).arg(words));
     shown.setToolTip((jingles_.AssignPending() ? tr("Stores the selected sound bite here")
                       : name.isEmpty()         ? tr("\"Bank\", or a sound bite dropped here, sets it")
