@@ -253,6 +253,7 @@ void ConsoleWindow::ShowLocked() {
   // What is off in a menu takes no key either. The menu of the lock stays, to unlock with the mouse.
   for (QAction* menu : menuBar()->actions())
     menu->setEnabled(!locked || menu == menus_[DeskMenu::Desk]->menuAction());
+  Offer(*listen_, locked ? tr("The screen is locked") : QString());
   confirmation_->setEnabled(!locked);
   alarm_->setEnabled(!locked);
 }
@@ -279,10 +280,10 @@ void ConsoleWindow::BuildMenu() {
                                   [this] { console_.Lock().Lockscr(); });
   lock->setObjectName(QStringLiteral("Lockscr"));
   lock->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
-  QAction* listen = desk->addAction(ScalableIcon(Icon::Headphones), tr("Listen in the &monitor"), this,
-                                    [this] { ListenInMonitor(); });
-  listen->setObjectName(QStringLiteral("mnuMonitor"));
-  listen->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
+  listen_ = desk->addAction(ScalableIcon(Icon::Headphones), tr("Listen in the &monitor"), this,
+                            [this] { ListenInMonitor(); });
+  listen_->setObjectName(QStringLiteral("mnuMonitor"));
+  listen_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
   QMenu* help = menus_[DeskMenu::Help] = menuBar()->addMenu(tr("&Help"));
   help->addAction(tr("&About %1").arg(console_.Title()), this, [this] {
     const Console::Services& have = console_.GetServices();

@@ -95,6 +95,7 @@ class ConsoleWindow : public QMainWindow {
   PerDeck<DeckPanel*> decks_;
   ConfirmationView* confirmation_;
   QAction* quit_ = nullptr;
+  QAction* listen_ = nullptr;
   std::map<DeskMenu, QMenu*> menus_;
   LoadPanel* load_ = nullptr;
   QWidget* foot_;
