@@ -25,6 +25,8 @@ class AudioEngine : public AudioSystem, private PlayerHost {
 
   [[nodiscard]] std::unique_ptr<MediaPlayer> MakePlayer(const QString& output = {}) override;
   [[nodiscard]] QStringList OutputNames() const override { return backend_->Names(); }
+  [[nodiscard]] QString OutputId(const QString& name) const override { return backend_->IdOf(name); }
+  [[nodiscard]] QString OutputNamed(const QString& id) const override { return backend_->NameOf(id); }
   [[nodiscard]] Job<> OutputsKnown() override;
   [[nodiscard]] Job<double> DurationOf(QString path) override;
   [[nodiscard]] OutputStatus DefaultOutputStatus() const override { return defaultStatus_; }

@@ -27,7 +27,7 @@ class AudioSystem {
  public:
   virtual ~AudioSystem() = default;
 
-  /// A player on the output named `output`; empty is the default output. A named output is never replaced by
+  /// A player on the output with that name or id; empty is the default output. A named output is never replaced by
   /// another device: without its device it is silent.
   [[nodiscard]] virtual std::unique_ptr<MediaPlayer> MakePlayer(const QString& output = {}) = 0;
 
@@ -35,6 +35,13 @@ class AudioSystem {
   /// come and go. Devices are looked for beside the logic, so right after the start the list is empty: see
   /// OutputsKnown.
   [[nodiscard]] virtual QStringList OutputNames() const = 0;
+  /// What the output with that name is remembered by: it stays the device's own in every run, also where two
+  /// devices are named alike. MakePlayer takes it as it takes a name.
+  [[nodiscard]] virtual QString OutputId(const QString& name) const { return name; }
+  /// The name of the output with that id; empty when it is not there.
+  [[nodiscard]] virtual QString OutputNamed(const QString& id) const {
+    return OutputNames().contains(id) ? id : QString();
+  }
   /// Ends when the outputs have been looked for once, or when that takes longer than anybody should wait.
   [[nodiscard]] virtual Job<> OutputsKnown() { co_return; }
 

@@ -37,7 +37,14 @@ class ClockAudio : public AudioSystem {
   [[nodiscard]] Job<double> DurationOf(QString path) override;
   [[nodiscard]] OutputStatus DefaultOutputStatus() const override { return status_; }
 
+  [[nodiscard]] QString OutputId(const QString& name) const override { return outputIds.value(name, name); }
+  [[nodiscard]] QString OutputNamed(const QString& id) const override {
+    const QString name = outputIds.key(id, id);
+    return outputNames.contains(name) ? name : QString();
+  }
+
   QStringList outputNames{QStringLiteral("Main"), QStringLiteral("Headphones")};
+  QHash<QString, QString> outputIds;  ///< of those whose id is not their name
   void SetDefaultOutputStatus(const OutputStatus& status);
 
  private:

@@ -23,7 +23,7 @@ void cDshow::SetOutPutDevice(const QString& name) {
 
 bool cDshow::DeviceMissing() const {
   const QString output = OutputOf(device_);
-  return !output.isEmpty() && !audio_.OutputNames().contains(output);
+  return !output.isEmpty() && audio_.OutputNamed(output).isEmpty() && !audio_.OutputNames().contains(output);
 }
 
 Job<OpenResult> cDshow::SetGraphFile(QString path) {

@@ -20,7 +20,7 @@ class cDshow {
   explicit cDshow(AudioSystem& audio);
   ~cDshow();
 
-  /// Where the next GraphFile plays. Empty and "Default WaveOut Device" are the default output.
+  /// Where the next GraphFile plays, by name or id. Empty and "Default WaveOut Device" are the default output.
   void SetOutPutDevice(const QString& name);
   [[nodiscard]] QString OutPutDevice() const { return device_; }
   /// True when the named output is not there: what is played is not heard.

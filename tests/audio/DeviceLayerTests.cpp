@@ -105,4 +105,47 @@ TEST(DeviceLayer, AGraphPlaysOnItsOutputAndNeverOnTheDefaultInItsPlace) {
   EXPECT_NEAR(*loudest, 0.25, 0.01);
 }
 
+TEST(DeviceLayer, DevicesOfDifferentClocksPlayOnWithoutAClick) {
+  // As far apart in a minute as two devices of +-100 ppm are in an hour: a third of a second each way.
+  struct Ear {
+    FrameIndex frames = 0;
+    float last = 0;
+    float largestStep = 0;
+  };
+  QHash<QString, Ear> ears;
+  TemporaryTree folder;
+  SimulatedEventLoop loop;
+  auto backend = std::make_unique<SimulatedBackend>(
+      loop,
+      [&](const QString& output, std::span<const float> sound) {
+        Ear& ear = ears[output];
+        for (std::size_t at = 0; at < sound.size(); at += kChannels) {
+          ear.largestStep = std::max(ear.largestStep, std::abs(sound[at] - ear.last));
+          ear.last = sound[at];
+        }
+        ear.frames += static_cast<FrameIndex>(sound.size() / kChannels);
+      },
+      QStringList{QStringLiteral("Main"), QStringLiteral("Headphones")});
+  backend->SetDrift({}, 6000);
+  backend->SetDrift(QStringLiteral("Headphones"), -6000);
+  AudioEngine engine(loop, std::move(backend));
+  const QString path = folder.Write(QStringLiteral("sine.wav"), WaveFile(Sine(100, 70)));
+  const auto deck = engine.MakePlayer();
+  const auto monitor = engine.MakePlayer(QStringLiteral("Headphones"));
+  for (MediaPlayer* const player : {deck.get(), monitor.get()}) {
+    const Job<OpenResult> job = player->Open(path);
+    loop.RunFor(20ms);
+    player->Play();
+  }
+  const double apart = deck->CurrentPosition() - monitor->CurrentPosition();
+  loop.RunFor(60s);
+  EXPECT_NEAR(deck->CurrentPosition() - monitor->CurrentPosition() - apart, 0.72, 0.05);
+  for (const Ear& ear : {ears[{}], ears[QStringLiteral("Headphones")]}) {
+    EXPECT_NEAR(static_cast<double>(ear.frames), 60.04 * kEngineRate, 0.0061 * 60 * kEngineRate);
+    EXPECT_LT(ear.largestStep, 0.0075F) << "the sine's own steps are 0.0071";
+    EXPECT_GT(ear.largestStep, 0.0070F);
+  }
+  EXPECT_EQ(engine.Underruns() + engine.Underruns(QStringLiteral("Headphones")), 0U);
+}
+
 }  // namespace kelvo::testing

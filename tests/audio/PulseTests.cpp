@@ -197,6 +197,27 @@ TEST_F(SoundServer, ATwinThatComesBackKeepsItsOwnName) {
   EXPECT_TRUE(TurnUntil([&] { return ears.Audible(); }));
 }
 
+TEST_F(SoundServer, ATwinIsRememberedByItsOwnId) {
+  server.Plug("Headphones");
+  MakeEngine();
+  const QString twin = headphones + QStringLiteral(" (2)");
+  ASSERT_TRUE(TurnUntil([&] { return engine->OutputNames().contains(twin); }));
+  const QString id = engine->OutputId(headphones);
+  EXPECT_NE(id, engine->OutputId(twin));
+  server.Unplug("headphones");
+  ASSERT_TRUE(TurnUntil([&] { return !engine->OutputNames().contains(headphones); }));
+  engine.reset();
+  MakeEngine();
+  // The one that is left has the name that the other had in the first run.
+  ASSERT_TRUE(TurnUntil([&] { return engine->OutputNames().contains(headphones); }));
+  EXPECT_EQ(engine->OutputNamed(id), QString());
+  const auto lost = engine->MakePlayer(id);
+  server.Plug("Headphones");
+  ASSERT_TRUE(TurnUntil([&] { return !engine->OutputNamed(id).isEmpty(); }));
+  EXPECT_EQ(engine->OutputNamed(id), twin);
+  EXPECT_TRUE(TurnUntil([&] { return KindOf(id) == kOnAir; }));
+}
+
 TEST_F(SoundServer, StallsNeitherLoseTheServerNorLeaveSoundWaitingInIt) {
   MakeEngine();
   ASSERT_TRUE(TurnUntil([&] { return OnAir(); }));

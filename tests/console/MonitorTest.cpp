@@ -129,6 +129,28 @@ TEST_F(TheMonitor, AMissingDeviceIsToldAndWithoutASecondOneThereIsNoMonitor) {
   EXPECT_FALSE(Panel().isVisible());
 }
 
+TEST_F(TheMonitor, IsNotHeardOnTheTwinOfItsDevice) {
+  OpenDesk();
+  audio_.outputNames = {u"Main"_s, u"Headphones"_s, u"Headphones (2)"_s};
+  audio_.outputIds = {{u"Headphones"_s, u"usb-1"_s}, {u"Headphones (2)"_s, u"usb-2"_s}};
+  Press(u"CmdPfl1"_s);
+  Pfl().SetDevice(u"Headphones (2)"_s);
+  loop_.RunFor(200ms);
+  EXPECT_FALSE(Pfl().DeviceMissing());
+  // The other way round, as when only one of them is there at the start.
+  audio_.outputNames = {u"Main"_s, u"Headphones (2)"_s};
+  audio_.outputIds = {{u"Headphones (2)"_s, u"usb-1"_s}};
+  loop_.RunFor(200ms);
+  EXPECT_TRUE(Pfl().DeviceMissing());
+  EXPECT_TRUE(Find<QLabel>(u"LblPflTrouble"_s).isVisible());
+  EXPECT_EQ(Find<QComboBox>(u"CboPflDevice"_s).currentText(), u"Headphones (2) (not there)"_s);
+  audio_.outputNames = {u"Main"_s, u"Headphones"_s};
+  audio_.outputIds = {{u"Headphones"_s, u"usb-2"_s}};
+  loop_.RunFor(200ms);
+  EXPECT_FALSE(Pfl().DeviceMissing());
+  EXPECT_EQ(Pfl().Device(), u"Headphones"_s);
+}
+
 TEST_F(TheMonitor, LeavesTheCommandsOfASmallScreenInSight) {
   OpenDesk();
   Press(u"CmdPfl1"_s);

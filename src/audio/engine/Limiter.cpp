@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <numbers>
 #include <type_traits>
 #include <utility>
@@ -91,15 +92,24 @@ void Limiter::ProcessChunk(std::span<float> sound) noexcept {
 void Limiter::FindPeaks(std::size_t frames) noexcept {
   // What is between sample i and the next is known once eight more have come.
   constexpr std::size_t kFirst = kLookAhead - kReach;
-  const std::size_t count = frames * kChannels;
+  const float* const from = line_.data() + (kFirst - (kReach - 1)) * kChannels;
   std::array<float, kChunk * kChannels> highest{};
-  for (const auto& taps : between.taps) {
-    std::array<float, kChunk * kChannels> sum{};
+  // Several samples at once, their sums in registers.
+  using Lanes = float __attribute__((vector_size(16)));
+  constexpr std::size_t kLanes = sizeof(Lanes) / sizeof(float);
+  for (std::size_t first = 0; first < frames * kChannels; first += kLanes) {
+    Lanes sums[kPlaces]{};
     for (std::size_t tap = 0; tap < kTaps; ++tap) {
-      const float* const from = line_.data() + (kFirst + tap - (kReach - 1)) * kChannels;
-      for (std::size_t i = 0; i < count; ++i) sum[i] += taps[tap] * from[i];
+      Lanes sound;
+      std::memcpy(&sound, from + first + tap * kChannels, sizeof sound);
+      for (std::size_t place = 0; place < kPlaces; ++place) sums[place] += between.taps[place][tap] * sound;
     }
-    for (std::size_t i = 0; i < count; ++i) highest[i] = std::max(highest[i], std::abs(sum[i]));
+    Lanes most{};
+    for (const Lanes& sum : sums) {
+      const Lanes size = sum < 0 ? -sum : sum;
+      most = size > most ? size : most;
+    }
+    std::memcpy(&highest[first], &most, sizeof most);
   }
   for (std::size_t frame = 0; frame < frames; ++frame) {
     const float* const sample = line_.data() + (kFirst + frame) * kChannels;

@@ -96,6 +96,12 @@ class OutputBackend {
 
   /// The names of the devices there are, the default one first.
   [[nodiscard]] virtual QStringList Names() const = 0;
+  /// What the device of that name is known by from one run to the next; Open takes it too. And the way back:
+  /// empty when no such device is there.
+  [[nodiscard]] virtual QString IdOf(const QString& name) const { return name; }
+  [[nodiscard]] virtual QString NameOf(const QString& id) const {
+    return Names().contains(id) ? id : QString();
+  }
   /// Raised when devices will not come back under the names they had.
   [[nodiscard]] virtual int NamesEpoch() const { return 0; }
   /// True when Names is the result of a look, not just the beginning.

@@ -54,6 +54,18 @@ QStringList PulseBackend::Names() const {
   return names_;
 }
 
+QString PulseBackend::IdOf(const QString& name) const {
+  if (server_.load(std::memory_order_acquire) == Server::Absent) return other_->IdOf(name);
+  const std::lock_guard lock(mutex_);
+  return ids_.value(names_.indexOf(name));
+}
+
+QString PulseBackend::NameOf(const QString& id) const {
+  if (server_.load(std::memory_order_acquire) == Server::Absent) return other_->NameOf(id);
+  const std::lock_guard lock(mutex_);
+  return names_.value(ids_.indexOf(id));
+}
+
 bool PulseBackend::HasLooked() const {
   const Server server = server_.load(std::memory_order_acquire);
   return server == Server::Absent ? other_->HasLooked() : server != Server::Unknown;
@@ -247,16 +259,23 @@ QString PulseBackend::NameFor(const QByteArray& id, const QString& description) 
 
 void PulseBackend::Publish() {
   QStringList names;
-  for (const Sink& sink : sinks_) names << sink.name;
+  QStringList ids;
+  for (const Sink& sink : sinks_) {
+    names << sink.name;
+    ids << QString::fromUtf8(sink.id);
+  }
   const std::lock_guard lock(mutex_);
   names_ = names;
+  ids_ = ids;
 }
 
 void PulseBackend::OpenStream(std::shared_ptr<DeviceLink> link) {
   QByteArray id;
   if (!link->Name().isEmpty()) {
-    const auto sink = std::find_if(sinks_.begin(), sinks_.end(),
-                                   [&](const Sink& each) { return each.name == link->Name(); });
+    const QString& asked = link->Name();
+    const auto sink = std::find_if(sinks_.begin(), sinks_.end(), [&](const Sink& each) {
+      return each.name == asked || QString::fromUtf8(each.id) == asked;
+    });
     if (sink == sinks_.end()) {
       link->SetState(DeviceLink::State::Gone);
       return;

@@ -26,6 +26,8 @@ class PulseBackend : public OutputBackend {
   ~PulseBackend() override;
 
   [[nodiscard]] QStringList Names() const override;
+  [[nodiscard]] QString IdOf(const QString& name) const override;
+  [[nodiscard]] QString NameOf(const QString& id) const override;
   [[nodiscard]] int NamesEpoch() const override { return epoch_.load(std::memory_order_acquire); }
   [[nodiscard]] bool HasLooked() const override;
   void Open(std::shared_ptr<DeviceLink> link) override;
@@ -65,6 +67,7 @@ class PulseBackend : public OutputBackend {
   mutable std::mutex mutex_;
   std::vector<std::shared_ptr<DeviceLink>> requests_;
   QStringList names_;
+  QStringList ids_;                     ///< the server's, in the order of names_
   std::atomic<bool> requested_{false};  ///< there may be something in requests_
   std::atomic<Server> server_{Server::Unknown};
   std::atomic<int> epoch_{0};

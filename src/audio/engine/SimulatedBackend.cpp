@@ -28,19 +28,30 @@ SimulatedBackend::~SimulatedBackend() {
 void SimulatedBackend::Open(std::shared_ptr<DeviceLink> link) {
   const bool exists = link->Name().isEmpty() ? !names_.isEmpty() : names_.contains(link->Name());
   link->SetState(exists ? DeviceLink::State::Running : DeviceLink::State::Gone);
-  if (exists) links_.push_back(std::move(link));
+  if (exists) devices_.push_back({std::move(link)});
 }
 
 void SimulatedBackend::RenderTo(Nanoseconds to) {
-  std::erase_if(links_, [](const auto& link) { return link->Detached(); });
+  std::erase_if(devices_, [](const Device& device) { return device.link->Detached(); });
   while (rendered_ < FramesIn(to)) {
     const auto frames = std::min<FrameIndex>(FramesIn(to) - rendered_, kStretch);
-    const auto part = std::span(buffer_).first(static_cast<std::size_t>(frames) * kChannels);
-    for (const auto& link : links_) {
-      link->Deliver(part);
-      if (sink_) sink_(link->Name(), part);
+    for (Device& device : devices_) {
+      device.ahead += static_cast<double>(frames) * drifts_.value(device.link->Name()) / 1e6;
+      const auto extra = static_cast<FrameIndex>(device.ahead);
+      device.ahead -= static_cast<double>(extra);
+      Play(device, frames + extra);
     }
     rendered_ += frames;
+  }
+}
+
+void SimulatedBackend::Play(Device& device, FrameIndex frames) {
+  while (frames > 0) {
+    const FrameIndex part = std::min<FrameIndex>(frames, kStretch);
+    const auto sound = std::span(buffer_).first(static_cast<std::size_t>(part) * kChannels);
+    device.link->Deliver(sound);
+    if (sink_) sink_(device.link->Name(), sound);
+    frames -= part;
   }
 }
 

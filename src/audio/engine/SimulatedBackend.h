@@ -3,6 +3,8 @@
 #include "audio/engine/OutputBackend.h"
 #include "platform/SimulatedEventLoop.h"
 
+#include <QHash>
+
 #include <functional>
 #include <span>
 #include <vector>
@@ -23,14 +25,22 @@ class SimulatedBackend : public OutputBackend {
   [[nodiscard]] QStringList Names() const override { return names_; }
   void Open(std::shared_ptr<DeviceLink> link) override;
   [[nodiscard]] bool Threaded() const override { return false; }
+  /// From now on the device of that name runs fast by so many millionths; slow if negative.
+  void SetDrift(const QString& name, double millionths) { drifts_[name] = millionths; }
 
  private:
+  struct Device {
+    std::shared_ptr<DeviceLink> link;
+    double ahead = 0;  ///< of the loop's clock, frames
+  };
   void RenderTo(Nanoseconds to);
+  void Play(Device& device, FrameIndex frames);
 
   SimulatedEventLoop& loop_;
   Sink sink_;
   QStringList names_;
-  std::vector<std::shared_ptr<DeviceLink>> links_;
+  QHash<QString, double> drifts_;
+  std::vector<Device> devices_;
   FrameIndex rendered_ = 0;
   std::vector<float> buffer_;
 };

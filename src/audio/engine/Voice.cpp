@@ -161,6 +161,18 @@ bool Voice::Mix(std::span<float> target, FrameIndex at) noexcept {
 
 std::size_t Voice::Sound(float* target, std::size_t frames) {
   const std::size_t got = reader_.Read(std::span(chunk_).first(frames * kChannels));
+  if (got > 0 && !now_.envelope.Moving() && !now_.left.Moving() && !now_.right.Moving()) {
+    // The same sums, without the steps between frames that keep the processor from doing several at once.
+    const float left = now_.left.Value() * now_.envelope.Value();
+    const float right = now_.right.Value() * now_.envelope.Value();
+    for (std::size_t at = 0; at < got * kChannels; at += kChannels) {
+      target[at] += chunk_[at] * left;
+      target[at + 1] += chunk_[at + 1] * right;
+    }
+    const float* const last = &chunk_[(got - 1) * kChannels];
+    now_.last = {last[0] * left, last[1] * right};
+    return got;
+  }
   for (std::size_t frame = 0; frame < got; ++frame) {
     now_.envelope.Step();
     now_.left.Step();

@@ -234,7 +234,8 @@ void Jingles::Start(std::size_t source) {
   for (Source& each : sources_) each.starts = false;
   const double from = source == active_ && player.FileName() == path_ ? cue_ : 0;
   TakeOver(source, DeckState::Playing);
-  player.SetCurrentPosition(from);
+  // A seek would make it wait for its sound, which lies ready where the last one left it.
+  if (player.CurrentPosition() != from) player.SetCurrentPosition(from);
   player.Play();
 }
 

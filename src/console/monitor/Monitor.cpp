@@ -40,15 +40,26 @@ std::optional<Monitor::Opened> Monitor::HeldBy(MonitorSource source) const {
   return Opened{jingles.FilePath(), Mref::None};
 }
 
+QString Monitor::Output() const {
+  const QString id = services_.settings.Get(setting::PFLDeviceId);
+  return id.isEmpty() ? services_.settings.Get(setting::PFLDeviceName) : id;
+}
+
+QString Monitor::Device() const {
+  const QString name = services_.audio.OutputNamed(Output());
+  return name.isEmpty() ? services_.settings.Get(setting::PFLDeviceName) : name;
+}
+
 void Monitor::SetDevice(const QString& name) {
   services_.settings.Set(setting::PFLDeviceName, name);
+  services_.settings.Set(setting::PFLDeviceId, services_.audio.OutputId(name));
   services_.settings.Set(setting::PFLDevice, static_cast<int>(Devices().indexOf(name)));
   if (shown_) Begin(source_, opened_, titleLine_, track_, graph_.GraphPosition());
   Q_EMIT Changed();
 }
 
 bool Monitor::DeviceMissing() const {
-  return !Devices().contains(shown_ ? graph_.OutPutDevice() : Device());
+  return shown_ ? graph_.DeviceMissing() : services_.audio.OutputNamed(Output()).isEmpty();
 }
 
 void Monitor::Open(MonitorSource source) {
@@ -75,7 +86,7 @@ void Monitor::Begin(MonitorSource source, const Opened& opened, const QString& t
 Job<> Monitor::RunOpen(MonitorSource source, Opened opened, QString titleLine, QString track, double from) {
   try {
     nudge_.Cancel();
-    graph_.SetOutPutDevice(Device());
+    graph_.SetOutPutDevice(Output());
     const OpenResult result = co_await graph_.SetGraphFile(opened.path);
     if (result.kind == OpenResult::Kind::Superseded) co_return;
     if (!result.Ok()) {

@@ -45,7 +45,7 @@ class Monitor : public QObject {
   /// More than one sound output exists.
   [[nodiscard]] bool Enabled() const { return services_.audio.OutputNames().size() > 1; }
   /// The device on which the monitor is heard; "None" at first.
-  [[nodiscard]] QString Device() const { return services_.settings.Get(setting::PFLDeviceName); }
+  [[nodiscard]] QString Device() const;
   [[nodiscard]] QStringList Devices() const { return services_.audio.OutputNames(); }
   /// What is open goes on there, from where it is.
   void SetDevice(const QString& name);
@@ -97,6 +97,8 @@ class Monitor : public QObject {
     QString path;
     Mref track = Mref::None;
   };
+  /// What the device is remembered by.
+  [[nodiscard]] QString Output() const;
   [[nodiscard]] static std::optional<Deck> DeckOf(MonitorSource source);
   [[nodiscard]] std::optional<Opened> HeldBy(MonitorSource source) const;
   /// `from`: where it begins, seconds.

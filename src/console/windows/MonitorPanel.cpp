@@ -98,7 +98,10 @@ MonitorPanel::MonitorPanel(Monitor& monitor, QWidget* parent)
   connect(level_, &Fader::MovedByHand, this, [this](int value) { monitor_.SetLevel(value); });
   connect(balance_, &Fader::MovedByHand, this, [this](int value) { monitor_.SetBalance(value); });
   connect(device_, &QComboBox::activated, this,
-          [this](int row) { monitor_.SetDevice(device_->itemText(row)); });
+          [this](int row) {
+            const QString name = device_->itemText(row);
+            if (monitor_.Devices().contains(name)) monitor_.SetDevice(name);
+          });
   connect(&monitor_, &Monitor::Changed, this, [this] { Show(); });
   Show();
 }
@@ -198,8 +201,10 @@ void MonitorPanel::Lay() {
 
 void MonitorPanel::ShowDevices() {
   QStringList names = monitor_.Devices();
-  const QString chosen = monitor_.Device();
-  if (!names.contains(chosen)) names.prepend(chosen);
+  // One that is gone may have a twin of its name.
+  const bool gone = monitor_.DeviceMissing();
+  const QString chosen = gone ? tr("%1 (not there)").arg(monitor_.Device()) : monitor_.Device();
+  if (gone) names.prepend(chosen);
   QStringList shown;
   for (int row = 0; row < device_->count(); ++row) shown.append(device_->itemText(row));
   const QSignalBlocker quiet(device_);
