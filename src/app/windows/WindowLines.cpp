@@ -3,6 +3,7 @@
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
 #include "app/windows/QueueOfPlaylists.h"
+#include "config/windows/ConfigWindow.h"
 #include "console/Console.h"
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/ScanWindow.h"
@@ -22,7 +23,8 @@ struct Text {
   Q_DECLARE_TR_FUNCTIONS(WindowLines)
 };
 
-/// What changes the tracks of the database: behind its password, and not while the desk is on air.
+/// What changes the tracks of the database or the settings of the desk: behind the password, and not while
+/// the desk is on air.
 constexpr WindowGuard kUpkeep{.idleDesk = true, .password = true};
 
 QString StopsMusic() {
@@ -127,6 +129,28 @@ WindowLine SearchLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
+WindowLine ConfigLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Configuration"),
+                  .menu = DeskMenu::Desk,
+                  .startsGroup = true,
+                  .words = Text::tr("&Configuration..."),
+                  .key = QStringLiteral("Ctrl+,"),
+                  .guard = kUpkeep,
+                  .place = QStringLiteral("Config")};
+  line.make = [&desk, host, place = line.place] {
+    const Console::Services& have = desk.GetServices();
+    return std::make_unique<Hosted<ConfigWindow, Configuration>>(
+        host, place,
+        Configuration::Services{.loop = have.loop,
+                                .prompter = have.prompter,
+                                .audio = have.audio,
+                                .settings = desk.Settings(),
+                                .programFolder = have.programFolder,
+                                .onAir = [&desk] { return desk.Plays(); }});
+  };
+  return line;
+}
+
 WindowLine KeysLine(const WindowHost& host) {
   WindowLine line{.id = QStringLiteral("Keys"),
                   .menu = DeskMenu::Help,
@@ -204,6 +228,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
           SearchLine(desk, host),
           std::move(load),
           PlaylistLine(desk, host, PlaylistMode::SaveQueue),
+          ConfigLine(desk, host),
           KeysLine(host)};
 }
 

@@ -21,7 +21,9 @@ constexpr double kJump = 1;
 
 }  // namespace
 
-Monitor::Monitor(Services services) : services_(std::move(services)), graph_(services_.audio) {}
+Monitor::Monitor(Services services) : services_(std::move(services)), graph_(services_.audio) {
+  services_.settings.Listen(setting::PFLDeviceId, this, [this](const QString&) { FollowDevice(); });
+}
 
 std::optional<Deck> Monitor::DeckOf(MonitorSource source) {
   if (source == MonitorSource::DeckOne) return Deck::One;
@@ -51,9 +53,12 @@ QString Monitor::Device() const {
 }
 
 void Monitor::SetDevice(const QString& name) {
+  services_.settings.Set(setting::PFLDevice, static_cast<int>(Devices().indexOf(name)));
   services_.settings.Set(setting::PFLDeviceName, name);
   services_.settings.Set(setting::PFLDeviceId, services_.audio.OutputId(name));
-  services_.settings.Set(setting::PFLDevice, static_cast<int>(Devices().indexOf(name)));
+}
+
+void Monitor::FollowDevice() {
   if (shown_) Begin(source_, opened_, titleLine_, track_, graph_.GraphPosition());
   Q_EMIT Changed();
 }

@@ -47,7 +47,7 @@ class Monitor : public QObject {
   /// The device on which the monitor is heard; "None" at first.
   [[nodiscard]] QString Device() const;
   [[nodiscard]] QStringList Devices() const { return services_.audio.OutputNames(); }
-  /// What is open goes on there, from where it is.
+  /// What is open goes on there, from where it is; so it does when the setting is changed elsewhere.
   void SetDevice(const QString& name);
   /// Its device is not there, or none was chosen: nothing is heard.
   [[nodiscard]] bool DeviceMissing() const;
@@ -107,6 +107,7 @@ class Monitor : public QObject {
   [[nodiscard]] Job<> RunOpen(MonitorSource source, Opened opened, QString titleLine, QString track,
                               double from);
   [[nodiscard]] Job<> RunNudge(Nudge nudge);
+  void FollowDevice();
   void Tick();
   void ApplyLevels();
 

@@ -1,5 +1,6 @@
 #include "console/windows/ConsoleWindow.h"
 
+#include "console/desk/ColourSettings.h"
 #include "console/windows/AirAlarm.h"
 #include "console/windows/AutoPlayPanel.h"
 #include "console/windows/ClockPanel.h"
