@@ -110,7 +110,6 @@ TEST_F(TheConfiguration, EveryKindOfSettingIsSavedAndActsAtOnce) {
   Find<QListWidget>(u"LstSCards"_s).setCurrentRow(0);
   EXPECT_EQ(Find<QLabel>(u"LblCScard"_s).text(), u"Headphones"_s) << "the programme's output is no monitor";
 
-  AddTrack(u"delta"_s, 60, 60);
   EnqueueAll();
   desk_->Pfl().OpenFile(catalogue_.TrackPaths(ToMref(1)), u"Alpha"_s);
   loop_.RunFor(100ms);
@@ -283,7 +282,7 @@ TEST_F(TheConfiguration, WhatIsStoredAndMakesNoSenseLoadsAsDefaultsWithinTheRang
 TEST_F(TheConfiguration, IsClosedToAnAiringDeskAndFollowsTheOutputs) {
   OpenDesk();
   audio_.outputNames = QStringList{u"Main"_s};
-  Press(u"Configuration"_s);
+  OpenConfiguration();
   EXPECT_FALSE(Find<QListWidget>(u"LstSCards"_s).isEnabled());
   audio_.outputNames = QStringList{u"Main"_s, u"Booth"_s};
   loop_.RunFor(2s);
@@ -291,7 +290,7 @@ TEST_F(TheConfiguration, IsClosedToAnAiringDeskAndFollowsTheOutputs) {
   EXPECT_EQ(Find<QListWidget>(u"LstSCards"_s).item(1)->text(), u"Booth"_s);
   QTest::keyClick(&Dialog(), Qt::Key_Escape);
   audio_.outputNames.clear();
-  Press(u"Configuration"_s);
+  OpenConfiguration();
   EXPECT_EQ(prompter_.Told().last(), u"No Audio Mixers Detected! src: CMixer:Create"_s);
   QTest::keyClick(&Dialog(), Qt::Key_Escape);
 

@@ -19,7 +19,7 @@ ConfigWindow::ConfigWindow(Configuration& work)
     : ToolWindow({.name = QStringLiteral("Configuration"),
                   .fixedName = QStringLiteral("KelvoConfig"),
                   .title = QStringLiteral("Configuration"),
-                  .letters = 96,
+                  .letters = 118,
                   .lines = 24}),
       work_(work),
       tabs_(new QTabWidget(this)),
