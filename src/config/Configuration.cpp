@@ -41,12 +41,13 @@ void Configuration::FollowDevice() {
   const ConfigValues now = ReadConfig(services_.settings);
   const bool untouched =
       values_.PFLDeviceId == stored_.PFLDeviceId && values_.PFLDeviceName == stored_.PFLDeviceName;
-  for (ConfigValues* values : {&stored_, &values_}) {
-    if (values == &values_ && !untouched) continue;
-    values->PFLDevice = now.PFLDevice;
-    values->PFLDeviceName = now.PFLDeviceName;
-    values->PFLDeviceId = now.PFLDeviceId;
-  }
+  const auto take = [&now](ConfigValues& values) {
+    values.PFLDevice = now.PFLDevice;
+    values.PFLDeviceName = now.PFLDeviceName;
+    values.PFLDeviceId = now.PFLDeviceId;
+  };
+  take(stored_);
+  if (untouched) take(values_);
   Q_EMIT Changed();
 }
 
@@ -122,7 +123,12 @@ Job<bool> Configuration::Keep() {
     co_return false;
   }
   ConfigValues values = values_;
-  if (const qsizetype output = MonitorOutput(); output >= 0) values.PFLDevice = static_cast<int>(output);
+  // Where it is now, and what it is called.
+  if (const qsizetype output = MonitorOutput(); output >= 0) {
+    values.PFLDevice = static_cast<int>(output);
+    values.PFLDeviceName = outputs_[output];
+    values.PFLDeviceId = services_.audio.OutputId(outputs_[output]);
+  }
   WriteConfig(services_.settings, values);
   services_.settings.Set(setting::AudioWarningFilePath, WarningLoop());
   stored_ = values_ = values;
@@ -208,7 +214,7 @@ QString Configuration::WarningLoop() const {
 }
 
 void Configuration::PickWarningLoop() {
-  if (!question_.Running()) question_ = RunPick();
+  if (!pick_.Running()) pick_ = RunPick();
 }
 
 Job<> Configuration::RunPick() {

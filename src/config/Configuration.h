@@ -114,6 +114,7 @@ class Configuration : public QObject {
   cDshow player_;
   Timer tick_;
   Job<> question_;
+  Job<> pick_;
   Job<> play_;
   Job<> look_;
 };

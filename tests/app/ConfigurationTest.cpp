@@ -85,6 +85,8 @@ TEST_F(TheConfiguration, EveryKindOfSettingIsSavedAndActsAtOnce) {
   Set(u"PFLDeviceId"_s, u"usb-2"_s);
   audio_.outputIds = {{u"Headphones"_s, u"usb-1"_s}};
   OpenConfiguration();
+  QTest::keyClick(Dialog().focusWidget(), Qt::Key_Tab);
+  EXPECT_EQ(Dialog().focusWidget()->objectName(), u"SldSpectralDisplay"_s) << "from the tabs into the page";
   for (int tab = 0; tab < 6; ++tab) {
     GoTo(tab);
     ExpectWellLaidOut(Dialog());

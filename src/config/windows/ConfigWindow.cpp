@@ -27,6 +27,7 @@ ConfigWindow::ConfigWindow(Configuration& work)
       restore_(new RestorePage(work)),
       unsaved_(new QLabel(this)) {
   SetNames(*tabs_, QStringLiteral("Tabs"), QStringLiteral("TabStrip1"));
+  tabs_->setAccessibleName(tr("Groups of settings"));
   tabs_->tabBar()->setObjectName(QStringLiteral("TabBar"));
   tabs_->tabBar()->setAccessibleName(tr("Groups of settings"));
   AddPage(new GeneralPage(work), QStringLiteral("&General"));
