@@ -46,11 +46,14 @@ class Monitor : public QObject {
   [[nodiscard]] bool Enabled() const { return services_.audio.OutputNames().size() > 1; }
   /// The device on which the monitor is heard; "None" at first.
   [[nodiscard]] QString Device() const;
-  [[nodiscard]] QStringList Devices() const { return services_.audio.OutputNames(); }
+  /// Those that it can be heard on: all but the programme's.
+  [[nodiscard]] QStringList Devices() const;
   /// What is open goes on there, from where it is; so it does when the setting is changed elsewhere.
   void SetDevice(const QString& name);
   /// Its device is not there, or none was chosen: nothing is heard.
   [[nodiscard]] bool DeviceMissing() const;
+  /// Its device plays the programme by now, so it keeps silent.
+  [[nodiscard]] bool HeldBack() const;
 
   /// Opens what the source holds, and runs it. Nothing where it holds nothing.
   void Open(MonitorSource source);
@@ -97,6 +100,8 @@ class Monitor : public QObject {
     QString path;
     Mref track = Mref::None;
   };
+  /// The device on which the listeners hear the desk.
+  [[nodiscard]] QString ProgrammeDevice() const;
   /// What the device is remembered by.
   [[nodiscard]] QString Output() const;
   [[nodiscard]] static std::optional<Deck> DeckOf(MonitorSource source);
