@@ -8,8 +8,7 @@ namespace kelvo::setting {
 inline constexpr QLatin1StringView kGenerator("Generator");
 
 /// Seconds that a generated list is to last.
-inline constexpr NumberSetting GeneratorSeconds{
-    {kGenerator, QLatin1StringView("Duration")}, 3600, 60, 86399};
+inline constexpr NumberSetting GeneratorSeconds{{kGenerator, QLatin1StringView("Duration")}, 3600, 60, 86399};
 /// Between two tracks of the same artist; 0: they may follow each other.
 inline constexpr NumberSetting GeneratorArtistMinutes{
     {kGenerator, QLatin1StringView("ArtistMinutes")}, 60, 0, 1440};

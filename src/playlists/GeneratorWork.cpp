@@ -20,8 +20,7 @@ constexpr std::size_t kRowsAtOnce = 2048;
 /// Which of the wanted genres a line of genres names, worked out once for each line.
 class GenreTest {
  public:
-  GenreTest(const PooledTextColumn& lines, QStringList genres)
-      : lines_(lines), genres_(std::move(genres)) {}
+  GenreTest(const PooledTextColumn& lines, QStringList genres) : lines_(lines), genres_(std::move(genres)) {}
 
   const std::vector<int>& operator()(Mref track) {
     const std::size_t line = lines_.Id(track);
@@ -86,7 +85,8 @@ Job<bool> PlaylistGenerator::Pick(std::vector<std::vector<Mref>>& picks) {
   GenreTest genresOf(Tracks().TrackGenres, listed_);
   Nanoseconds turnStart = loop.TurnClock();
   for (int row = 1; row <= Tracks().LastTrack(); ++row) {
-    for (const int genre : genresOf(ToMref(row))) picks[static_cast<std::size_t>(genre)].push_back(ToMref(row));
+    for (const int genre : genresOf(ToMref(row)))
+      picks[static_cast<std::size_t>(genre)].push_back(ToMref(row));
     if (row % kTracksALook != 0 || !loop.TurnIsOver(turnStart)) continue;
     Say(words_, 0.5 * row / Tracks().LastTrack());
     co_await loop.Yield();
@@ -220,7 +220,8 @@ Job<> PlaylistGenerator::MakeSequence() {
     if (track == Mref::None) continue;
     const int genre = choice->genres[pick.track];
     const double duration = Tracks().TrackDurations(track);
-    rows.push_back({track, genre, static_cast<int>(CountedSeconds(duration)), Val(Tracks().TrackBpm[track]), pick});
+    rows.push_back(
+        {track, genre, static_cast<int>(CountedSeconds(duration)), Val(Tracks().TrackBpm[track]), pick});
     tracks.push_back({Tracks().TrackNames[track], duration});
   }
   leftOut_ = choice->leftOut;

@@ -170,13 +170,12 @@ Job<> PlaylistGenerator::RunGenerate() {
 void PlaylistGenerator::TellShort() {
   if (totalSeconds_ >= wishes_.seconds) return;
   Prompt message;
-  message.text =
-      QStringLiteral(
-          " Was unable to find enough tracks to fulfill the Specified Play List Duration\r\n\r\n"
-          "Required Duration: %1 Seconds ! \r\nTotal Track Times Located: %2 Seconds\r\n\r\n"
-          "You May need to define more bpm values and/or add more genres")
-          .arg(wishes_.seconds)
-          .arg(totalSeconds_);
+  message.text = QStringLiteral(
+                     " Was unable to find enough tracks to fulfill the Specified Play List Duration\r\n\r\n"
+                     "Required Duration: %1 Seconds ! \r\nTotal Track Times Located: %2 Seconds\r\n\r\n"
+                     "You May need to define more bpm values and/or add more genres")
+                     .arg(wishes_.seconds)
+                     .arg(totalSeconds_);
   message.icon = PromptIcon::Information;
   services_.playlists.prompter.Tell(message);
 }
@@ -220,8 +219,7 @@ QString PlaylistGenerator::SequenceWords() const {
   if (unknown_ > 0) words.append(tr("left out, of unknown length: %1").arg(unknown_));
   if (outlook_.tracks == sequence_.Count() && outlook_.tracks > 0) {
     const QDateTime end = services_.playlists.loop.Now().addSecs(outlook_.onAir);
-    words.append(
-        tr("ends at %1, overlaps counted").arg(end.time().toString(QStringLiteral("HH:mm:ss"))));
+    words.append(tr("ends at %1, overlaps counted").arg(end.time().toString(QStringLiteral("HH:mm:ss"))));
   }
   return words.join(QStringLiteral(", "));
 }
@@ -245,7 +243,8 @@ void PlaylistGenerator::Save(const QString& name, const std::vector<Mref>& track
     return;
   }
   saveRows_.clear();
-  for (const Mref track : tracks) saveRows_.push_back({Tracks().TrackNames[track], Tracks().TrackPaths(track)});
+  for (const Mref track : tracks)
+    saveRows_.push_back({Tracks().TrackNames[track], Tracks().TrackPaths(track)});
   Begin(save_.Run(name));
 }
 
@@ -254,8 +253,8 @@ void PlaylistGenerator::FollowCatalogue() {
       this,
       [this](const TrackChanged& change) {
         if (!change.fields.testAnyFlags(TrackFields(TrackField::Bpm) | TrackField::Duration)) return;
-        const qint64 longer = CountedSeconds(Tracks().TrackDurations(change.track)) -
-                              CountedSeconds(change.durationBefore);
+        const qint64 longer =
+            CountedSeconds(Tracks().TrackDurations(change.track)) - CountedSeconds(change.durationBefore);
         for (int row = 0; row < list_.Count(); ++row) {
           if (list_[row].track != change.track) continue;
           totalSeconds_ += longer;

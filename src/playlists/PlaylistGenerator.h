@@ -46,8 +46,8 @@ struct GeneratorWishes {
   bool operator==(const GeneratorWishes&) const = default;
 };
 
-/// "Generate Play List": lists the tracks of chosen genres, and makes of them a sequence that lasts as long as
-/// is wanted. What it made goes to the play queue or to the store. One thing at a time: while it is busy a
+/// "Generate Play List": lists the tracks of chosen genres, and makes of them a sequence that lasts as long
+/// as is wanted. What it made goes to the play queue or to the store. One thing at a time: while it is busy a
 /// command does nothing. Owned beside its window; logic thread.
 class PlaylistGenerator : public QObject {
   Q_OBJECT

@@ -90,7 +90,8 @@ void PlaylistLoad::TellMissing(const QString& sum, const QString& from, const QS
   NoteInLog(from + QStringLiteral(" : ") + missing.join(QStringLiteral(", ")));
   QStringList lines{sum};
   lines += missing.mid(0, kNamed);
-  if (missing.size() > kNamed) lines.append(Text::tr("and %1 more (see the log)").arg(missing.size() - kNamed));
+  if (missing.size() > kNamed)
+    lines.append(Text::tr("and %1 more (see the log)").arg(missing.size() - kNamed));
   services_.prompter.Tell({lines.join(QStringLiteral("\r\n")), {}});
 }
 

@@ -143,9 +143,10 @@ class Fitter {
   [[nodiscard]] std::optional<Choice> Next() const {
     const std::vector<Track>& tracks = pool_.ByTempo();
     const int start = total_;
-    const double wanted = question_.followTempo ? question_.outline.At((start + pool_.MedianSeconds() / 2.0) /
-                                                                       question_.seconds)
-                                                : 0;
+    const double wanted =
+        question_.followTempo
+            ? question_.outline.At((start + pool_.MedianSeconds() / 2.0) / question_.seconds)
+            : 0;
     auto above = tracks.begin();
     if (question_.followTempo) {
       above = std::lower_bound(tracks.begin(), tracks.end(), wanted,

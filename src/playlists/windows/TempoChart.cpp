@@ -261,7 +261,8 @@ void TempoChart::paintEvent(QPaintEvent*) {
   painter.setPen(QPen(hand_ == Hand::Time ? colours.accent : colours.muted, 1));
   painter.drawLine(QPointF(x, ground.top()), QPointF(x, ground.bottom()));
   QPainterPath line(PlaceOf(0, outline_.Bpm(0)));
-  for (int point = 1; point < TempoOutline::kPoints; ++point) line.lineTo(PlaceOf(point, outline_.Bpm(point)));
+  for (int point = 1; point < TempoOutline::kPoints; ++point)
+    line.lineTo(PlaceOf(point, outline_.Bpm(point)));
   const QColor lit = isEnabled() ? colours.accent : colours.dim;
   painter.setPen(QPen(lit, 2));
   painter.drawPath(line);
