@@ -138,6 +138,11 @@ Job<bool> PlaylistGenerator::Gather(Choice& choice) {
       if (tracks.IsTrack(track)) played[static_cast<std::size_t>(ToInt(track))] = true;
     }
   }
+  // Once: to move a great many later on takes longer than a turn.
+  const auto most = std::min<std::size_t>(known.size(), static_cast<std::size_t>(list_.Count()));
+  choice.question.tracks.reserve(most);
+  choice.tracks.reserve(most);
+  choice.genres.reserve(most);
   std::vector<double> tempos;
   Nanoseconds turnStart = loop.TurnClock();
   for (int row = 0; row < list_.Count(); ++row) {

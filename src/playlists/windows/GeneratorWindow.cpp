@@ -53,7 +53,7 @@ RowModel<GeneratedRow>::Columns ListColumns(const PlaylistGenerator& generator) 
 RowModel<SequenceRow>::Columns SequenceColumns(const PlaylistGenerator& generator) {
   const Catalogue& tracks = generator.Tracks();
   return {
-      {{.head = QStringLiteral("Starts"), .letters = 9, .rank = 2, .number = true},
+      {{.head = QStringLiteral("Starts"), .letters = 11, .rank = 2, .number = true},
        [](const SequenceRow& row) { return HoursMinutesSeconds(row.pick.start); }},
       {{.head = QStringLiteral("Track"), .letters = 26},
        [&tracks](const SequenceRow& row) { return tracks.TrackNames[row.track]; }},
@@ -61,7 +61,7 @@ RowModel<SequenceRow>::Columns SequenceColumns(const PlaylistGenerator& generato
        [&tracks](const SequenceRow& row) { return tracks.TrackBpm[row.track]; }},
       {{.head = QStringLiteral("Time"), .letters = 7, .rank = 3, .number = true},
        [](const SequenceRow& row) { return QString::number(row.seconds); }},
-      {{.head = QStringLiteral("Rules Broken"), .letters = 30, .rank = 1}, &PlaylistGenerator::BrokenRules}};
+      {{.head = QStringLiteral("Rules Broken"), .letters = 36, .rank = 1}, &PlaylistGenerator::BrokenRules}};
 }
 
 }  // namespace

@@ -1,10 +1,14 @@
 #include "playlists/windows/OutlinePanel.h"
 
+#include "playlists/GeneratorSettings.h"
 #include "playlists/PlaylistGenerator.h"
 #include "playlists/windows/NumberBox.h"
+#include "ui/Fader.h"
+#include "ui/Line.h"
 #include "ui/Naming.h"
 
 #include <QRadioButton>
+#include <QTimeEdit>
 
 namespace kelvo {
 namespace {
@@ -32,7 +36,11 @@ class PointBox : public QSpinBox {
 }  // namespace
 
 OutlinePanel::OutlinePanel(PlaylistGenerator& generator, QWidget* parent)
-    : QWidget(parent), generator_(generator), chart_(new TempoChart(this)) {
+    : QWidget(parent),
+      generator_(generator),
+      chart_(new TempoChart(this)),
+      duration_(new Fader(Qt::Horizontal, 1, setting::GeneratorSeconds.highest / 60, this)),
+      exact_(new QTimeEdit(this)) {
   SetNames(*chart_, QStringLiteral("PicOutline"), QStringLiteral("Picture1"));
   chart_->setToolTip(
       tr("Draw the tempo with the mouse, or: Left and Right for the point, Up and Down for its value"));
@@ -50,10 +58,16 @@ OutlinePanel::OutlinePanel(PlaylistGenerator& generator, QWidget* parent)
     values->addWidget(values_[each], static_cast<int>(each), 1);
   }
   values->setRowStretch(static_cast<int>(hands_.size()), 1);
-  auto* layout = new QHBoxLayout(this);
+  BuildDuration();
+  auto* wanted = new QLabel(tr("&Duration"), this);
+  wanted->setBuddy(exact_);
+  auto* shape = new QHBoxLayout;
+  shape->addWidget(chart_, 1);
+  shape->addLayout(values);
+  auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(chart_, 1);
-  layout->addLayout(values);
+  layout->addLayout(shape, 1);
+  layout->addLayout(Line({wanted, {duration_, 1}, exact_}));
 
   connect(chart_, &TempoChart::Drawn, this, [this](const TempoOutline& outline) {
     GeneratorWishes wishes = generator_.Wishes();
@@ -90,6 +104,31 @@ void OutlinePanel::AddValue(Hand hand, const QString& name, const QString& words
   connect(values_[each], &QSpinBox::valueChanged, this, [this, hand](int value) { Take(hand, value); });
 }
 
+void OutlinePanel::BuildDuration() {
+  SetNames(*duration_, QStringLiteral("SldDuration"), QStringLiteral("Slider1"));
+  duration_->setAccessibleName(tr("Duration wanted, minutes"));
+  duration_->setToolTip(tr("How long the list is to last"));
+  duration_->setSingleStep(1);
+  duration_->setPageStep(15);
+  SetNames(*exact_, QStringLiteral("TimDuration"), QStringLiteral("Label1"));
+  exact_->setDisplayFormat(QStringLiteral("HH:mm:ss"));
+  exact_->setAccessibleName(tr("Duration wanted"));
+  exact_->findChild<QLineEdit*>()->setAccessibleName(tr("Duration wanted"));
+  exact_->setToolTip(tr("How long the list is to last, to the second"));
+  exact_->setButtonSymbols(QAbstractSpinBox::NoButtons);
+  exact_->setMinimumTime(QTime(0, 0).addSecs(setting::GeneratorSeconds.lowest));
+  exact_->setKeyboardTracking(false);
+  connect(duration_, &Fader::MovedByHand, this, [this](int minutes) { TakeSeconds(minutes * 60); });
+  connect(exact_, &QTimeEdit::timeChanged, this,
+          [this](QTime time) { TakeSeconds(QTime(0, 0).secsTo(time)); });
+}
+
+void OutlinePanel::TakeSeconds(int seconds) {
+  GeneratorWishes wishes = generator_.Wishes();
+  wishes.seconds = seconds;
+  generator_.SetWishes(wishes);
+}
+
 void OutlinePanel::Take(Hand hand, int value) {
   hands_[static_cast<std::size_t>(hand)]->setChecked(true);
   GeneratorWishes wishes = generator_.Wishes();
@@ -122,6 +161,10 @@ void OutlinePanel::Show() {
     const QSignalBlocker quiet(values_[each]);
     values_[each]->setValue(values[each]);
   }
+  const QSignalBlocker quietSlider(duration_);
+  duration_->setValue(wishes.seconds / 60);
+  const QSignalBlocker quietBox(exact_);
+  exact_->setTime(QTime(0, 0).addSecs(wishes.seconds));
 }
 
 }  // namespace kelvo

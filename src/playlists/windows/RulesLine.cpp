@@ -3,20 +3,15 @@
 #include "playlists/GeneratorSettings.h"
 #include "playlists/PlaylistGenerator.h"
 #include "playlists/windows/NumberBox.h"
-#include "ui/Fader.h"
 #include "ui/Line.h"
-#include "ui/Naming.h"
 
 #include <QCheckBox>
-#include <QTimeEdit>
 
 namespace kelvo {
 
 RulesLine::RulesLine(PlaylistGenerator& generator, QWidget* parent)
     : QWidget(parent),
       generator_(generator),
-      duration_(new Fader(Qt::Horizontal, 1, setting::GeneratorSeconds.highest / 60, this)),
-      exact_(new QTimeEdit(this)),
       follow_(new QCheckBox(tr("Follo&w The Tempo, Within"), this)),
       within_(AddNumberBox(*this, QStringLiteral("NumWithin"), tr("Beats per minute beside the outline"),
                            setting::GeneratorTempoWithin.lowest, setting::GeneratorTempoWithin.highest)),
@@ -25,37 +20,17 @@ RulesLine::RulesLine(PlaylistGenerator& generator, QWidget* parent)
                            setting::GeneratorArtistMinutes.lowest, setting::GeneratorArtistMinutes.highest)),
       played_(AddNumberBox(*this, QStringLiteral("NumPlayed"), tr("Hours in which what played is left out"),
                            setting::GeneratorPlayedHours.lowest, setting::GeneratorPlayedHours.highest)) {
-  BuildDuration();
   BuildRules();
-  auto* wanted = new QLabel(tr("&Duration"), this);
-  wanted->setBuddy(exact_);
   auto* line = new QHBoxLayout(this);
   line->setContentsMargins(0, 0, 0, 0);
   const int room = fontMetrics().height();
-  line->addLayout(Line({wanted, {duration_, 1}, exact_}), 1);
-  line->addSpacing(room);
   line->addLayout(Line({follow_, within_}));
   line->addSpacing(room);
   line->addLayout(LabelledBox(*this, tr("Same Artist A&part"), *artist_));
   line->addSpacing(room);
-  line->addLayout(LabelledBox(*this, tr("Not Pla&yed For"), *played_));
+  line->addLayout(LabelledBox(*this, tr("Leave Out What Pla&yed Within"), *played_));
+  line->addStretch(1);
   Join();
-}
-
-void RulesLine::BuildDuration() {
-  SetNames(*duration_, QStringLiteral("SldDuration"), QStringLiteral("Slider1"));
-  duration_->setAccessibleName(tr("Duration wanted, minutes"));
-  duration_->setToolTip(tr("How long the list is to last"));
-  duration_->setSingleStep(1);
-  duration_->setPageStep(15);
-  SetNames(*exact_, QStringLiteral("TimDuration"), QStringLiteral("Label1"));
-  exact_->setDisplayFormat(QStringLiteral("HH:mm:ss"));
-  exact_->setAccessibleName(tr("Duration wanted"));
-  exact_->findChild<QLineEdit*>()->setAccessibleName(tr("Duration wanted"));
-  exact_->setToolTip(tr("How long the list is to last, to the second"));
-  exact_->setButtonSymbols(QAbstractSpinBox::NoButtons);
-  exact_->setMinimumTime(QTime(0, 0).addSecs(setting::GeneratorSeconds.lowest));
-  exact_->setKeyboardTracking(false);
 }
 
 void RulesLine::BuildRules() {
@@ -79,12 +54,6 @@ void RulesLine::Wish(Change change) {
 }
 
 void RulesLine::Join() {
-  connect(duration_, &Fader::MovedByHand, this, [this](int minutes) {
-    Wish([minutes](GeneratorWishes& wishes) { wishes.seconds = minutes * 60; });
-  });
-  connect(exact_, &QTimeEdit::timeChanged, this, [this](QTime time) {
-    Wish([time](GeneratorWishes& wishes) { wishes.seconds = QTime(0, 0).secsTo(time); });
-  });
   connect(follow_, &QCheckBox::toggled, this,
           [this](bool on) { Wish([on](GeneratorWishes& wishes) { wishes.followTempo = on; }); });
   const auto join = [this](QSpinBox* box, int GeneratorWishes::*wish) {
@@ -103,8 +72,6 @@ void RulesLine::Show() {
     const QSignalBlocker quiet(control);
     set();
   };
-  show(duration_, [&] { duration_->setValue(wishes.seconds / 60); });
-  show(exact_, [&] { exact_->setTime(QTime(0, 0).addSecs(wishes.seconds)); });
   show(follow_, [&] { follow_->setChecked(wishes.followTempo); });
   show(within_, [&] { within_->setValue(wishes.tempoWithin); });
   show(artist_, [&] { artist_->setValue(wishes.artistMinutes); });

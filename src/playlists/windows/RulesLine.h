@@ -4,15 +4,12 @@
 
 class QCheckBox;
 class QSpinBox;
-class QTimeEdit;
 
 namespace kelvo {
 
-class Fader;
 class PlaylistGenerator;
-struct GeneratorWishes;
 
-/// How long a generated list is to last, and the rules by which it is chosen. GUI thread.
+/// The rules by which "Fit To Time" chooses. GUI thread.
 class RulesLine : public QWidget {
   Q_OBJECT
  public:
@@ -21,15 +18,12 @@ class RulesLine : public QWidget {
   void Show();
 
  private:
-  void BuildDuration();
   void BuildRules();
   void Join();
   template <typename Change>
   void Wish(Change change);
 
   PlaylistGenerator& generator_;
-  Fader* duration_;
-  QTimeEdit* exact_;
   QCheckBox* follow_;
   QSpinBox* within_;
   QSpinBox* artist_;

@@ -116,10 +116,26 @@ void TempoChart::Change(const TempoOutline& outline) {
   Q_EMIT Drawn(outline_);
 }
 
+QStringList TempoChart::Labels() const {
+  return {QStringLiteral("Bpm %1").arg(outline_.Bpm(point_)),
+          QStringLiteral("Hi Bpm %1").arg(outline_.High()), QStringLiteral("Lo Bpm %1").arg(outline_.Low()),
+          QStringLiteral("Time %1").arg(TimeText(point_, seconds_))};
+}
+
+double TempoChart::WidthOf(const QStringList& labels) const {
+  double wide = 0;
+  for (const QString& label : labels) wide += fontMetrics().horizontalAdvance(label) + fontMetrics().height();
+  return wide;
+}
+
+bool TempoChart::LabelsFit() const {
+  return WidthOf(Labels()) <= width();
+}
+
 QRectF TempoChart::Ground() const {
   const double em = fontMetrics().height();
   const double side = fontMetrics().horizontalAdvance(QStringLiteral("000")) + em * 0.6;
-  return QRectF(rect()).adjusted(side, em * 1.7, -em * 0.7, -em * 1.5);
+  return QRectF(rect()).adjusted(side, em * (LabelsFit() ? 1.7 : 2.8), -em * 0.7, -em * 1.5);
 }
 
 QPointF TempoChart::PlaceOf(int point, double bpm) const {
@@ -221,7 +237,7 @@ QSize TempoChart::sizeHint() const {
 
 QSize TempoChart::minimumSizeHint() const {
   const int em = fontMetrics().height();
-  return {em * 16, em * 7};
+  return {em * 18, em * 7};
 }
 
 void TempoChart::paintEvent(QPaintEvent*) {
@@ -275,14 +291,14 @@ void TempoChart::paintEvent(QPaintEvent*) {
     painter.setBrush(colours.well);
   }
 
-  const QStringList labels{QStringLiteral("Bpm %1").arg(outline_.Bpm(point_)),
-                           QStringLiteral("Hi Bpm %1").arg(outline_.High()),
-                           QStringLiteral("Lo Bpm %1").arg(outline_.Low()),
-                           QStringLiteral("Time %1").arg(TimeText(point_, seconds_))};
   painter.setPen(isEnabled() ? colours.text : colours.dim);
-  const double share = (width() - em) / static_cast<double>(labels.size());
+  const QStringList labels = Labels();
+  const bool oneLine = LabelsFit();
   for (int label = 0; label < labels.size(); ++label) {
-    painter.drawText(QRectF(em * 0.5 + share * label, em * 0.2, share, em * 1.2),
+    // In two lines they are below each other in columns.
+    const double line = oneLine ? 0 : label / 2;
+    const double left = em * 0.5 + (oneLine ? WidthOf(labels.mid(0, label)) : label % 2 * width() / 2.0);
+    painter.drawText(QRectF(left, em * (0.2 + 1.1 * line), width() - left, em * 1.2),
                      Qt::AlignLeft | Qt::AlignVCenter, labels[label]);
   }
 }

@@ -3,6 +3,7 @@
 #include "playlists/TempoOutline.h"
 
 #include <QAbstractSlider>
+#include <QStringList>
 
 namespace kelvo {
 
@@ -42,6 +43,10 @@ class TempoChart : public QAbstractSlider {
   void sliderChange(SliderChange change) override;
 
  private:
+  [[nodiscard]] QStringList Labels() const;
+  /// Of labels side by side, with the room between them.
+  [[nodiscard]] double WidthOf(const QStringList& labels) const;
+  [[nodiscard]] bool LabelsFit() const;
   /// Where points and tempos are drawn.
   [[nodiscard]] QRectF Ground() const;
   [[nodiscard]] QPointF PlaceOf(int point, double bpm) const;
