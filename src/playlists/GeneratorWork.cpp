@@ -6,6 +6,7 @@
 #include "playlists/PlaylistGenerator.h"
 
 #include <algorithm>
+#include <span>
 
 namespace kelvo {
 
@@ -15,35 +16,45 @@ namespace {
 
 /// A look at the clock costs as much as a track.
 constexpr int kTracksALook = 32;
-constexpr std::size_t kRowsAtOnce = 2048;
 
 /// Which of the wanted genres a line of genres names, worked out once for each line.
 class GenreTest {
  public:
   GenreTest(const PooledTextColumn& lines, QStringList genres) : lines_(lines), genres_(std::move(genres)) {}
 
-  const std::vector<int>& operator()(Mref track) {
+  std::span<const int> operator()(Mref track) {
     const std::size_t line = lines_.Id(track);
     if (line >= known_.size()) known_.resize(lines_.Distinct());
-    std::optional<std::vector<int>>& found = known_[line];
-    if (!found) {
-      found.emplace();
-      const QList<QStringView> items = QStringView(lines_[track]).split(QLatin1Char(','));
-      for (int genre = 0; genre < genres_.size(); ++genre) {
-        const QString& name = genres_[genre];
-        const auto same = [&name](QStringView item) {
-          return item.size() == name.size() && item.compare(name, Qt::CaseInsensitive) == 0;
-        };
-        if (std::any_of(items.begin(), items.end(), same)) found->push_back(genre);
-      }
-    }
-    return *found;
+    Known& known = known_[line];
+    if (!known.looked) known = LookAt(lines_[track]);
+    return std::span(found_).subspan(known.first, known.count);
   }
 
  private:
+  struct Known {
+    std::uint32_t first = 0;  ///< in found_
+    std::uint32_t count = 0;
+    bool looked = false;
+  };
+
+  Known LookAt(const QString& line) {
+    Known known{static_cast<std::uint32_t>(found_.size()), 0, true};
+    const QList<QStringView> items = QStringView(line).split(QLatin1Char(','));
+    for (int genre = 0; genre < genres_.size(); ++genre) {
+      const QString& name = genres_[genre];
+      const auto same = [&name](QStringView item) {
+        return item.size() == name.size() && item.compare(name, Qt::CaseInsensitive) == 0;
+      };
+      if (std::any_of(items.begin(), items.end(), same)) found_.push_back(genre);
+    }
+    known.count = static_cast<std::uint32_t>(found_.size()) - known.first;
+    return known;
+  }
+
   const PooledTextColumn& lines_;
   QStringList genres_;
-  std::vector<std::optional<std::vector<int>>> known_;
+  std::vector<Known> known_;
+  std::vector<int> found_;  ///< of all lines, one behind the other
 };
 
 }  // namespace
@@ -104,22 +115,27 @@ Job<bool> PlaylistGenerator::Show(const std::vector<std::vector<Mref>>& picks) {
     current_ = static_cast<int>(genre);
     Say(tr("Listing %1").arg(GenreOf(current_)),
         0.5 + 0.5 * static_cast<double>(genre) / static_cast<double>(picks.size()));
-    list_.Append({{Mref::None, current_}});
     // They were found in the order of the catalogue.
     const std::vector<Mref>& found = picks[genre];
-    for (std::size_t done = 0; done < found.size();) {
-      const std::size_t end = std::min(done + kRowsAtOnce, found.size());
-      std::vector<GeneratedRow> rows;
-      rows.reserve(end - done);
-      for (; done < end; ++done) {
-        const Mref track = descending ? found[found.size() - 1 - done] : found[done];
-        rows.push_back({track, current_});
-        totalSeconds_ += CountedSeconds(Tracks().TrackDurations(track));
-      }
-      list_.Append(std::move(rows));
+    std::vector<GeneratedRow> rows;
+    rows.reserve(found.size() + 1);
+    rows.push_back({Mref::None, current_});
+    qint64 seconds = 0;
+    for (std::size_t done = 0; done < found.size(); ++done) {
+      const Mref track = descending ? found[found.size() - 1 - done] : found[done];
+      rows.push_back({track, current_});
+      seconds += CountedSeconds(Tracks().TrackDurations(track));
+      if (done % kTracksALook != 0) continue;
       co_await turn.Yield();
       if (stop_ || stale_) co_return false;
     }
+    // A turn for those who show them: what a view does with many rows takes its time.
+    co_await loop.Yield();
+    if (stop_ || stale_) co_return false;
+    totalSeconds_ += seconds;
+    list_.Append(std::move(rows));
+    co_await loop.Yield();
+    if (stop_ || stale_) co_return false;
     if (!found.empty()) descending = !descending;
   }
   current_ = -1;

@@ -154,7 +154,7 @@ TEST_F(TheGeneratorBesideTheDesk, ItsOutlineIsDrawnByMouseAndByKeysAndReadOut) {
   QTest::mouseMove(&chart, chart.rect().topRight());
   QTest::mouseRelease(&chart, Qt::LeftButton, {}, chart.rect().topRight());
   EXPECT_EQ(bpm.value(), The<QSpinBox>(u"UpDown2(1)"_s).value());
-  for (int step = 0; step < 4; ++step) QTest::keyClick(&chart, Qt::Key_Left);
+  for (int step = 0; step < 7; ++step) QTest::keyClick(&chart, Qt::Key_Left);
   const int upper = bpm.value();
   EXPECT_LT(upper, The<QSpinBox>(u"UpDown2(1)"_s).value());
   QTest::keyClick(&chart, Qt::Key_Left);

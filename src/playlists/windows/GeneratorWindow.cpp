@@ -46,7 +46,7 @@ RowModel<GeneratedRow>::Columns ListColumns(const PlaylistGenerator& generator) 
              const qint64 seconds = Int(tracks.TrackDurations(row.track));
              return seconds < 0 ? QStringLiteral("?") : QString::number(seconds);
            })},
-          {{.head = QStringLiteral("GenreId"), .letters = 9, .rank = 3, .number = true},
+          {{.head = QStringLiteral("GenreId"), .letters = 11, .rank = 3, .number = true},
            ofTrack([](const GeneratedRow& row) { return QString::number(row.genre); })}};
 }
 
