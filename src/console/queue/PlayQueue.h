@@ -87,8 +87,8 @@ class PlayQueue : public QObject {
   /// the total.
   int AppendRow(QueueEntry entry, qint64 seconds);
 
-  /// A playlist, or a part of one, comes in: one change, which can be undone. At once, in less than a turn for
-  /// some ten thousand rows.
+  /// A playlist, or a part of one, comes in: one change, which can be undone. At once: ten thousand rows take
+  /// about a turn, in a sorted list some turns.
   void Take(const QueueFill& fill);
   /// What is asked before a group playlist is given up; `cannot` as the caller spells it.
   [[nodiscard]] QString GroupQuestion(const QString& cannot) const;
