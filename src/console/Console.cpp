@@ -27,6 +27,7 @@ Console::Console(Services services)
       queue_(services_.loop, disks_, services_.prompter, services_.catalogue, state_),
       panel_(services_.loop),
       session_(services_.catalogue, [this](Deck deck) { return FactsFor(deck); }),
+      played_(services_.loop, services_.catalogue),
       log_(services_.loop, services_.documents, services_.title),
       decks_({.loop = services_.loop,
               .disks = disks_,
@@ -117,7 +118,10 @@ void Console::JoinParts() {
   panel_.OnConfirmed = [this](const PanelQuestion& question) { OnPanelConfirmed(question); };
   decks_.OnEndOfStream = [this](Deck) { SetStatusLine(services_.aboutLine); };
   decks_.OnFadeSpeed = [this](int value) { transitions_.SetFadeSpeed(value); };
-  decks_.OnStarted = [this](Deck) { tick_.ExpectSound(); };
+  decks_.OnStarted = [this](Deck deck) {
+    tick_.ExpectSound();
+    played_.Note(decks_.Record(deck).CatalogueIndex);
+  };
   decks_.OnStartedByHand = [this](Deck deck) { LogPlay(decks_.Record(deck).Title); };
   decks_.OnStoppedByHand = [this](Deck deck) {
     if (!decks_.Moves(Other(deck))) tick_.AcceptSilence();

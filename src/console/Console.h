@@ -13,6 +13,7 @@
 #include "console/jingles/Jingles.h"
 #include "console/monitor/Monitor.h"
 #include "console/queue/PlayQueue.h"
+#include "console/session/PlayedTracks.h"
 #include "console/session/SessionList.h"
 #include "console/session/SessionLog.h"
 #include "console/status/StatusTick.h"
@@ -65,6 +66,7 @@ class Console : public QObject {
   [[nodiscard]] ConfirmationPanel& Panel() { return panel_; }
   [[nodiscard]] DeckEngine& Decks() { return decks_; }
   [[nodiscard]] SessionList& Session() { return session_; }
+  [[nodiscard]] const PlayedTracks& Played() const { return played_; }
   [[nodiscard]] Transitions& Fades() { return transitions_; }
   [[nodiscard]] PressToSpeak& Speak() { return speak_; }
   [[nodiscard]] AutoPlay& Automatic() { return auto_; }
@@ -141,6 +143,7 @@ class Console : public QObject {
   PlayQueue queue_;
   ConfirmationPanel panel_;
   SessionList session_;
+  PlayedTracks played_;
   SessionLog log_;
   DeckEngine decks_;
   Transitions transitions_;

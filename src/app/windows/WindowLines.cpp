@@ -10,6 +10,7 @@
 #include "database/windows/TransferWindow.h"
 #include "database/windows/UtilityWindow.h"
 #include "datamanager/windows/SearchWindow.h"
+#include "playlists/windows/GeneratorWindow.h"
 #include "playlists/windows/PlaylistWindow.h"
 
 #include <QCoreApplication>
@@ -22,6 +23,8 @@ namespace {
 struct Text {
   Q_DECLARE_TR_FUNCTIONS(WindowLines)
 };
+
+using OpenWindow = std::function<void(const QString& id)>;
 
 /// What changes the tracks of the database or the settings of the desk: behind the password, and not while
 /// the desk is on air.
@@ -182,7 +185,7 @@ PlaylistServices ForPlaylists(Console& desk) {
   return services;
 }
 
-WindowLine PlaylistLine(Console& desk, const WindowHost& host, PlaylistMode mode) {
+WindowLine PlaylistLine(Console& desk, const WindowHost& host, PlaylistMode mode, const OpenWindow& open) {
   const bool load = mode == PlaylistMode::Load;
   WindowLine line{.id = load ? WindowId::kPlaylistLoad : WindowId::kPlaylistSave,
                   .startsGroup = load,
@@ -191,9 +194,26 @@ WindowLine PlaylistLine(Console& desk, const WindowHost& host, PlaylistMode mode
                   .childForm = true,
                   .busyQuestion = Text::tr("Playlists Are Still Being Worked On !\r\nStop That And Quit ?"),
                   .place = QStringLiteral("PlaySave")};
-  line.make = [&desk, host, mode, place = line.place] {
-    return std::make_unique<Hosted<PlaylistWindow, PlaylistManager>>(
+  line.make = [&desk, host, mode, open, place = line.place] {
+    auto made = std::make_unique<Hosted<PlaylistWindow, PlaylistManager>>(
         host, place, PlaylistManager::Services{.playlists = ForPlaylists(desk), .mode = mode});
+    made->window.OnGenerate = [open] { open(WindowId::kGeneratePlaylist); };
+    return made;
+  };
+  return line;
+}
+
+WindowLine GeneratorLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = WindowId::kGeneratePlaylist,
+                  .words = Text::tr("&Generate Play List..."),
+                  .key = QStringLiteral("Ctrl+Shift+G"),
+                  .busyQuestion = Text::tr("A Play List Is Still Being Made !\r\nStop That And Quit ?"),
+                  .place = QStringLiteral("PlistGen")};
+  line.make = [&desk, host, place = line.place] {
+    PlaylistGenerator::Services services{.playlists = ForPlaylists(desk)};
+    services.played = [&desk](Nanoseconds within) { return desk.Played().Within(within); };
+    if (desk.GetServices().seed) services.random = RandomSource(*desk.GetServices().seed);
+    return std::make_unique<Hosted<GeneratorWindow, PlaylistGenerator>>(host, place, std::move(services));
   };
   return line;
 }
@@ -215,11 +235,11 @@ std::function<bool(const QStringList&)> TakesDroppedPlaylists(Console& desk) {
 
 }  // namespace
 
-std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
+std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenWindow& open) {
   const Console::Services& have = desk.GetServices();
   const WindowHost host{
       .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
-  WindowLine load = PlaylistLine(desk, host, PlaylistMode::Load);
+  WindowLine load = PlaylistLine(desk, host, PlaylistMode::Load, open);
   load.takesDrop = TakesDroppedPlaylists(desk);
   return {ImportLine(desk, host),
           TransferLine(desk, host),
@@ -227,7 +247,8 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
           JinglesLine(desk, host),
           SearchLine(desk, host),
           std::move(load),
-          PlaylistLine(desk, host, PlaylistMode::SaveQueue),
+          PlaylistLine(desk, host, PlaylistMode::SaveQueue, open),
+          GeneratorLine(desk, host),
           ConfigLine(desk, host),
           KeysLine(host)};
 }
