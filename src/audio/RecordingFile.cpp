@@ -106,4 +106,12 @@ std::int64_t RecordingFile::Seek(std::int64_t offset, int whence) {
   return place_;
 }
 
+std::optional<double> RecordedSeconds(const QString& path) {
+  SF_INFO info{};
+  SNDFILE* const file = sf_open(EncodedPath(path).constData(), SFM_READ, &info);
+  if (!file) return std::nullopt;
+  sf_close(file);
+  return static_cast<double>(info.frames) / info.samplerate;
+}
+
 }  // namespace kelvo

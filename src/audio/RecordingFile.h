@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 
 struct sf_private_tag;
@@ -49,5 +50,9 @@ class RecordingFile {
   int error_ = 0;  ///< why the disk took no more
   std::unique_ptr<sf_private_tag, Closer> writer_;
 };
+
+/// Seconds of sound in a recording, also in one that grows or that a kill has ended; none where it is no
+/// recording. Blocks; any thread.
+[[nodiscard]] std::optional<double> RecordedSeconds(const QString& path);
 
 }  // namespace kelvo

@@ -4,6 +4,7 @@
 #include "app/windows/KeysWindow.h"
 #include "app/windows/QueueOfPlaylists.h"
 #include "console/Console.h"
+#include "console/windows/RecorderWindow.h"
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/ScanWindow.h"
 #include "database/windows/TransferWindow.h"
@@ -127,6 +128,22 @@ WindowLine SearchLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
+WindowLine RecorderLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Recorder"),
+                  .menu = DeskMenu::Desk,
+                  .words = Text::tr("Re&corder..."),
+                  .key = QStringLiteral("Ctrl+Shift+R"),
+                  .guard = {.catalogue = false},
+                  .place = QStringLiteral("Recorder")};
+  line.make = [&desk, host, place = line.place] {
+    return std::make_unique<Hosted<RecorderWindow, RecordingList>>(
+        host, place,
+        RecordingList::Services{
+            .loop = host.loop, .disks = desk.SlowDisks(), .recorder = desk.AirRecorder()});
+  };
+  return line;
+}
+
 WindowLine KeysLine(const WindowHost& host) {
   WindowLine line{.id = QStringLiteral("Keys"),
                   .menu = DeskMenu::Help,
@@ -204,6 +221,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
           SearchLine(desk, host),
           std::move(load),
           PlaylistLine(desk, host, PlaylistMode::SaveQueue),
+          RecorderLine(desk, host),
           KeysLine(host)};
 }
 

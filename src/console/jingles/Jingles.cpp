@@ -236,6 +236,7 @@ void Jingles::Start(std::size_t source) {
   TakeOver(source, DeckState::Playing);
   player.SetCurrentPosition(from);
   player.Play();
+  if (OnStarted) OnStarted();
 }
 
 void Jingles::Ended(std::size_t source) {
