@@ -39,6 +39,9 @@ class RecordingFile {
   struct Closer {
     void operator()(sf_private_tag* file) const;
   };
+  /// A FLAC encoder writes the length into the header when it ends, and a kill is no end: tells what can be
+  /// read so far.
+  void TellLength();
   std::int64_t Put(const void* bytes, std::int64_t count);
   std::int64_t Get(void* bytes, std::int64_t count);
   std::int64_t Seek(std::int64_t offset, int whence);
@@ -47,6 +50,7 @@ class RecordingFile {
   Descriptor file_;
   std::int64_t place_ = 0;
   std::int64_t size_ = 0;
+  std::int64_t frames_ = 0;
   int error_ = 0;  ///< why the disk took no more
   std::unique_ptr<sf_private_tag, Closer> writer_;
 };

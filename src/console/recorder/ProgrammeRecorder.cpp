@@ -98,8 +98,8 @@ Job<> ProgrammeRecorder::RunStart() {
   std::optional<RecordingPlace> place;
   const RecordingFile::Kind kind = Format();
   const QString folder = Folder();
-  const auto look = [folder, title = services_.title, now = services_.loop.Now(), kind] {
-    return PlaceForRecording(folder, title, now, kind);
+  const auto look = [folder, now = services_.loop.Now(), kind] {
+    return PlaceForRecording(folder, now, kind);
   };
   try {
     place = co_await services_.disks.Look(folder, look);
@@ -124,7 +124,6 @@ void ProgrammeRecorder::Begin(const RecordingPlace& place, RecordingFile::Kind k
   NoteWhatPlays();
   beat_ = services_.loop.Every(kBeat, [this] { Q_EMIT Changed(); });
   NoteInLog(QStringLiteral("Recording into ") + place.path);
-  Q_EMIT FolderChanged();
 }
 
 void ProgrammeRecorder::Stop() {

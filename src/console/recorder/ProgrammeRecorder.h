@@ -44,8 +44,7 @@ class ProgrammeRecorder : public QObject {
     DeckEngine& decks;
     Jingles& jingles;
     ProgramSettings settings;
-    QString home;   ///< the folder of the recordings as long as none is chosen
-    QString title;  ///< of the program: begins the names of the files
+    QString home;  ///< the folder of the recordings as long as none is chosen
   };
   explicit ProgrammeRecorder(Services services);
   /// Closes the file.
@@ -77,7 +76,6 @@ class ProgrammeRecorder : public QObject {
   void AcceptTrouble();
 
   [[nodiscard]] QString Folder() const;
-  [[nodiscard]] const QString& ProgramTitle() const { return services_.title; }
   [[nodiscard]] RecordingFile::Kind Format() const;
   void SetFormat(RecordingFile::Kind kind);
   /// The operator picks the folder.

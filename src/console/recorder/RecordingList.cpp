@@ -2,6 +2,7 @@
 
 #include "platform/ErrorLog.h"
 
+#include <QFileInfo>
 #include <QPointer>
 
 #include <algorithm>
@@ -39,7 +40,7 @@ void RecordingList::List() {
 Job<> RecordingList::RunList() {
   trouble_.clear();
   const QString folder = services_.recorder.Folder();
-  const auto look = [folder, title = services_.recorder.ProgramTitle()] { return RecordingsIn(folder, title); };
+  const auto look = [folder] { return RecordingsIn(folder); };
   try {
     std::optional<std::vector<KeptRecording>> found = co_await services_.disks.Look(folder, look);
     if (!found) trouble_ = tr("The disk of %1 does not answer.").arg(folder);
@@ -60,7 +61,13 @@ void RecordingList::ShowGrowing() {
   const std::vector<KeptRecording>& rows = rows_.All();
   const auto found = std::find_if(rows.begin(), rows.end(),
                                   [&](const KeptRecording& row) { return row.path == recorder.Path(); });
-  if (found == rows.end()) return;
+  if (found == rows.end()) {
+    const QFileInfo file(recorder.Path());
+    const bool grows = recorder.Now() == ProgrammeRecorder::State::Recording && recorder.Bytes() > 0;
+    if (grows && !list_.Running() && file.path() == recorder.Folder())
+      rows_.Insert(0, {file.fileName(), recorder.Path(), recorder.Bytes(), recorder.Seconds()});
+    return;
+  }
   if (found->seconds == recorder.Seconds() && found->bytes == recorder.Bytes()) return;
   rows_.Alter(static_cast<int>(found - rows.begin()), [&recorder](KeptRecording& row) {
     row.seconds = recorder.Seconds();

@@ -15,15 +15,15 @@ namespace kelvo {
 namespace {
 
 constexpr qsizetype kMostListed = 100;
+const QString kBegins = QStringLiteral("On air ");
 const std::array kEndings{QStringLiteral(".flac"), QStringLiteral(".wav"), QStringLiteral(".cue")};
 
 }  // namespace
 
-RecordingPlace PlaceForRecording(const QString& folder, const QString& title, const QDateTime& now,
-                                 RecordingFile::Kind kind) {
+RecordingPlace PlaceForRecording(const QString& folder, const QDateTime& now, RecordingFile::Kind kind) {
   if (!QDir().mkpath(folder))
     throw Failure(QStringLiteral("The folder %1 can't be made.").arg(folder), 0, folder);
-  const QString first = QDir(folder).filePath(title + now.toString(QStringLiteral(" yyyy-MM-dd HH-mm-ss")));
+  const QString first = QDir(folder).filePath(kBegins + now.toString(QStringLiteral("yyyy-MM-dd HH-mm-ss")));
   const auto taken = [](const QString& name) {
     return std::any_of(kEndings.begin(), kEndings.end(),
                        [&name](const QString& ending) { return QFileInfo::exists(name + ending); });
@@ -33,10 +33,10 @@ RecordingPlace PlaceForRecording(const QString& folder, const QString& title, co
   return {name + kEndings[kind == RecordingFile::Kind::Flac ? 0 : 1], FreeBytes(folder)};
 }
 
-std::vector<KeptRecording> RecordingsIn(const QString& folder, const QString& title) {
-  const QRegularExpression ours(
-      QStringLiteral("^%1 \\d{4}-\\d\\d-\\d\\d \\d\\d-\\d\\d-\\d\\d( \\(\\d+\\))?\\.(flac|wav)$")
-          .arg(QRegularExpression::escape(title)));
+std::vector<KeptRecording> RecordingsIn(const QString& folder) {
+  static const QRegularExpression ours(
+      QLatin1Char('^') + kBegins +
+      QStringLiteral("\\d{4}-\\d\\d-\\d\\d \\d\\d-\\d\\d-\\d\\d( \\(\\d+\\))?\\.(flac|wav)$"));
   // The name tells the time, so the last by name is the latest.
   const QStringList names = QDir(folder).entryList(QDir::Files, QDir::Name | QDir::Reversed).filter(ours);
   std::vector<KeptRecording> found;

@@ -17,11 +17,11 @@ struct RecordingPlace {
   std::int64_t freeBytes = -1;  ///< on its disk; -1: unknown
 };
 
-/// Makes `folder` where it is missing, and gives the name of a recording that begins `now`: "`title` 2007-06-01
+/// Makes `folder` where it is missing, and gives the name of a recording that begins `now`: "On air 2007-06-01
 /// 20-00-00.flac", with a number behind it where a sound file or a cue sheet of that name is there. Throws
 /// Failure. Blocks; any thread.
-[[nodiscard]] RecordingPlace PlaceForRecording(const QString& folder, const QString& title,
-                                               const QDateTime& now, RecordingFile::Kind kind);
+[[nodiscard]] RecordingPlace PlaceForRecording(const QString& folder, const QDateTime& now,
+                                               RecordingFile::Kind kind);
 
 /// A recording that lies in the folder. A value.
 struct KeptRecording {
@@ -31,9 +31,9 @@ struct KeptRecording {
   std::optional<double> seconds = {};  ///< none: it can't be read
 };
 
-/// The recordings in `folder`, those whose names begin with `title` and a date, the latest first: a hundred at
-/// most. None where there is no such folder. Blocks; any thread.
-[[nodiscard]] std::vector<KeptRecording> RecordingsIn(const QString& folder, const QString& title);
+/// The recordings in `folder`, told by their names, the latest first: a hundred at most. None where there is
+/// no such folder. Blocks; any thread.
+[[nodiscard]] std::vector<KeptRecording> RecordingsIn(const QString& folder);
 
 /// "512 kB", "84 MB", "12.5 GB" (of 1024).
 [[nodiscard]] QString SizeText(std::int64_t bytes);

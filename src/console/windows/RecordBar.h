@@ -1,18 +1,19 @@
 #pragma once
 
-#include "ui/CommandButton.h"
+#include <QWidget>
 
 class QAction;
 
 namespace kelvo {
 
+class CommandButton;
 class ProgrammeRecorder;
 class ScreenLock;
 
 /// The command "Record" at the end of the menu bar. While it records it shows how long, how much, and the
 /// space that is left; red, and amber when that is running out or the disk hangs. A locked screen goes on
-/// showing it. Owned by the console window; GUI thread.
-class RecordBar : public CommandButton {
+/// showing it. As wide as its longest words: a menu bar lays its end out only once. Owned by the console window; GUI thread.
+class RecordBar : public QWidget {
   Q_OBJECT
  public:
   RecordBar(ProgrammeRecorder& recorder, ScreenLock& lock, QWidget* parent);
@@ -28,6 +29,7 @@ class RecordBar : public CommandButton {
   ProgrammeRecorder& recorder_;
   ScreenLock& lock_;
   QAction* command_;
+  CommandButton* button_;
 };
 
 }  // namespace kelvo
