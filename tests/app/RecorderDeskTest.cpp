@@ -56,7 +56,9 @@ FrameIndex FirstOf(const Samples& sound, int side) {
 
 QString CueTime(FrameIndex frame) {
   const FrameIndex at = frame * 75 / kSecond;
-  return u"%1:%2:%3"_s.arg(at / 75 / 60, 2, 10, QLatin1Char('0')).arg(at / 75 % 60, 2, 10, QLatin1Char('0')).arg(at % 75, 2, 10, QLatin1Char('0'));
+  return u"%1:%2:%3"_s.arg(at / 75 / 60, 2, 10, QLatin1Char('0'))
+      .arg(at / 75 % 60, 2, 10, QLatin1Char('0'))
+      .arg(at % 75, 2, 10, QLatin1Char('0'));
 }
 
 class RecorderOfDesk : public SoundingDesk {
@@ -126,7 +128,8 @@ TEST_F(RecorderOfDesk, RecordsTheProgrammeAndTheSheetNamesEachTitleWhereItsFirst
   EXPECT_EQ(prompter_.Told(), QStringList{u"Stop The Recording ?"_s});
   EXPECT_EQ(Bar().text(), u"\u25cf Record"_s);
 
-  EXPECT_EQ(Files(), (QStringList{u"On air 2007-06-01 20-00-00.cue"_s, u"On air 2007-06-01 20-00-00.flac"_s}));
+  EXPECT_EQ(Files(),
+            (QStringList{u"On air 2007-06-01 20-00-00.cue"_s, u"On air 2007-06-01 20-00-00.flac"_s}));
   const Samples sound = ReadBack(QDir(folder_).filePath(Files().value(1)));
   ASSERT_GT(sound.size() / 2, 28U * kSecond);
   EXPECT_EQ(InSheet(u"PERFORMER"_s), (QStringList{u"Ann"_s, u"Bob"_s, u"Ann"_s}));
@@ -207,7 +210,8 @@ TEST_F(RecorderOfDesk, TheWindowRecordsInTheChosenFormatAndFolderAndListsWhatIsT
 TEST_F(RecorderOfDesk, AStartThatFailsIsToldAndNothingWaitsForIt) {
   Load(Deck::One, 1);
   desk_->Decks().ManualStart(Deck::One);
-  settings_.SaveSetting(u"Kelvo"_s, u"Startup"_s, u"RecordFolder"_s, database_.tree.Write(u"file"_s, "no folder"));
+  settings_.SaveSetting(u"Kelvo"_s, u"Startup"_s, u"RecordFolder"_s,
+                        database_.tree.Write(u"file"_s, "no folder"));
   PressRecord();
   EXPECT_EQ(desk_->AirRecorder().Now(), ProgrammeRecorder::State::Idle);
   ASSERT_EQ(prompter_.Told().size(), 1);
@@ -298,7 +302,8 @@ TEST_F(RecorderOfDesk, TheEndOfTheProgramAsksAndClosesTheFile) {
   window_->close();
   loop_.RunFor(1s);
   EXPECT_FALSE(window_->isVisible());
-  EXPECT_NEAR(static_cast<double>(ReadBack(QDir(folder_).filePath(Files().value(0))).size()) / 88200, 3.2, 0.4);
+  EXPECT_NEAR(static_cast<double>(ReadBack(QDir(folder_).filePath(Files().value(0))).size()) / 88200, 3.2,
+              0.4);
 }
 
 template <typename Window>
@@ -309,8 +314,8 @@ Window* Shown() {
   return nullptr;
 }
 
-/// The program itself, run in a process and in folders of its own by the test below: records, and is ended from
-/// outside.
+/// The program itself, run in a process and in folders of its own by the test below: records, and is ended
+/// from outside.
 TEST(RecordingChild, DISABLED_RecordsUntilItIsEnded) {
   const QByteArray home = qgetenv("RECORDING_HOME");
   ASSERT_FALSE(home.isEmpty());
@@ -348,11 +353,12 @@ TEST(RecordingProgram, ASignalClosesTheFileAndAKillLeavesOneThatIsListedWithItsL
       settings.SaveSetting(title, u"Startup"_s, u"RecordFolder"_s, folder);
       settings.SaveSetting(title, u"Startup"_s, u"RecordFormat"_s, signal == SIGTERM ? u"FLAC"_s : u"WAV"_s);
     }
-    Spawned child({QCoreApplication::applicationFilePath().toUtf8(), "--gtest_also_run_disabled_tests",
-                   "--gtest_filter=RecordingChild.*"},
-                  {"RECORDING_HOME=" + tree.Path().toUtf8(), "TMPDIR=" + tree.Path().toUtf8(), "KELVO_SILENT=1",
-                   // It runs its one test whatever part of them this process runs.
-                   "GTEST_TOTAL_SHARDS=1", "GTEST_SHARD_INDEX=0"});
+    Spawned child(
+        {QCoreApplication::applicationFilePath().toUtf8(), "--gtest_also_run_disabled_tests",
+         "--gtest_filter=RecordingChild.*"},
+        {"RECORDING_HOME=" + tree.Path().toUtf8(), "TMPDIR=" + tree.Path().toUtf8(), "KELVO_SILENT=1",
+         // It runs its one test whatever part of them this process runs.
+         "GTEST_TOTAL_SHARDS=1", "GTEST_SHARD_INDEX=0"});
     const auto recordings = [&] { return RecordingsIn(folder); };
     const auto length = [&] {
       const auto all = recordings();

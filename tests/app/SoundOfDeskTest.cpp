@@ -53,13 +53,15 @@ TEST_F(SoundOfDesk, AReserveThatHasGrownIsToldUntilItIsSmallAgain) {
     backend_->device->SetReserve(reserve);
     loop_.RunFor(1s);
   };
-  backend_->device->SetReserve(139ms);
-  loop_.RunFor(3s);
-  EXPECT_EQ(notices_->Text(), QString());
+  // Another device has another reserve, and has not broken off.
+  for (const Nanoseconds reserve : {93ms, 250ms, 139ms}) {
+    backend_->device->SetReserve(reserve);
+    loop_.RunFor(2s);
+    EXPECT_EQ(notices_->Text(), QString());
+  }
   dropout(209ms);
   dropout(314ms);
   EXPECT_EQ(notices_->Text(), u"The sound has broken off 2 times: its reserve is 314 ms now, it was 139."_s);
-  loop_.RunFor(5min);
   backend_->device->SetReserve(209ms);
   loop_.RunFor(5s);
   EXPECT_TRUE(notices_->Text().contains(u"209 ms now"_s)) << notices_->Text().toStdString();
@@ -71,11 +73,6 @@ TEST_F(SoundOfDesk, AReserveThatHasGrownIsToldUntilItIsSmallAgain) {
   // A device whose reserve can't grow.
   dropout(139ms);
   EXPECT_EQ(notices_->Text(), u"The sound has broken off 1 time."_s);
-  // Another device has another reserve, and has not broken off.
-  loop_.RunFor(1min);
-  backend_->device->SetReserve(250ms);
-  loop_.RunFor(3s);
-  EXPECT_EQ(notices_->Text(), QString());
 }
 
 }  // namespace

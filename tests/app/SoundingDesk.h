@@ -42,7 +42,9 @@ class PluggedBackend : public SimulatedBackend {
  public:
   using SimulatedBackend::SimulatedBackend;
 
-  [[nodiscard]] QStringList Names() const override { return plugged ? SimulatedBackend::Names() : QStringList(); }
+  [[nodiscard]] QStringList Names() const override {
+    return plugged ? SimulatedBackend::Names() : QStringList();
+  }
   void Open(std::shared_ptr<DeviceLink> link) override {
     device = link;
     if (plugged) {
@@ -60,8 +62,8 @@ class PluggedBackend : public SimulatedBackend {
   std::shared_ptr<DeviceLink> device;  ///< the last that was opened
 };
 
-/// The console on an offscreen screen with the windows beside it, over decks that sound in simulated time. The
-/// tracks are added before OpenDesk.
+/// The console on an offscreen screen with the windows beside it, over decks that sound in simulated time.
+/// The tracks are added before OpenDesk.
 class SoundingDesk : public ::testing::Test {
  protected:
   void AddTrack(const QString& base, const Samples& sound) {

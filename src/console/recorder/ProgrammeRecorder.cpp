@@ -213,9 +213,10 @@ QString ProgrammeRecorder::Warning() const {
   const State now = Now();
   if (now != State::Recording && now != State::Closing) return {};
   if (recorder_.StuckFor() >= kBearable) return tr("The disk of the recording doesn't answer");
-  if (SpaceIsLow()) return tr("Only %1 are left for the recording").arg(SizeText(*BytesLeft()));
+  if (SpaceIsLow()) return tr("Only %1 left for the recording").arg(SizeText(*BytesLeft()));
   if (recorder_.SecondsLost() > 0)
-    return tr("The disk is too slow: %1 s of the recording are silent").arg(recorder_.SecondsLost(), 0, 'f', 1);
+    return tr("The disk is too slow: %1 s of the recording are silent")
+        .arg(recorder_.SecondsLost(), 0, 'f', 1);
   return {};
 }
 

@@ -65,7 +65,9 @@ class ProgrammeRecorder : public QObject {
   [[nodiscard]] std::int64_t Bytes() const { return recorder_.Bytes(); }
   /// Free bytes where it records, else where it would, as last looked at; nothing while that is not known.
   [[nodiscard]] std::optional<std::int64_t> BytesLeft() const;
-  [[nodiscard]] bool SpaceIsLow() const { return BytesLeft().value_or(Recorder::kLowSpace) < Recorder::kLowSpace; }
+  [[nodiscard]] bool SpaceIsLow() const {
+    return BytesLeft().value_or(Recorder::kLowSpace) < Recorder::kLowSpace;
+  }
   /// Looks at the free space of the folder.
   void LookAtSpace();
 

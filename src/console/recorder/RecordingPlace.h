@@ -17,9 +17,9 @@ struct RecordingPlace {
   std::int64_t freeBytes = -1;  ///< on its disk; -1: unknown
 };
 
-/// Makes `folder` where it is missing, and gives the name of a recording that begins `now`: "On air 2007-06-01
-/// 20-00-00.flac", with a number behind it where a sound file or a cue sheet of that name is there. Throws
-/// Failure. Blocks; any thread.
+/// Makes `folder` where it is missing, and gives the name of a recording that begins `now`: "On air
+/// 2007-06-01 20-00-00.flac", with a number behind it where a sound file or a cue sheet of that name is
+/// there. Throws Failure. Blocks; any thread.
 [[nodiscard]] RecordingPlace PlaceForRecording(const QString& folder, const QDateTime& now,
                                                RecordingFile::Kind kind);
 

@@ -373,8 +373,8 @@ void DeckPanel::ShowTime(const DeckRecord& record) {
       remaining_->SetState(TimeDisplay::State::Calm);
       break;
     case DeckState::Playing:
-      tally_->SetState(heard(record.RemainSeconds < kEndingSeconds ? DeckTally::State::Ending
-                                                                   : DeckTally::State::OnAir));
+      tally_->SetState(
+          heard(record.RemainSeconds < kEndingSeconds ? DeckTally::State::Ending : DeckTally::State::OnAir));
       remaining_->SetState(record.RemainSeconds < kLastSeconds     ? TimeDisplay::State::BlinkRed
                            : record.RemainSeconds < kEndingSeconds ? TimeDisplay::State::Amber
                                                                    : TimeDisplay::State::Calm);

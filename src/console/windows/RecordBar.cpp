@@ -23,8 +23,8 @@ RecordBar::RecordBar(ProgrammeRecorder& recorder, ScreenLock& lock, QWidget* par
   SetNames(*button_, QStringLiteral("CmdRecord"));
   button_->setFocusPolicy(Qt::NoFocus);
   const QFontMetrics letters(Theme::Font(1.0, QFont::DemiBold));
-  setFixedWidth(letters.horizontalAdvance(tr("\u25cf REC 00:00:00   9999 MB   999.9 GB left")) +
-                2 * letters.height());
+  width_ =
+      letters.horizontalAdvance(tr("\u25cf REC 00:00:00   9999 MB   999.9 GB left")) + 3 * letters.height();
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 2, letters.height() / 2, 2);
   layout->addStretch();
@@ -38,6 +38,10 @@ RecordBar::RecordBar(ProgrammeRecorder& recorder, ScreenLock& lock, QWidget* par
   Show();
 }
 
+QSize RecordBar::sizeHint() const {
+  return {width_, QWidget::sizeHint().height()};
+}
+
 QString RecordBar::Words() const {
   switch (recorder_.Now()) {
     case ProgrammeRecorder::State::Idle:
@@ -48,7 +52,8 @@ QString RecordBar::Words() const {
       return tr("\u25cf Closing the file...");
     case ProgrammeRecorder::State::Recording: {
       const QString words =
-          tr("\u25cf REC %1   %2").arg(HoursMinutesSeconds(Int(recorder_.Seconds())), SizeText(recorder_.Bytes()));
+          tr("\u25cf REC %1   %2")
+              .arg(HoursMinutesSeconds(Int(recorder_.Seconds())), SizeText(recorder_.Bytes()));
       const std::optional<std::int64_t> left = recorder_.BytesLeft();
       return left ? words + tr("   %1 left").arg(SizeText(*left)) : words;
     }
@@ -61,10 +66,11 @@ void RecordBar::Show() {
   button_->setText(words);
   const bool runs = recorder_.Runs();
   const QString warning = recorder_.Warning();
-  const QString closed = WhyOff({{lock_.Locked(), tr("The screen is locked")},
-                                 {recorder_.Now() == ProgrammeRecorder::State::Closing,
-                                  tr("The recording is being closed")}});
-  button_->setAccessibleName(warning.isEmpty() ? words.mid(2) : words.mid(2) + QStringLiteral(". ") + warning);
+  const QString closed =
+      WhyOff({{lock_.Locked(), tr("The screen is locked")},
+              {recorder_.Now() == ProgrammeRecorder::State::Closing, tr("The recording is being closed")}});
+  button_->setAccessibleName(warning.isEmpty() ? words.mid(2)
+                                               : words.mid(2) + QStringLiteral(". ") + warning);
   const QString key = command_->shortcut().toString(QKeySequence::NativeText);
   button_->setToolTip(!warning.isEmpty() ? warning
                       : runs             ? tr("Stops the recording; asks first (%1)").arg(key)
@@ -85,8 +91,9 @@ void RecordBar::Show() {
 void RecordBar::SetColours(const QColor& ground, const QColor& edge) {
   // Also while it is off: a locked screen goes on showing it.
   const QString look =
-      QStringLiteral("QPushButton, QPushButton:disabled { background: %1; border: 1px solid %2; color: %3; "
-                     "padding: 0.05em 0.7em; min-height: 0; font-weight: 600; }")
+      QStringLiteral(
+          "QPushButton, QPushButton:disabled { background: %1; border: 1px solid %2; color: %3; "
+          "padding: 0.05em 0.7em; min-height: 0; font-weight: 600; }")
           .arg(ground.name(), edge.name(), Theme::TextOn(ground).name());
   if (button_->styleSheet() != look) button_->setStyleSheet(look);
 }

@@ -12,7 +12,8 @@ class ScreenLock;
 
 /// The command "Record" at the end of the menu bar. While it records it shows how long, how much, and the
 /// space that is left; red, and amber when that is running out or the disk hangs. A locked screen goes on
-/// showing it. As wide as its longest words: a menu bar lays its end out only once. Owned by the console window; GUI thread.
+/// showing it. As wide as its longest words: a menu bar lays its end out only once. Owned by the console
+/// window; GUI thread.
 class RecordBar : public QWidget {
   Q_OBJECT
  public:
@@ -20,6 +21,8 @@ class RecordBar : public QWidget {
 
   /// The same command for a menu, with its key.
   [[nodiscard]] QAction& Command() { return *command_; }
+
+  [[nodiscard]] QSize sizeHint() const override;
 
  private:
   void Show();
@@ -30,6 +33,7 @@ class RecordBar : public QWidget {
   ScreenLock& lock_;
   QAction* command_;
   CommandButton* button_;
+  int width_;
 };
 
 }  // namespace kelvo

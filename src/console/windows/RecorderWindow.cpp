@@ -85,6 +85,9 @@ Panel* RecorderWindow::BuildRecorder() {
   state_->setFont(Theme::Font(1.6, QFont::Bold));
   facts_->setObjectName(QStringLiteral("LblRecorderFacts"));
   warning_->setObjectName(QStringLiteral("LblRecorderWarning"));
+  // Room for two lines, so that nothing moves when there is something to say.
+  warning_->setWordWrap(true);
+  warning_->setFixedHeight(2 * fontMetrics().lineSpacing());
   QPalette amber = warning_->palette();
   amber.setColor(QPalette::WindowText, Theme::Palette().amber);
   warning_->setPalette(amber);
@@ -149,6 +152,10 @@ QString RecorderWindow::FactWords() const {
 
 void RecorderWindow::Show() {
   SetSpokenText(*state_, tr("State"), StateWords());
+  QPalette colours = palette();
+  if (recorder_.Now() == ProgrammeRecorder::State::Recording)
+    colours.setColor(QPalette::WindowText, Theme::Mix(Theme::Palette().onAir, Qt::white, 0.4));
+  if (state_->palette() != colours) state_->setPalette(colours);
   SetSpokenText(*facts_, tr("Size and space"), FactWords());
   const bool runs = recorder_.Runs();
   QString warning = recorder_.Warning();
@@ -168,7 +175,7 @@ void RecorderWindow::Show() {
 }
 
 void RecorderWindow::ShowList() {
-  list_.SetHint(recordings_.Listing()              ? tr("Looking into the folder...")
+  list_.SetHint(recordings_.Listing()             ? tr("Looking into the folder...")
                 : recordings_.Trouble().isEmpty() ? tr("No recordings yet.\n\"Record\" makes the first one.")
                                                   : recordings_.Trouble());
 }
