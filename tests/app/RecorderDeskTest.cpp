@@ -71,7 +71,7 @@ class RecorderOfDesk : public SoundingDesk {
     OpenDesk();
   }
   QPushButton& Bar() { return Find<QPushButton>(u"CmdRecord"_s); }
-  /// The console's own command; one that stops is told Yes.
+  /// The console's own command; its question, where it stops, is answered with Yes.
   void PressRecord() {
     prompter_.answers = {Answer::Yes};
     QTest::mouseClick(&Bar(), Qt::LeftButton);

@@ -20,7 +20,7 @@ const QString kFlac = QStringLiteral("FLAC");
 const QString kArtistEnds = QStringLiteral(" - ");
 
 constexpr Nanoseconds kBeat = 500ms;
-/// A disk that has taken nothing for so long is told.
+/// A disk that has taken nothing for so long is worth a warning.
 constexpr Nanoseconds kBearable = 2s;
 /// A player that was told to start may have begun before that was noted; what it says of an earlier start is
 /// older than this.

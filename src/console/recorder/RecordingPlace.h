@@ -31,7 +31,7 @@ struct KeptRecording {
   std::optional<double> seconds = {};  ///< none: it can't be read
 };
 
-/// The recordings in `folder`, told by their names, the latest first: a hundred at most. None where there is
+/// The recordings in `folder`, known by their names, the latest first: a hundred at most. None where there is
 /// no such folder. Blocks; any thread.
 [[nodiscard]] std::vector<KeptRecording> RecordingsIn(const QString& folder);
 

@@ -7,7 +7,7 @@
 namespace kelvo {
 
 /// Watches how much sound waits in front of the device of the programme: it grows when the device ran dry and
-/// goes back after quiet minutes, and the operator is told of both. A value; the Console asks it each second.
+/// goes back after quiet minutes; the operator hears of both. A value; the Console asks it each second.
 class ReserveWatch {
  public:
   enum class State {
