@@ -5,6 +5,7 @@
 #include "app/windows/QueueOfPlaylists.h"
 #include "config/windows/ConfigWindow.h"
 #include "console/Console.h"
+#include "console/windows/RecorderWindow.h"
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/ScanWindow.h"
 #include "database/windows/TransferWindow.h"
@@ -154,6 +155,22 @@ WindowLine ConfigLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
+WindowLine RecorderLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Recorder"),
+                  .menu = DeskMenu::Desk,
+                  .words = Text::tr("Re&corder..."),
+                  .key = QStringLiteral("Ctrl+Shift+R"),
+                  .guard = {.catalogue = false},
+                  .place = QStringLiteral("Recorder")};
+  line.make = [&desk, host, place = line.place] {
+    return std::make_unique<Hosted<RecorderWindow, RecordingList>>(
+        host, place,
+        RecordingList::Services{
+            .loop = host.loop, .disks = desk.SlowDisks(), .recorder = desk.AirRecorder()});
+  };
+  return line;
+}
+
 WindowLine KeysLine(const WindowHost& host) {
   WindowLine line{.id = QStringLiteral("Keys"),
                   .menu = DeskMenu::Help,
@@ -250,6 +267,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenW
           PlaylistLine(desk, host, PlaylistMode::SaveQueue, open),
           GeneratorLine(desk, host),
           ConfigLine(desk, host),
+          RecorderLine(desk, host),
           KeysLine(host)};
 }
 
