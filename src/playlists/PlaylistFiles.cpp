@@ -209,6 +209,19 @@ void SavePlaylist(const PlaylistOrder& order, const Trash& trash, std::atomic<in
   if (there) TakePlace(whole, folder, order.replace, trash);
 }
 
+void RewriteLinks(const QString& folder, const std::vector<LinkChange>& changes) {
+  const fs::path place = PathOf(folder);
+  Mend(place.parent_path());
+  Draft draft(Beside(place, kNew));
+  CarryOver(folder, draft.Path());
+  const QString draftPlace = QFile::decodeName(draft.Path().c_str()) + QLatin1Char('/');
+  for (const LinkChange& each : changes) each.link.Write(draftPlace + each.file);
+  const fs::path whole = Beside(place, kWhole);
+  draft.RenameTo(whole);
+  Flush(place.parent_path());
+  TakePlace(whole, place, false, {});
+}
+
 void DiscardFolder(const QString& folder, const Trash& trash) {
   if (trash(folder)) return;
   const fs::path gone = Beside(PathOf(folder), kGone);

@@ -39,6 +39,14 @@ void DiscardFolder(const QString& folder, const Trash& trash);
 /// Throws when the new name is taken.
 void RenameFolder(const QString& folder, const QString& name);
 
+/// What the link of an entry is to say from now on.
+struct LinkChange {
+  QString file;
+  PlaylistLink link;
+};
+/// Rewrites links of a playlist, all or none; everything else in it stays as it is.
+void RewriteLinks(const QString& folder, const std::vector<LinkChange>& changes);
+
 /// Deletes an entry; the numbers behind it go down by one.
 void DeleteEntry(const QString& folder, const QString& file, const Trash& trash);
 /// Gives the entries of a playlist the numbers from 1, in their order.

@@ -54,7 +54,7 @@ void DeskWindows::JoinQueueEditor() {
   PlayQueue& queue = console_.Queue();
   queue.OpenEditor = [this, &queue](int index, bool groupPlaylist) {
     if (groupPlaylist) {
-      console_.SetStatusLine(tr("A Group Playlist Is In The Queue: Its Tracks Are Not Edited Here"));
+      table_.Open(WindowId::kGroupEdit);
     } else {
       table_.Open(WindowId::kPlayEdit, {queue.Row(index).path});
     }

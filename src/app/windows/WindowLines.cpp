@@ -1,5 +1,6 @@
 #include "app/windows/WindowLines.h"
 
+#include "app/windows/DeskOfGroupEdit.h"
 #include "app/windows/DeskOfPlayEdit.h"
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
@@ -14,6 +15,7 @@
 #include "datamanager/windows/SearchWindow.h"
 #include "platform/SystemFacts.h"
 #include "playlists/windows/GeneratorWindow.h"
+#include "playlists/windows/GroupEditWindow.h"
 #include "playlists/windows/PlayEditWindow.h"
 #include "playlists/windows/PlaylistWindow.h"
 
@@ -264,6 +266,26 @@ WindowLine PlayEditLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
+WindowLine GroupEditLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = WindowId::kGroupEdit,
+                  .words = Text::tr("Edit &Group Playlist..."),
+                  .key = QStringLiteral("Ctrl+Shift+E"),
+                  .guard = {.password = true},
+                  .childForm = true,
+                  .place = QStringLiteral("Spedit")};
+  line.make = [&desk, host, place = line.place] {
+    const Console::Services& have = desk.GetServices();
+    return std::make_unique<Hosted<GroupEditWindow, GroupEditor>>(
+        host, place,
+        GroupEditor::Services{.loop = have.loop,
+                              .disks = desk.SlowDisks(),
+                              .prompter = have.prompter,
+                              .catalogue = have.catalogue,
+                              .desk = std::make_shared<DeskOfGroupEdit>(desk, nullptr)});
+  };
+  return line;
+}
+
 /// Playlists of other players that are dropped on the console come into the queue.
 std::function<bool(const QStringList&)> TakesDroppedPlaylists(Console& desk) {
   struct Drop {
@@ -298,6 +320,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenW
           PlayEditLine(desk, host),
           ConfigLine(desk, host),
           RecorderLine(desk, host),
+          GroupEditLine(desk, host),
           KeysLine(host)};
 }
 

@@ -18,6 +18,9 @@ inline constexpr std::array<Deck, 2> kDecks{Deck::One, Deck::Two};
 [[nodiscard]] constexpr int PlayerNumber(Deck deck) {
   return deck == Deck::One ? 2 : 3;
 }
+[[nodiscard]] constexpr Deck DeckOfPlayer(int number) {
+  return number == PlayerNumber(Deck::Two) ? Deck::Two : Deck::One;
+}
 /// The number that the operator sees: 1 or 2.
 [[nodiscard]] constexpr int DisplayNumber(Deck deck) {
   return deck == Deck::One ? 1 : 2;

@@ -12,6 +12,7 @@ namespace WindowId {
 inline const QString kImport = QStringLiteral("Import");
 inline const QString kTrackSearch = QStringLiteral("TrackSearch");
 inline const QString kPlayEdit = QStringLiteral("PlayEdit");
+inline const QString kGroupEdit = QStringLiteral("GroupEdit");
 inline const QString kPlaylistLoad = QStringLiteral("PlaylistLoad");
 inline const QString kGeneratePlaylist = QStringLiteral("GeneratePlaylist");
 inline const QString kPlaylistSave = QStringLiteral("PlaylistSave");

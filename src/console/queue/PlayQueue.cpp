@@ -63,6 +63,7 @@ void PlayQueue::SetGroup(QStringList timingLines) {
   groupLines_ = std::move(timingLines);
   groupRows_.clear();
   groupQueueFlag_ = true;
+  ++groupRevision_;
   Q_EMIT FactsChanged();
 }
 
@@ -280,6 +281,7 @@ void PlayQueue::RemoveRow(int index) {
 
 void PlayQueue::Empty() {
   rows_.clear();
+  ++groupRevision_;
   selected_ = 0;
   totalSeconds_ = 0;
   groupQueueFlag_ = false;

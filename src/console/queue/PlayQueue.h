@@ -55,7 +55,14 @@ class PlayQueue : public QObject {
   [[nodiscard]] bool GroupQueueFlag() const { return groupQueueFlag_; }
   /// A group playlist was loaded: its hidden timing lines, one a row, in load order.
   void SetGroup(QStringList timingLines);
-  [[nodiscard]] const QStringList& GroupLines() const { return groupLines_; }
+  /// With the numbers that their tracks have today.
+  [[nodiscard]] QStringList GroupLines() const;
+  /// The track of each line; None when its row has gone.
+  [[nodiscard]] std::vector<Mref> GroupTracks() const;
+  /// Other lines for the group playlist that is in the queue, each with its track.
+  void ChangeGroup(QStringList timingLines, const std::vector<Mref>& tracks);
+  /// Another number whenever the lines are others.
+  [[nodiscard]] int GroupRevision() const { return groupRevision_; }
   /// Those of one row; a track that is played more than once has several.
   [[nodiscard]] QStringList GroupLinesOf(int index) const;
   /// The folder of the playlist that was loaded last; empty when there is none.
@@ -185,6 +192,7 @@ class PlayQueue : public QObject {
   bool groupQueueFlag_ = false;
   QStringList groupLines_;
   std::vector<RowId> groupRows_;  ///< the row of each line, where it is known
+  int groupRevision_ = 0;
   QString playlistFolder_;
   std::optional<QueueUndo> undo_;
   bool sorted_ = false;

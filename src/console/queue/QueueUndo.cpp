@@ -4,6 +4,7 @@
 
 #include "console/queue/PlayQueue.h"
 #include "database/Catalogue.h"
+#include "database/GroupElement.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -29,8 +30,42 @@ QStringList PlayQueue::GroupLinesOf(int index) const {
   return lines;
 }
 
+QStringList PlayQueue::GroupLines() const {
+  QStringList lines = groupLines_;
+  const std::vector<Mref> tracks = GroupTracks();
+  for (std::size_t line = 0; line < groupRows_.size(); ++line) {
+    QString& text = lines[static_cast<qsizetype>(line)];
+    text = RenumberedLine(text, tracks[line]);
+  }
+  return lines;
+}
+
+std::vector<Mref> PlayQueue::GroupTracks() const {
+  std::vector<Mref> tracks;
+  for (int line = 0; line < groupLines_.size(); ++line) {
+    // Not from a load: a line for each row, in their order.
+    const bool ordered = groupRows_.empty() && groupLines_.size() == Count();
+    const int row = ordered ? line + 1 : 0;
+    const int index = groupRows_.empty() ? row : IndexOf(groupRows_[static_cast<std::size_t>(line)]);
+    tracks.push_back(index == 0 ? Mref::None : Row(index).track);
+  }
+  return tracks;
+}
+
+void PlayQueue::ChangeGroup(QStringList timingLines, const std::vector<Mref>& tracks) {
+  groupLines_ = std::move(timingLines);
+  groupRows_.clear();
+  for (const Mref track : tracks) {
+    const int index = track == Mref::None ? 0 : FindTrack(track);
+    groupRows_.push_back(index == 0 ? RowId::None : Row(index).id);
+  }
+  ++groupRevision_;
+  Q_EMIT FactsChanged();
+}
+
 void PlayQueue::Take(const QueueFill& fill) {
   Remember();
+  ++groupRevision_;
   if (fill.clearFirst) {
     Empty();
     lastQueueIndex_ = -1;
@@ -151,6 +186,7 @@ void PlayQueue::Undo() {
   totalSeconds_ = before.totalSeconds;
   lastQueueIndex_ = before.lastQueueIndex;
   groupQueueFlag_ = before.group;
+  ++groupRevision_;
   groupLines_ = std::move(before.groupLines);
   groupRows_ = std::move(before.groupRows);
   playlistFolder_ = std::move(before.playlistFolder);

@@ -30,6 +30,8 @@ QString DescriptionOf(const SessionEntry& entry, const Catalogue& catalogue) {
       return QStringLiteral("Track Position Changed");
     case SessionCode::EndOfTrack:
       return QStringLiteral("End Of Track Reached");
+    case SessionCode::Repeat:
+      break;
   }
   return {};
 }

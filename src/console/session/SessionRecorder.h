@@ -1,26 +1,13 @@
 #pragma once
 
 #include "console/desk/DeckTypes.h"
+#include "database/SessionCode.h"
 #include "database/TextColumns.h"
 #include "database/TransitionKind.h"
 
 #include <optional>
 
 namespace kelvo {
-
-/// What happened on a deck. The codes are those of the session list.
-enum class SessionCode : int {
-  Loaded = 1,
-  TrackStarted = 3,
-  DubStarted = 5,
-  DubEnded = 7,
-  FadeStarted = 9,
-  FadeEnded = 11,
-  TrackStopped = 13,
-  PositionChangedDeckOne = 15,
-  PositionChangedDeckTwo = 17,
-  EndOfTrack = 19,
-};
 
 struct SessionEntry {
   SessionCode code;
