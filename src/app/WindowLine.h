@@ -47,6 +47,7 @@ struct WindowLine {
   QString words = {};                 ///< of the entry, with its mnemonic
   QString key = {};                   ///< portable text ("Ctrl+I"); empty: none
   WindowGuard guard = {};
+  bool onTrack = false;       ///< it works on the track that the operator points at
   bool childForm = false;     ///< a form of the console: one at a time (ChildWindows)
   QString busyQuestion = {};  ///< asked at the end of the program while it is busy; Yes ends
   QString place = {};         ///< begins the settings keys of its place and size; empty: they are not kept

@@ -1,5 +1,6 @@
 #include "database/Catalogue.h"
 
+#include "database/TrackInfo.h"
 #include "platform/Words.h"
 
 #include <QFileInfo>
@@ -86,6 +87,22 @@ void Catalogue::Change(Mref track, const TrackEdit& edit) {
     change.fields |= TrackField::Duration;
   }
   if (change.fields) Q_EMIT Changed(change);
+}
+
+void Catalogue::TakeInfo(Mref track, const TrackInfo& info) {
+  if (!IsTrack(track)) return;
+  TrackEdit edit;
+  edit.genres = info.Text(InfoLine::Categories);
+  edit.artists = info.Text(InfoLine::Artists);
+  edit.albums = info.Text(InfoLine::Albums);
+  edit.date = info.Text(InfoLine::ReleaseDate);
+  edit.bpm = info.Text(InfoLine::Bpm);
+  edit.hi = info.Text(InfoLine::HiPos);
+  edit.startEnd = StylesText(info.Text(InfoLine::StartStyle), info.Text(InfoLine::EndStyle));
+  edit.gain = info.Text(InfoLine::GainRecord);
+  edit.duration = info.Get(InfoFields::DurationSeconds).value_or(-1);
+  Change(track, edit);
+  Q_EMIT Changed(TrackInfoSaved{track, info});
 }
 
 void Catalogue::Rename(Mref track, const QString& fileName) {

@@ -88,6 +88,9 @@ class Catalogue : public QObject {
   /// Adds a track behind the last and returns its number.
   Mref Append(const CatalogueRow& row);
   void Change(Mref track, const TrackEdit& edit);
+  /// The track's info file holds this now: the tables take what they keep of it, and the rest is reported.
+  /// Called in the turn in which the write is known to be done, so that file and tables never disagree.
+  void TakeInfo(Mref track, const TrackInfo& info);
   /// The music file has this name now, with its extension, in the same folder.
   void Rename(Mref track, const QString& fileName);
   void Remove(Mref track);

@@ -10,6 +10,8 @@
 
 namespace kelvo {
 
+class TrackInfo;
+
 /// The facts of a track that change without its file.
 enum class TrackField : unsigned {
   Genres = 1,
@@ -41,6 +43,13 @@ struct TrackChanged {
   Mref track;
   TrackFields fields;         ///< those that have another value now
   double durationBefore = 0;  ///< seconds
+};
+
+/// The track info file was saved: all that it says now, also what the tables do not keep (how the track is
+/// played, its comments). What the tables keep was reported before, as TrackChanged.
+struct TrackInfoSaved {
+  Mref track;
+  const TrackInfo& info;  ///< as long as the call lasts
 };
 
 /// The music file, and its track info file with it, has another name.
@@ -88,7 +97,8 @@ struct StagedFileChanged {
   bool waits;
 };
 
-using CatalogueChange = std::variant<CatalogueReplaced, TrackAdded, TrackChanged, TrackRenamed, TrackRemoved,
-                                     ReferenceChanged, JingleChanged, StagedFileChanged>;
+using CatalogueChange =
+    std::variant<CatalogueReplaced, TrackAdded, TrackChanged, TrackInfoSaved, TrackRenamed, TrackRemoved,
+                 ReferenceChanged, JingleChanged, StagedFileChanged>;
 
 }  // namespace kelvo

@@ -75,4 +75,8 @@ QString ProgramFolder() {
   return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/kelvo");
 }
 
+QString CacheFolder() {
+  return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + QStringLiteral("/kelvo");
+}
+
 }  // namespace kelvo

@@ -39,5 +39,7 @@ struct DisplayMode {
 
 /// The folder that holds this program's own data of this user (XDG data folder); it need not exist.
 [[nodiscard]] QString ProgramFolder();
+/// The folder for what this program can make anew at any time (XDG cache folder); it need not exist.
+[[nodiscard]] QString CacheFolder();
 
 }  // namespace kelvo

@@ -92,9 +92,11 @@ class FaultyAudio : public ClockAudio {
   [[nodiscard]] std::unique_ptr<MediaPlayer> MakePlayer(const QString& output = {}) override {
     auto player = std::make_unique<FaultyPlayer>(ClockAudio::MakePlayer(output));
     players.push_back(player.get());
+    outputs.push_back(output);
     return player;
   }
   std::vector<FaultyPlayer*> players;  ///< all that were made, also those of a desk that is gone
+  std::vector<QString> outputs;        ///< what each was made on
 
   [[nodiscard]] static FaultyPlayer& Of(MediaPlayer& player) { return dynamic_cast<FaultyPlayer&>(player); }
 };

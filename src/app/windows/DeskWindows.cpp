@@ -28,7 +28,10 @@ DeskWindows::DeskWindows(Console& console, ConsoleWindow& window, std::vector<Wi
              std::move(lines)) {
   AddEntries();
   ShowGuards();
+  JoinQueueEditor();
   connect(&window_, &ConsoleWindow::WindowWanted, this, [this](const QString& id) { table_.Open(id); });
+  connect(&window_, &ConsoleWindow::TrackWindowWanted, this,
+          [this](const QString& id, const QString& path) { table_.Open(id, {path}); });
   connect(&window_, &ConsoleWindow::FilesDropped, this,
           [this](const QStringList& places) { table_.TakeDrop(places, WindowId::kImport); });
   connect(&console_.Lock(), &ScreenLock::Changed, this, [this](bool locked) {
@@ -42,6 +45,35 @@ DeskWindows::DeskWindows(Console& console, ConsoleWindow& window, std::vector<Wi
 
 DeskWindows::~DeskWindows() {
   window_.MayClose = nullptr;
+  console_.Queue().OpenEditor = nullptr;
+}
+
+void DeskWindows::JoinQueueEditor() {
+  PlayQueue& queue = console_.Queue();
+  queue.OpenEditor = [this, &queue](int index, bool groupPlaylist) {
+    if (groupPlaylist) {
+      console_.SetStatusLine(tr("A Group Playlist Is In The Queue: Its Tracks Are Not Edited Here"));
+    } else {
+      table_.Open(WindowId::kPlayEdit, {queue.Row(index).path});
+    }
+  };
+  Q_EMIT queue.FactsChanged();
+}
+
+void DeskWindows::Choose(const WindowLine& line) {
+  if (!line.onTrack) {
+    table_.Open(line.id);
+    return;
+  }
+  const QString track = window_.PointedTrack();
+  if (track.isEmpty()) {
+    Prompt message;
+    message.text = tr("Select A Track First !");
+    message.icon = PromptIcon::Information;
+    console_.GetServices().prompter.Tell(message);
+  } else {
+    table_.Open(line.id, {track});
+  }
 }
 
 bool DeskWindows::Owns(const QWidget* window) const {
@@ -58,7 +90,7 @@ void DeskWindows::AddEntries() {
     const auto& entry = entries_.emplace_back(std::make_unique<QAction>(line.words));
     entry->setObjectName(line.id);
     entry->setShortcut(QKeySequence(line.key, QKeySequence::PortableText));
-    connect(entry.get(), &QAction::triggered, this, [this, id = line.id] { table_.Open(id); });
+    connect(entry.get(), &QAction::triggered, this, [this, &line] { Choose(line); });
     window_.AddWindowCommand(line.menu, *entry);
   }
 }

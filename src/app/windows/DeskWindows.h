@@ -34,6 +34,10 @@ class DeskWindows : public QObject {
 
  private:
   void AddEntries();
+  /// The entry of a line was chosen.
+  void Choose(const WindowLine& line);
+  /// The queue's own button edits how the selected track is played.
+  void JoinQueueEditor();
   /// Which entries can be chosen; one that can't says why in its tooltip.
   void ShowGuards();
 

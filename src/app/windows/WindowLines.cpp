@@ -1,5 +1,6 @@
 #include "app/windows/WindowLines.h"
 
+#include "app/windows/DeskOfPlayEdit.h"
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
 #include "app/windows/QueueOfPlaylists.h"
@@ -10,6 +11,8 @@
 #include "database/windows/TransferWindow.h"
 #include "database/windows/UtilityWindow.h"
 #include "datamanager/windows/SearchWindow.h"
+#include "platform/SystemFacts.h"
+#include "playlists/windows/PlayEditWindow.h"
 #include "playlists/windows/PlaylistWindow.h"
 
 #include <QCoreApplication>
@@ -198,6 +201,32 @@ WindowLine PlaylistLine(Console& desk, const WindowHost& host, PlaylistMode mode
   return line;
 }
 
+WindowLine PlayEditLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = WindowId::kPlayEdit,
+                  .words = Text::tr("Edit Track &Data..."),
+                  .key = QStringLiteral("Ctrl+E"),
+                  .guard = {.password = true},
+                  .onTrack = true,
+                  .childForm = true,
+                  .place = QStringLiteral("PlayEdit")};
+  line.make = [&desk, host, place = line.place] {
+    const Console::Services& have = desk.GetServices();
+    return std::make_unique<Hosted<PlayEditWindow, PlayEditor>>(
+        host, place,
+        PlayEditor::Services{.loop = have.loop,
+                             .disks = desk.SlowDisks(),
+                             .prompter = have.prompter,
+                             .audio = have.audio,
+                             .catalogue = have.catalogue,
+                             .paths = have.paths,
+                             .settings = desk.Settings(),
+                             .title = have.title,
+                             .desk = std::make_shared<DeskOfPlayEdit>(desk),
+                             .cacheFolder = CacheFolder() + QStringLiteral("/waves")});
+  };
+  return line;
+}
+
 /// Playlists of other players that are dropped on the console come into the queue.
 std::function<bool(const QStringList&)> TakesDroppedPlaylists(Console& desk) {
   struct Drop {
@@ -229,6 +258,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
           std::move(load),
           PlaylistLine(desk, host, PlaylistMode::SaveQueue),
           ConfigLine(desk, host),
+          PlayEditLine(desk, host),
           KeysLine(host)};
 }
 

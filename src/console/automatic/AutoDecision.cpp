@@ -78,13 +78,19 @@ std::optional<AutoSettings> FadeOverride(const TrackPlaySettings& loaded, const 
   return result;
 }
 
+AutoSettings PlannedStart(AutoMode mode, const TrackPlaySettings& track, const TrackPlaySettings& other,
+                          const TrackPlaySettings& next, AutoSettings previous) {
+  const AutoMode counted = mode == AutoMode::Preview ? AutoMode::Kelvo : mode;
+  const AutoSettings settings = TrackSettingsFor(counted, track, other, std::move(previous));
+  return FadeOverride(next, settings).value_or(settings);
+}
+
 std::vector<int> PlannedOverlaps(AutoMode mode, const std::vector<TrackPlaySettings>& tracks,
                                  AutoSettings now) {
-  const AutoMode counted = mode == AutoMode::Preview ? AutoMode::Kelvo : mode;
   std::vector<int> overlaps;
   for (std::size_t place = 0; place + 1 < tracks.size(); ++place) {
-    now = TrackSettingsFor(counted, tracks[place], tracks[place == 0 ? 0 : place - 1], std::move(now));
-    now = FadeOverride(tracks[place + 1], now).value_or(now);
+    now = PlannedStart(mode, tracks[place], tracks[place == 0 ? 0 : place - 1], tracks[place + 1],
+                       std::move(now));
     overlaps.push_back(std::max(now.AutoDelta, 1));
   }
   return overlaps;

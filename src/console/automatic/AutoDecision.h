@@ -37,6 +37,12 @@ struct AutoSettings {
 [[nodiscard]] std::optional<AutoSettings> FadeOverride(const TrackPlaySettings& loaded,
                                                        const AutoSettings& now);
 
+/// How `next` will be started behind `track`: by what both say of it. `other` as above; in preview as in
+/// Kelvo mode.
+[[nodiscard]] AutoSettings PlannedStart(AutoMode mode, const TrackPlaySettings& track,
+                                        const TrackPlaySettings& other, const TrackPlaySettings& next,
+                                        AutoSettings previous);
+
 /// Seconds by which each of these tracks but the last is cut short by the start of the next when they are
 /// played in this order. `now` is what counts before the first; in preview as in Kelvo mode.
 [[nodiscard]] std::vector<int> PlannedOverlaps(AutoMode mode, const std::vector<TrackPlaySettings>& tracks,
@@ -81,8 +87,8 @@ struct TickQuestion {
 };
 
 struct TickDecision {
-  std::optional<Deck> start;  ///< this deck is to start now
-  std::optional<Deck> next;   ///< this deck is loaded and will start
+  std::optional<Deck> start;                        ///< this deck is to start now
+  std::optional<Deck> next;                         ///< this deck is loaded and will start
   TransitionKind transition = TransitionKind::Dub;  ///< with this
   int secondsLeft = 0;                              ///< until then; 0 or below is now
 };

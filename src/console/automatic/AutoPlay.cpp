@@ -27,6 +27,9 @@ AutoPlay::AutoPlay(Services services)
   loader_.OnSkipped = [this](const QString& title, const QString& why) { TellSkipped(title, why); };
   services_.decks.PickPreview = [this] { return loader_.PickPreview(); };
   services_.decks.CheckFadeOverride = [this](Deck deck) { CheckFadeOverride(deck); };
+  services_.decks.OnPlayChanged = [this](Deck deck, const TrackPlaySettings& before) {
+    PlayChanged(deck, before);
+  };
   services_.catalogue.Listen(this, [this](const TrackRenamed& renamed) {
     for (Seen& seen : seen_) {
       if (seen.path == renamed.pathBefore) seen.path = renamed.path;
@@ -37,6 +40,7 @@ AutoPlay::AutoPlay(Services services)
 AutoPlay::~AutoPlay() {
   services_.decks.PickPreview = nullptr;
   services_.decks.CheckFadeOverride = nullptr;
+  services_.decks.OnPlayChanged = nullptr;
 }
 
 void AutoPlay::ToggleAutoPlay() {
@@ -82,6 +86,7 @@ void AutoPlay::SwitchOn(bool preview, bool attended) {
   loader_.RandomOn = !preview && randomTicked_;
   loader_.Reset();
   seen_ = {};
+  basis_.reset();
   notice_.clear();
   lastSkipped_.clear();
   skippedCount_ = 0;
@@ -268,6 +273,7 @@ void AutoPlay::TakeSettings(Deck deck, const AutoSettings& settings) {
 void AutoPlay::ApplyTrackSettings(Deck deck) {
   const bool otherHolds = services_.decks.Record(Other(deck)).State != DeckState::Empty;
   const TrackPlaySettings& other = services_.decks.Record(otherHolds ? Other(deck) : deck).Play;
+  basis_ = {deck, otherHolds ? std::optional(other) : std::nullopt, now_};
   const AutoSettings settings = TrackSettingsFor(mode_, services_.decks.Record(deck).Play, other, now_);
   if (mode_ == AutoMode::Preview) {
     services_.decks.SetInfo(deck, settings.info);
@@ -280,6 +286,30 @@ void AutoPlay::CheckFadeOverride(Deck deck) {
   if (services_.decks.Record(Other(deck)).State == DeckState::Empty) return;
   if (const auto settings = FadeOverride(services_.decks.Record(deck).Play, now_))
     TakeSettings(deck, *settings);
+}
+
+void AutoPlay::PlayChanged(Deck deck, const TrackPlaySettings& before) {
+  const ConsoleState& state = services_.state;
+  if (!state.AutoPlayOn || state.PreviewOn || !basis_) return;
+  const Deck first = basis_->deck;
+  const DeckRecord& onAir = services_.decks.Record(first);
+  if (onAir.State != DeckState::Playing) return;
+  const auto decided = [&](const TrackPlaySettings& play) {
+    return TrackSettingsFor(mode_, play, basis_->other.value_or(play), basis_->previous);
+  };
+  const bool itself = deck == first;
+  const AutoSettings settings = decided(onAir.Play);
+  const DeckRecord& waiting = services_.decks.Record(Other(first));
+  const bool waits = waiting.State == DeckState::Loaded;
+  // What decides nothing leaves the operator's own delta and speed alone.
+  const bool counts = itself
+                          ? decided(before) != settings
+                          : waits && FadeOverride(before, settings) != FadeOverride(waiting.Play, settings);
+  if (!counts) return;
+  TakeSettings(first, settings);
+  if (waits) CheckFadeOverride(Other(first));
+  now_.AutoDelta = static_cast<int>(std::clamp<qint64>(Int(onAir.Duration), 0, now_.AutoDelta));
+  Q_EMIT Changed();
 }
 
 void AutoPlay::AfterStart(Deck deck) {

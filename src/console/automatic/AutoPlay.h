@@ -43,7 +43,7 @@ struct UpNext {
 /// Automatic play: the desk runs its two decks by itself. While one plays, the next track is brought into the
 /// other; a number of seconds before the end that other one is started. It never ends by itself: what cannot
 /// be played is passed over and reported. Owned by the Console, after the decks and the queue, whose hooks
-/// PickPreview and CheckFadeOverride it takes; logic thread.
+/// PickPreview, CheckFadeOverride and OnPlayChanged it takes; logic thread.
 class AutoPlay : public QObject {
   Q_OBJECT
 
@@ -104,6 +104,8 @@ class AutoPlay : public QObject {
   /// A deck was started by a transition: prepares the next one.
   void AfterStart(Deck deck);
   void ApplyTrackSettings(Deck deck);
+  /// The operator has changed what a deck's track says of its own play: the next start is decided anew.
+  void PlayChanged(Deck deck, const TrackPlaySettings& before);
   void CheckFadeOverride(Deck deck);
   /// Once a second while AutoPlayOn is set and no fade runs. While one runs it acts only on silence.
   void AutoTick();
@@ -184,6 +186,13 @@ class AutoPlay : public QObject {
   bool running_ = false;  ///< switched on, from the queue or as a preview
   bool pauseAtEnd_ = false;
   AutoSettings now_;
+  /// From what the next start was decided when the track on air began.
+  struct Basis {
+    Deck deck;
+    std::optional<TrackPlaySettings> other;  ///< of the other deck's track; none: the track itself counts
+    AutoSettings previous;
+  };
+  std::optional<Basis> basis_;
   int sldDelta_ = 0;
   TimedStart timer_;
   bool blink_ = false;

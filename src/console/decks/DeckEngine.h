@@ -124,6 +124,8 @@ class DeckEngine : public QObject {
   std::function<void(Deck)> CheckFadeOverride;
   /// The track's own fade-in speed goes to the fade speed slider (0..50).
   std::function<void(int)> OnFadeSpeed;
+  /// What the deck's track says of its own start and end is not what it said `before`.
+  std::function<void(Deck, const TrackPlaySettings& before)> OnPlayChanged;
   /// A deck ran out; the status line falls back to the about line.
   std::function<void(Deck)> OnEndOfStream;
   std::function<void(Deck)> OnStarted;
@@ -141,6 +143,9 @@ class DeckEngine : public QObject {
   /// What happens to the catalogue.
   void FollowCatalogue();
   void FileWasRenamed(const QString& pathBefore, const QString& path);
+  void InfoWasSaved(const TrackInfoSaved& saved);
+  /// What the track says of itself.
+  void TakeInfo(Deck deck, const TrackInfo& info);
   void RenumberTracks(const std::function<Mref(Mref track, const QString& path)>& number);
   /// A load during the fade that runs counts as failed.
   [[nodiscard]] bool FadeFailsLoad(Deck deck) const;
@@ -183,8 +188,10 @@ class DeckEngine : public QObject {
   struct Coming {
     LoadRequest request;
     Disks::Patience patience = Disks::Patience::Person;
+    std::optional<TrackInfo> saved = {};  ///< newer than what was read
   };
   PerDeck<Coming> coming_;
+  PerDeck<QString> banners_;  ///< of the request that the deck's track is for
   PerDeck<std::vector<std::shared_ptr<OneShot<DeckLoad>>>> loadWaits_;
   /// The Open of a load.
   struct OpenWatch {

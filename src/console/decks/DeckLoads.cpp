@@ -141,7 +141,7 @@ Job<DeckLoad> DeckEngine::Load(Deck deck) {
   const std::optional<bool> good = co_await services_.disks.Look(path, look, coming_[deck].patience);
   if (!good) co_return DeckLoad::NoAnswer;
   if (!*good) co_return DeckLoad::BadFile;
-  const TrackInfoFile file = co_await std::move(info);
+  TrackInfoFile file = co_await std::move(info);
   const std::uint64_t steps = players_[deck]->OpenSteps();
   openWatches_[deck] = {steps, steps, services_.loop.Elapsed(), false,
                         services_.loop.Every(kOpenPoll, [this, deck] { WatchOpen(deck); })};
@@ -151,6 +151,7 @@ Job<DeckLoad> DeckEngine::Load(Deck deck) {
     NoteInLog(opened.error);
     co_return DeckLoad::BadFile;
   }
+  if (coming_[deck].saved) file = {std::exchange(coming_[deck].saved, std::nullopt), {}};
   TakeTrack(deck, coming_[deck].request, file);
   co_return DeckLoad::Loaded;
 }
@@ -228,18 +229,17 @@ void DeckEngine::TakeTrack(Deck deck, const LoadRequest& request, const TrackInf
 
   if (file.failure)
     basHandleError(kLoadTag, file.failure, tr("What is known of %1 could not be read.").arg(record.Title));
-  const TrackDefaults defaults = ReadTrackDefaults(services_.settings);
+  const bool requested = !state.PreviewOn && !request.requestText.isEmpty();
+  banners_[deck] = requested ? RequestWords(request.requestText, infoTextWidth_) : QString();
   if (file.info) {
-    record.Play = file.info->Play(defaults);
-    record.TrackInfoText = TrackInfoWords(*file.info, record.Duration);
+    TakeInfo(deck, *file.info);
     record.Info = StyleWords(record.Play);
   } else {
+    const TrackDefaults defaults = ReadTrackDefaults(services_.settings);
     record.Play = DefaultTrackInfo({}, record.Duration, defaults, {}).Play(defaults);
-    record.TrackInfoText = QStringLiteral("Undefined Media File");
+    record.TrackInfoText = banners_[deck] + QStringLiteral("Undefined Media File");
     record.Info = QStringLiteral("Default - Track Start:");
   }
-  if (!state.PreviewOn && !request.requestText.isEmpty())
-    record.TrackInfoText.prepend(RequestWords(request.requestText, infoTextWidth_));
 
   if (old.State != DeckState::Empty && old.Position > 0 && old.Position < old.Duration) {
     services_.queue.MarkQueueRow(old.CatalogueIndex, RowStatus::Faded, old.Row);

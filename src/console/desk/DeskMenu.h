@@ -11,6 +11,7 @@ enum class DeskMenu { File, View, Library, Desk, Help };
 namespace WindowId {
 inline const QString kImport = QStringLiteral("Import");
 inline const QString kTrackSearch = QStringLiteral("TrackSearch");
+inline const QString kPlayEdit = QStringLiteral("PlayEdit");
 inline const QString kPlaylistLoad = QStringLiteral("PlaylistLoad");
 inline const QString kPlaylistSave = QStringLiteral("PlaylistSave");
 }  // namespace WindowId

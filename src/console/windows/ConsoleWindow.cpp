@@ -105,6 +105,10 @@ ConsoleWindow::ConsoleWindow(Console& console)
   connect(library_, &LibraryPanel::ImportWanted, this, [this] { Q_EMIT WindowWanted(WindowId::kImport); });
   connect(queue_, &QueuePanel::WindowWanted, this, &ConsoleWindow::WindowWanted);
   connect(&console_.Panel(), &ConfirmationPanel::Changed, this, [this] { ShowPanel(); });
+  for (DeckPanel* deck : decks_) {
+    connect(deck, &DeckPanel::EditWanted, this,
+            [this](const QString& path) { Q_EMIT TrackWindowWanted(WindowId::kPlayEdit, path); });
+  }
   for (DeckPanel* deck : decks_) connect(&pulse_, &Pulse::Beat, deck, &DeckPanel::SetLit);
   connect(&pulse_, &Pulse::Beat, alarm_, &AirAlarm::SetLit);
   ShowStatus();
@@ -301,16 +305,6 @@ void ConsoleWindow::BuildMenu() {
     if (fades) console_.Fades().Cancel();
     if (!asks && !fades) library_->Escape();
   });
-}
-
-void ConsoleWindow::ListenInMonitor() {
-  if (console_.Lock().Locked() || console_.Load() != nullptr) return;
-  const int row = console_.Queue().Selected();
-  if (queue_->List().hasFocus() && row > 0) {
-    console_.Pfl().OpenFile(console_.Queue().Row(row).path, console_.Queue().Row(row).title);
-  } else if (const Mref track = library_->CurrentTrack(); track != Mref::None) {
-    console_.Pfl().OpenFile(console_.Tracks().TrackPaths(track), console_.Tracks().TrackNames[track]);
-  }
 }
 
 void ConsoleWindow::AddWindowCommand(DeskMenu menu, QAction& command) {

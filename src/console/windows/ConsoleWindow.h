@@ -43,6 +43,10 @@ class ConsoleWindow : public QMainWindow {
   /// Puts the entry of a window behind what is in the menu. The action stays its maker's.
   void AddWindowCommand(DeskMenu menu, QAction& command);
 
+  /// The music file of the track that the operator points at: that of the deck, of the queue or of the
+  /// library that has the keyboard, else the queue's selected row; empty when there is none.
+  [[nodiscard]] QString PointedTrack() const;
+
   /// Asked before the desk itself is, when the operator closes it: false keeps it open.
   std::function<Job<bool>()> MayClose;
 
@@ -51,6 +55,8 @@ class ConsoleWindow : public QMainWindow {
   void Closed();
   /// A button of the console wants the window of this id (WindowId).
   void WindowWanted(const QString& id);
+  /// The same, for this music file.
+  void TrackWindowWanted(const QString& id, const QString& path);
   /// Files and folders of another program were dropped here.
   void FilesDropped(const QStringList& places);
 

@@ -275,6 +275,14 @@ void DeckPanel::Build() {
   side->addWidget(levelWords_);
   side->addWidget(AddMonitorButton(
       desk_.monitor, deck_ == Deck::One ? MonitorSource::DeckOne : MonitorSource::DeckTwo, *this));
+  edit_ = kelvo::AddCommand(*this, {.name = QStringLiteral("CmdDeckEdit") + number,
+                                    .tooltip = tr("Edits how the track of deck %1 is played").arg(number),
+                                    .icon = Icon::Edit,
+                                    .run = [this] { Q_EMIT EditWanted(decks_.Record(deck_).FilePath); }});
+  edit_->setAccessibleName(edit_->toolTip());
+  // As narrow as the button above it.
+  edit_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  side->addWidget(edit_);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addLayout(middle, 1);
@@ -397,6 +405,7 @@ void DeckPanel::ShowCommands(const DeckRecord& record) {
   Offer(*load_, commands_.WhyNoLoad(deck_));
   Offer(*start_, commands_.WhyNoStart(deck_));
   Offer(*stop_, commands_.WhyNoStop(deck_));
+  Offer(*edit_, record.FilePath.isEmpty() ? tr("The deck is empty") : QString());
   for (const auto& [move, button] : moves_) Offer(*button, commands_.WhyNoMove(deck_, move));
   ShowLevel(record);
   setCursor(record.Loading ? Qt::BusyCursor : Qt::ArrowCursor);

@@ -38,6 +38,10 @@ class DeckPanel : public Panel {
   };
   DeckPanel(const Parts& parts, Deck deck, QWidget* parent = nullptr);
 
+ Q_SIGNALS:
+  /// How the deck's track is played is to be edited; its music file.
+  void EditWanted(const QString& path);
+
  public Q_SLOTS:
   /// The beat that warnings blink to.
   void SetLit(bool lit);
@@ -82,6 +86,7 @@ class DeckPanel : public Panel {
   QPushButton* partFade_;
   QPushButton* dub_;
   QPushButton* cancelStart_;
+  QPushButton* edit_ = nullptr;
 };
 
 }  // namespace kelvo
