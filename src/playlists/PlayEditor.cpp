@@ -118,8 +118,12 @@ QString PlayEditor::WhyNoEdit() const {
 
 void PlayEditor::Open(const QString& path) {
   // What is being saved is not dropped; changes to this very track stay as they are.
-  if (saving_ || (path == path_ && Dirty())) return;
-  opening_ = RunOpen(path);
+  if (path == path_ && (saving_ || Dirty())) {
+    wave_.Make(path_);
+    Q_EMIT Changed();
+  } else if (!saving_) {
+    opening_ = RunOpen(path);
+  }
 }
 
 Job<> PlayEditor::RunOpen(QString path) {
@@ -161,23 +165,23 @@ void PlayEditor::TakeFile(const FileState& file) {
   sizeWords_ = Format000(static_cast<double>(file.bytes) / kMegabyte) + QStringLiteral(" Mb");
   notice_ = fileMissing_ ? tr("It has no info file: what you save counts until the program ends") : QString();
   ready_ = true;
-  Q_EMIT Opened();
   Q_EMIT Changed();
+  Q_EMIT Opened();
 }
 
 void PlayEditor::Leave() {
   trial_.Cancel();
   services_.desk->StopTrial();
   wave_.Stop();
-  if (!saving_) {
-    opening_.Cancel();
-    work_.Cancel();
-  }
-  Lose({});
-  edit_ = before_;
+  services_.desk->Left();
+  // Another form took its place: the changes wait for it to come back, or for the question at the end.
+  durationOpen_ = false;
+  if (saving_ || Dirty()) return;
+  opening_.Cancel();
+  work_.Cancel();
   path_.clear();
   track_ = Mref::None;
-  services_.desk->Left();
+  Lose({});
 }
 
 Job<bool> PlayEditor::MayClose() {

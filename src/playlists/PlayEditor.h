@@ -44,7 +44,7 @@ class PlayEditor : public QObject {
 
   /// Takes up the track of this music file; asks first what becomes of changes to another one.
   void Open(const QString& path);
-  /// The window went off the screen: what runs for it ends. The edit is what was saved.
+  /// The window went off the screen: what runs for it ends. Changes that nobody was asked about are kept.
   void Leave();
   /// Whether the window may close: asks whether changes are to be saved.
   [[nodiscard]] Job<bool> MayClose();

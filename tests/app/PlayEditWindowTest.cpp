@@ -34,6 +34,13 @@ class PlayEditBesideTheDesk : public BesideTheDesk {
     loop_.RunFor(1s);
   }
   PlayEditWindow& Shown() { return *Opened<PlayEditWindow>(); }
+  /// With the keyboard in the window.
+  void PressEscape() {
+    Shown().activateWindow();
+    ASSERT_TRUE(TurnUntil([this] { return Shown().isActiveWindow(); }));
+    QTest::keyClick(&Shown(), Qt::Key_Escape);
+    loop_.RunFor(1s);
+  }
   template <typename Widget>
   Widget& Find(const QString& name) {
     return *FindNamed<Widget>(Shown(), name);
@@ -96,8 +103,7 @@ TEST_F(PlayEditBesideTheDesk, ClosingWithChangesAsksAndAnotherTrackWaitsForTheAn
   EditRow(1);
   Press(u"Option1"_s);
   prompter_.answers = {Answer::Cancel};
-  QTest::keyClick(&Shown(), Qt::Key_Escape);
-  loop_.RunFor(1s);
+  PressEscape();
   EXPECT_EQ(Told(), u"Save Changes ?"_s);
   ASSERT_TRUE(Shown().isVisible());
   prompter_.answers = {Answer::Cancel};
@@ -116,6 +122,17 @@ TEST_F(PlayEditBesideTheDesk, ClosingWithChangesAsksAndAnotherTrackWaitsForTheAn
   EXPECT_FALSE(Shown().isVisible());
   EXPECT_NE(database_.Info(u"alpha"_s), before);
   EXPECT_EQ(catalogue_.TrackStartEnd[ToMref(1)], u"1,1"_s);
+
+  // Another form of the console takes its place and asks nothing: the changes are still there.
+  EditRow(2);
+  Press(u"Option1"_s);
+  QTest::mouseClick(FindNamed<QPushButton>(*window_, u"Command14"_s), Qt::LeftButton);
+  loop_.RunFor(1s);
+  EXPECT_FALSE(Shown().isVisible());
+  EditRow(2);
+  EXPECT_TRUE(Shown().isVisible());
+  EXPECT_TRUE(Find<QRadioButton>(u"Option1"_s).isChecked());
+  EXPECT_TRUE(Find<QAbstractButton>(u"Command1"_s).isEnabled());
 }
 
 TEST_F(PlayEditBesideTheDesk, TheFadePointIsDraggedAndMovedByKeysUnlessTheDefaultsCount) {
@@ -194,8 +211,7 @@ TEST_F(PlayEditBesideTheDesk, ATrialIsHeardInTheMonitorAloneAndNeverOnTheMainOut
   desk_->Pfl().SetDevice(u"Headphones"_s);
   EXPECT_TRUE(tryIt.isEnabled());
   Press(u"CmdTryIt"_s);
-  QTest::keyClick(&Shown(), Qt::Key_Escape);
-  loop_.RunFor(1s);
+  PressEscape();
   EXPECT_FALSE(Shown().isVisible());
   EXPECT_TRUE(Trying(before).empty()) << "it goes with the window";
 }

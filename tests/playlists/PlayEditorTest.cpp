@@ -261,16 +261,16 @@ TEST_F(PlayEditorTest, OnlyTheTextOfARightInfoFileIsImported) {
               u"The File bad.kif\r\nIs Not Of the Correct Kelvo File Format !\r\n"_s + words);
   }
   EXPECT_FALSE(editor_->Dirty());
-  for (const Answer answer : {Answer::Cancel, Answer::No, Answer::Yes}) {
+  const QString own = u"First comment\nSecond comment"_s;
+  const QString theirs = u"Third comment\nSecond comment"_s;
+  for (const auto& [answer, text] :
+       {std::pair{Answer::Cancel, own}, std::pair{Answer::No, own + u'\n' + theirs},
+        std::pair{Answer::Yes, theirs}}) {
     prompter_.paths = {good};
     prompter_.answers = {answer};
     editor_->ImportText();
     loop_.RunFor(1s);
-    const QString text = editor_->Edit().comments;
-    if (answer == Answer::Cancel) EXPECT_EQ(text, u"First comment\nSecond comment"_s);
-    if (answer == Answer::No)
-      EXPECT_EQ(text, u"First comment\nSecond comment\nThird comment\nSecond comment"_s);
-    if (answer == Answer::Yes) EXPECT_EQ(text, u"Third comment\nSecond comment"_s);
+    EXPECT_EQ(editor_->Edit().comments, text);
   }
 }
 

@@ -282,6 +282,7 @@ void DeckPanel::Build() {
   edit_->setAccessibleName(edit_->toolTip());
   // As narrow as the button above it.
   edit_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  edit_->setMinimumWidth(edit_->iconSize().width() + 8);
   side->addWidget(edit_);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

@@ -63,8 +63,8 @@ FadePanelView::FadePanelView(PlayEditor& editor, FadePanel panel, QWidget* paren
                               : tr("Fade point at the start of the track, seconds behind it"));
   wave_->setToolTip(in ? tr("The end of this track; drag the point, or use the arrow keys")
                        : tr("The start of this track; drag the point, or use the arrow keys"));
-  Lay(in ? tr("At this track's end the next one comes in, so many seconds before it.")
-         : tr("Over this track's start the one before goes out, where its own fade is shorter."));
+  Lay(in ? tr("At its end the next track comes in, so many seconds before it.")
+         : tr("Over its start the one before goes out, where that takes longer."));
   connect(kinds_, &QButtonGroup::idClicked, this, [this](int kind) {
     editor_.Change([&](PlayEdit& edit) { edit.Fade(panel_).kind = static_cast<TransitionKind>(kind); });
   });

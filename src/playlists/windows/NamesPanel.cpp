@@ -99,6 +99,10 @@ void NamesPanel::Move(int step) {
   list_->setCurrentRow(row);
 }
 
+void NamesPanel::TakeKeys() {
+  list_->setFocus();
+}
+
 void NamesPanel::ShowKnown() {
   known_->setStringList(editor_.KnownNames(set_));
   name_->setCurrentIndex(-1);

@@ -21,6 +21,8 @@ class NamesPanel : public Panel {
   NamesPanel(PlayEditor& editor, std::size_t set, QWidget* parent);
 
   void Show();
+  /// The keyboard goes to its list.
+  void TakeKeys();
   /// The names that can be chosen are read anew.
   void ShowKnown();
 

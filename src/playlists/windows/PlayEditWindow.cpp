@@ -13,6 +13,7 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -219,14 +220,19 @@ QWidget* PlayEditWindow::DurationPanel() {
 
 QWidget* PlayEditWindow::Styles() {
   auto* styles = new QWidget(this);
-  auto* line = Line({defaults_, kRoom, new QLabel(QStringLiteral("Track Starts Like This"), styles),
-                     starts_[0], starts_[1]});
-  auto* ends = Line({kRoom, new QLabel(QStringLiteral("Track Ends Like This"), styles), ends_[0], ends_[1]});
-  auto* layout = new QVBoxLayout(styles);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(2);
-  layout->addLayout(line);
-  layout->addLayout(ends);
+  auto* grid = new QGridLayout(styles);
+  grid->setContentsMargins(0, 0, 0, 0);
+  grid->setVerticalSpacing(2);
+  grid->addWidget(defaults_, 0, 0, 2, 1);
+  grid->setColumnStretch(1, 1);
+  int row = 0;
+  for (const auto& [words, options] : {std::pair(QStringLiteral("Track Starts Like This"), starts_),
+                                       std::pair(QStringLiteral("Track Ends Like This"), ends_)}) {
+    grid->addWidget(new QLabel(words, styles), row, 2);
+    grid->addWidget(options[0], row, 3);
+    grid->addWidget(options[1], row, 4);
+    ++row;
+  }
   return styles;
 }
 
@@ -263,6 +269,8 @@ void PlayEditWindow::Fill() {
   fill(month_, edit.month);
   fill(hi_, edit.hi);
   fill(bpm_, edit.bpm);
+  // While the file was read nothing could take the keyboard.
+  if (isVisible()) names_[0]->TakeKeys();
 }
 
 void PlayEditWindow::Show() {
