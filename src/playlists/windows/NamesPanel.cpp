@@ -48,6 +48,7 @@ NamesPanel::NamesPanel(PlayEditor& editor, std::size_t set, QWidget* parent)
   name_->setToolTip(tr("A known name, or a new one"));
   name_->setEditable(true);
   name_->setInsertPolicy(QComboBox::NoInsert);
+  name_->lineEdit()->setAccessibleName(add);
   // There may be many thousand names: none is measured before it is shown.
   name_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   name_->setMinimumContentsLength(8);

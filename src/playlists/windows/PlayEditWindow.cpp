@@ -129,6 +129,7 @@ QComboBox* PlayEditWindow::AddChoice(const QString& name, const QString& fixedNa
   box->setToolTip(accessible);
   box->setEditable(true);
   box->setInsertPolicy(QComboBox::NoInsert);
+  box->lineEdit()->setAccessibleName(accessible);
   box->addItems(choices);
   connect(box, &QComboBox::editTextChanged, this, [this, field](const QString& text) {
     editor_.Change([&](PlayEdit& edit) { edit.*field = text; });
