@@ -46,6 +46,8 @@ class Monitor : public QObject {
   [[nodiscard]] bool Enabled() const { return services_.audio.OutputNames().size() > 1; }
   /// The device on which the monitor is heard; "None" at first.
   [[nodiscard]] QString Device() const;
+  /// What it is remembered by, as players take it.
+  [[nodiscard]] QString Output() const;
   [[nodiscard]] QStringList Devices() const { return services_.audio.OutputNames(); }
   /// What is open goes on there, from where it is; so it does when the setting is changed elsewhere.
   void SetDevice(const QString& name);
@@ -97,8 +99,6 @@ class Monitor : public QObject {
     QString path;
     Mref track = Mref::None;
   };
-  /// What the device is remembered by.
-  [[nodiscard]] QString Output() const;
   [[nodiscard]] static std::optional<Deck> DeckOf(MonitorSource source);
   [[nodiscard]] std::optional<Opened> HeldBy(MonitorSource source) const;
   /// `from`: where it begins, seconds.
