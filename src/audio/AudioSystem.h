@@ -10,6 +10,8 @@
 
 namespace kelvo {
 
+class Tap;
+
 /// The state of an output.
 struct OutputStatus {
   enum class Kind {
@@ -52,6 +54,13 @@ class AudioSystem {
   /// goes on air when its device has been opened.
   [[nodiscard]] virtual OutputStatus DefaultOutputStatus() const = 0;
   std::function<void(const OutputStatus&)> OnDefaultOutputChanged;
+
+  /// What `output` plays, for meters, scope and recorder; null where no sound is mixed.
+  [[nodiscard]] virtual std::shared_ptr<const Tap> TapOf(const QString& /*output*/ = {}) const {
+    return nullptr;
+  }
+  /// By how many decibels the limiter of `output` turns it down now; 0 when it has nothing to do.
+  [[nodiscard]] virtual double GainReduction(const QString& /*output*/ = {}) const { return 0; }
 };
 
 }  // namespace kelvo

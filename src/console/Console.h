@@ -13,6 +13,7 @@
 #include "console/jingles/Jingles.h"
 #include "console/monitor/Monitor.h"
 #include "console/queue/PlayQueue.h"
+#include "console/scope/ProgrammeView.h"
 #include "console/session/SessionList.h"
 #include "console/session/SessionLog.h"
 #include "console/status/StatusTick.h"
@@ -55,6 +56,7 @@ class Console : public QObject {
     QString version = {};
     std::optional<std::uint64_t> seed = {};  ///< of all chance on the desk; none: the system's
     QString documents = {};                  ///< the operator's documents; empty: no session log is kept
+    SoundInput* soundInput = nullptr;        ///< for the scope
   };
 
   explicit Console(Services services);
@@ -70,6 +72,7 @@ class Console : public QObject {
   [[nodiscard]] AutoPlay& Automatic() { return auto_; }
   [[nodiscard]] Jingles& Bites() { return jingles_; }
   [[nodiscard]] Monitor& Pfl() { return monitor_; }
+  [[nodiscard]] ProgrammeView& Programme() { return programme_; }
   [[nodiscard]] StatusTick& Status() { return tick_; }
   [[nodiscard]] ScreenLock& Lock() { return lock_; }
   [[nodiscard]] DataManagerAccess& ManagerAccess() { return managerAccess_; }
@@ -149,6 +152,7 @@ class Console : public QObject {
   AutoPlay auto_;
   Jingles jingles_;
   Monitor monitor_;
+  ProgrammeView programme_;
   std::unique_ptr<MediaPlayer> warningPlayer_;
   StatusTick tick_;
   ScreenLock lock_;

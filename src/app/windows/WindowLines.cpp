@@ -2,6 +2,7 @@
 
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
+#include "app/windows/ScopeWindow.h"
 #include "app/windows/QueueOfPlaylists.h"
 #include "config/windows/ConfigWindow.h"
 #include "console/Console.h"
@@ -151,6 +152,20 @@ WindowLine ConfigLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
+WindowLine ScopeLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("ScopeWindow"),
+                  .menu = DeskMenu::View,
+                  .words = Text::tr("Scope &window"),
+                  .key = QStringLiteral("Ctrl+Shift+W"),
+                  .guard = {.catalogue = false},
+                  .place = QStringLiteral("Scope")};
+  line.make = [&desk, host, place = line.place] {
+    return std::make_unique<Hosted<ScopeWindow, ScopeOfDesk>>(
+        host, place, ScopeOfDesk::Services{.scope = desk.Programme().scope});
+  };
+  return line;
+}
+
 WindowLine KeysLine(const WindowHost& host) {
   WindowLine line{.id = QStringLiteral("Keys"),
                   .menu = DeskMenu::Help,
@@ -229,6 +244,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
           std::move(load),
           PlaylistLine(desk, host, PlaylistMode::SaveQueue),
           ConfigLine(desk, host),
+          ScopeLine(desk, host),
           KeysLine(host)};
 }
 

@@ -24,6 +24,7 @@ class ConfirmationView;
 class DeckPanel;
 class LibraryPanel;
 class LoadPanel;
+class ProgrammePanels;
 class QueuePanel;
 
 /// The console on the screen, `frmCons`: it places the panels and lets each show its part of the desk. It
@@ -99,6 +100,7 @@ class ConsoleWindow : public QMainWindow {
   std::map<DeskMenu, QMenu*> menus_;
   LoadPanel* load_ = nullptr;
   QWidget* foot_;
+  ProgrammePanels* programme_;
   NoticeBar* notices_;
   QLabel* status_;
   AirAlarm* alarm_;

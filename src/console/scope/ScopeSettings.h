@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/Setting.h"
+
+namespace kelvo::setting {
+
+/// The multiplier of the scope's traces.
+inline constexpr NumberSetting SpectralDisplay{
+    {kStartup, QLatin1StringView("SpectralDisplay")}, 5, 0, kMost16};
+/// The device whose sound the scope shows, by the id of SoundInput; empty: what goes on air.
+inline constexpr TextSetting ScopeInput{{kConStartup, QLatin1StringView("ScopeInput")}};
+/// The scope shows the spectrum in place of the traces.
+inline constexpr TruthSetting ScopeSpectrum{{kConStartup, QLatin1StringView("ScopeSpectrum")}, false};
+// What is on the console.
+inline constexpr TruthSetting ScopeShown{{kConStartup, QLatin1StringView("ScopeShown")}, true};
+inline constexpr TruthSetting MetersShown{{kConStartup, QLatin1StringView("MetersShown")}, true};
+
+}  // namespace kelvo::setting
