@@ -165,9 +165,8 @@ void PulseInput::TakeSources(bool all) {
 }
 
 bool PulseInput::IsThere(const QByteArray& id) const {
-  return !id.isEmpty() && std::any_of(sources_.begin(), sources_.end(), [&](const Source& each) {
-    return each.device.id.toUtf8() == id;
-  });
+  return !id.isEmpty() && std::any_of(sources_.begin(), sources_.end(),
+                                      [&](const Source& each) { return each.device.id.toUtf8() == id; });
 }
 
 void PulseInput::OpenStream(const QByteArray& id) {
@@ -186,8 +185,7 @@ void PulseInput::OpenStream(const QByteArray& id) {
                               .minreq = kServersChoice,
                               .fragsize = kPeriodFrames * static_cast<std::uint32_t>(kFrameBytes)};
   // Another device's sound would be a lie.
-  constexpr auto kFlags =
-      static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE);
+  constexpr auto kFlags = static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE);
   if (pa_stream_connect_record(stream_, id.constData(), &buffer, kFlags) < 0) {
     nextOpen_ = pa_rtclock_now() + kAgainAfter;
     CloseStream();

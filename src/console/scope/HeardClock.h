@@ -7,9 +7,9 @@
 
 namespace kelvo {
 
-/// Which frame of a tap is heard at a moment. The device tells it once a period, 20 ms or so; in between it is
-/// reckoned by the clock, so that pictures move evenly, and never beyond what goes on air as it is. For one
-/// tap; one thread.
+/// Which frame of a tap is heard at a moment. The device tells it once a period, 20 ms or so; in between it
+/// is reckoned by the clock, so that pictures move evenly, and never beyond what goes on air as it is. For
+/// one tap; one thread.
 class HeardClock {
  public:
   /// Nothing while the tap stands still: its device is lost.

@@ -3,8 +3,8 @@
 #include "ui/Tabular.h"
 #include "ui/Theme.h"
 
-#include <QPainter>
 #include <QPaintEvent>
+#include <QPainter>
 
 #include <array>
 #include <cmath>
@@ -128,8 +128,7 @@ void LevelMeter::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   const auto copy = [&](const QPixmap& from, const QRect& target, QPoint start) {
     const double ratio = from.devicePixelRatio();
-    painter.drawPixmap(target, from,
-                       QRectF(QPointF(start) * ratio, QSizeF(target.size()) * ratio).toRect());
+    painter.drawPixmap(target, from, QRectF(QPointF(start) * ratio, QSizeF(target.size()) * ratio).toRect());
   };
   copy(ground_, event->rect(), event->rect().topLeft());
   for (int side = 0; side < 2; ++side) {

@@ -23,8 +23,8 @@ ProgrammePanels::ProgrammePanels(ProgrammeView& programme, ProgramSettings setti
       meters_(new QWidget),
       scope_(new Panel(Group::Console, QStringLiteral("SCOPE"), &row)) {
   meters_->setObjectName(QStringLiteral("Meters"));
-  auto* line = Line({{new LevelMeter(programme_.levels, meters_), 1},
-                     new LimiterLamp(programme_.levels, meters_)});
+  auto* line =
+      Line({{new LevelMeter(programme_.levels, meters_), 1}, new LimiterLamp(programme_.levels, meters_)});
   line->setContentsMargins(0, 0, 0, 0);
   meters_->setLayout(line);
 
@@ -50,8 +50,7 @@ void ProgrammePanels::AddEntries(QMenu& menu) {
     return entry;
   };
   menu.addSeparator();
-  showMeters_ =
-      add(QStringLiteral("mnuMeters"), tr("Level &meters"), Qt::Key_L, setting::MetersShown);
+  showMeters_ = add(QStringLiteral("mnuMeters"), tr("Level &meters"), Qt::Key_L, setting::MetersShown);
   showScope_ = add(QStringLiteral("mnuScope"), tr("&Scope"), Qt::Key_S, setting::ScopeShown);
   Arrange();
 }

@@ -12,8 +12,8 @@ namespace kelvo {
 
 class Panel;
 
-/// Meters and scope on the console: their entries in a menu, which of them is shown, and whether the scope has
-/// room beside the other panels of its row. Owned by the console window; GUI thread.
+/// Meters and scope on the console: their entries in a menu, which of them is shown, and whether the scope
+/// has room beside the other panels of its row. Owned by the console window; GUI thread.
 class ProgrammePanels : public QObject {
   Q_OBJECT
  public:

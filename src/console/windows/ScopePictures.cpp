@@ -112,7 +112,9 @@ void SpectrumPicture::DrawGround() {
     // A low picture has no room for more than one.
     if (y < metrics.ascent() || (level != -40 && plot.height() < 6 * metrics.height())) continue;
     painter.setPen(colours.muted);
-    painter.drawText(2, y - 1, QString::number(level));
+    // On the right, where music is seldom loud.
+    const QString words = QString::number(level);
+    painter.drawText(width() - metrics.horizontalAdvance(words) - 2, y - 1, words);
   }
 }
 

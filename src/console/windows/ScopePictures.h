@@ -27,8 +27,8 @@ class TracePicture : public QWidget {
   const int index_;
 };
 
-/// The spectrum: pitch from 20 Hz to 20 kHz as the ear has it, level from -80 to 0 dB. Owned by its ScopeView;
-/// GUI thread.
+/// The spectrum: pitch from 20 Hz to 20 kHz as the ear has it, level from -80 to 0 dB. Owned by its
+/// ScopeView; GUI thread.
 class SpectrumPicture : public QWidget {
   Q_OBJECT
  public:

@@ -9,8 +9,9 @@ class QStackedLayout;
 
 namespace kelvo {
 
-/// The scope: two traces or the spectrum. What it shows and of which sound is chosen in its menu, by the right
-/// button or Enter. The sound is looked at while it is on the screen. Owned by panel or window; GUI thread.
+/// The scope: two traces or the spectrum. What it shows and of which sound is chosen in its menu, by the
+/// right button or Enter. The sound is looked at while it is on the screen. Owned by panel or window; GUI
+/// thread.
 class ScopeView : public QWidget {
   Q_OBJECT
  public:
