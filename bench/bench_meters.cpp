@@ -10,10 +10,10 @@
 #include "ui/Theme.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <array>
 #include <ctime>
 #include <iostream>
 
@@ -44,12 +44,15 @@ class Paintings : public QObject {
 class Measure {
  public:
   explicit Measure(double seconds) : seconds_(seconds) {
+    // Hidden from the beginning: then nobody has asked for the tap either.
+    Show(false, false);
     window_.resize(1366, 768);
     window_.show();
     const QString file = folder_.filePath(u"noise.wav"_s);
-    testing::Save(file, testing::WaveFile(testing::Noise(44100 * 300)));
+    testing::Save(file,
+                  testing::WaveFile(testing::Noise(static_cast<std::size_t>(44100 * (4 * seconds_ + 10)))));
     play_ = Play(*player_, file);
-    RunFor(1);
+    RunFor(2);
     for (const char* const name : {"TracePicture0", "SpectrumPicture", "LevelMeter"}) {
       auto& counter = paintings_.emplace_back(std::make_unique<Paintings>());
       window_.findChild<QWidget*>(QLatin1StringView(name))->installEventFilter(counter.get());
@@ -72,6 +75,11 @@ class Measure {
   }
 
  private:
+  static Paths MakeDatabase(const QString& folder) {
+    const Paths paths = Paths::Below(folder);
+    for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) QDir().mkpath(paths(slot));
+    return paths;
+  }
   static Job<> Play(MediaPlayer& player, QString file) {
     const OpenResult opened = co_await player.Open(file);
     if (!opened.Ok()) std::cerr << "the noise can't be opened\n";
@@ -81,11 +89,14 @@ class Measure {
     const Nanoseconds until = loop_.Elapsed() + Nanoseconds(static_cast<std::int64_t>(seconds * 1e9));
     while (loop_.Elapsed() < until) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   }
-  /// Per cent of a core.
-  double Look(bool shown, bool spectrum) {
+  void Show(bool shown, bool spectrum) const {
     settings_.Set(setting::MetersShown, shown);
     settings_.Set(setting::ScopeShown, shown);
     settings_.Set(setting::ScopeSpectrum, spectrum);
+  }
+  /// Per cent of a core.
+  double Look(bool shown, bool spectrum) {
+    Show(shown, spectrum);
     RunFor(0.5);
     for (const auto& each : paintings_) each->count = 0;
     const Nanoseconds began = loop_.Elapsed();
@@ -102,6 +113,7 @@ class Measure {
 
   const double seconds_;
   QTemporaryDir folder_;
+  Paths paths_ = MakeDatabase(folder_.path());
   QtEventLoop loop_;
   testing::NobodyThere nobody_;
   SettingsStore store_{loop_, folder_.filePath(u"settings.ini"_s)};
@@ -113,7 +125,7 @@ class Measure {
                  .audio = audio_,
                  .settings = store_,
                  .catalogue = catalogue_,
-                 .paths = Paths::Below(folder_.path()),
+                 .paths = paths_,
                  .title = u"Kelvo"_s,
                  .aboutLine = {},
                  .programFolder = folder_.path()}};

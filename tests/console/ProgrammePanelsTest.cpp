@@ -129,6 +129,33 @@ TEST_F(MetersAndScope, TheMenuOfTheScopeIsWorkedByKeys) {
   auto& spectrum = Find<SpectrumPicture>(u"SpectrumPicture"_s);
   EXPECT_GT(spectrum.BarOf(0).height(), spectrum.height() / 2);
   EXPECT_EQ(spectrum.BarOf(90).height(), 0);
+
+  // With a microphone it is offered, and captured once it is chosen.
+  microphone_.tap = std::make_shared<Tap>();
+  QTest::keyClick(&view, Qt::Key_Return);
+  menu = view.findChildren<QMenu*>(u"ScopeMenu"_s).last();
+  EXPECT_EQ(menu->actions().last()->text(), u"Studio Microphone"_s);
+  QTest::keyClick(menu, Qt::Key_Up);
+  QTest::keyClick(menu, Qt::Key_Return);
+  EXPECT_EQ(microphone_.chosen, u"mic.1"_s);
+  EXPECT_EQ(Find<kelvo::Panel>(u"ScopePanel"_s).Note(), u"Studio Microphone"_s);
+}
+
+TEST_F(MetersAndScope, TheScopeLeavesTheMachineToAFade) {
+  OpenWindow();
+  Resize(1366, 768);
+  EnqueueAll();
+  for (const Deck deck : kDecks) Load(deck, DisplayNumber(deck));
+  Click(u"CmdMan2"_s);
+  int pictures = 0;
+  QObject::connect(&desk_->Programme().scope, &Scope::Renewed, [&pictures] { ++pictures; });
+  PlayLoud();
+  EXPECT_GT(pictures, 25);
+  desk_->Fades().PressPan(Deck::Two);
+  ASSERT_TRUE(loop_.RunUntil([this] { return desk_->Fades().TimersSlowed(); }, 3s));
+  pictures = 0;
+  PlayLoud();
+  EXPECT_LE(pictures, 2);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "audio/ClockAudio.h"
 #include "audio/SimulatedStudio.h"
+#include "console/Microphone.h"
 #include "console/scope/ProgrammeView.h"
 #include "console/scope/ScopeSettings.h"
 #include "platform/SettingsStore.h"
@@ -28,21 +29,6 @@ class TappedAudio : public ClockAudio {
     return tap;
   }
   [[nodiscard]] double GainReduction(const QString&) const override { return reduction; }
-};
-
-/// One microphone, which a test plugs and unplugs.
-class Microphone : public SoundInput {
- public:
-  std::shared_ptr<Tap> tap;
-  QString chosen;
-
-  [[nodiscard]] std::vector<Device> Devices() override {
-    return tap ? std::vector<Device>{{u"mic.1"_s, u"Studio Microphone"_s}} : std::vector<Device>();
-  }
-  void Choose(const QString& id) override { chosen = id; }
-  [[nodiscard]] std::shared_ptr<const Tap> Sound() const override {
-    return chosen == u"mic.1"_s ? tap : nullptr;
-  }
 };
 
 /// A constant level on both sides.

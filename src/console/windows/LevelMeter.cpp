@@ -28,7 +28,11 @@ QFont DigitFont() {
 
 }  // namespace
 
-LevelMeter::LevelMeter(ProgrammeLevels& levels, QWidget* parent) : QWidget(parent), levels_(levels) {
+LevelMeter::LevelMeter(ProgrammeLevels& levels, QWidget* parent)
+    : QWidget(parent),
+      levels_(levels),
+      digitWidth_(static_cast<int>(TabularWidth(QFontMetricsF(DigitFont()), QStringLiteral("-00.0 LUFS"))) +
+                  2) {
   setObjectName(QStringLiteral("LevelMeter"));
   setAccessibleName(tr("Level of the programme"));
   setToolTip(
@@ -48,14 +52,12 @@ QSize LevelMeter::sizeHint() const {
 }
 
 QRect LevelMeter::BarOf(int side) const {
-  const int digits = Digits().width() + fontMetrics().height() / 2;
+  const int digits = digitWidth_ + fontMetrics().height() / 2;
   return {0, side * (BarHeight() + kGap), width() - digits, BarHeight()};
 }
 
 QRect LevelMeter::Digits() const {
-  const int wide =
-      static_cast<int>(TabularWidth(QFontMetricsF(DigitFont()), QStringLiteral("-00.0 LUFS"))) + 2;
-  return {width() - wide, 0, wide, height()};
+  return {width() - digitWidth_, 0, digitWidth_, height()};
 }
 
 int LevelMeter::PlaceOf(double decibels) const {

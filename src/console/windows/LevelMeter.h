@@ -35,6 +35,7 @@ class LevelMeter : public QWidget {
   void Show();
 
   ProgrammeLevels& levels_;
+  const int digitWidth_;
   std::shared_ptr<void> watch_;
   QString shown_;  ///< the digits on the screen
   QPixmap ground_;

@@ -30,6 +30,7 @@ TracePicture::TracePicture(const Scope& scope, int index, QWidget* parent)
   SetNames(*this, QStringLiteral("TracePicture%1").arg(index), QStringLiteral("Scope3_%1").arg(index));
   setAccessibleName(index == 0 ? tr("Trace of the left side") : tr("Trace of the right side"));
   setAttribute(Qt::WA_OpaquePaintEvent);
+  connect(&scope_, &Scope::Renewed, this, qOverload<>(&QWidget::update));
 }
 
 QSize TracePicture::minimumSizeHint() const {
@@ -64,6 +65,7 @@ SpectrumPicture::SpectrumPicture(const Scope& scope, QWidget* parent) : QWidget(
   setObjectName(QStringLiteral("SpectrumPicture"));
   setAccessibleName(tr("Spectrum"));
   setAttribute(Qt::WA_OpaquePaintEvent);
+  connect(&scope_, &Scope::Renewed, this, qOverload<>(&QWidget::update));
 }
 
 QSize SpectrumPicture::minimumSizeHint() const {

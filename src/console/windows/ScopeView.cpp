@@ -24,10 +24,6 @@ ScopeView::ScopeView(Scope& scope, QWidget* parent)
   for (const int index : {0, 1}) both->addWidget(new TracePicture(scope_, index, traces));
   pages_->addWidget(traces);
   pages_->addWidget(new SpectrumPicture(scope_, this));
-  connect(&scope_, &Scope::Renewed, this, [this] {
-    for (auto* picture : pages_->currentWidget()->findChildren<TracePicture*>()) picture->update();
-    pages_->currentWidget()->update();
-  });
   connect(&scope_, &Scope::ChoiceChanged, this, [this] { ShowChoice(); });
   ShowChoice();
 }
