@@ -2,7 +2,7 @@
 #include "audio/TestSounds.h"
 #include "audio/engine/NoDeviceBackend.h"
 #include "console/Console.h"
-#include "console/scope/ScopeSettings.h"
+#include "console/desk/ScopeSettings.h"
 #include "console/windows/ConsoleWindow.h"
 #include "platform/QtEventLoop.h"
 #include "platform/SettingsStore.h"

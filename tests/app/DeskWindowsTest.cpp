@@ -1,7 +1,7 @@
 #include "app/BesideTheDesk.h"
 #include "app/windows/ScopeWindow.h"
 #include "app/windows/WaitPointer.h"
-#include "console/scope/ScopeSettings.h"
+#include "console/desk/ScopeSettings.h"
 #include "database/TaggedSound.h"
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/ScanWindow.h"

@@ -1,5 +1,5 @@
 #include "console/ConsoleOnScreen.h"
-#include "console/scope/ScopeSettings.h"
+#include "console/desk/ScopeSettings.h"
 #include "console/windows/LevelMeter.h"
 #include "console/windows/LimiterLamp.h"
 #include "console/windows/ScopePictures.h"

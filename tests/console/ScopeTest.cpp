@@ -1,8 +1,8 @@
 #include "audio/ClockAudio.h"
 #include "audio/SimulatedStudio.h"
 #include "console/Microphone.h"
+#include "console/desk/ScopeSettings.h"
 #include "console/scope/ProgrammeView.h"
-#include "console/scope/ScopeSettings.h"
 #include "platform/SettingsStore.h"
 
 #include <gmock/gmock.h>
@@ -165,15 +165,18 @@ TEST_F(TheProgrammeView, AnInputThatIsPulledLeavesAnEmptyPictureUntilItIsBack) {
   view_->scope.ChooseInput(u"mic.1"_s);
   loop_.RunFor(100ms);
   EXPECT_TRUE(view_->scope.Empty()) << "there is none";
-  EXPECT_EQ(view_->scope.SourceWords(), u"mic.1"_s);
+  EXPECT_EQ(view_->scope.SourceWords(), u"mic.1 (isn't there)"_s);
   const auto plug = [this] {
     microphone_.tap = std::make_shared<Tap>();
     microphone_.tap->Write(0, Level(-0.25F, 4096));
     microphone_.tap->Publish(4096, 4096);
     loop_.RunFor(PictureBeat::kInterval);
   };
+  int told = 0;
+  QObject::connect(&view_->scope, &Scope::ChoiceChanged, [&told] { ++told; });
   plug();
   EXPECT_EQ(view_->scope.SourceWords(), u"Studio Microphone"_s);
+  EXPECT_EQ(told, 1) << "who shows the words hears of it";
   EXPECT_THAT(Trace(0), Each(-32 * 5));
   microphone_.tap = nullptr;
   loop_.RunFor(PictureBeat::kInterval);

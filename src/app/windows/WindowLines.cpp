@@ -3,7 +3,6 @@
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
 #include "app/windows/QueueOfPlaylists.h"
-#include "app/windows/QueueOfPlaylists.h"
 #include "app/windows/ScopeWindow.h"
 #include "config/windows/ConfigWindow.h"
 #include "console/Console.h"

@@ -1,6 +1,6 @@
 #include "console/scope/Scope.h"
 
-#include "console/scope/ScopeSettings.h"
+#include "console/desk/ScopeSettings.h"
 
 #include <algorithm>
 #include <cmath>
@@ -58,7 +58,7 @@ QString Scope::SourceWords() const {
   for (const SoundInput::Device& each : Inputs()) {
     if (each.id == chosen_) return each.words;
   }
-  return chosen_;
+  return tr("%1 (isn't there)").arg(chosen_);
 }
 
 void Scope::Begin() {
@@ -87,6 +87,8 @@ void Scope::Renew() {
     tap_ = source;
     clock_ = {};
     place_.reset();
+    // An input that has come is known by its words.
+    Q_EMIT ChoiceChanged();
   }
   const std::optional<FrameIndex> before = place_;
   const bool empty = !Look(now);

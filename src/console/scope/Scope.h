@@ -54,7 +54,7 @@ class Scope : public MovingPicture {
   [[nodiscard]] const SpectrumAnalyser::Levels& Spectrum() const { return spectrum_.Now(); }
 
  Q_SIGNALS:
-  /// Source or kind of the picture.
+  /// Source or kind of the picture, or the source has come or gone.
   void ChoiceChanged();
 
  protected:

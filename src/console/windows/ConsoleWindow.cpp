@@ -39,7 +39,6 @@
 #include <QVBoxLayout>
 
 namespace kelvo {
-
 namespace {
 
 const QString kDeviceNotice = QStringLiteral("device");

@@ -1,6 +1,6 @@
 #include "console/windows/ProgrammePanels.h"
 
-#include "console/scope/ScopeSettings.h"
+#include "console/desk/ScopeSettings.h"
 #include "console/windows/LevelMeter.h"
 #include "console/windows/LimiterLamp.h"
 #include "console/windows/ScopeView.h"
@@ -32,7 +32,11 @@ ProgrammePanels::ProgrammePanels(ProgrammeView& programme, ProgramSettings setti
   auto* layout = new QVBoxLayout(scope_);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(new ScopeView(programme_.scope, scope_));
-  const auto note = [this] { scope_->SetNote(programme_.scope.SourceWords()); };
+  const auto note = [this] {
+    const QFontMetrics metrics = scope_->fontMetrics();
+    scope_->SetNote(
+        metrics.elidedText(programme_.scope.SourceWords(), Qt::ElideMiddle, metrics.height() * 12));
+  };
   connect(&programme_.scope, &Scope::ChoiceChanged, scope_, note);
   note();
 

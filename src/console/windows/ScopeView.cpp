@@ -103,7 +103,7 @@ void ScopeView::AddSources(QMenu& menu) {
   const bool there = std::any_of(inputs.begin(), inputs.end(),
                                  [this](const auto& each) { return each.id == scope_.Input(); });
   for (const SoundInput::Device& each : inputs) add(each.words, each.id);
-  if (!there && !scope_.Input().isEmpty()) add(tr("%1 (isn't there)").arg(scope_.Input()), scope_.Input());
+  if (!there && !scope_.Input().isEmpty()) add(scope_.SourceWords(), scope_.Input());
   if (inputs.empty()) menu.addAction(tr("No sound input is there"))->setEnabled(false);
 }
 
