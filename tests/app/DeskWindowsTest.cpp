@@ -195,8 +195,7 @@ TEST_F(TheWindowsOfTheDesk, TheScopeHasAWindowThatLooksAtNothingWhenItIsClosed) 
   auto* window = Opened<ScopeWindow>();
   ASSERT_NE(window, nullptr);
   EXPECT_TRUE(window->isVisible() && desk_->Programme().scope.Watched());
-  QTest::keyClick(window, Qt::Key_Escape);
-  loop_.RunFor(10ms);
+  window->close();
   EXPECT_FALSE(window->isVisible() || desk_->Programme().scope.Watched());
 }
 
