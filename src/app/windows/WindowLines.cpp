@@ -5,6 +5,7 @@
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
 #include "app/windows/QueueOfPlaylists.h"
+#include "app/windows/ScopeWindow.h"
 #include "config/windows/ConfigWindow.h"
 #include "console/Console.h"
 #include "console/windows/RecorderWindow.h"
@@ -172,6 +173,20 @@ WindowLine RecorderLine(Console& desk, const WindowHost& host) {
         host, place,
         RecordingList::Services{
             .loop = host.loop, .disks = desk.SlowDisks(), .recorder = desk.AirRecorder()});
+  };
+  return line;
+}
+
+WindowLine ScopeLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("ScopeWindow"),
+                  .menu = DeskMenu::View,
+                  .words = Text::tr("Scope &window"),
+                  .key = QStringLiteral("Ctrl+Shift+W"),
+                  .guard = {.catalogue = false},
+                  .place = QStringLiteral("Scope")};
+  line.make = [&desk, host, place = line.place] {
+    return std::make_unique<Hosted<ScopeWindow, ScopeOfDesk>>(
+        host, place, ScopeOfDesk::Services{.scope = desk.Programme().scope});
   };
   return line;
 }
@@ -347,6 +362,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenW
           ConfigLine(desk, host),
           RecorderLine(desk, host),
           GroupEditLine(desk, host),
+          ScopeLine(desk, host),
           KeysLine(host)};
 }
 
