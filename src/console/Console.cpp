@@ -55,6 +55,13 @@ Console::Console(Services services)
       speak_({.loop = services_.loop, .state = state_, .decks = decks_}),
       random_(services_.seed ? RandomSource(*services_.seed) : RandomSource()),
       auto_(ForAutoPlay()),
+      group_({.loop = services_.loop,
+              .decks = decks_,
+              .queue = queue_,
+              .fades = transitions_,
+              .catalogue = services_.catalogue,
+              .AfterStart = [this](Deck deck) { auto_.AfterStart(deck); },
+              .Leave = [this] { auto_.ToggleAutoPlay(); }}),
       jingles_({.loop = services_.loop,
                 .disks = disks_,
                 .audio = services_.audio,
@@ -121,8 +128,8 @@ AutoPlay::Services Console::ForAutoPlay() {
       .StartTransition = [this](Deck deck, TransitionKind kind) { transitions_.StartRoutine(deck, kind); },
       .SetFadeSpeed = [this](int speed) { transitions_.SetFadeSpeed(speed); },
       .LogPlay = [this](const QString& title) { LogPlay(title); },
-      .RunGroup = {},
-      .StopGroup = {},
+      .RunGroup = [this] { group_.Start(); },
+      .StopGroup = [this] { group_.Stop(); },
       .Starting = [this] { return transitions_.Starting(); },
       .FadedOut = [this](Deck deck) { return transitions_.FadedOut(deck); }};
 }
@@ -137,6 +144,7 @@ void Console::JoinParts() {
   tick_.hooks.Mode = [this] { return auto_.DisplayWord(); };
   tick_.hooks.PauseCaption = [this] { return auto_.PauseCaption(); };
   tick_.hooks.AutoTick = [this] { auto_.AutoTick(); };
+  tick_.hooks.Group = [this] { return group_.Progress(); };
   panel_.OnConfirmed = [this](const PanelQuestion& question) { OnPanelConfirmed(question); };
   decks_.OnEndOfStream = [this](Deck) { SetStatusLine(services_.aboutLine); };
   decks_.OnFadeSpeed = [this](int value) { transitions_.SetFadeSpeed(value); };

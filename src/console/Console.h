@@ -10,6 +10,7 @@
 #include "console/decks/ConfirmationPanel.h"
 #include "console/decks/DeckEngine.h"
 #include "console/desk/ConsoleState.h"
+#include "console/group/GroupPlay.h"
 #include "console/jingles/Jingles.h"
 #include "console/monitor/Monitor.h"
 #include "console/queue/PlayQueue.h"
@@ -160,6 +161,7 @@ class Console : public QObject {
   PressToSpeak speak_;
   RandomSource random_;
   AutoPlay auto_;
+  GroupPlay group_;
   Jingles jingles_;
   ProgrammeRecorder recorder_;
   Monitor monitor_;

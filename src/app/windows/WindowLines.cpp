@@ -301,32 +301,6 @@ WindowLine GroupEditLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
-WindowLine PlayEditLine(Console& desk, const WindowHost& host) {
-  WindowLine line{.id = WindowId::kPlayEdit,
-                  .words = Text::tr("Edit Track &Data..."),
-                  .key = QStringLiteral("Ctrl+E"),
-                  .guard = {.password = true},
-                  .onTrack = true,
-                  .childForm = true,
-                  .place = QStringLiteral("PlayEdit")};
-  line.make = [&desk, host, place = line.place] {
-    const Console::Services& have = desk.GetServices();
-    return std::make_unique<Hosted<PlayEditWindow, PlayEditor>>(
-        host, place,
-        PlayEditor::Services{.loop = have.loop,
-                             .disks = desk.SlowDisks(),
-                             .prompter = have.prompter,
-                             .audio = have.audio,
-                             .catalogue = have.catalogue,
-                             .paths = have.paths,
-                             .settings = desk.Settings(),
-                             .title = have.title,
-                             .desk = std::make_shared<DeskOfPlayEdit>(desk),
-                             .cacheFolder = CacheFolder() + QStringLiteral("/waves")});
-  };
-  return line;
-}
-
 /// Playlists of other players that are dropped on the console come into the queue.
 std::function<bool(const QStringList&)> TakesDroppedPlaylists(Console& desk) {
   struct Drop {

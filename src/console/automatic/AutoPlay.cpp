@@ -62,10 +62,6 @@ void AutoPlay::Toggle(bool attended) {
       return;
     }
     const bool group = services_.queue.GroupQueueFlag();
-    if (group && !services_.RunGroup) {
-      SetStatusText(tr("A Group Playlist Is In The Queue: It Cannot Be Run Here"));
-      return;
-    }
     services_.queue.ResetMarks();
     DisarmTimer();
     if (group) {
@@ -111,7 +107,7 @@ void AutoPlay::SwitchOff() {
   starting_.Cancel();
   lag_.Cancel();
   loading_.Cancel();
-  if (group && services_.StopGroup) services_.StopGroup();
+  if (group) services_.StopGroup();
   SetStatusText({});
   Q_EMIT Changed();
 }

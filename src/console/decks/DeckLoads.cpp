@@ -59,7 +59,7 @@ std::optional<LoadRequest> DeckEngine::Commanded(Deck deck) {
   if (state.PreviewOn || !request) return request;
   const QueueEntry& row = services_.queue.Row(services_.queue.Selected());
   if (row.title.compare(record.Title, Qt::CaseInsensitive) == 0) return std::nullopt;
-  if (state.AutoPlayOn) return request;
+  if (state.PlaysByItself()) return request;
   if (record.Live()) {
     services_.panel.Open(
         PlayingLive(deck, QStringLiteral("LOAD NEW TRACK"), PanelAction::LoadTrack, *request));
