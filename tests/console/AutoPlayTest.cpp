@@ -11,17 +11,12 @@ using testing::kStrong;
 
 using AutoPlayTest = testing::AutoPlayFixture;
 
-TEST_F(AutoPlayTest, AShortQueueIsRefusedAndAGroupPlaylistWithoutItsRunner) {
+TEST_F(AutoPlayTest, AShortQueueIsRefused) {
   MakeQueue(2, 60, kSoft);
   On();
   EXPECT_THAT(prompter_.Told(), ElementsAre(u"There Must Be A Minimum of 3 Tracks in The Play Queue !"_s));
   EXPECT_EQ(prompter_.asked[0].title, u"Auto Play Start"_s);
   EXPECT_FALSE(desk_->state.AutoPlayOn);
-  desk_->Enqueue(desk_->AddTrack(u"C"_s, 60));
-  desk_->queue.SetGroup({u"x"_s});
-  On();
-  EXPECT_FALSE(desk_->state.PlaysByItself());
-  EXPECT_TRUE(Play().StatusText().startsWith(u"A Group Playlist"_s));
 }
 
 TEST_F(AutoPlayTest, ThreeRowsRunForeverAndOverlapByTheDefaultTable) {

@@ -164,7 +164,7 @@ WindowLine ConfigLine(Console& desk, const WindowHost& host) {
 WindowLine RecorderLine(Console& desk, const WindowHost& host) {
   WindowLine line{.id = QStringLiteral("Recorder"),
                   .menu = DeskMenu::Desk,
-                  .words = Text::tr("Re&corder..."),
+                  .words = Text::tr("R&ecorder..."),
                   .key = QStringLiteral("Ctrl+Shift+R"),
                   .guard = {.catalogue = false},
                   .place = QStringLiteral("Recorder")};
@@ -283,7 +283,7 @@ WindowLine PlayEditLine(Console& desk, const WindowHost& host) {
 
 WindowLine GroupEditLine(Console& desk, const WindowHost& host) {
   WindowLine line{.id = WindowId::kGroupEdit,
-                  .words = Text::tr("Edit &Group Playlist..."),
+                  .words = Text::tr("Edit Group &Playlist..."),
                   .key = QStringLiteral("Ctrl+Shift+E"),
                   .guard = {.password = true},
                   .childForm = true,
