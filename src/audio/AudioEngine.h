@@ -35,13 +35,13 @@ class AudioEngine : public AudioSystem, private PlayerHost {
   /// there.
   [[nodiscard]] std::uint64_t Underruns(const QString& output = {}) const;
   /// How often the device of `output` ran dry, as far as devices tell it.
-  [[nodiscard]] std::uint64_t Dropouts(const QString& output = {}) const;
+  [[nodiscard]] std::uint64_t Dropouts(const QString& output = {}) const override;
   /// What `output` plays, for meters, scope and recorder. The default output's lasts as long as the engine;
   /// that of another as long as players are on it, and null when none is.
-  [[nodiscard]] std::shared_ptr<const Tap> TapOf(const QString& output = {}) const;
+  [[nodiscard]] std::shared_ptr<const Tap> TapOf(const QString& output = {}) const override;
   /// How much sound waits in front of the device of `output`: what was queued too little is told by Dropouts,
   /// and makes it larger.
-  [[nodiscard]] Nanoseconds ReserveOf(const QString& output = {}) const;
+  [[nodiscard]] Nanoseconds ReserveOf(const QString& output = {}) const override;
   /// By how many decibels the limiter of `output` turns it down now; 0 when it has nothing to do. A peak
   /// shows for 50 ms at least.
   [[nodiscard]] double GainReduction(const QString& output = {}) const;

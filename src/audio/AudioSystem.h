@@ -5,10 +5,13 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
 namespace kelvo {
+
+class Tap;
 
 /// The state of an output.
 struct OutputStatus {
@@ -52,6 +55,24 @@ class AudioSystem {
   /// goes on air when its device has been opened.
   [[nodiscard]] virtual OutputStatus DefaultOutputStatus() const = 0;
   std::function<void(const OutputStatus&)> OnDefaultOutputChanged;
+
+  // What a system with sound tells of `output`; empty is the default one.
+  /// What it plays, for meters, scope and recorder; null where there is none.
+  [[nodiscard]] virtual std::shared_ptr<const Tap> TapOf(const QString& output = {}) const;
+  /// How often its device ran dry, as far as devices tell it.
+  [[nodiscard]] virtual std::uint64_t Dropouts(const QString& output = {}) const;
+  /// How much sound waits in front of its device.
+  [[nodiscard]] virtual Nanoseconds ReserveOf(const QString& output = {}) const;
 };
+
+inline std::shared_ptr<const Tap> AudioSystem::TapOf(const QString& /*output*/) const {
+  return nullptr;
+}
+inline std::uint64_t AudioSystem::Dropouts(const QString& /*output*/) const {
+  return 0;
+}
+inline Nanoseconds AudioSystem::ReserveOf(const QString& /*output*/) const {
+  return Nanoseconds(0);
+}
 
 }  // namespace kelvo

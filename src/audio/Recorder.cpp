@@ -28,6 +28,8 @@ void Recorder::Start(std::shared_ptr<const Tap> tap, const QString& path, Record
   titles_.clear();
   noted_.clear();
   low_ = false;
+  seen_ = 0;
+  stuck_ = 0;
   recording_ = std::make_shared<Recording>(std::move(tap), path, kind);
   if (!loop_.Simulated()) {
     stop_ = yard_.Start([recording = recording_](const std::stop_token& stop) { recording->Run(stop); });
@@ -40,14 +42,17 @@ void Recorder::Start(std::shared_ptr<const Tap> tap, const QString& path, Record
 void Recorder::Stop() {
   if (state_ != State::Recording) return;
   state_ = State::Closing;
+  stuck_ = 0;
   SettleTitles();
-  if (loop_.Simulated()) {
-    recording_->Step();
-    recording_->Finish();
-  } else {
-    stop_.request_stop();
-  }
+  stop_.request_stop();
+  Work();
   Q_EMIT Changed();
+}
+
+void Recorder::Work() {
+  if (!loop_.Simulated() || loop_.Hangs(path_) || recording_->Ended()) return;
+  recording_->Step();
+  if (state_ == State::Closing) recording_->Finish();
 }
 
 void Recorder::NoteTitle(const QString& performer, const QString& title,
@@ -63,6 +68,10 @@ double Recorder::Seconds() const {
 std::optional<std::int64_t> Recorder::BytesLeft() const {
   const std::int64_t left = recording_ ? recording_->BytesLeft() : -1;
   return left < 0 ? std::nullopt : std::optional(left);
+}
+
+Nanoseconds Recorder::StuckFor() const {
+  return state_ == State::Idle ? Nanoseconds(0) : stuck_ * kLookEvery;
 }
 
 double Recorder::SecondsLost() const {
@@ -88,18 +97,27 @@ void Recorder::SettleTitles() {
 }
 
 void Recorder::Tick() {
-  if (state_ == State::Recording) {
-    SettleTitles();
-    if (loop_.Simulated()) recording_->Step();
-  }
+  if (state_ == State::Recording) SettleTitles();
+  Work();
   if (recording_->Ended()) {
-    tick_.Stop();
-    state_ = State::Idle;
-    Q_EMIT Changed();
-    Q_EMIT Ended(recording_->Error());
+    End(recording_->Error());
+    return;
+  }
+  // Looks are counted, for a machine that stood still says nothing of its disk.
+  stuck_ = std::exchange(seen_, recording_->Frames()) == seen_ ? stuck_ + 1 : 0;
+  if (StuckFor() >= kNoAnswer && (state_ == State::Closing || recording_->First() < 0)) {
+    stop_.request_stop();
+    End(tr("The disk of %1 does not answer.").arg(path_));
     return;
   }
   if (std::exchange(low_, SpaceIsLow()) != low_) Q_EMIT Changed();
+}
+
+void Recorder::End(const QString& error) {
+  tick_.Stop();
+  state_ = State::Idle;
+  Q_EMIT Changed();
+  Q_EMIT Ended(error);
 }
 
 }  // namespace kelvo

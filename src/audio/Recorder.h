@@ -28,12 +28,15 @@ class Recorder : public QObject {
   /// So much has to be free on the disk, or SpaceIsLow.
   static constexpr std::int64_t kLowSpace = std::int64_t{1} << 30;
 
+  static constexpr Nanoseconds kNoAnswer = std::chrono::seconds(10);
+
   explicit Recorder(EventLoop& loop) : loop_(loop) {}
   /// Closes the file, and waits a moment for that.
   ~Recorder() override;
 
   /// Begins to record what `tap` gets from now on into `path`, which must not be there. Only when Idle; that
-  /// it can't be done is told by Ended.
+  /// it can't be done is told by Ended. A disk that does not answer when the recording begins or ends is left
+  /// to itself after kNoAnswer; while it runs it is waited for.
   void Start(std::shared_ptr<const Tap> tap, const QString& path, RecordingFile::Kind kind);
   void Stop();
 
@@ -51,6 +54,8 @@ class Recorder : public QObject {
   /// Free bytes on its disk; nothing while that is not known.
   [[nodiscard]] std::optional<std::int64_t> BytesLeft() const;
   [[nodiscard]] bool SpaceIsLow() const { return BytesLeft().value_or(kLowSpace) < kLowSpace; }
+  /// How long its disk has taken nothing; well below a second while all is well.
+  [[nodiscard]] Nanoseconds StuckFor() const;
   /// Seconds that the disk was too slow for: they are silent in the file.
   [[nodiscard]] double SecondsLost() const;
 
@@ -69,6 +74,9 @@ class Recorder : public QObject {
   };
 
   void Tick();
+  /// Where there are no threads: does what the recording's thread would have done by now.
+  void Work();
+  void End(const QString& error);
   /// Moves titles whose frame is known to the sheet.
   void SettleTitles();
 
@@ -82,6 +90,8 @@ class Recorder : public QObject {
   std::vector<Title> noted_;
   std::vector<CueTitle> titles_;
   bool low_ = false;
+  FrameIndex seen_ = 0;  ///< of the recording's frames
+  int stuck_ = 0;        ///< looks since they were more than before
   Timer tick_;
 };
 

@@ -76,7 +76,13 @@ void Recording::WriteSettled() {
 }
 
 void Recording::LookAfterDisk() {
-  if (flushed_ == 0 || next_ - flushed_ >= kFlushEvery) {
+  QByteArray sheet;
+  {
+    const std::lock_guard lock(mutex_);
+    sheet = std::exchange(cueSheet_, {});
+  }
+  // The sound first: the sheet that a kill leaves names no place behind the end of the file.
+  if (flushed_ == 0 || next_ - flushed_ >= kFlushEvery || !sheet.isEmpty()) {
     file_->Flush();
     flushed_ = next_;
     std::error_code unknown;
@@ -84,13 +90,7 @@ void Recording::LookAfterDisk() {
     left_.store(unknown ? -1 : static_cast<std::int64_t>(space.available), std::memory_order_relaxed);
   }
   bytes_.store(file_->Bytes(), std::memory_order_relaxed);
-  QByteArray sheet;
-  {
-    const std::lock_guard lock(mutex_);
-    if (!std::exchange(newCueSheet_, false)) return;
-    sheet = cueSheet_;
-  }
-  ReplaceFile(CueSheetOf(path_), sheet);
+  if (!sheet.isEmpty()) ReplaceFile(CueSheetOf(path_), sheet);
 }
 
 void Recording::Finish() {
@@ -104,7 +104,6 @@ void Recording::Finish() {
 void Recording::SetCueSheet(QByteArray text) {
   const std::lock_guard lock(mutex_);
   cueSheet_ = std::move(text);
-  newCueSheet_ = true;
 }
 
 QString Recording::Error() const {

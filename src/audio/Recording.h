@@ -63,8 +63,7 @@ class Recording {
   std::atomic<bool> ended_{false};
   mutable std::mutex mutex_;
   QString error_;
-  QByteArray cueSheet_;
-  bool newCueSheet_ = false;
+  QByteArray cueSheet_;  ///< not written yet; empty: nothing new
 
   // The working thread alone:
   std::unique_ptr<RecordingFile> file_;

@@ -8,8 +8,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 namespace kelvo {
 
@@ -64,6 +66,10 @@ void RecordingFile::Write(std::span<const float> sound) {
     const auto frames = static_cast<sf_count_t>(sound.size() / kChannels);
     const bool taken = sf_writef_float(writer_.get(), sound.data(), frames) == frames;
     if (!taken && error_ == 0) error_ = EIO;
+    if (error_ == 0) {
+      frames_ += frames;
+      TellLength();
+    }
   }
   if (error_ != 0) FailOn("write", EncodedPath(path_), error_);
 }
@@ -71,6 +77,20 @@ void RecordingFile::Write(std::span<const float> sound) {
 void RecordingFile::Flush() {
   sf_command(writer_.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
   static_cast<void>(::fdatasync(file_.Number()));
+}
+
+void RecordingFile::TellLength() {
+  constexpr std::size_t kCountAt = 21;  // 36 bits, behind 4 of another field
+  std::array<unsigned char, 26> head{};
+  const ssize_t got = ::pread(file_.Number(), head.data(), head.size(), 0);
+  if (got != static_cast<ssize_t>(head.size()) || std::memcmp(head.data(), "fLaC", 4) != 0) return;
+  // A block is written when a sample of the next one is there.
+  const std::int64_t block = head[8] << 8 | head[9];
+  const std::int64_t told = block > 0 ? (frames_ - 1) / block * block : 0;
+  head[kCountAt] = static_cast<unsigned char>((head[kCountAt] & 0xF0) | (told >> 32 & 0x0F));
+  for (std::size_t i = 1; i < 5; ++i)
+    head[kCountAt + i] = static_cast<unsigned char>(told >> (32 - 8 * static_cast<int>(i)) & 0xFF);
+  static_cast<void>(::pwrite(file_.Number(), head.data() + kCountAt, 5, kCountAt));
 }
 
 std::int64_t RecordingFile::Put(const void* bytes, std::int64_t count) {
@@ -104,6 +124,15 @@ std::int64_t RecordingFile::Get(void* bytes, std::int64_t count) {
 std::int64_t RecordingFile::Seek(std::int64_t offset, int whence) {
   place_ = offset + (whence == SEEK_CUR ? place_ : whence == SEEK_END ? size_ : 0);
   return place_;
+}
+
+std::optional<double> RecordedSeconds(const QString& path) {
+  SF_INFO info{};
+  SNDFILE* const file = sf_open(EncodedPath(path).constData(), SFM_READ, &info);
+  if (!file) return std::nullopt;
+  sf_close(file);
+  if (info.frames == SF_COUNT_MAX) return 0;  // too short to have a length
+  return static_cast<double>(info.frames) / info.samplerate;
 }
 
 }  // namespace kelvo

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 
 struct sf_private_tag;
@@ -38,6 +39,9 @@ class RecordingFile {
   struct Closer {
     void operator()(sf_private_tag* file) const;
   };
+  /// A FLAC encoder writes the length into the header when it ends, and a kill is no end: tells what can be
+  /// read so far.
+  void TellLength();
   std::int64_t Put(const void* bytes, std::int64_t count);
   std::int64_t Get(void* bytes, std::int64_t count);
   std::int64_t Seek(std::int64_t offset, int whence);
@@ -46,8 +50,13 @@ class RecordingFile {
   Descriptor file_;
   std::int64_t place_ = 0;
   std::int64_t size_ = 0;
+  std::int64_t frames_ = 0;
   int error_ = 0;  ///< why the disk took no more
   std::unique_ptr<sf_private_tag, Closer> writer_;
 };
+
+/// Seconds of sound in a recording, also in one that grows or that a kill has ended; none where it is no
+/// recording. Blocks; any thread.
+[[nodiscard]] std::optional<double> RecordedSeconds(const QString& path);
 
 }  // namespace kelvo

@@ -4,6 +4,7 @@
 #include "platform/ErrorLog.h"
 #include "platform/Words.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 namespace kelvo {
@@ -13,6 +14,11 @@ const QString kTotalTracks = QStringLiteral("Total Tracks :");
 
 QString TotalTracks(const Catalogue& catalogue) {
   return kTotalTracks + QString::number(catalogue.LastTrack());
+}
+
+QString RecordingsFolder(const Console::Services& services) {
+  const QString& above = services.documents.isEmpty() ? services.programFolder : services.documents;
+  return QDir(above).filePath(QStringLiteral("Kelvo2007 - Recordings"));
 }
 
 }  // namespace
@@ -27,6 +33,7 @@ Console::Console(Services services)
       queue_(services_.loop, disks_, services_.prompter, services_.catalogue, state_),
       panel_(services_.loop),
       session_(services_.catalogue, [this](Deck deck) { return FactsFor(deck); }),
+      played_(services_.loop, services_.catalogue),
       log_(services_.loop, services_.documents, services_.title),
       decks_({.loop = services_.loop,
               .disks = disks_,
@@ -55,6 +62,14 @@ Console::Console(Services services)
                 .queue = queue_,
                 .state = state_,
                 .paths = services_.paths}),
+      recorder_({.loop = services_.loop,
+                 .disks = disks_,
+                 .prompter = services_.prompter,
+                 .audio = services_.audio,
+                 .decks = decks_,
+                 .jingles = jingles_,
+                 .settings = settings_,
+                 .home = RecordingsFolder(services_)}),
       monitor_({.loop = services_.loop,
                 .audio = services_.audio,
                 .decks = decks_,
@@ -109,7 +124,10 @@ AutoPlay::Services Console::ForAutoPlay() {
 
 void Console::JoinParts() {
   transitions_.AfterStart = [this](Deck deck) { auto_.AfterStart(deck); };
-  tick_.hooks.EverySecond = [this] { auto_.Beat(); };
+  tick_.hooks.EverySecond = [this] {
+    auto_.Beat();
+    WatchReserve();
+  };
   tick_.hooks.TimedStart = [this] { return auto_.CheckTimer(); };
   tick_.hooks.Mode = [this] { return auto_.DisplayWord(); };
   tick_.hooks.PauseCaption = [this] { return auto_.PauseCaption(); };
@@ -117,7 +135,13 @@ void Console::JoinParts() {
   panel_.OnConfirmed = [this](const PanelQuestion& question) { OnPanelConfirmed(question); };
   decks_.OnEndOfStream = [this](Deck) { SetStatusLine(services_.aboutLine); };
   decks_.OnFadeSpeed = [this](int value) { transitions_.SetFadeSpeed(value); };
-  decks_.OnStarted = [this](Deck) { tick_.ExpectSound(); };
+  decks_.OnStarted = [this](Deck deck) {
+    tick_.ExpectSound();
+    played_.Note(decks_.Record(deck).CatalogueIndex);
+    recorder_.DeckStarted(deck);
+  };
+  decks_.OnBroughtBack = [this](Deck deck) { recorder_.DeckBroughtBack(deck); };
+  jingles_.OnStarted = [this] { recorder_.BiteStarted(); };
   decks_.OnStartedByHand = [this](Deck deck) { LogPlay(decks_.Record(deck).Title); };
   decks_.OnStoppedByHand = [this](Deck deck) {
     if (!decks_.Moves(Other(deck))) tick_.AcceptSilence();
@@ -194,6 +218,33 @@ void Console::ShowDevice(const OutputStatus& status) {
       NoteInLog(QStringLiteral("Sound device lost, the default one plays: ") + device);
       break;
   }
+  tick_.SetNoDevice(status.kind == OutputStatus::Kind::OnSilentClock);
+  Q_EMIT StatusChanged();
+}
+
+void Console::WatchReserve() {
+  const AudioSystem& audio = services_.audio;
+  reserve_.Look(audio.ReserveOf(), audio.Dropouts(), services_.loop.Elapsed());
+  const auto milliseconds = [](Nanoseconds time) { return time / std::chrono::milliseconds(1); };
+  QString words;
+  switch (reserve_.Now()) {
+    case ReserveWatch::State::Calm:
+      break;
+    case ReserveWatch::State::Dropped:
+      words = tr("The sound has broken off %1.").arg(Counted(reserve_.Dropouts(), tr("time"), tr("times")));
+      break;
+    case ReserveWatch::State::Grown:
+      words = tr("The sound has broken off %1: its reserve is %2 ms now, it was %3.")
+                  .arg(Counted(reserve_.Dropouts(), tr("time"), tr("times")))
+                  .arg(milliseconds(reserve_.Reserve()))
+                  .arg(milliseconds(reserve_.Least()));
+      break;
+    case ReserveWatch::State::Back:
+      words = tr("The sound is calm: its reserve is back to %1 ms.").arg(milliseconds(reserve_.Reserve()));
+      break;
+  }
+  if (std::exchange(reserveNotice_, words) == words) return;
+  if (!words.isEmpty()) NoteInLog(words);
   Q_EMIT StatusChanged();
 }
 
@@ -274,6 +325,10 @@ bool Console::Plays() {
 }
 
 Job<bool> Console::QueryClose(bool bySystem) {
+  if (!bySystem) {
+    const bool may = co_await recorder_.MayEnd();
+    if (!may) co_return false;
+  }
   if (Plays() || !bySystem) {
     Prompt question;
     question.text = QStringLiteral("Quit ") + services_.title + QStringLiteral(" ? ");
@@ -285,6 +340,7 @@ Job<bool> Console::QueryClose(bool bySystem) {
   tick_.Stop();
   transitions_.Close();
   decks_.StopFrameUpdates();
+  recorder_.Stop();
   co_return true;
 }
 

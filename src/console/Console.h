@@ -13,8 +13,11 @@
 #include "console/jingles/Jingles.h"
 #include "console/monitor/Monitor.h"
 #include "console/queue/PlayQueue.h"
+#include "console/recorder/ProgrammeRecorder.h"
+#include "console/session/PlayedTracks.h"
 #include "console/session/SessionList.h"
 #include "console/session/SessionLog.h"
+#include "console/status/ReserveWatch.h"
 #include "console/status/StatusTick.h"
 #include "console/transitions/PressToSpeak.h"
 #include "console/transitions/Transitions.h"
@@ -65,11 +68,13 @@ class Console : public QObject {
   [[nodiscard]] ConfirmationPanel& Panel() { return panel_; }
   [[nodiscard]] DeckEngine& Decks() { return decks_; }
   [[nodiscard]] SessionList& Session() { return session_; }
+  [[nodiscard]] const PlayedTracks& Played() const { return played_; }
   [[nodiscard]] Transitions& Fades() { return transitions_; }
   [[nodiscard]] PressToSpeak& Speak() { return speak_; }
   [[nodiscard]] AutoPlay& Automatic() { return auto_; }
   [[nodiscard]] Jingles& Bites() { return jingles_; }
   [[nodiscard]] Monitor& Pfl() { return monitor_; }
+  [[nodiscard]] ProgrammeRecorder& AirRecorder() { return recorder_; }
   [[nodiscard]] StatusTick& Status() { return tick_; }
   [[nodiscard]] ScreenLock& Lock() { return lock_; }
   [[nodiscard]] DataManagerAccess& ManagerAccess() { return managerAccess_; }
@@ -94,6 +99,9 @@ class Console : public QObject {
   void SetStatusLine(const QString& text);
   /// What is wrong with the sound device at the moment; empty when all is well.
   [[nodiscard]] const QString& DeviceNotice() const { return deviceNotice_; }
+  /// What became of the sound's reserve; empty when there is nothing to say.
+  [[nodiscard]] const QString& ReserveNotice() const { return reserveNotice_; }
+  [[nodiscard]] const ReserveWatch& Reserve() const { return reserve_; }
   /// Seconds since the session began.
   [[nodiscard]] double SessionClock() const;
 
@@ -127,6 +135,7 @@ class Console : public QObject {
   void SetUpLevels();
   void SaveJingles();
   void ShowDevice(const OutputStatus& status);
+  void WatchReserve();
   [[nodiscard]] AirFacts Air();
   void OnPanelConfirmed(const PanelQuestion& question);
   [[nodiscard]] SessionFacts FactsFor(Deck deck) const;
@@ -141,6 +150,7 @@ class Console : public QObject {
   PlayQueue queue_;
   ConfirmationPanel panel_;
   SessionList session_;
+  PlayedTracks played_;
   SessionLog log_;
   DeckEngine decks_;
   Transitions transitions_;
@@ -148,6 +158,7 @@ class Console : public QObject {
   RandomSource random_;
   AutoPlay auto_;
   Jingles jingles_;
+  ProgrammeRecorder recorder_;
   Monitor monitor_;
   std::unique_ptr<MediaPlayer> warningPlayer_;
   StatusTick tick_;
@@ -161,6 +172,8 @@ class Console : public QObject {
   bool catalogueLoaded_ = false;
   QString statusLine_;
   QString deviceNotice_;
+  ReserveWatch reserve_;
+  QString reserveNotice_;
 };
 
 }  // namespace kelvo

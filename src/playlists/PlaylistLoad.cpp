@@ -85,6 +85,16 @@ void PlaylistLoad::TellSilent(int silent) {
   services_.prompter.Tell({Text::tr("Tracks Not Added, Their Disk Does Not Answer : %1").arg(silent), {}});
 }
 
+void PlaylistLoad::TellMissing(const QString& sum, const QString& from, const QStringList& missing) {
+  if (missing.isEmpty()) return;
+  NoteInLog(from + QStringLiteral(" : ") + missing.join(QStringLiteral(", ")));
+  QStringList lines{sum};
+  lines += missing.mid(0, kNamed);
+  if (missing.size() > kNamed)
+    lines.append(Text::tr("and %1 more (see the log)").arg(missing.size() - kNamed));
+  services_.prompter.Tell({lines.join(QStringLiteral("\r\n")), {}});
+}
+
 bool PlaylistLoad::Closed() {
   if (!services_.queue->Closed()) return false;
   services_.prompter.Tell({Text::tr("The Play Queue Takes Nothing While A Group Playlist Runs !"), {}});
@@ -209,14 +219,54 @@ Job<bool> PlaylistLoad::FromFile(QString path) {
                           .arg(list->entries.size());
   if (!load.rows.empty()) taken = co_await Take(std::move(load), room, asked);
   TellSilent(silent);
-  if (!missing.isEmpty()) {
-    NoteInLog(path + QStringLiteral(" : ") + missing.join(QStringLiteral(", ")));
-    QStringList lines{sum};
-    lines += missing.mid(0, kNamed);
-    if (missing.size() > kNamed)
-      lines.append(Text::tr("and %1 more (see the log)").arg(missing.size() - kNamed));
-    services_.prompter.Tell({lines.join(QStringLiteral("\r\n")), {}});
+  TellMissing(sum, path, missing);
+  co_return taken;
+}
+
+Job<bool> PlaylistLoad::FromTracks(std::vector<Mref> tracks) {
+  if (tracks.empty() || Closed()) co_return false;
+  const Catalogue& catalogue = services_.catalogue;
+  const KeptTracks kept(catalogue, std::move(tracks));
+  const bool asked = services_.queue->Count() > 0;
+  const Room room = co_await AskForRoom({}, false);
+  if (room == Room::Refused) co_return false;
+  QStringList paths;
+  Turn turn(services_.loop);
+  for (std::size_t place = 0; place < kept.Count(); ++place) {
+    paths.append(catalogue.TrackPaths(kept[place]));
+    co_await turn.Yield();
   }
+  const std::function<bool(const QString&)> exists = [](const QString& path) {
+    return QFileInfo::exists(path);
+  };
+  const Disks::Answers there = co_await services_.disks.LookAtEach(paths, exists);
+  PlaylistQueue::Load load;
+  std::vector<std::size_t> places;
+  QStringList missing;
+  int silent = 0;
+  for (std::size_t place = 0; place < kept.Count(); ++place) {
+    const Mref track = kept[place];
+    if (track == Mref::None) continue;
+    if (!there[place]) {
+      ++silent;
+    } else if (!*there[place]) {
+      missing.append(paths[static_cast<qsizetype>(place)]);
+    } else {
+      load.rows.push_back({.track = track,
+                           .title = ProperCase(catalogue.TrackNames[track]),
+                           .path = catalogue.TrackPaths(track),
+                           .note = QStringLiteral("Play Me")});
+      places.push_back(place);
+    }
+    co_await turn.Yield();
+  }
+  // They may have other numbers since their row was made.
+  for (std::size_t row = 0; row < places.size(); ++row) load.rows[row].track = kept[places[row]];
+  bool taken = false;
+  if (!load.rows.empty()) taken = co_await Take(std::move(load), room, asked);
+  TellSilent(silent);
+  TellMissing(Text::tr("%1 Of %2 Tracks Were Not Found :").arg(missing.size()).arg(kept.Count()),
+              QStringLiteral("Generated list"), missing);
   co_return taken;
 }
 

@@ -20,6 +20,8 @@ class PlaylistLoad {
   [[nodiscard]] Job<bool> FromFile(QString path);
   /// The same for a file that was dropped, where nobody waits for its end.
   [[nodiscard]] Job<> Import(QString path);
+  /// Tracks of the catalogue, in this order. Those whose file is gone are left out, and named.
+  [[nodiscard]] Job<bool> FromTracks(std::vector<Mref> tracks);
   /// Asks for such a file.
   [[nodiscard]] Job<bool> FromPickedFile();
 
@@ -34,6 +36,8 @@ class PlaylistLoad {
   [[nodiscard]] Job<bool> Take(PlaylistQueue::Load load, Room room, bool asked);
   [[nodiscard]] Job<bool> SkipsMissing(QString name);
   void TellSilent(int silent);
+  /// Names those that were not found, the first of them; the log has all.
+  void TellMissing(const QString& sum, const QString& from, const QStringList& missing);
 
   PlaylistServices services_;
 };

@@ -12,7 +12,7 @@ namespace kelvo {
 namespace {
 
 /// The sign beside the word, in a square of side 1: a hollow ring, a triangle, a lamp with rays, an
-/// hour-glass, a tick.
+/// hour-glass, a tick, a ring that is struck through.
 void DrawSign(QPainter& painter, DeckTally::State state, const QRectF& square, const QColor& ink) {
   painter.save();
   painter.translate(square.topLeft());
@@ -46,6 +46,10 @@ void DrawSign(QPainter& painter, DeckTally::State state, const QRectF& square, c
     case DeckTally::State::Done:
       painter.drawPolyline(QPolygonF{{0.18, 0.52}, {0.4, 0.75}, {0.82, 0.26}});
       break;
+    case DeckTally::State::NoDevice:
+      painter.drawEllipse(QRectF(0.14, 0.14, 0.72, 0.72));
+      painter.drawLine(QPointF(0.26, 0.26), QPointF(0.74, 0.74));
+      break;
   }
   painter.restore();
 }
@@ -71,7 +75,7 @@ void DeckTally::SetLit(bool lit) {
 }
 
 QString DeckTally::Word(State state) {
-  const std::array words{tr("EMPTY"), tr("LOADED"), tr("ON AIR"), tr("ENDING"), tr("DONE")};
+  const std::array words{tr("EMPTY"), tr("LOADED"), tr("ON AIR"), tr("ENDING"), tr("DONE"), tr("NO DEVICE")};
   return words.at(static_cast<std::size_t>(state));
 }
 
@@ -113,6 +117,12 @@ void DeckTally::paintEvent(QPaintEvent*) {
     case State::Done:
       ground = Theme::Mix(colours.well, colours.dim, 0.18);
       break;
+    case State::NoDevice:
+      line = Qt::DashLine;
+      ground = colours.window;
+      edge = colours.onAir;
+      ink = colours.amber;
+      break;
   }
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
@@ -127,8 +137,11 @@ void DeckTally::paintEvent(QPaintEvent*) {
   constexpr int trial = 100;
   font.setPixelSize(trial);
   const QFontMetricsF metrics(font);
-  // One size for all states, so that the word does not jump when the state changes.
-  const double widest = metrics.horizontalAdvance(QStringLiteral("LOADED")) + trial * 1.5;
+  // One size for all states, so that the word does not jump when the state changes; smaller for a word that
+  // has no room.
+  const double widest =
+      std::max(metrics.horizontalAdvance(QStringLiteral("LOADED")), metrics.horizontalAdvance(Word(state_))) +
+      trial * 1.5;
   const double scale = std::min(plate.width() * 0.92 / widest, plate.height() * 0.56 / metrics.capHeight());
   const int pixels = std::max(7, static_cast<int>(trial * scale));
   font.setPixelSize(pixels);

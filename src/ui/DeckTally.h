@@ -5,11 +5,12 @@
 namespace kelvo {
 
 /// The lamp that tells from three metres what a deck does: by word, by shape and by colour. On air is the
-/// only solid red on the desk. A locked console goes on showing it. GUI thread.
+/// only solid red on the desk; what plays while the sound device is lost is not on air. A locked console goes
+/// on showing it. GUI thread.
 class DeckTally : public QWidget {
   Q_OBJECT
  public:
-  enum class State { Empty, Loaded, OnAir, Ending, Done };
+  enum class State { Empty, Loaded, OnAir, Ending, Done, NoDevice };
 
   explicit DeckTally(QWidget* parent = nullptr);
 

@@ -90,7 +90,8 @@ void Panel::paintEvent(QPaintEvent*) {
   painter.drawPath(outline);
   if (title_.isEmpty()) return;
 
-  const QColor ink = isEnabled() ? Theme::TextOn(head) : colours.muted;
+  const bool calm = !isEnabled() && Theme::Contrast(head, colours.muted) >= 4.5;
+  const QColor ink = calm ? colours.muted : Theme::TextOn(head);
   painter.setPen(ink);
   painter.setFont(HeaderFont(*this));
   const int margin = std::max(7, fontMetrics().height() / 2);

@@ -4,6 +4,7 @@
 #include <QLayout>
 #include <QRadioButton>
 #include <QSplitter>
+#include <QTabWidget>
 #include <QTableView>
 
 #include <vector>
@@ -26,6 +27,8 @@ void Collect(QWidget& widget, std::vector<QWidget*>& found) {
   if (TakesTab(widget)) found.push_back(&widget);
   if (const auto* splitter = qobject_cast<const QSplitter*>(&widget)) {
     for (int index = 0; index < splitter->count(); ++index) Collect(*splitter->widget(index), found);
+  } else if (const auto* tabs = qobject_cast<const QTabWidget*>(&widget)) {
+    for (int index = 0; index < tabs->count(); ++index) Collect(*tabs->widget(index), found);
   } else if (widget.layout() != nullptr) {
     Collect(*widget.layout(), found);
   }

@@ -239,6 +239,7 @@ TEST(Recorder, AKillLosesLessThanASecond) {
     const auto fed = progress();
     EXPECT_TRUE(IsWhole(path));
     const Samples recorded = ReadBack(path);
+    EXPECT_NEAR(RecordedSeconds(path).value_or(-1), static_cast<double>(recorded.size()) / 88200, 1e-6);
     EXPECT_GT(static_cast<long long>(recorded.size() / 2), fed - 44100);
     for (std::size_t i = 0; i < recorded.size(); ++i) ASSERT_NEAR(recorded[i], SampleAt(i + 2), 1e-6F) << i;
   }

@@ -129,6 +129,29 @@ TEST_F(TheMonitor, AMissingDeviceIsToldAndWithoutASecondOneThereIsNoMonitor) {
   EXPECT_FALSE(Panel().isVisible());
 }
 
+TEST_F(TheMonitor, KeepsSilentWhereTheProgrammeIsHeard) {
+  OpenDesk();
+  audio_.outputNames = {u"Main"_s, u"Headphones"_s, u"Booth"_s};
+  Press(u"CmdPfl1"_s);
+  auto& devices = Find<QComboBox>(u"CboPflDevice"_s);
+  EXPECT_EQ(devices.findText(u"Main"_s), -1) << "the programme's own is no choice";
+  EXPECT_NE(devices.findText(u"Booth"_s), -1);
+  auto& trouble = Find<QLabel>(u"LblPflTrouble"_s);
+  EXPECT_FALSE(trouble.isVisible());
+  // The main device is pulled, and the programme goes on on the headphones.
+  audio_.outputNames = {u"Headphones"_s, u"Booth"_s};
+  audio_.SetDefaultOutputStatus({OutputStatus::Kind::OnDefault, u"Main"_s});
+  loop_.RunFor(200ms);
+  EXPECT_TRUE(Pfl().HeldBack());
+  EXPECT_EQ(trouble.text(), u"Headphones plays the programme: nothing is heard"_s);
+  EXPECT_TRUE(trouble.isVisible());
+  audio_.outputNames = {u"Main"_s, u"Headphones"_s, u"Booth"_s};
+  audio_.SetDefaultOutputStatus({OutputStatus::Kind::OnAir, u"Main"_s});
+  loop_.RunFor(200ms);
+  EXPECT_FALSE(Pfl().HeldBack());
+  EXPECT_FALSE(trouble.isVisible());
+}
+
 TEST_F(TheMonitor, IsNotHeardOnTheTwinOfItsDevice) {
   OpenDesk();
   audio_.outputNames = {u"Main"_s, u"Headphones"_s, u"Headphones (2)"_s};

@@ -56,6 +56,20 @@ TEST_F(TheLastChangeOfTheQueue, AClearedQueueComesBackWithItsNameUnlessItGotAnot
   EXPECT_EQ(Queue().QueueTotalSeconds(), 210);
 }
 
+TEST_F(TheLastChangeOfTheQueue, ALoadIntoASortedListTakesItsPlacesBehindItsEquals) {
+  Enqueue({ToMref(2)});
+  Queue().SetName(u"Friday"_s);
+  Queue().SortBy(CommentColumn);
+  Queue().Click(1);
+  Take({3, 1}, false);
+  EXPECT_EQ(Column(TrackColumn), (QStringList{u"Beta"_s, u"Loaded 3"_s, u"Loaded 1"_s}));
+  Queue().SortBy(TrackColumn);
+  EXPECT_EQ(Queue().Row(Queue().Selected()).title, u"Beta"_s);
+  Take({2}, false);
+  EXPECT_EQ(Column(TrackColumn), (QStringList{u"Beta"_s, u"Loaded 1"_s, u"Loaded 2"_s, u"Loaded 3"_s}));
+  EXPECT_EQ(Queue().Row(Queue().Selected()).title, u"Beta"_s);
+}
+
 TEST_F(TheLastChangeOfTheQueue, ALoadIsTakenBackButForWhatWasPlayedOfIt) {
   Enqueue({ToMref(3)});
   Take({1, 2}, true);

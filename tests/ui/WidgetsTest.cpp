@@ -64,6 +64,17 @@ TEST(ThemeTest, APanelShowsTheColourOfItsGroupAndKeepsItWhenTheNewOneIsNone) {
   EXPECT_EQ(header(), QColor(200, 30, 90));
   panel.setEnabled(false);
   EXPECT_NE(header(), QColor(200, 30, 90)) << "a locked panel is seen as one";
+
+  const QColor before = Theme::GroupColour(Group::Bites);
+  Theme::SetGroupColour(Group::Bites, Qt::white);
+  const QImage picture = panel.grab().toImage();
+  double contrast = 0;
+  for (int x = 8; x < 80; ++x) {
+    for (int y = 2; y < 16; ++y)
+      contrast = std::max(contrast, Theme::Contrast(header(), picture.pixelColor(x, y)));
+  }
+  EXPECT_GE(contrast, 4.5) << "its title reads on any colour";
+  Theme::SetGroupColour(Group::Bites, before);
 }
 
 TEST(ThemeTest, EveryIconHasItsDrawing) {

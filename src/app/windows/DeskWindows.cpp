@@ -11,7 +11,9 @@
 namespace kelvo {
 
 DeskWindows::DeskWindows(Console& console, ConsoleWindow& window)
-    : DeskWindows(console, window, WindowLines(console, window)) {}
+    : DeskWindows(console, window, WindowLines(console, window, [&window](const QString& id) {
+                    Q_EMIT window.WindowWanted(id);
+                  })) {}
 
 DeskWindows::DeskWindows(Console& console, ConsoleWindow& window, std::vector<WindowLine> lines)
     : console_(console),

@@ -5,13 +5,16 @@
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
 #include "app/windows/QueueOfPlaylists.h"
+#include "config/windows/ConfigWindow.h"
 #include "console/Console.h"
+#include "console/windows/RecorderWindow.h"
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/ScanWindow.h"
 #include "database/windows/TransferWindow.h"
 #include "database/windows/UtilityWindow.h"
 #include "datamanager/windows/SearchWindow.h"
 #include "platform/SystemFacts.h"
+#include "playlists/windows/GeneratorWindow.h"
 #include "playlists/windows/GroupEditWindow.h"
 #include "playlists/windows/PlayEditWindow.h"
 #include "playlists/windows/PlaylistWindow.h"
@@ -27,7 +30,10 @@ struct Text {
   Q_DECLARE_TR_FUNCTIONS(WindowLines)
 };
 
-/// What changes the tracks of the database: behind its password, and not while the desk is on air.
+using OpenWindow = std::function<void(const QString& id)>;
+
+/// What changes the tracks of the database or the settings of the desk: behind the password, and not while
+/// the desk is on air.
 constexpr WindowGuard kUpkeep{.idleDesk = true, .password = true};
 
 QString StopsMusic() {
@@ -132,6 +138,44 @@ WindowLine SearchLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
+WindowLine ConfigLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Configuration"),
+                  .menu = DeskMenu::Desk,
+                  .startsGroup = true,
+                  .words = Text::tr("&Configuration..."),
+                  .key = QStringLiteral("Ctrl+,"),
+                  .guard = kUpkeep,
+                  .place = QStringLiteral("Config")};
+  line.make = [&desk, host, place = line.place] {
+    const Console::Services& have = desk.GetServices();
+    return std::make_unique<Hosted<ConfigWindow, Configuration>>(
+        host, place,
+        Configuration::Services{.loop = have.loop,
+                                .prompter = have.prompter,
+                                .audio = have.audio,
+                                .settings = desk.Settings(),
+                                .programFolder = have.programFolder,
+                                .onAir = [&desk] { return desk.Plays(); }});
+  };
+  return line;
+}
+
+WindowLine RecorderLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("Recorder"),
+                  .menu = DeskMenu::Desk,
+                  .words = Text::tr("Re&corder..."),
+                  .key = QStringLiteral("Ctrl+Shift+R"),
+                  .guard = {.catalogue = false},
+                  .place = QStringLiteral("Recorder")};
+  line.make = [&desk, host, place = line.place] {
+    return std::make_unique<Hosted<RecorderWindow, RecordingList>>(
+        host, place,
+        RecordingList::Services{
+            .loop = host.loop, .disks = desk.SlowDisks(), .recorder = desk.AirRecorder()});
+  };
+  return line;
+}
+
 WindowLine KeysLine(const WindowHost& host) {
   WindowLine line{.id = QStringLiteral("Keys"),
                   .menu = DeskMenu::Help,
@@ -163,7 +207,7 @@ PlaylistServices ForPlaylists(Console& desk) {
   return services;
 }
 
-WindowLine PlaylistLine(Console& desk, const WindowHost& host, PlaylistMode mode) {
+WindowLine PlaylistLine(Console& desk, const WindowHost& host, PlaylistMode mode, const OpenWindow& open) {
   const bool load = mode == PlaylistMode::Load;
   WindowLine line{.id = load ? WindowId::kPlaylistLoad : WindowId::kPlaylistSave,
                   .startsGroup = load,
@@ -172,9 +216,26 @@ WindowLine PlaylistLine(Console& desk, const WindowHost& host, PlaylistMode mode
                   .childForm = true,
                   .busyQuestion = Text::tr("Playlists Are Still Being Worked On !\r\nStop That And Quit ?"),
                   .place = QStringLiteral("PlaySave")};
-  line.make = [&desk, host, mode, place = line.place] {
-    return std::make_unique<Hosted<PlaylistWindow, PlaylistManager>>(
+  line.make = [&desk, host, mode, open, place = line.place] {
+    auto made = std::make_unique<Hosted<PlaylistWindow, PlaylistManager>>(
         host, place, PlaylistManager::Services{.playlists = ForPlaylists(desk), .mode = mode});
+    made->window.OnGenerate = [open] { open(WindowId::kGeneratePlaylist); };
+    return made;
+  };
+  return line;
+}
+
+WindowLine GeneratorLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = WindowId::kGeneratePlaylist,
+                  .words = Text::tr("&Generate Play List..."),
+                  .key = QStringLiteral("Ctrl+Shift+G"),
+                  .busyQuestion = Text::tr("A Play List Is Still Being Made !\r\nStop That And Quit ?"),
+                  .place = QStringLiteral("PlistGen")};
+  line.make = [&desk, host, place = line.place] {
+    PlaylistGenerator::Services services{.playlists = ForPlaylists(desk)};
+    services.played = [&desk](Nanoseconds within) { return desk.Played().Within(within); };
+    if (desk.GetServices().seed) services.random = RandomSource(*desk.GetServices().seed);
+    return std::make_unique<Hosted<GeneratorWindow, PlaylistGenerator>>(host, place, std::move(services));
   };
   return line;
 }
@@ -242,11 +303,11 @@ std::function<bool(const QStringList&)> TakesDroppedPlaylists(Console& desk) {
 
 }  // namespace
 
-std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
+std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenWindow& open) {
   const Console::Services& have = desk.GetServices();
   const WindowHost host{
       .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
-  WindowLine load = PlaylistLine(desk, host, PlaylistMode::Load);
+  WindowLine load = PlaylistLine(desk, host, PlaylistMode::Load, open);
   load.takesDrop = TakesDroppedPlaylists(desk);
   return {ImportLine(desk, host),
           TransferLine(desk, host),
@@ -254,9 +315,12 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console) {
           JinglesLine(desk, host),
           SearchLine(desk, host),
           std::move(load),
-          PlaylistLine(desk, host, PlaylistMode::SaveQueue),
+          PlaylistLine(desk, host, PlaylistMode::SaveQueue, open),
+          GeneratorLine(desk, host),
           PlayEditLine(desk, host),
           GroupEditLine(desk, host),
+          ConfigLine(desk, host),
+          RecorderLine(desk, host),
           KeysLine(host)};
 }
 

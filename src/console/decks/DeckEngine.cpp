@@ -112,6 +112,7 @@ void DeckEngine::RestartDeck(Deck deck) {
   if (players_[deck]->State() == PlayState::Playing) {
     startedLast_ = deck;
     if (decks_[deck].State != DeckState::Playing) SetState(deck, DeckState::Playing);
+    if (OnBroughtBack) OnBroughtBack(deck);
     return;
   }
   if (StandsAtEnd(deck)) SetPosition(deck, 0);

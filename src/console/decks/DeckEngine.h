@@ -129,6 +129,8 @@ class DeckEngine : public QObject {
   /// A deck ran out; the status line falls back to the about line.
   std::function<void(Deck)> OnEndOfStream;
   std::function<void(Deck)> OnStarted;
+  /// A deck that was faded out, and has played on unheard, is wanted on air again.
+  std::function<void(Deck)> OnBroughtBack;
   /// The operator's plain start brought a new track on air.
   std::function<void(Deck)> OnStartedByHand;
   std::function<void(Deck)> OnStoppedByHand;

@@ -14,6 +14,7 @@ inline const QString kTrackSearch = QStringLiteral("TrackSearch");
 inline const QString kPlayEdit = QStringLiteral("PlayEdit");
 inline const QString kGroupEdit = QStringLiteral("GroupEdit");
 inline const QString kPlaylistLoad = QStringLiteral("PlaylistLoad");
+inline const QString kGeneratePlaylist = QStringLiteral("GeneratePlaylist");
 inline const QString kPlaylistSave = QStringLiteral("PlaylistSave");
 }  // namespace WindowId
 

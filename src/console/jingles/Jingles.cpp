@@ -237,6 +237,7 @@ void Jingles::Start(std::size_t source) {
   // A seek would make it wait for its sound, which lies ready where the last one left it.
   if (player.CurrentPosition() != from) player.SetCurrentPosition(from);
   player.Play();
+  if (OnStarted) OnStarted();
 }
 
 void Jingles::Ended(std::size_t source) {

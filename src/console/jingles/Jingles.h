@@ -68,6 +68,8 @@ class Jingles : public QObject {
   void Assign(int button, int row);
   /// The operator stored a bite under a button.
   std::function<void()> OnAssigned;
+  /// A bite was started.
+  std::function<void()> OnStarted;
 
   /// "Add To Play Queue": the selected bite. One that has a track's name stays out.
   void QueueSelected();
@@ -78,6 +80,8 @@ class Jingles : public QObject {
 
   [[nodiscard]] DeckState State() const { return state_; }
   [[nodiscard]] bool Plays() const;
+  /// The player of what is loaded; another one as soon as another source is.
+  [[nodiscard]] const MediaPlayer& Player() const { return *sources_[active_].player; }
   /// The button whose bite is heard; -1: none.
   [[nodiscard]] int SoundingButton() const;
   [[nodiscard]] const QString& Title() const { return title_; }

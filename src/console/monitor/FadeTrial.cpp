@@ -51,26 +51,30 @@ FadeTrial::FadeTrial(Services services)
     : services_(std::move(services)), going_(services_.audio), coming_(services_.audio) {
   connect(&services_.monitor, &Monitor::Changed, this, [this] {
     // The monitor has its device for itself.
-    if (running_ && (services_.monitor.Shown() || services_.monitor.Device() != device_)) Stop();
+    if (running_ && (services_.monitor.Shown() || services_.monitor.Output() != output_)) Stop();
     Q_EMIT Changed();
   });
 }
 
 QString FadeTrial::WhyNot() const {
   const Monitor& monitor = services_.monitor;
-  const QStringList devices = monitor.Devices();
-  const QString device = monitor.Device();
+  const AudioSystem& audio = services_.audio;
+  const QString output = monitor.Output();
   if (!monitor.Enabled()) return tr("Only one sound output is there: the monitor needs a second");
-  if (device == QStringLiteral("None")) return tr("No sound device is chosen for the monitor");
-  if (!devices.contains(device)) return tr("The monitor's device %1 isn't there").arg(device);
-  return device == devices.first() ? tr("The monitor's device is the one that is on air") : QString();
+  if (output == QStringLiteral("None")) return tr("No sound device is chosen for the monitor");
+  if (audio.OutputNamed(output).isEmpty())
+    return tr("The monitor's device %1 isn't there").arg(monitor.Device());
+  // The first one is the default output, which carries the programme.
+  const QString onAir = audio.OutputNames().first();
+  const bool same = output == onAir || output == audio.OutputId(onAir);
+  return same ? tr("The monitor's device is the one that is on air") : QString();
 }
 
 void FadeTrial::Begin(const TrialOrder& order) {
   Stop();
   if (!WhyNot().isEmpty()) return;
   services_.monitor.Close();
-  device_ = services_.monitor.Device();
+  output_ = services_.monitor.Output();
   running_ = true;
   words_ = tr("The files are opened");
   job_ = Run(order);
@@ -101,7 +105,7 @@ Job<> FadeTrial::Run(TrialOrder order) {
 }
 
 Job<bool> FadeTrial::Open(cDshow& graph, QString path) {
-  graph.SetOutPutDevice(device_);
+  graph.SetOutPutDevice(output_);
   const OpenResult result = co_await graph.SetGraphFile(path);
   if (result.Ok()) co_return true;
   NoteInLog(QStringLiteral("The monitor cannot open %1: %2").arg(path, result.error));

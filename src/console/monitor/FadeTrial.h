@@ -55,7 +55,7 @@ class FadeTrial : public QObject {
   Services services_;
   cDshow going_;
   cDshow coming_;
-  QString device_;
+  QString output_;
   bool running_ = false;
   QString words_;
   Job<> job_;

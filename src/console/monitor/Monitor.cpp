@@ -21,7 +21,9 @@ constexpr double kJump = 1;
 
 }  // namespace
 
-Monitor::Monitor(Services services) : services_(std::move(services)), graph_(services_.audio) {}
+Monitor::Monitor(Services services) : services_(std::move(services)), graph_(services_.audio) {
+  services_.settings.Listen(setting::PFLDeviceId, this, [this](const QString&) { FollowDevice(); });
+}
 
 std::optional<Deck> Monitor::DeckOf(MonitorSource source) {
   if (source == MonitorSource::DeckOne) return Deck::One;
@@ -51,11 +53,32 @@ QString Monitor::Device() const {
 }
 
 void Monitor::SetDevice(const QString& name) {
+  services_.settings.Set(setting::PFLDevice, static_cast<int>(services_.audio.OutputNames().indexOf(name)));
   services_.settings.Set(setting::PFLDeviceName, name);
   services_.settings.Set(setting::PFLDeviceId, services_.audio.OutputId(name));
-  services_.settings.Set(setting::PFLDevice, static_cast<int>(Devices().indexOf(name)));
+}
+
+void Monitor::FollowDevice() {
   if (shown_) Begin(source_, opened_, titleLine_, track_, graph_.GraphPosition());
   Q_EMIT Changed();
+}
+
+QString Monitor::ProgrammeDevice() const {
+  const QStringList names = services_.audio.OutputNames();
+  const OutputStatus programme = services_.audio.DefaultOutputStatus();
+  const bool there = programme.kind != OutputStatus::Kind::OnDefault && names.contains(programme.device);
+  return there ? programme.device : names.value(0);
+}
+
+QStringList Monitor::Devices() const {
+  QStringList names = services_.audio.OutputNames();
+  names.removeAll(ProgrammeDevice());
+  return names;
+}
+
+bool Monitor::HeldBack() const {
+  const QString name = services_.audio.OutputNamed(Output());
+  return !name.isEmpty() && name == ProgrammeDevice();
 }
 
 bool Monitor::DeviceMissing() const {
@@ -118,6 +141,7 @@ void Monitor::Close() {
 }
 
 void Monitor::Tick() {
+  if (graph_.GraphMuted() != HeldBack()) ApplyLevels();
   // By whole seconds, unless the track is shorter than one.
   if (graph_.GraphPosition() >= std::min(graph_.GraphDuration(), std::max(Duration(), 1) * 1.0)) {
     Close();
@@ -205,6 +229,7 @@ void Monitor::SetBalance(int value) {
 void Monitor::ApplyLevels() {
   graph_.SetGraphVolume(level_ * -1000);
   graph_.SetGraphBalance(balance_);
+  graph_.GraphMute(HeldBack());
 }
 
 }  // namespace kelvo

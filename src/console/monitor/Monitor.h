@@ -46,11 +46,16 @@ class Monitor : public QObject {
   [[nodiscard]] bool Enabled() const { return services_.audio.OutputNames().size() > 1; }
   /// The device on which the monitor is heard; "None" at first.
   [[nodiscard]] QString Device() const;
-  [[nodiscard]] QStringList Devices() const { return services_.audio.OutputNames(); }
-  /// What is open goes on there, from where it is.
+  /// What it is remembered by, as players take it.
+  [[nodiscard]] QString Output() const;
+  /// Those that it can be heard on: all but the programme's.
+  [[nodiscard]] QStringList Devices() const;
+  /// What is open goes on there, from where it is; so it does when the setting is changed elsewhere.
   void SetDevice(const QString& name);
   /// Its device is not there, or none was chosen: nothing is heard.
   [[nodiscard]] bool DeviceMissing() const;
+  /// Its device plays the programme by now, so it keeps silent.
+  [[nodiscard]] bool HeldBack() const;
 
   /// Opens what the source holds, and runs it. Nothing where it holds nothing.
   void Open(MonitorSource source);
@@ -97,8 +102,8 @@ class Monitor : public QObject {
     QString path;
     Mref track = Mref::None;
   };
-  /// What the device is remembered by.
-  [[nodiscard]] QString Output() const;
+  /// The device on which the listeners hear the desk.
+  [[nodiscard]] QString ProgrammeDevice() const;
   [[nodiscard]] static std::optional<Deck> DeckOf(MonitorSource source);
   [[nodiscard]] std::optional<Opened> HeldBy(MonitorSource source) const;
   /// `from`: where it begins, seconds.
@@ -107,6 +112,7 @@ class Monitor : public QObject {
   [[nodiscard]] Job<> RunOpen(MonitorSource source, Opened opened, QString titleLine, QString track,
                               double from);
   [[nodiscard]] Job<> RunNudge(Nudge nudge);
+  void FollowDevice();
   void Tick();
   void ApplyLevels();
 

@@ -104,16 +104,21 @@ QString PlayQueue::GenreColumnText(Mref track) const {
   return catalogue_.MainGenre(track);
 }
 
-QueueEntry PlayQueue::EntryOf(Mref track) const {
+QueueEntry PlayQueue::FactsOf(Mref track) const {
   QueueEntry entry;
-  entry.title = ProperCase(catalogue_.TrackNames[track]);
-  entry.note = QStringLiteral("Play Me");
   entry.date = catalogue_.TrackDates[track];
   entry.hi = catalogue_.TrackHi[track];
   entry.bpm = catalogue_.TrackBpm[track];
-  entry.path = catalogue_.TrackPaths(track);
   entry.track = track;
   entry.genre = GenreColumnText(track);
+  return entry;
+}
+
+QueueEntry PlayQueue::EntryOf(Mref track) const {
+  QueueEntry entry = FactsOf(track);
+  entry.title = ProperCase(catalogue_.TrackNames[track]);
+  entry.note = QStringLiteral("Play Me");
+  entry.path = catalogue_.TrackPaths(track);
   return entry;
 }
 

@@ -94,7 +94,8 @@ class PlayQueue : public QObject {
   /// the total.
   int AppendRow(QueueEntry entry, qint64 seconds);
 
-  /// A playlist, or a part of one, comes in: one change, which can be undone.
+  /// A playlist, or a part of one, comes in: one change, which can be undone. At once: ten thousand rows take
+  /// about a turn, in a sorted list some turns.
   void Take(const QueueFill& fill);
   /// What is asked before a group playlist is given up; `cannot` as the caller spells it.
   [[nodiscard]] QString GroupQuestion(const QString& cannot) const;
@@ -162,6 +163,8 @@ class PlayQueue : public QObject {
   void NoteOutcome(std::vector<RowId> added = {});
   void Empty();
 
+  /// A row with what the catalogue knows of the track, without title, path and note.
+  [[nodiscard]] QueueEntry FactsOf(Mref track) const;
   [[nodiscard]] QueueEntry EntryOf(Mref track) const;
   int InsertRow(QueueEntry entry, qint64 seconds);
   void TellRowsChanged();

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
+#include <utility>
 
 namespace kelvo {
 
@@ -75,12 +77,20 @@ void PlayQueue::Take(const QueueFill& fill) {
     playlistFolder_.clear();
   }
   std::vector<RowId> added;
+  added.reserve(fill.rows.size());
+  rows_.reserve(rows_.size() + fill.rows.size());
+  std::unordered_map<int, RowId> present;
+  for (const QueueEntry& row : rows_) {
+    if (fill.group) present.emplace(ToInt(row.track), row.id);
+  }
+  // A sorted list is sorted once, and not for each row.
+  const bool sorted = std::exchange(sorted_, false);
   for (const QueueFill::Row& each : fill.rows) {
     if (!catalogue_.IsTrack(each.track)) continue;
-    const int present = fill.group ? FindTrack(each.track) : 0;
-    RowId id = present == 0 ? RowId::None : Row(present).id;
-    if (present == 0) {
-      QueueEntry entry = EntryOf(each.track);
+    const auto there = present.find(ToInt(each.track));
+    RowId id = there == present.end() ? RowId::None : there->second;
+    if (id == RowId::None) {
+      QueueEntry entry = FactsOf(each.track);
       entry.title = each.title;
       entry.path = each.path;
       entry.note = each.note;
@@ -88,9 +98,12 @@ void PlayQueue::Take(const QueueFill& fill) {
       added.push_back(id);
     }
     if (!fill.group) continue;
+    present.emplace(ToInt(each.track), id);
     groupLines_.append(each.line);
     groupRows_.push_back(id);
   }
+  sorted_ = sorted;
+  if (sorted_) SortRows();
   if (playlist) {
     name_ = fill.name;
     playlistFolder_ = fill.folder;
@@ -145,6 +158,8 @@ void PlayQueue::Undo() {
   for (std::size_t place = 0; place < before.rows.size(); ++place) {
     places.emplace(static_cast<int>(before.rows[place].id), place);
   }
+  std::unordered_set<int> added;
+  for (const RowId row : before.added) added.insert(static_cast<int>(row));
   int highest = 0;
   for (const QueueEntry& row : before.rows) highest = std::max(highest, row.Tag);
   std::vector<QueueEntry> since;
@@ -155,7 +170,7 @@ void PlayQueue::Undo() {
       static_cast<QueueContent&>(before.rows[known->second]) = static_cast<const QueueContent&>(row);
       continue;
     }
-    const bool loaded = std::find(before.added.begin(), before.added.end(), row.id) != before.added.end();
+    const bool loaded = added.contains(static_cast<int>(row.id));
     const bool played = row.status != RowStatus::Waiting && row.status != RowStatus::Reset;
     if (loaded && !played) continue;
     row.Tag = ++highest;

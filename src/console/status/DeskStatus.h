@@ -47,6 +47,7 @@ struct DeskStatus {
   PerDeck<bool> lamps;  ///< the warning lamp of a deck is red
 
   bool airSilent = false;   ///< the programme is silent, and nobody planned it
+  bool noDevice = false;    ///< what plays goes to no device: nobody hears it
   QStringList silentDisks;  ///< disks that do not answer at the moment, by name
 
   bool memoryLow = false;

@@ -84,6 +84,10 @@ void StatusTick::SetSilentDisks(const QStringList& names) {
   Q_EMIT Ticked();
 }
 
+void StatusTick::SetNoDevice(bool lost) {
+  if (std::exchange(status_.noDevice, lost) != lost) Q_EMIT Ticked();
+}
+
 void StatusTick::Tick() {
   bool ripping = false;
   const auto step = [](auto&& work) { Guarded(kTag, tr("The desk could not be shown as it is."), work); };

@@ -71,6 +71,8 @@ class StatusTick : public QObject {
   /// The operator wants the silence that there is.
   void AcceptSilence();
   void SetSilentDisks(const QStringList& names);
+  /// The sound device of the programme is lost, or back.
+  void SetNoDevice(bool lost);
 
   /// What the other parts of the desk answer and do. All may be empty: then nothing fades, rips, or plays by
   /// itself.

@@ -1,5 +1,6 @@
 #include "console/windows/ConsoleWindow.h"
 
+#include "console/desk/ColourSettings.h"
 #include "console/windows/AirAlarm.h"
 #include "console/windows/AutoPlayPanel.h"
 #include "console/windows/ClockPanel.h"
@@ -7,6 +8,7 @@
 #include "console/windows/CrossPanPanel.h"
 #include "console/windows/DeckPanel.h"
 #include "console/windows/DeskKeys.h"
+#include "console/windows/DeskNotices.h"
 #include "console/windows/JinglePanel.h"
 #include "console/windows/KeysHome.h"
 #include "console/windows/LibraryPanel.h"
@@ -15,6 +17,7 @@
 #include "console/windows/ModeLabel.h"
 #include "console/windows/MonitorPanel.h"
 #include "console/windows/QueuePanel.h"
+#include "console/windows/RecordBar.h"
 #include "console/windows/SpeakPanel.h"
 #include "console/windows/WindowSettings.h"
 #include "ui/Command.h"
@@ -40,7 +43,6 @@ namespace kelvo {
 
 namespace {
 
-const QString kDeviceNotice = QStringLiteral("device");
 const QString kDiskNotice = QStringLiteral("disk ");
 
 const std::array kColours{
@@ -83,12 +85,14 @@ ConsoleWindow::ConsoleWindow(Console& console)
       foot_(new QWidget(desk_)),
       notices_(new NoticeBar(desk_)),
       status_(new ElidedLabel(desk_)),
+      record_(new RecordBar(console.AirRecorder(), console.Lock(), this)),
       alarm_(new AirAlarm(desk_)) {
   SetNames(*this, QStringLiteral("ConsoleWindow"), QStringLiteral("frmCons"));
   setWindowTitle(console.Title());
   setAcceptDrops(true);
   BuildDesk();
   BuildMenu();
+  new DeskNotices(console_, *notices_);
   ApplyColours();
   for (const auto& [declared, group] : kColours)
     console_.Settings().Listen(*declared, this, [this](const std::optional<Colour>&) { ApplyColours(); });
@@ -288,6 +292,8 @@ void ConsoleWindow::BuildMenu() {
                             [this] { ListenInMonitor(); });
   listen_->setObjectName(QStringLiteral("mnuMonitor"));
   listen_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
+  desk->addAction(&record_->Command());
+  menuBar()->setCornerWidget(record_);
   QMenu* help = menus_[DeskMenu::Help] = menuBar()->addMenu(tr("&Help"));
   help->addAction(tr("&About %1").arg(console_.Title()), this, [this] {
     const Console::Services& have = console_.GetServices();
@@ -346,11 +352,6 @@ void ConsoleWindow::ReadPlace() {
 void ConsoleWindow::ShowStatus() {
   SetSpokenText(*status_, tr("Status"), console_.StatusLine());
   ShowAir(console_.Status().Status());
-  if (console_.DeviceNotice().isEmpty()) {
-    notices_->Clear(kDeviceNotice);
-  } else {
-    notices_->Show(kDeviceNotice, NoticeBar::Severity::Critical, console_.DeviceNotice());
-  }
 }
 
 void ConsoleWindow::ShowLoad() {

@@ -25,6 +25,7 @@ class DeckPanel;
 class LibraryPanel;
 class LoadPanel;
 class QueuePanel;
+class RecordBar;
 
 /// The console on the screen, `frmCons`: it places the panels and lets each show its part of the desk. It
 /// holds no rules. Owned by the program's entry; GUI thread.
@@ -107,6 +108,7 @@ class ConsoleWindow : public QMainWindow {
   QWidget* foot_;
   NoticeBar* notices_;
   QLabel* status_;
+  RecordBar* record_;
   AirAlarm* alarm_;
   QStringList silentDisks_;       ///< those that the notices tell of
   QPointer<QWidget> keysBefore_;  ///< had the keyboard when its panel closed

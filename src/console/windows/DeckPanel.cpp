@@ -300,8 +300,10 @@ void DeckPanel::Connect() {
     Show();
     ShowTransitions();
   });
-  connect(&desk_.status, &StatusTick::Ticked, this,
-          [this] { indicator_->Show(desk_.status.Status().indicators[deck_]); });
+  connect(&desk_.status, &StatusTick::Ticked, this, [this] {
+    indicator_->Show(desk_.status.Status().indicators[deck_]);
+    Show();
+  });
   const auto showButtons = [this] {
     ShowCommands(decks_.Record(deck_));
     ShowTransitions();
@@ -366,6 +368,10 @@ void DeckPanel::ShowTime(const DeckRecord& record) {
                           ? QString()
                           : MinutesSeconds(record.Position) + QStringLiteral(" / ") +
                                 MinutesSeconds(record.Duration));
+  // What plays to no device is neither on air nor ending there.
+  const auto heard = [this](DeckTally::State state) {
+    return desk_.status.Status().noDevice ? DeckTally::State::NoDevice : state;
+  };
   switch (record.State) {
     case DeckState::Empty:
       tally_->SetState(DeckTally::State::Empty);
@@ -376,8 +382,8 @@ void DeckPanel::ShowTime(const DeckRecord& record) {
       remaining_->SetState(TimeDisplay::State::Calm);
       break;
     case DeckState::Playing:
-      tally_->SetState(record.RemainSeconds < kEndingSeconds ? DeckTally::State::Ending
-                                                             : DeckTally::State::OnAir);
+      tally_->SetState(
+          heard(record.RemainSeconds < kEndingSeconds ? DeckTally::State::Ending : DeckTally::State::OnAir));
       remaining_->SetState(record.RemainSeconds < kLastSeconds     ? TimeDisplay::State::BlinkRed
                            : record.RemainSeconds < kEndingSeconds ? TimeDisplay::State::Amber
                                                                    : TimeDisplay::State::Calm);
@@ -385,7 +391,7 @@ void DeckPanel::ShowTime(const DeckRecord& record) {
     case DeckState::Done: {
       // In a fade of automatic play a deck counts as done while it is still heard.
       const bool sounds = decks_.Moves(deck_) && !desk_.fades.FadedOut(deck_);
-      tally_->SetState(sounds ? DeckTally::State::Ending : DeckTally::State::Done);
+      tally_->SetState(sounds ? heard(DeckTally::State::Ending) : DeckTally::State::Done);
       remaining_->SetState(sounds ? TimeDisplay::State::Amber : TimeDisplay::State::Dim);
       break;
     }

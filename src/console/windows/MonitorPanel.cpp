@@ -97,11 +97,10 @@ MonitorPanel::MonitorPanel(Monitor& monitor, QWidget* parent)
   connect(place_, &Fader::MovedByHand, this, [this](int seconds) { monitor_.Seek(seconds); });
   connect(level_, &Fader::MovedByHand, this, [this](int value) { monitor_.SetLevel(value); });
   connect(balance_, &Fader::MovedByHand, this, [this](int value) { monitor_.SetBalance(value); });
-  connect(device_, &QComboBox::activated, this,
-          [this](int row) {
-            const QString name = device_->itemText(row);
-            if (monitor_.Devices().contains(name)) monitor_.SetDevice(name);
-          });
+  connect(device_, &QComboBox::activated, this, [this](int row) {
+    const QString name = device_->itemText(row);
+    if (monitor_.Devices().contains(name)) monitor_.SetDevice(name);
+  });
   connect(&monitor_, &Monitor::Changed, this, [this] { Show(); });
   Show();
 }
@@ -204,7 +203,7 @@ void MonitorPanel::ShowDevices() {
   // One that is gone may have a twin of its name.
   const bool gone = monitor_.DeviceMissing();
   const QString chosen = gone ? tr("%1 (not there)").arg(monitor_.Device()) : monitor_.Device();
-  if (gone) names.prepend(chosen);
+  if (!names.contains(chosen)) names.prepend(chosen);
   QStringList shown;
   for (int row = 0; row < device_->count(); ++row) shown.append(device_->itemText(row));
   const QSignalBlocker quiet(device_);
@@ -221,10 +220,12 @@ void MonitorPanel::Show() {
   const QString line = monitor_.TitleLine();
   title_->setText(monitor_.Track().isEmpty() ? line : line + QStringLiteral("  ") + monitor_.Track());
   title_->setToolTip(title_->text());
-  trouble_->setVisible(monitor_.DeviceMissing());
+  const bool heldBack = monitor_.HeldBack();
+  trouble_->setVisible(heldBack || monitor_.DeviceMissing());
   trouble_->setText(monitor_.Device() == QStringLiteral("None")
                         ? tr("Choose the monitor's sound device: nothing is heard")
-                        : tr("%1 isn't there: nothing is heard").arg(monitor_.Device()));
+                    : heldBack ? tr("%1 plays the programme: nothing is heard").arg(monitor_.Device())
+                               : tr("%1 isn't there: nothing is heard").arg(monitor_.Device()));
   place_->setRange(0, std::max(monitor_.Duration(), 1));
   if (!place_->isSliderDown()) place_->setValue(monitor_.Position());
   position_->setText(QStringLiteral("Position ") + MinutesText(monitor_.Position()));

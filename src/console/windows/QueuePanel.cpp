@@ -173,7 +173,8 @@ void QueuePanel::resizeEvent(QResizeEvent* event) {
   const bool narrow = width() < fontMetrics().height() * 22;
   const auto direction = narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
   naming_->setDirection(direction);
-  commands_->setDirection(direction);
+  const int beside = rowCommands_->minimumSize().width() + commands_->itemAt(1)->minimumSize().width();
+  commands_->setDirection(narrow || width() < beside ? QBoxLayout::TopToBottom : direction);
 }
 
 QSize QueuePanel::minimumSizeHint() const {

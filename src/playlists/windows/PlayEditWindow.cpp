@@ -316,7 +316,9 @@ void PlayEditWindow::ShowDuration() {
     durationSlider_->setValue(seconds);
     newDuration_->setText(MinutesSeconds(seconds));
   }
+  const bool opens = open && !durationPanel_->isVisible();
   durationPanel_->setVisible(open);
+  if (opens) durationSlider_->setFocus();
 }
 
 }  // namespace kelvo

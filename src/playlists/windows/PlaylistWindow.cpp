@@ -140,6 +140,15 @@ void PlaylistWindow::BuildCommands() {
                                .tooltip = tr("Mends the links of all playlists"),
                                .icon = Icon::Settings,
                                .run = [this] { RepairOrStop(); }});
+  generate_ = AddCommand(*this, {.name = QStringLiteral("CmdGenerateList"),
+                                 .fixedName = QStringLiteral("genlist"),
+                                 .words = QStringLiteral("&Generate Play List"),
+                                 .tooltip = tr("Opens the window that makes lists of chosen genres"),
+                                 .key = QKeySequence(Qt::CTRL | Qt::Key_G),
+                                 .icon = Icon::Timer,
+                                 .run = [this] {
+                                   if (OnGenerate) OnGenerate();
+                                 }});
   import_ = AddCommand(*this, {.name = QStringLiteral("CmdImport"),
                                .words = tr("&Import..."),
                                .tooltip = tr("Loads a playlist file of another player (M3U8) into the queue; "
@@ -240,7 +249,7 @@ void PlaylistWindow::BuildLayout() {
   layout->addWidget(pages_, 1);
   layout->addWidget(outlook_);
   layout->addWidget(progress_);
-  layout->addLayout(Line({showRequests_, repair_, import_, export_, kRoom, exit_}));
+  layout->addLayout(Line({showRequests_, repair_, generate_, import_, export_, kRoom, exit_}));
   save_->setVisible(manager_.MaySave());
   load_->setVisible(!manager_.MaySave());
   import_->setVisible(manager_.MayLoad());

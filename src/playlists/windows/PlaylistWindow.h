@@ -23,6 +23,9 @@ class PlaylistWindow : public ToolWindow {
  public:
   PlaylistWindow(EventLoop& loop, PlaylistManager& manager);
 
+  /// The operator wants a list to be generated.
+  std::function<void()> OnGenerate;
+
   void TakeKeys() override;
 
  protected:
@@ -68,6 +71,7 @@ class PlaylistWindow : public ToolWindow {
   QPushButton* deleteEntry_ = nullptr;
   QPushButton* showRequests_ = nullptr;
   QPushButton* repair_ = nullptr;
+  QPushButton* generate_ = nullptr;
   QPushButton* import_ = nullptr;
   QPushButton* export_ = nullptr;
   QPushButton* exit_ = nullptr;
