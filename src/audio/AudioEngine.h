@@ -44,7 +44,7 @@ class AudioEngine : public AudioSystem, private PlayerHost {
   [[nodiscard]] Nanoseconds ReserveOf(const QString& output = {}) const override;
   /// By how many decibels the limiter of `output` turns it down now; 0 when it has nothing to do. A peak
   /// shows for 50 ms at least.
-  [[nodiscard]] double GainReduction(const QString& output = {}) const;
+  [[nodiscard]] double GainReduction(const QString& output = {}) const override;
   /// The state of the output named `output`, while a player is on it; nothing otherwise.
   [[nodiscard]] std::optional<OutputStatus> StatusOf(const QString& output) const;
 

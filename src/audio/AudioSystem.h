@@ -63,6 +63,8 @@ class AudioSystem {
   [[nodiscard]] virtual std::uint64_t Dropouts(const QString& output = {}) const;
   /// How much sound waits in front of its device.
   [[nodiscard]] virtual Nanoseconds ReserveOf(const QString& output = {}) const;
+  /// By how many decibels its limiter turns it down now; 0 when it has nothing to do.
+  [[nodiscard]] virtual double GainReduction(const QString& /*output*/ = {}) const { return 0; }
 };
 
 inline std::shared_ptr<const Tap> AudioSystem::TapOf(const QString& /*output*/) const {

@@ -12,6 +12,9 @@ namespace {
 constexpr FrameIndex kHoldFrames = 2 * kEngineRate;
 constexpr std::size_t kPartFrames = 1024;
 
+/// A look at the loudness goes over 400 ms of sound: ten times a second is enough for an eye.
+constexpr std::size_t kLoudnessFrames = kEngineRate / 10;
+
 /// Further back than this nobody has looked: the levels of that time are of no use.
 constexpr FrameIndex kMostBehind = kEngineRate;
 
@@ -34,13 +37,21 @@ struct ProgrammeMeter::Loudness {
   Loudness(const Loudness&) = delete;
   Loudness& operator=(const Loudness&) = delete;
 
-  [[nodiscard]] double Momentary(std::span<const float> sound) const {
-    double momentary = MeterLevels::kSilence;
+  [[nodiscard]] double Momentary(std::span<const float> sound) {
     if (!state) return momentary;
-    ebur128_add_frames_float(state, sound.data(), sound.size() / kChannels);
+    const std::size_t frames = sound.size() / kChannels;
+    ebur128_add_frames_float(state, sound.data(), frames);
+    fresh += frames;
+    if (fresh < kLoudnessFrames) return momentary;
+    fresh = 0;
     ebur128_loudness_momentary(state, &momentary);
-    return std::max(momentary, MeterLevels::kSilence);
+    momentary = std::max(momentary, MeterLevels::kSilence);
+    return momentary;
   }
+
+ private:
+  std::size_t fresh = kLoudnessFrames;  ///< frames since the last look at the measure
+  double momentary = MeterLevels::kSilence;
 };
 
 ProgrammeMeter::ProgrammeMeter(std::shared_ptr<const Tap> tap)

@@ -76,6 +76,11 @@ Console::Console(Services services)
                 .jingles = jingles_,
                 .fades = transitions_,
                 .settings = settings_}),
+      programme_({.loop = services_.loop,
+                  .audio = services_.audio,
+                  .input = services_.soundInput,
+                  .settings = settings_,
+                  .slowed = [this] { return transitions_.TimersSlowed(); }}),
       warningPlayer_(services_.audio.MakePlayer()),
       tick_({.loop = services_.loop,
              .state = state_,
@@ -177,6 +182,7 @@ void Console::JoinParts() {
   tick_.hooks.JinglePlays = [this] { return jingles_.Plays(); };
   tick_.hooks.JingleActive = [this] { return jingles_.State() == DeckState::Playing; };
   tick_.hooks.MonitorShown = [this] { return monitor_.Shown(); };
+  connect(this, &Console::LoadChanged, this, [this] { programme_.beat.Hold(loader_ != nullptr); });
   jingles_.OnAssigned = [this] { SaveJingles(); };
 }
 
@@ -338,6 +344,7 @@ Job<bool> Console::QueryClose(bool bySystem) {
     if (answer != Answer::Yes) co_return false;
   }
   tick_.Stop();
+  programme_.beat.Hold(true);
   transitions_.Close();
   decks_.StopFrameUpdates();
   recorder_.Stop();

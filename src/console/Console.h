@@ -14,6 +14,7 @@
 #include "console/monitor/Monitor.h"
 #include "console/queue/PlayQueue.h"
 #include "console/recorder/ProgrammeRecorder.h"
+#include "console/scope/ProgrammeView.h"
 #include "console/session/PlayedTracks.h"
 #include "console/session/SessionList.h"
 #include "console/session/SessionLog.h"
@@ -58,6 +59,7 @@ class Console : public QObject {
     QString version = {};
     std::optional<std::uint64_t> seed = {};  ///< of all chance on the desk; none: the system's
     QString documents = {};                  ///< the operator's documents; empty: no session log is kept
+    SoundInput* soundInput = nullptr;        ///< for the scope
   };
 
   explicit Console(Services services);
@@ -75,6 +77,7 @@ class Console : public QObject {
   [[nodiscard]] Jingles& Bites() { return jingles_; }
   [[nodiscard]] Monitor& Pfl() { return monitor_; }
   [[nodiscard]] ProgrammeRecorder& AirRecorder() { return recorder_; }
+  [[nodiscard]] ProgrammeView& Programme() { return programme_; }
   [[nodiscard]] StatusTick& Status() { return tick_; }
   [[nodiscard]] ScreenLock& Lock() { return lock_; }
   [[nodiscard]] DataManagerAccess& ManagerAccess() { return managerAccess_; }
@@ -160,6 +163,7 @@ class Console : public QObject {
   Jingles jingles_;
   ProgrammeRecorder recorder_;
   Monitor monitor_;
+  ProgrammeView programme_;
   std::unique_ptr<MediaPlayer> warningPlayer_;
   StatusTick tick_;
   ScreenLock lock_;

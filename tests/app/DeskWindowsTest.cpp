@@ -1,5 +1,7 @@
 #include "app/BesideTheDesk.h"
+#include "app/windows/ScopeWindow.h"
 #include "app/windows/WaitPointer.h"
+#include "console/desk/ScopeSettings.h"
 #include "database/TaggedSound.h"
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/ScanWindow.h"
@@ -184,6 +186,17 @@ TEST_F(TheWindowsOfTheDesk, ClosesItsWindowsWithTheDeskAndKeepsTheirPlace) {
   beside_.emplace(*desk_, *window_);
   Press(u"TrackSearch"_s);
   EXPECT_EQ(Search()->pos(), QPoint(60, 90));
+}
+
+TEST_F(TheWindowsOfTheDesk, TheScopeHasAWindowThatLooksAtNothingWhenItIsClosed) {
+  desk_->Settings().Set(setting::ScopeShown, false);
+  EXPECT_FALSE(desk_->Programme().scope.Watched());
+  Press(u"ScopeWindow"_s);
+  auto* window = Opened<ScopeWindow>();
+  ASSERT_NE(window, nullptr);
+  EXPECT_TRUE(window->isVisible() && desk_->Programme().scope.Watched());
+  window->close();
+  EXPECT_FALSE(window->isVisible() || desk_->Programme().scope.Watched());
 }
 
 TEST_F(DeskTest, ThePointerWaitsFromTheConsolesShowingUntilItsCatalogueIsLoaded) {

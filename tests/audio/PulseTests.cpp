@@ -6,6 +6,7 @@
 #include "audio/PrivateServer.h"
 #include "audio/TestSounds.h"
 #include "audio/engine/PulseBackend.h"
+#include "audio/engine/PulseInput.h"
 #include "audio/engine/PulseStream.h"
 #include "platform/QtEventLoop.h"
 #include "support/TemporaryTree.h"
@@ -298,6 +299,31 @@ TEST_F(SoundServer, WithoutAServerTheHardwarePlaysUntilThereIsOne) {
   EXPECT_TRUE(TurnUntil([&] { return OnAir() && engine->OutputNames().contains(headphones); }));
   EXPECT_EQ(engine->DefaultOutputStatus().device, QStringLiteral("Main"));
   EXPECT_FALSE(card.load()->Plays()) << "the card is the server's now";
+}
+
+TEST_F(SoundServer, AnInputIsCapturedAsLongAsItIsThere) {
+  PulseInput input;
+  input.Choose(QStringLiteral("headphones.monitor"));
+  ASSERT_TRUE(TurnUntil([&] { return input.Sound() && input.Sound()->Heard() > 0; }));
+  EXPECT_EQ(input.Devices().size(), 2);
+  server.Unplug("headphones");
+  EXPECT_TRUE(TurnUntil([&] { return !input.Sound() && input.Devices().size() == 1; }));
+  server.Plug("Headphones");
+  EXPECT_TRUE(TurnUntil([&] { return input.Sound() && input.Sound()->Heard() > 0; }));
+
+  MakeEngine();
+  const auto player = engine->MakePlayer();
+  const Job<> job = OpenAndPlay(*player, folder.Write("sine.wav", WaveFile(Sine(441, 60))));
+  input.Choose(QStringLiteral("main.monitor"));
+  EXPECT_TRUE(TurnUntil([&] {
+    const auto sound = input.Sound();
+    Samples heard(2 * 4410);
+    return sound && sound->Heard() > 4410 && sound->Read(sound->Heard() - 4410, heard) &&
+           std::abs(Amplitude(heard, 441, 4410) - 0.5) < 0.01;
+  }));
+  server.Stop();
+  EXPECT_TRUE(TurnUntil([&] { return !input.Sound() && input.Devices().empty(); }));
+  input.Choose({});
 }
 
 }  // namespace kelvo::testing

@@ -37,6 +37,38 @@ class CatalogueFeedOnDesk : public DeskTest {
   }
 };
 
+TEST_F(CatalogueFeedOnDesk, AnInfoFileThatIsSavedWhileItsTrackIsLoadedCounts) {
+  AddTracks(2);
+  Open();
+  EnqueueAll();
+  TrackInfo info(TextFile::FromBytes(InfoBytes("44")));
+  info.Set(InfoFields::FadePosition, {17, 18});
+  info.SetComments(u"Saved meanwhile"_s);
+  audio_.openTime = 5s;
+  Queue().Click(1);
+  Decks().LoadCommand(Deck::One);
+  loop_.RunFor(1s);
+  ASSERT_TRUE(Record(Deck::One).Loading);
+  catalogue_.TakeInfo(ToMref(1), info);
+  loop_.RunFor(10s);
+  EXPECT_EQ(Record(Deck::One).Play.FadePosition, (FadePair{17, 18}));
+  EXPECT_EQ(Record(Deck::One).Duration, 44);
+  EXPECT_TRUE(Record(Deck::One).TrackInfoText.contains(u"Saved meanwhile"_s));
+  EXPECT_EQ(Queue().QueueTotalSeconds(), 104) << "the queue counts the new length";
+
+  // On air the words of automatic play stay, and what is left follows the new length.
+  Decks().ManualStart(Deck::One);
+  Decks().SetInfo(Deck::One, u"Custom - Track Start/Fade:"_s);
+  loop_.RunFor(4s);
+  info.Set(InfoFields::DurationSeconds, 30);
+  catalogue_.TakeInfo(ToMref(1), info);
+  EXPECT_EQ(Record(Deck::One).RemainSeconds, 26);
+  EXPECT_EQ(Record(Deck::One).Info, u"Custom - Track Start/Fade:"_s);
+  info.Set(InfoFields::DurationSeconds, std::nullopt);
+  catalogue_.TakeInfo(ToMref(1), info);
+  EXPECT_EQ(Record(Deck::One).Duration, 60) << "where none is stored, the player's";
+}
+
 TEST_F(CatalogueFeedOnDesk, ATrackThatIsRenamedOnAirStaysTheSameTrack) {
   AddTrack(u"alpha"_s, 40, 60);
   AddTrack(u"beta"_s, 60, 60);

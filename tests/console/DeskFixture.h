@@ -2,6 +2,7 @@
 
 #include "console/Console.h"
 #include "console/FaultyAudio.h"
+#include "console/Microphone.h"
 #include "database/TestDatabase.h"
 #include "platform/ErrorLog.h"
 #include "platform/SettingsStore.h"
@@ -49,7 +50,8 @@ class DeskTest : public ::testing::Test {
                                     .title = u"Kelvo"_s,
                                     .aboutLine = u"About Kelvo"_s,
                                     .programFolder = database_.tree.Path(),
-                                    .documents = database_.tree.Path(u"documents"_s)});
+                                    .documents = database_.tree.Path(u"documents"_s),
+                                    .soundInput = &microphone_});
   }
   void Open() {
     Make();
@@ -105,6 +107,7 @@ class DeskTest : public ::testing::Test {
   ScriptedPrompter prompter_;
   ErrorLog log_{loop_, prompter_, database_.tree.Path(u"kelvo.log"_s)};
   FaultyAudio audio_{loop_};
+  Microphone microphone_;
   SettingsStore settings_{loop_, database_.tree.Path(u"settings.ini"_s)};
   Catalogue catalogue_;
   std::optional<Console> desk_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/ClockAudio.h"
+#include "audio/engine/Tap.h"
 
 #include <utility>
 #include <vector>
@@ -97,6 +98,12 @@ class FaultyAudio : public ClockAudio {
   }
   std::vector<FaultyPlayer*> players;  ///< all that were made, also those of a desk that is gone
   std::vector<QString> outputs;        ///< what each was made on
+
+  /// What is heard, for meters and scope: a test plays into it.
+  std::shared_ptr<Tap> tap;
+  double reduction = 0;
+  [[nodiscard]] std::shared_ptr<const Tap> TapOf(const QString& /*output*/) const override { return tap; }
+  [[nodiscard]] double GainReduction(const QString& /*output*/) const override { return reduction; }
 
   [[nodiscard]] static FaultyPlayer& Of(MediaPlayer& player) { return dynamic_cast<FaultyPlayer&>(player); }
 };

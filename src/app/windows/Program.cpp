@@ -7,6 +7,7 @@
 #include "app/windows/WaitPointer.h"
 #include "audio/engine/NoDeviceBackend.h"
 #include "audio/engine/PulseBackend.h"
+#include "audio/engine/PulseInput.h"
 #include "audio/engine/SdlBackend.h"
 #include "console/windows/ConsoleWindow.h"
 #include "platform/SystemFacts.h"
@@ -41,14 +42,20 @@ class QtSession : public SessionManager {
   QSessionManager& manager_;
 };
 
-std::unique_ptr<OutputBackend> MakeBackend() {
-  if (qEnvironmentVariableIsSet("KELVO_SILENT")) {
-    return std::make_unique<NoDeviceBackend>(QStringList{QStringLiteral("Silent Device")});
-  }
-  const auto hardware = [] { return std::make_unique<SdlBackend>(); };
-  // Who names a driver wants that one; a sound server's is our own.
+bool MeantSilent() {
+  return qEnvironmentVariableIsSet("KELVO_SILENT");
+}
+
+/// Who names a driver wants that one; a sound server's is our own.
+bool UsesSoundServer() {
   const QByteArray driver = qgetenv("SDL_AUDIODRIVER");
-  if (!driver.isEmpty() && !driver.contains("pulse")) return hardware();
+  return !MeantSilent() && (driver.isEmpty() || driver.contains("pulse"));
+}
+
+std::unique_ptr<OutputBackend> MakeBackend() {
+  if (MeantSilent()) return std::make_unique<NoDeviceBackend>(QStringList{QStringLiteral("Silent Device")});
+  const auto hardware = [] { return std::make_unique<SdlBackend>(); };
+  if (!UsesSoundServer()) return hardware();
   return std::make_unique<PulseBackend>(hardware);
 }
 
@@ -78,7 +85,8 @@ Program::Program()
       settings_(loop_, SettingsStore::DefaultFilePath()),
       prompter_([this] { return TopWindow(); }, facts_.title),
       errorLog_(loop_, prompter_, programFolder_ + QStringLiteral("/kelvo.log")),
-      audio_(loop_, MakeBackend()) {
+      audio_(loop_, MakeBackend()),
+      soundInput_(UsesSoundServer() ? std::make_unique<PulseInput>() : nullptr) {
   // Direct: the manager wants its answer when the signal returns.
   connect(
       qApp, &QGuiApplication::commitDataRequest, this,
@@ -214,7 +222,8 @@ void Program::OpenConsole() {
                                                          .aboutLine = facts_.AboutLine(),
                                                          .programFolder = programFolder_,
                                                          .version = facts_.Version(),
-                                                         .documents = DocumentsFolder()});
+                                                         .documents = DocumentsFolder(),
+                                                         .soundInput = soundInput_.get()});
   console_->OnMustEnd = [this] { End(EXIT_FAILURE); };
   window_ = std::make_unique<ConsoleWindow>(*console_);
   waitPointer_ = std::make_unique<WaitPointer>(*console_, *window_);

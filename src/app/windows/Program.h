@@ -5,6 +5,7 @@
 #include "app/SessionEnd.h"
 #include "app/SplashChecks.h"
 #include "audio/AudioEngine.h"
+#include "audio/SoundInput.h"
 #include "console/Console.h"
 #include "database/Catalogue.h"
 #include "platform/EndLimit.h"
@@ -76,6 +77,7 @@ class Program : public QObject {
   MessageBoxPrompter prompter_;
   ErrorLog errorLog_;
   AudioEngine audio_;
+  std::unique_ptr<SoundInput> soundInput_;
   Catalogue catalogue_;
   Paths paths_;
   std::unique_ptr<DatabaseCheck> databaseCheck_;

@@ -5,6 +5,7 @@
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
 #include "app/windows/QueueOfPlaylists.h"
+#include "app/windows/ScopeWindow.h"
 #include "config/windows/ConfigWindow.h"
 #include "console/Console.h"
 #include "console/windows/RecorderWindow.h"
@@ -176,6 +177,20 @@ WindowLine RecorderLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
+WindowLine ScopeLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = QStringLiteral("ScopeWindow"),
+                  .menu = DeskMenu::View,
+                  .words = Text::tr("Scope &window"),
+                  .key = QStringLiteral("Ctrl+Shift+W"),
+                  .guard = {.catalogue = false},
+                  .place = QStringLiteral("Scope")};
+  line.make = [&desk, host, place = line.place] {
+    return std::make_unique<Hosted<ScopeWindow, ScopeOfDesk>>(
+        host, place, ScopeOfDesk::Services{.scope = desk.Programme().scope});
+  };
+  return line;
+}
+
 WindowLine KeysLine(const WindowHost& host) {
   WindowLine line{.id = QStringLiteral("Keys"),
                   .menu = DeskMenu::Help,
@@ -286,6 +301,32 @@ WindowLine GroupEditLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
+WindowLine PlayEditLine(Console& desk, const WindowHost& host) {
+  WindowLine line{.id = WindowId::kPlayEdit,
+                  .words = Text::tr("Edit Track &Data..."),
+                  .key = QStringLiteral("Ctrl+E"),
+                  .guard = {.password = true},
+                  .onTrack = true,
+                  .childForm = true,
+                  .place = QStringLiteral("PlayEdit")};
+  line.make = [&desk, host, place = line.place] {
+    const Console::Services& have = desk.GetServices();
+    return std::make_unique<Hosted<PlayEditWindow, PlayEditor>>(
+        host, place,
+        PlayEditor::Services{.loop = have.loop,
+                             .disks = desk.SlowDisks(),
+                             .prompter = have.prompter,
+                             .audio = have.audio,
+                             .catalogue = have.catalogue,
+                             .paths = have.paths,
+                             .settings = desk.Settings(),
+                             .title = have.title,
+                             .desk = std::make_shared<DeskOfPlayEdit>(desk),
+                             .cacheFolder = CacheFolder() + QStringLiteral("/waves")});
+  };
+  return line;
+}
+
 /// Playlists of other players that are dropped on the console come into the queue.
 std::function<bool(const QStringList&)> TakesDroppedPlaylists(Console& desk) {
   struct Drop {
@@ -318,9 +359,10 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenW
           PlaylistLine(desk, host, PlaylistMode::SaveQueue, open),
           GeneratorLine(desk, host),
           PlayEditLine(desk, host),
-          GroupEditLine(desk, host),
           ConfigLine(desk, host),
           RecorderLine(desk, host),
+          GroupEditLine(desk, host),
+          ScopeLine(desk, host),
           KeysLine(host)};
 }
 

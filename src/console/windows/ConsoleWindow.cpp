@@ -16,6 +16,7 @@
 #include "console/windows/MemoryWarning.h"
 #include "console/windows/ModeLabel.h"
 #include "console/windows/MonitorPanel.h"
+#include "console/windows/ProgrammePanels.h"
 #include "console/windows/QueuePanel.h"
 #include "console/windows/RecordBar.h"
 #include "console/windows/SpeakPanel.h"
@@ -40,7 +41,6 @@
 #include <QVBoxLayout>
 
 namespace kelvo {
-
 namespace {
 
 const QString kDiskNotice = QStringLiteral("disk ");
@@ -83,6 +83,7 @@ ConsoleWindow::ConsoleWindow(Console& console)
       left_(new QWidget(columns_)),
       library_(new LibraryPanel(console.Browser(), console.Tracks(), console.GetServices().loop, left_)),
       foot_(new QWidget(desk_)),
+      programme_(new ProgrammePanels(console.Programme(), console.Settings(), *foot_)),
       notices_(new NoticeBar(desk_)),
       status_(new ElidedLabel(desk_)),
       record_(new RecordBar(console.AirRecorder(), console.Lock(), this)),
@@ -139,6 +140,7 @@ void ConsoleWindow::BuildDesk() {
   auto* middleLayout = new QVBoxLayout(middle);
   middleLayout->setContentsMargins(0, 0, 0, 0);
   middleLayout->addWidget(decks, 1);
+  middleLayout->addWidget(programme_->Meters());
   middleLayout->addWidget(
       new CrossPanPanel(console_.Fades(), console_.Automatic(), console_.Status(), middle));
   auto* right = new QWidget(columns_);
@@ -178,6 +180,7 @@ void ConsoleWindow::BuildDesk() {
   foot_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
   foot->addWidget(new SpeakPanel(console_.Speak(), foot_), 2);
   foot->addWidget(new AutoPlayPanel(console_.Automatic(), console_.GetServices().loop, foot_), 4);
+  foot->addWidget(programme_->OnScope(), 3);
   foot->addWidget(clock);
 
   auto* layout = new QVBoxLayout(desk_);
@@ -282,6 +285,7 @@ void ConsoleWindow::BuildMenu() {
   add(tr("Go to al&bums"), Qt::Key_B, [this] { library_->Names(Stage::Album).setFocus(); });
   add(tr("Go to &tracks"), Qt::Key_T, [this] { library_->GoToTracks(); });
   add(tr("Go to play &queue"), Qt::Key_Q, [this] { queue_->List().setFocus(); });
+  programme_->AddEntries(*view);
   menus_[DeskMenu::Library] = menuBar()->addMenu(tr("&Library"));
   QMenu* desk = menus_[DeskMenu::Desk] = menuBar()->addMenu(tr("&Desk"));
   QAction* lock = desk->addAction(ScalableIcon(Icon::Lock), tr("&Lock or unlock the screen"), this,

@@ -24,6 +24,7 @@ class ConfirmationView;
 class DeckPanel;
 class LibraryPanel;
 class LoadPanel;
+class ProgrammePanels;
 class QueuePanel;
 class RecordBar;
 
@@ -106,6 +107,7 @@ class ConsoleWindow : public QMainWindow {
   std::map<DeskMenu, QMenu*> menus_;
   LoadPanel* load_ = nullptr;
   QWidget* foot_;
+  ProgrammePanels* programme_;
   NoticeBar* notices_;
   QLabel* status_;
   RecordBar* record_;
