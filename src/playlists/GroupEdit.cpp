@@ -208,6 +208,7 @@ void GroupEdit::Apply(const StepEdit& edit) {
 }
 
 void GroupEdit::Move(int row, int seconds) {
+  if (KindOf(row) == Kind::Fixed) return;
   StepEdit edit = Begin(row);
   SetSeconds(edit, seconds);
   Apply(edit);

@@ -140,6 +140,24 @@ TEST_F(TheLastChangeOfTheQueue, WaitsWhileTheDeskPlaysByItself) {
   EXPECT_TRUE(MayUndo());
 }
 
+TEST_F(TheLastChangeOfTheQueue, LinesOfAGroupHaveTheNumbersOfTodayAndCanBecomeOthers) {
+  const auto line = [](int track) { return u"1,00:00:01,%1,2,0,-1,1,-1,60"_s.arg(track); };
+  QueueFill fill{.name = u"List"_s, .folder = {}, .group = true, .clearFirst = true, .rows = {}};
+  for (const int track : {2, 3}) fill.rows.push_back(RowOf(track, line(7)));
+  Queue().Take(fill);
+  EXPECT_EQ(Queue().GroupLines(), (QStringList{line(2), line(3)}));
+  const int revision = Queue().GroupRevision();
+  catalogue_.Remove(ToMref(1));
+  EXPECT_EQ(Queue().GroupLines(), (QStringList{line(1), line(2)}));
+  EXPECT_EQ(Queue().GroupRevision(), revision);
+  Queue().ChangeGroup({line(2), line(0), line(1)}, {ToMref(2), Mref::None, ToMref(1)});
+  EXPECT_NE(Queue().GroupRevision(), revision);
+  EXPECT_EQ(Queue().GroupTracks(), (std::vector{ToMref(2), Mref::None, ToMref(1)}));
+  EXPECT_EQ(Queue().GroupLinesOf(1), QStringList{line(1)}) << "each is of its row";
+  catalogue_.Remove(ToMref(1));
+  EXPECT_EQ(Queue().GroupLines(), (QStringList{line(1), line(0), line(0)}));
+}
+
 TEST_F(TheLastChangeOfTheQueue, AGroupKeepsItsLinesAndMixesWithNothing) {
   Take({1, 2, 1}, true, true);
   EXPECT_EQ(Queue().Count(), 2) << "a track that is played twice has a row";

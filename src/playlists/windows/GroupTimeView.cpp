@@ -163,6 +163,7 @@ void GroupTimeView::mouseMoveEvent(QMouseEvent* event) {
   if (!drag_->moves && zoom_ <= 0) {
     // What is shown keeps its scale under the hand, however long the list becomes.
     zoom_ = Scale();
+    drag_->all = true;
     SetRange();
   }
   drag_->moves = true;
@@ -175,13 +176,14 @@ void GroupTimeView::mouseReleaseEvent(QMouseEvent* event) {
 
 void GroupTimeView::EndDrag(bool keep) {
   if (!drag_) return;
+  if (drag_->all) zoom_ = 0;
   drag_.reset();
   if (keep) {
     editor_.EndDrag();
   } else {
     editor_.CancelDrag();
   }
-  ZoomTo(zoom_, viewport()->width() / 2.0);
+  SetRange();
 }
 
 void GroupTimeView::mouseDoubleClickEvent(QMouseEvent* event) {

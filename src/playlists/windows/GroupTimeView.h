@@ -44,6 +44,7 @@ class GroupTimeView : public QAbstractScrollArea {
     int seconds;  ///< of the row, as it was
     double x;
     bool moves = false;
+    bool all = false;  ///< all was shown when it began
   };
   void TakeRows();
   void ShowSelected();
