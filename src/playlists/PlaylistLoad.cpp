@@ -1,5 +1,6 @@
 #include "playlists/PlaylistLoad.h"
 
+#include "database/GroupElement.h"
 #include "database/KeptTracks.h"
 #include "platform/AtomicFile.h"
 #include "platform/ErrorLog.h"
@@ -151,7 +152,7 @@ Job<bool> PlaylistLoad::FromStore(QString folder, QString name) {
                          .note = group        ? QStringLiteral("Grp")
                                  : entry.link ? entry.link->arguments
                                               : QString(),
-                         .line = entry.line.value_or(QString())});
+                         .line = RenumberedLine(entry.line.value_or(QString()), link.track)});
   }
   const bool taken = co_await Take(std::move(load), room, asked);
   TellSilent(silent);

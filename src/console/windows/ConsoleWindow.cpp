@@ -19,6 +19,7 @@
 #include "console/windows/ProgrammePanels.h"
 #include "console/windows/QueuePanel.h"
 #include "console/windows/RecordBar.h"
+#include "console/windows/SessionPanel.h"
 #include "console/windows/SpeakPanel.h"
 #include "console/windows/WindowSettings.h"
 #include "ui/Command.h"
@@ -181,6 +182,10 @@ void ConsoleWindow::BuildDesk() {
   foot->addWidget(new SpeakPanel(console_.Speak(), foot_), 2);
   foot->addWidget(new AutoPlayPanel(console_.Automatic(), console_.GetServices().loop, foot_), 4);
   foot->addWidget(programme_->OnScope(), 3);
+  auto* session = new SessionPanel(
+      console_.Status(), [this] { return console_.WhyNoSession(); }, foot_);
+  connect(session, &SessionPanel::Wanted, this, [this] { Q_EMIT WindowWanted(WindowId::kSession); });
+  foot->addWidget(session);
   foot->addWidget(clock);
 
   auto* layout = new QVBoxLayout(desk_);
