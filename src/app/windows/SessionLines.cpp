@@ -74,7 +74,7 @@ std::vector<WindowLine> SessionLines(Console& desk, const WindowHost& host,
                   .menu = DeskMenu::Desk,
                   .startsGroup = true,
                   .words = Text::tr("&Session List..."),
-                  .key = QStringLiteral("Ctrl+Shift+S"),
+                  .key = QStringLiteral("Ctrl+H"),
                   .whyClosed = [&desk] { return desk.WhyNoSession(); },
                   .childForm = true,
                   .place = QStringLiteral("Session")};

@@ -1,27 +1,12 @@
 #pragma once
 
-#include "console/session/SessionRows.h"
+#include "console/session/SessionLine.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
 
-#include <QDateTime>
-
-#include <optional>
 #include <vector>
 
 namespace kelvo {
-
-/// What the day's file of sessions keeps of an event: the start of its session in front, fields parted by
-/// tabs, "." at the end, by which a line that was broken off is known. UTF-8. A value; any thread.
-struct SessionLine {
-  QDateTime sessionStart;  ///< with its offset from UTC
-  SessionEvent event;      ///< its Time is the session clock; its track is known by the Path alone
-
-  /// None for a line that is broken or of another kind.
-  [[nodiscard]] static std::optional<SessionLine> Parse(const QByteArray& line);
-  /// With its line end.
-  [[nodiscard]] QByteArray Print() const;
-};
 
 /// The files that keep every event of all sessions, one a day, beside the session log. A value; any thread.
 struct SessionArchive {

@@ -175,17 +175,17 @@ void ConsoleWindow::BuildDesk() {
   auto* clock = new Panel(Group::Console, QString(), foot_);
   auto* clockLayout = new QVBoxLayout(clock);
   clockLayout->setContentsMargins(0, 0, 0, 0);
-  clockLayout->addWidget(new ClockPanel(console_.Status(), clock));
+  clockLayout->addWidget(new ClockPanel(console_.Status(), clock), 1);
+  auto* session = new SessionPanel(
+      console_.Status(), [this] { return console_.WhyNoSession(); }, clock);
+  connect(session, &SessionPanel::Wanted, this, [this] { Q_EMIT WindowWanted(WindowId::kSession); });
+  clockLayout->addWidget(session);
   auto* foot = new QHBoxLayout(foot_);
   foot->setContentsMargins(0, 0, 0, 0);
   foot_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
   foot->addWidget(new SpeakPanel(console_.Speak(), foot_), 2);
   foot->addWidget(new AutoPlayPanel(console_.Automatic(), console_.GetServices().loop, foot_), 4);
   foot->addWidget(programme_->OnScope(), 3);
-  auto* session = new SessionPanel(
-      console_.Status(), [this] { return console_.WhyNoSession(); }, foot_);
-  connect(session, &SessionPanel::Wanted, this, [this] { Q_EMIT WindowWanted(WindowId::kSession); });
-  foot->addWidget(session);
   foot->addWidget(clock);
 
   auto* layout = new QVBoxLayout(desk_);

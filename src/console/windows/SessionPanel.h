@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/Panel.h"
+#include <QWidget>
 
 #include <functional>
 
@@ -10,8 +10,9 @@ namespace kelvo {
 
 class StatusTick;
 
-/// "Session List": the way to what was recorded. Owned by the console window; GUI thread.
-class SessionPanel : public Panel {
+/// "Session List", a line of the clock's panel: the way to what was recorded. Owned by the console window;
+/// GUI thread.
+class SessionPanel : public QWidget {
   Q_OBJECT
  public:
   /// `whyClosed`: why the list can't be shown now, in words; empty when it can.

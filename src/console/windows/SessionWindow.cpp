@@ -17,13 +17,13 @@ RowModel<SessionEvent>::Columns EventColumns() {
   using Event = SessionEvent;
   return {{{.head = QStringLiteral("Description"), .letters = 26}, &Event::Description},
           {{.head = QStringLiteral("Time "), .letters = 10, .rank = 1, .number = true}, &Event::TimeWords},
-          {{.head = QStringLiteral("Track Id"), .letters = 9, .rank = 5, .number = true}, &Event::TrackWords},
-          {{.head = QStringLiteral("Deck"), .letters = 6, .rank = 2, .number = true}, &Event::DeckWords},
-          {{.head = QStringLiteral("Fade Type"), .letters = 10, .rank = 3}, &Event::FadeWords},
-          {{.head = QStringLiteral("Arguments"), .letters = 12, .rank = 10}, &Event::Arguments},
-          {{.head = QStringLiteral("fade"), .letters = 6, .rank = 8, .number = true}, &Event::FadeNumber},
-          {{.head = QStringLiteral("Speed"), .letters = 7, .rank = 4, .number = true}, &Event::SpeedWords},
-          {{.head = QStringLiteral("Data1"), .letters = 7, .rank = 9, .number = true}, &Event::CodeWords},
+          {{.head = QStringLiteral("Track Id"), .letters = 11, .rank = 5, .number = true}, &Event::TrackWords},
+          {{.head = QStringLiteral("Deck"), .letters = 7, .rank = 2, .number = true}, &Event::DeckWords},
+          {{.head = QStringLiteral("Fade Type"), .letters = 12, .rank = 3}, &Event::FadeWords},
+          {{.head = QStringLiteral("Arguments"), .letters = 13, .rank = 10}, &Event::Arguments},
+          {{.head = QStringLiteral("fade"), .letters = 7, .rank = 8, .number = true}, &Event::FadeNumber},
+          {{.head = QStringLiteral("Speed"), .letters = 8, .rank = 4, .number = true}, &Event::SpeedWords},
+          {{.head = QStringLiteral("Data1"), .letters = 8, .rank = 9, .number = true}, &Event::CodeWords},
           {{.head = QStringLiteral("Pos"), .letters = 8, .rank = 6, .number = true}, &Event::PosWords},
           {{.head = QStringLiteral("length"), .letters = 8, .rank = 7, .number = true}, &Event::LengthWords}};
 }
