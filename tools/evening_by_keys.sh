@@ -187,7 +187,7 @@ until_ 20 "the second one is mixed in" started 2 ''
 sleep 8
 
 # ---- press-to-speak -------------------------------------------------------------------------------------------------
-# On "Set Timer", the last stop of Tab before the first list: it speaks and doesn't press, Enter does.
+# On "Set Timer", the last stop of Tab before the first list while tracks play: it speaks, and Enter alone presses it.
 key alt+g
 times 2 shift+Tab
 xdotool keydown space

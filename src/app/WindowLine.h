@@ -44,10 +44,12 @@ struct WindowLine {
   QString id;                         ///< unique
   DeskMenu menu = DeskMenu::Library;  ///< where its entry is
   bool startsGroup = false;           ///< a line above the entry
-  QString words = {};                 ///< of the entry, with its mnemonic
+  QString words = {};                 ///< of the entry, with its mnemonic; empty: it has none
   QString key = {};                   ///< portable text ("Ctrl+I"); empty: none
   WindowGuard guard = {};
   bool onTrack = false;       ///< it works on the track that the operator points at
+  /// A guard of its own: why it can't be opened now, in words for the operator; empty when it can.
+  std::function<QString()> whyClosed = {};
   bool childForm = false;     ///< a form of the console: one at a time (ChildWindows)
   QString busyQuestion = {};  ///< asked at the end of the program while it is busy; Yes ends
   QString place = {};         ///< begins the settings keys of its place and size; empty: they are not kept

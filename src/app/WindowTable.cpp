@@ -23,7 +23,8 @@ QString WindowTable::WhyClosed(const WindowLine& line) const {
   const DeskFacts facts = services_.facts();
   if (facts.locked) return tr("The screen is locked");
   if (line.guard.catalogue && !facts.catalogueLoaded) return tr("The catalogue is not loaded yet");
-  return line.guard.idleDesk ? facts.whyBusy : QString();
+  if (line.guard.idleDesk && !facts.whyBusy.isEmpty()) return facts.whyBusy;
+  return line.whyClosed ? line.whyClosed() : QString();
 }
 
 void WindowTable::Open(const QString& id, const QStringList& files) {

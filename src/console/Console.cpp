@@ -35,6 +35,7 @@ Console::Console(Services services)
       session_(services_.catalogue, [this](Deck deck) { return FactsFor(deck); }),
       played_(services_.loop, services_.catalogue),
       log_(services_.loop, services_.documents, services_.title),
+      sessionFile_(services_.loop, {log_.Folder(), services_.title}, sessionStart_),
       decks_({.loop = services_.loop,
               .disks = disks_,
               .audio = services_.audio,
@@ -135,6 +136,8 @@ AutoPlay::Services Console::ForAutoPlay() {
 }
 
 void Console::JoinParts() {
+  if (!services_.documents.isEmpty())
+    session_.OnRecorded = [this](const SessionEvent& event) { sessionFile_.Append(event); };
   transitions_.AfterStart = [this](Deck deck) { auto_.AfterStart(deck); };
   tick_.hooks.EverySecond = [this] {
     auto_.Beat();
@@ -331,6 +334,17 @@ QString Console::WhyListsHeld() const {
 
 void Console::ShowTotalTracks() {
   if (statusLine_.startsWith(kTotalTracks)) SetStatusLine(TotalTracks(services_.catalogue));
+}
+
+SessionArchive Console::Archive() const {
+  return services_.documents.isEmpty() ? SessionArchive() : sessionFile_.Archive();
+}
+
+QString Console::WhyNoSession() {
+  const bool plays = std::any_of(kDecks.begin(), kDecks.end(), [this](Deck deck) {
+    return decks_.Player(deck).State() == PlayState::Playing;
+  });
+  return plays ? QStringLiteral("Can't Display Whilst Tracks Are Playing - Please Stop Decks") : QString();
 }
 
 bool Console::Plays() {

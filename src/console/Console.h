@@ -17,6 +17,7 @@
 #include "console/recorder/ProgrammeRecorder.h"
 #include "console/scope/ProgrammeView.h"
 #include "console/session/PlayedTracks.h"
+#include "console/session/SessionFile.h"
 #include "console/session/SessionList.h"
 #include "console/session/SessionLog.h"
 #include "console/status/ReserveWatch.h"
@@ -72,6 +73,8 @@ class Console : public QObject {
   [[nodiscard]] DeckEngine& Decks() { return decks_; }
   [[nodiscard]] SessionList& Session() { return session_; }
   [[nodiscard]] const PlayedTracks& Played() const { return played_; }
+  /// Where every event of this and of earlier sessions is kept; its folder is empty where none is.
+  [[nodiscard]] SessionArchive Archive() const;
   [[nodiscard]] Transitions& Fades() { return transitions_; }
   [[nodiscard]] PressToSpeak& Speak() { return speak_; }
   [[nodiscard]] AutoPlay& Automatic() { return auto_; }
@@ -108,6 +111,9 @@ class Console : public QObject {
   [[nodiscard]] const ReserveWatch& Reserve() const { return reserve_; }
   /// Seconds since the session began.
   [[nodiscard]] double SessionClock() const;
+  [[nodiscard]] const QDateTime& SessionStart() const { return sessionStart_; }
+  /// Why the session list can't be shown now, in words; empty when it can.
+  [[nodiscard]] QString WhyNoSession();
 
   /// Whether a deck or a jingle is heard.
   [[nodiscard]] bool Plays();
@@ -156,6 +162,7 @@ class Console : public QObject {
   SessionList session_;
   PlayedTracks played_;
   SessionLog log_;
+  SessionFile sessionFile_;
   DeckEngine decks_;
   Transitions transitions_;
   PressToSpeak speak_;

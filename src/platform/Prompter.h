@@ -12,6 +12,12 @@ enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class PromptIcon { None, Information, Question, Exclamation, Critical };
 enum class Answer { Ok, Cancel, Yes, No, Stop };
 
+/// A box with help has a button for it, which shows these words below the text.
+struct PromptHelp {
+  int topic = 0;  ///< its number in the program's help; 0: there is none
+  QString words = {};
+};
+
 /// A message box: what it asks or tells, word for word.
 struct Prompt {
   QString text;
@@ -20,6 +26,7 @@ struct Prompt {
   PromptIcon icon = PromptIcon::None;
   std::optional<Answer> safe = {};  ///< the answer of Enter; none: the first button
   bool onLockedScreen = false;      ///< shown while others are held back (see Prompter::HoldBack)
+  PromptHelp help = {};
 };
 
 /// An answer to a question that may come again for the files that follow.

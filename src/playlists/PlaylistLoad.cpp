@@ -1,5 +1,6 @@
 #include "playlists/PlaylistLoad.h"
 
+#include "database/GroupElement.h"
 #include "database/KeptTracks.h"
 #include "platform/AtomicFile.h"
 #include "platform/ErrorLog.h"
@@ -61,7 +62,10 @@ Job<bool> PlaylistLoad::Take(PlaylistQueue::Load load, Room room, bool asked) {
     const KeptTracks kept(services_.catalogue, std::move(tracks));
     room = co_await AskForRoom(load.name, load.group);
     if (room == Room::Refused) co_return false;
-    for (std::size_t row = 0; row < load.rows.size(); ++row) load.rows[row].track = kept[row];
+    for (std::size_t row = 0; row < load.rows.size(); ++row) {
+      load.rows[row].track = kept[row];
+      load.rows[row].line = RenumberedLine(load.rows[row].line, kept[row]);
+    }
   }
   if (Closed()) co_return false;
   load.clearFirst = room == Room::Clear;
@@ -151,7 +155,7 @@ Job<bool> PlaylistLoad::FromStore(QString folder, QString name) {
                          .note = group        ? QStringLiteral("Grp")
                                  : entry.link ? entry.link->arguments
                                               : QString(),
-                         .line = entry.line.value_or(QString())});
+                         .line = RenumberedLine(entry.line.value_or(QString()), link.track)});
   }
   const bool taken = co_await Take(std::move(load), room, asked);
   TellSilent(silent);

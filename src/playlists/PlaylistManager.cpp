@@ -24,7 +24,10 @@ PlaylistManager::PlaylistManager(Services services)
       requests_(services_),
       load_(services_),
       save_(services_, shelf_, mode_),
-      repair_(services_) {
+      repair_(services_),
+      firstName_(std::move(services.name)) {
+  if (!firstName_ && mode_ == PlaylistMode::SaveQueue)
+    firstName_ = [queue = services_.queue] { return queue->Name(); };
   save_.Rows = std::move(services.rows);
   save_.OnName = [this](const QString& name) {
     SetName(name);
@@ -51,7 +54,8 @@ bool PlaylistManager::MaySeeRequests() const {
 }
 
 void PlaylistManager::Enter() {
-  if (mode_ == PlaylistMode::SaveQueue) SetName(services_.queue->Name());
+  // What is being saved keeps its name.
+  if (firstName_ && !Busy()) SetName(firstName_());
   if (!Busy()) shelf_.List();
 }
 

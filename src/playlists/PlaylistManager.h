@@ -22,6 +22,9 @@ class PlaylistManager : public QObject {
     PlaylistMode mode = PlaylistMode::Browse;
     /// The selected rows of the list that is saved; not asked for the play queue.
     std::function<std::vector<SaveRow>()> rows = {};
+    /// The name that a save begins with each time that the window comes up; empty: the play queue's where
+    /// that is saved, else none.
+    std::function<QString()> name = {};
   };
   static constexpr int kMostCategoryLetters = 20;
   static constexpr int kMostPlaylistLetters = 30;
@@ -111,6 +114,7 @@ class PlaylistManager : public QObject {
   PlaylistLoad load_;
   PlaylistSave save_;
   PlaylistRepair repair_;
+  std::function<QString()> firstName_;
   QString name_;
   QString words_;
   double share_ = 0;

@@ -190,6 +190,17 @@ void ListPanel::PickAllOrNone() {
   }
 }
 
+void ListPanel::Pick(const std::vector<int>& rows) {
+  QItemSelection picked;
+  for (const int row : rows) {
+    const QModelIndex place = model_.index(row, 0);
+    const QModelIndex shown = filter_ ? filter_->mapFromSource(place) : place;
+    if (shown.isValid()) picked.select(shown, shown);
+  }
+  table_.selectionModel()->select(picked, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  if (!picked.isEmpty()) table_.scrollTo(picked.front().topLeft());
+}
+
 void ListPanel::Jump(QChar letter) {
   if (table_.model()->rowCount() == 0) return;
   const QModelIndex first = table_.model()->index(0, model_.MainColumn());

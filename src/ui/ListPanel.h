@@ -47,6 +47,8 @@ class ListPanel : public Panel {
   [[nodiscard]] bool AllPicked() const;
   /// Picks all rows that are shown, or none when all are picked.
   void PickAllOrNone();
+  /// Picks these rows of the model and no others; the first one comes into sight.
+  void Pick(const std::vector<int>& rows);
 
  Q_SIGNALS:
   /// What is picked, or what could be, is another.

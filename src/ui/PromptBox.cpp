@@ -79,7 +79,21 @@ PromptBox::PromptBox(const Prompt& prompt, const QString& title)
   column_.addWidget(&buttonBox_);
   column_.setSizeConstraint(QLayout::SetFixedSize);
   AddButtons();
+  if (prompt.help.topic != 0) AddHelp(prompt.help);
   FitText();
+}
+
+void PromptBox::AddHelp(const PromptHelp& help) {
+  QPushButton* button = buttonBox_.addButton(tr("&Help"), QDialogButtonBox::HelpRole);
+  button->setObjectName(QStringLiteral("CmdHelp"));
+  button->setIcon(QIcon());
+  button->setToolTip(tr("Help %1").arg(help.topic));
+  connect(button, &QPushButton::clicked, this, [this, button, words = help.words] {
+    button->setEnabled(false);
+    text_.setPlainText(text_.toPlainText() + QStringLiteral("\n\n") + words);
+    text_.setAccessibleName(text_.toPlainText());
+    FitText();
+  });
 }
 
 QPushButton* PromptBox::AddButton(const QString& words, Answer answer, QDialogButtonBox::ButtonRole role) {

@@ -43,6 +43,7 @@ class PromptBox : public QDialog {
 
  private:
   void AddButtons();
+  void AddHelp(const PromptHelp& help);
   QPushButton* AddButton(const QString& words, Answer answer, QDialogButtonBox::ButtonRole role);
   void FitText();
 

@@ -134,11 +134,11 @@ TEST_F(LoadingPlaylists, AGroupBringsItsLinesOrDoesNotComeAtAll) {
   Load(u"Mix(Grp)"_s);
   EXPECT_EQ(LastTold(), u"An Error Occured While Loading Playlist"_s);
   EXPECT_EQ(queue_->Titles(), QStringList{u"Before"_s});
-  AddText(u"Rock/Mix(Grp)"_s, u"Ann - One2.txt"_s, "2,second");
+  AddText(u"Rock/Mix(Grp)"_s, u"Ann - One2.txt"_s, "2,00:00:05,99,3,0,-1,1,-1,60");
   Load(u"Mix(Grp)"_s);
   ASSERT_TRUE(queue_->last && queue_->last->group && queue_->last->clearFirst);
   EXPECT_EQ(queue_->last->rows[0].line, u"1,first"_s);
-  EXPECT_EQ(queue_->last->rows[1].line, u"2,second"_s);
+  EXPECT_EQ(queue_->last->rows[1].line, u"2,00:00:05,1,3,0,-1,1,-1,60"_s) << "the number of today";
   EXPECT_EQ(queue_->rows[0].note, u"Grp"_s);
 }
 

@@ -105,6 +105,24 @@ TEST_F(PrompterTest, LettersAndEnterPressTheButtonsOfAQuestion) {
   EXPECT_EQ(answer_, Answer::Yes);
 }
 
+TEST_F(PrompterTest, HelpIsShownBelowTheTextAndTheQuestionStays) {
+  Prompt refusal = Words(QStringLiteral("No gaps !"));
+  job_ = Keep(refusal);
+  ASSERT_NE(OnlyBox(), nullptr);
+  EXPECT_EQ(OnlyBox()->findChild<QPushButton*>(QStringLiteral("CmdHelp")), nullptr);
+  Press(*OnlyBox(), Qt::Key_Escape);
+  refusal.help = {7, QStringLiteral("Hold Shift.")};
+  job_ = Keep(refusal);
+  ASSERT_NE(OnlyBox(), nullptr);
+  const int height = OnlyBox()->height();
+  Press(*OnlyBox(), Qt::Key_H, QStringLiteral("h"));
+  ASSERT_NE(OnlyBox(), nullptr);
+  EXPECT_EQ(OnlyBox()->Text(), QStringLiteral("No gaps !\n\nHold Shift."));
+  EXPECT_GT(OnlyBox()->height(), height);
+  Press(*OnlyBox(), Qt::Key_Return);
+  EXPECT_TRUE(OpenBoxes<PromptBox>().empty());
+}
+
 TEST_F(PrompterTest, EnterGivesTheSafeAnswerWhereThereIsOne) {
   Prompt question = Words(QStringLiteral("Continue With Delete ?"), Buttons::YesNo);
   question.safe = Answer::No;

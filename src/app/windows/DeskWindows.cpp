@@ -90,6 +90,7 @@ void DeskWindows::AddEntries() {
       window_.AddWindowCommand(line.menu, *separator);
     }
     const auto& entry = entries_.emplace_back(std::make_unique<QAction>(line.words));
+    if (line.words.isEmpty()) continue;
     entry->setObjectName(line.id);
     entry->setShortcut(QKeySequence(line.key, QKeySequence::PortableText));
     connect(entry.get(), &QAction::triggered, this, [this, &line] { Choose(line); });

@@ -8,8 +8,7 @@ namespace kelvo {
 
 void HostedWindow::Take(ToolWindow& window, const WindowHost& host, const QString& place) {
   window_ = &window;
-  if (!place.isEmpty())
-    window.KeepPlace(host.settings, PlaceKeys::Of(host.title, QStringLiteral("Startup"), place));
+  if (!place.isEmpty()) window.KeepPlace(host.settings, PlaceKeys::Of(host.title, host.section, place));
   connect(&window, &ToolWindow::Left, this, [this] {
     if (OnLeft) OnLeft();
   });

@@ -14,8 +14,9 @@ class SettingsStore;
 struct WindowHost {
   QWidget& console;  ///< they come up in front of it
   EventLoop& loop;
-  SettingsStore& settings;  ///< keeps their places
-  QString title;            ///< of the program, for the settings
+  SettingsStore& settings;                      ///< keeps their places
+  QString title;                                ///< of the program, for the settings
+  QString section = QStringLiteral("Startup");  ///< of the settings, for their places
 };
 
 /// A window of the table on the screen: it comes up in front of the console, in its middle unless it has a

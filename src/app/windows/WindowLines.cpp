@@ -6,6 +6,7 @@
 #include "app/windows/KeysWindow.h"
 #include "app/windows/QueueOfPlaylists.h"
 #include "app/windows/ScopeWindow.h"
+#include "app/windows/SessionLines.h"
 #include "config/windows/ConfigWindow.h"
 #include "console/Console.h"
 #include "console/windows/RecorderWindow.h"
@@ -316,12 +317,7 @@ std::function<bool(const QStringList&)> TakesDroppedPlaylists(Console& desk) {
       };
 }
 
-}  // namespace
-
-std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenWindow& open) {
-  const Console::Services& have = desk.GetServices();
-  const WindowHost host{
-      .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
+std::vector<WindowLine> OtherLines(Console& desk, const WindowHost& host, const OpenWindow& open) {
   WindowLine load = PlaylistLine(desk, host, PlaylistMode::Load, open);
   load.takesDrop = TakesDroppedPlaylists(desk);
   return {ImportLine(desk, host),
@@ -338,6 +334,18 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenW
           GroupEditLine(desk, host),
           ScopeLine(desk, host),
           KeysLine(host)};
+}
+
+}  // namespace
+
+std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenWindow& open) {
+  const Console::Services& have = desk.GetServices();
+  const WindowHost host{
+      .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
+  std::vector<WindowLine> lines = OtherLines(desk, host, open);
+  const auto forPlaylists = [&desk] { return ForPlaylists(desk); };
+  for (WindowLine& line : SessionLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
+  return lines;
 }
 
 }  // namespace kelvo

@@ -15,6 +15,7 @@ inline const QString kPlayEdit = QStringLiteral("PlayEdit");
 inline const QString kGroupEdit = QStringLiteral("GroupEdit");
 inline const QString kPlaylistLoad = QStringLiteral("PlaylistLoad");
 inline const QString kGeneratePlaylist = QStringLiteral("GeneratePlaylist");
+inline const QString kSession = QStringLiteral("Session");
 inline const QString kPlaylistSave = QStringLiteral("PlaylistSave");
 }  // namespace WindowId
 

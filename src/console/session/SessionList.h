@@ -1,35 +1,15 @@
 #pragma once
 
-#include "console/session/SessionRecorder.h"
-
-#include <QObject>
-#include <QString>
+#include "console/session/SessionRows.h"
 
 #include <functional>
-#include <vector>
 
 namespace kelvo {
-
-class Catalogue;
-
-/// A row of the session list.
-struct SessionEvent {
-  QString Description;
-  double Time = 0;  ///< the session clock, seconds
-  Mref Track = Mref::None;
-  QString Path;  ///< of the track's file
-  Deck OnDeck = Deck::One;
-  TransitionKind FadeType = TransitionKind::None;
-  int Speed = -1;  ///< of a fade, at least 1; else -1
-  SessionCode Code = SessionCode::Loaded;
-  double Pos = -1;
-  int Length = 0;  ///< whole seconds of the deck's track
-};
 
 /// What the list asks of the desk at the moment of an event.
 struct SessionFacts {
   double sessionClock = 0;  ///< seconds since the session began
-  int fadeSpeed = 25;  ///< position of the fade speed slider
+  int fadeSpeed = 25;       ///< position of the fade speed slider
   double trackSeconds = 0;
 };
 
@@ -44,19 +24,21 @@ class SessionList : public QObject, public SessionRecorder {
   void RecordSessionEvent(const SessionEntry& entry) override;
   void Clear();
 
-  [[nodiscard]] const std::vector<SessionEvent>& Events() const { return events_; }
+  [[nodiscard]] SessionRows& Rows() { return rows_; }
+  [[nodiscard]] const std::vector<SessionEvent>& Events() const { return rows_.Events(); }
   /// "Listed Element 3 Of 200", or that the list has started over.
   [[nodiscard]] const QString& Label() const { return label_; }
+
+  /// Every event, also the one that starts the list over.
+  std::function<void(const SessionEvent&)> OnRecorded;
 
  Q_SIGNALS:
   void Changed();
 
  private:
-  void FollowCatalogue();
-
   const Catalogue& catalogue_;
   std::function<SessionFacts(Deck)> facts_;
-  std::vector<SessionEvent> events_;
+  SessionRows rows_;
   QString label_;
 };
 

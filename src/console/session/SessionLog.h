@@ -18,6 +18,7 @@ class SessionLog {
   /// Appends a line with the present time; `automatic` when the desk plays by itself.
   void LogPlay(const QString& text, bool automatic);
 
+  [[nodiscard]] const QString& Folder() const { return folder_; }
   /// The file with the lines of `day`.
   [[nodiscard]] QString FilePath(const QDate& day) const;
 

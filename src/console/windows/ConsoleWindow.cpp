@@ -19,6 +19,7 @@
 #include "console/windows/ProgrammePanels.h"
 #include "console/windows/QueuePanel.h"
 #include "console/windows/RecordBar.h"
+#include "console/windows/SessionPanel.h"
 #include "console/windows/SpeakPanel.h"
 #include "console/windows/WindowSettings.h"
 #include "ui/Command.h"
@@ -174,7 +175,11 @@ void ConsoleWindow::BuildDesk() {
   auto* clock = new Panel(Group::Console, QString(), foot_);
   auto* clockLayout = new QVBoxLayout(clock);
   clockLayout->setContentsMargins(0, 0, 0, 0);
-  clockLayout->addWidget(new ClockPanel(console_.Status(), clock));
+  clockLayout->addWidget(new ClockPanel(console_.Status(), clock), 1);
+  auto* session = new SessionPanel(
+      console_.Status(), [this] { return console_.WhyNoSession(); }, clock);
+  connect(session, &SessionPanel::Wanted, this, [this] { Q_EMIT WindowWanted(WindowId::kSession); });
+  clockLayout->addWidget(session);
   auto* foot = new QHBoxLayout(foot_);
   foot->setContentsMargins(0, 0, 0, 0);
   foot_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);

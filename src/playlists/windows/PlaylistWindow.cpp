@@ -158,8 +158,9 @@ void PlaylistWindow::BuildCommands() {
                                .run = [this] { manager_.Import(); }});
   export_ = AddCommand(*this, {.name = QStringLiteral("CmdExport"),
                                .words = tr("E&xport..."),
-                               .tooltip = manager_.MaySave() ? tr("Writes the play queue as M3U8")
-                                                             : tr("Writes the chosen playlist as M3U8"),
+                               .tooltip = manager_.Mode() == PlaylistMode::SaveQueue
+                                              ? tr("Writes the play queue as M3U8")
+                                              : tr("Writes the chosen playlist as M3U8"),
                                .key = QKeySequence(Qt::CTRL | Qt::Key_E),
                                .icon = Icon::Save,
                                .run = [this] { manager_.Export(); }});
