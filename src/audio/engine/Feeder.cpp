@@ -14,6 +14,8 @@ namespace {
 constexpr auto kLookWhilePlaying = 40ms;
 /// ... but when blocks of an older generation block a new one, they go with the next callback.
 constexpr auto kLookWhileWaiting = 2ms;
+/// Whoever waits for the thread hears of it with so many blocks.
+constexpr std::size_t kTellEvery = 32;
 
 }  // namespace
 
@@ -109,7 +111,7 @@ Feeder::Outcome Feeder::Step() {
 void Feeder::Run(const std::stop_token& stop) {
   while (!stop.stop_requested()) {
     const Outcome outcome = Step();
-    if (threaded_) {
+    if (threaded_ && (outcome != Outcome::Pushed || pushed_ % kTellEvery == 0)) {
       steps_.fetch_add(1, std::memory_order_release);
       steps_.notify_one();
     }
@@ -124,11 +126,11 @@ void Feeder::Run(const std::stop_token& stop) {
   }
 }
 
-bool Feeder::HasEnough() const {
+bool Feeder::HasEnough(std::size_t blocks) const {
   // The commands come from the thread that waits here.
   if (taken_.load(std::memory_order_acquire) != given_) return false;
   const std::size_t ready = ring_.read_available();
-  return ended_ || ready >= kRingTarget || (pushed_ >= kRingReserve && ready >= kRingReserve);
+  return ended_ || ready >= kRingTarget || (pushed_ >= kRingReserve && ready >= blocks);
 }
 
 void Feeder::FillNow() {
@@ -137,9 +139,12 @@ void Feeder::FillNow() {
     }
     return;
   }
+  std::size_t blocks = kRingReserve;
   for (;;) {
     const std::uint32_t seen = steps_.load(std::memory_order_acquire);
-    if (HasEnough()) break;
+    if (HasEnough(blocks)) break;
+    // Who waits waits for more: to change places with every block costs more than the blocks.
+    blocks = kRingTarget / 2;
     Wake();
     steps_.wait(seen, std::memory_order_acquire);
   }

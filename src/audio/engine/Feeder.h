@@ -51,7 +51,7 @@ class Feeder {
   void Give(Command command);
   void Wake();
   /// The thread in Run has brought in enough for now.
-  [[nodiscard]] bool HasEnough() const;
+  [[nodiscard]] bool HasEnough(std::size_t blocks) const;
   void TakeCommand();
   [[nodiscard]] Outcome Step();
   /// Does what may wait for a disk.
