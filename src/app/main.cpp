@@ -1,5 +1,6 @@
 #include "app/CommandLine.h"
 #include "app/windows/Program.h"
+#include "app/windows/RenderCommand.h"
 #include "ui/Theme.h"
 
 #include <QApplication>
@@ -14,7 +15,7 @@ namespace {
 constexpr int kNotUnderstood = 2;
 
 /// Answers what needs neither a display nor a desk. The exit code; none when the desk is wanted.
-std::optional<int> Answered(int argc, char** argv) {
+std::optional<int> Answered(int& argc, char** argv) {
   QStringList arguments;
   for (int index = 1; index < argc; ++index) arguments.append(QString::fromLocal8Bit(argv[index]));
   const kelvo::CommandLine line = kelvo::ReadCommandLine(arguments);
@@ -29,6 +30,10 @@ std::optional<int> Answered(int argc, char** argv) {
       std::fprintf(stderr, "kelvo: not understood: %s (kelvo --help tells what is)\n",
                    qPrintable(line.refused));
       return kNotUnderstood;
+    case kelvo::CommandLine::Wish::Render: {
+      const QCoreApplication application(argc, argv);
+      return kelvo::RenderFromCommandLine(line.list, line.file);
+    }
     case kelvo::CommandLine::Wish::Run:
       break;
   }

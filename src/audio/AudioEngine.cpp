@@ -67,7 +67,8 @@ std::shared_ptr<PlayerCore> AudioEngine::MakeCore(Output& output) {
   if (!output.Mixer().Add(*core)) {
     throw Failure(QStringLiteral("There are too many players on one sound output."), 0, output.Name());
   }
-  if (backend_->Threaded()) {
+  if (backend_->Threaded() || backend_->DecodesAhead()) {
+    if (!backend_->Threaded()) core->feeder.SetThreaded();
     feeders_.push_back(
         {core.get(), yard_.Start([core](const std::stop_token& stop) { core->feeder.Run(stop); })});
   }

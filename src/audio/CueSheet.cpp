@@ -27,10 +27,16 @@ QString Index(FrameIndex frame) {
       .arg(at % kCueFrames, 2, 10, QLatin1Char('0'));
 }
 
+/// What a sheet calls the kind of the file: whatever is not compressed with a loss is a WAVE.
+QString KindWord(const QString& soundFile) {
+  const bool mp3 = soundFile.endsWith(QStringLiteral(".mp3"), Qt::CaseInsensitive);
+  return mp3 ? QStringLiteral("MP3") : QStringLiteral("WAVE");
+}
+
 }  // namespace
 
 QByteArray CueSheetText(const QString& soundFile, const std::vector<CueTitle>& titles) {
-  QString text = QStringLiteral("FILE %1 WAVE\r\n").arg(Quoted(soundFile));
+  QString text = QStringLiteral("FILE %1 %2\r\n").arg(Quoted(soundFile), KindWord(soundFile));
   for (std::size_t i = 0; i < std::min(titles.size(), kMostTracks); ++i) {
     const CueTitle& each = titles[i];
     text += QStringLiteral("  TRACK %1 AUDIO\r\n").arg(i + 1, 2, 10, QLatin1Char('0'));

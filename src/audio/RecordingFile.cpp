@@ -15,11 +15,27 @@
 
 namespace kelvo {
 
+namespace {
+
+int FormatOf(RecordingFile::Kind kind) {
+  switch (kind) {
+    case RecordingFile::Kind::Flac:
+      return SF_FORMAT_FLAC | SF_FORMAT_PCM_24;
+    case RecordingFile::Kind::Wav:
+      return SF_FORMAT_RF64 | SF_FORMAT_PCM_24;
+    case RecordingFile::Kind::Mp3:
+      break;
+  }
+  return SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III;
+}
+
+}  // namespace
+
 void RecordingFile::Closer::operator()(sf_private_tag* file) const {
   sf_close(file);
 }
 
-RecordingFile::RecordingFile(const QString& path, Kind kind) : path_(path) {
+RecordingFile::RecordingFile(const QString& path, Kind kind, int kbps) : path_(path) {
   const QByteArray place = EncodedPath(path);
   file_ = Descriptor(::open(place.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
   if (!file_.Valid()) FailOn("write", place, errno);
@@ -41,7 +57,7 @@ RecordingFile::RecordingFile(const QString& path, Kind kind) : path_(path) {
   SF_INFO info{};
   info.samplerate = kEngineRate;
   info.channels = static_cast<int>(kChannels);
-  info.format = (kind == Kind::Flac ? SF_FORMAT_FLAC : SF_FORMAT_RF64) | SF_FORMAT_PCM_24;
+  info.format = FormatOf(kind);
   writer_.reset(sf_open_virtual(&disk, SFM_WRITE, &info, this));
   if (!writer_) {
     ::unlink(place.constData());
@@ -52,6 +68,13 @@ RecordingFile::RecordingFile(const QString& path, Kind kind) : path_(path) {
   }
   // Below 4 GB it is an ordinary WAV file.
   if (kind == Kind::Wav) sf_command(writer_.get(), SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
+  if (kind == Kind::Mp3) {
+    int constant = SF_BITRATE_MODE_CONSTANT;
+    // The library wants the rate as a share of the way from the highest to the lowest.
+    double level = static_cast<double>(kMostKbps - kbps) / (kMostKbps - kLeastKbps);
+    sf_command(writer_.get(), SFC_SET_BITRATE_MODE, &constant, sizeof constant);
+    sf_command(writer_.get(), SFC_SET_COMPRESSION_LEVEL, &level, sizeof level);
+  }
   sf_command(writer_.get(), SFC_SET_CLIPPING, nullptr, SF_TRUE);
 }
 

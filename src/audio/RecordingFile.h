@@ -13,15 +13,18 @@ struct sf_private_tag;
 
 namespace kelvo {
 
-/// A recording on disk while it grows: FLAC or WAV in 24 bits, RF64 from 4 GB on. The file can be read at any
-/// moment: when this process is killed, when the disk is full. Owned by whoever records; one thread, which
-/// waits for the disk.
+/// A recording on disk while it grows: FLAC or WAV in 24 bits, RF64 from 4 GB on, or MP3. A FLAC or WAV file
+/// can be read at any moment: when this process is killed, when the disk is full. Owned by whoever records;
+/// one thread, which waits for the disk.
 class RecordingFile {
  public:
-  enum class Kind { Flac, Wav };
+  enum class Kind { Flac, Wav, Mp3 };
+  static constexpr int kLeastKbps = 32;
+  static constexpr int kMostKbps = 320;
 
-  /// Makes the file; throws Failure when it can't be made or is there already.
-  RecordingFile(const QString& path, Kind kind);
+  /// Makes the file; throws Failure when it can't be made or is there already. `kbps` is the rate of an MP3
+  /// file, kilobits a second.
+  RecordingFile(const QString& path, Kind kind, int kbps = kMostKbps);
   ~RecordingFile() { Close(); }
   RecordingFile(const RecordingFile&) = delete;
   RecordingFile& operator=(const RecordingFile&) = delete;
@@ -31,9 +34,11 @@ class RecordingFile {
   void Write(std::span<const float> sound);
   /// Makes the header true up to here and gives all to the disk.
   void Flush();
-  /// Makes the header true and closes the file; only Bytes may be asked for then.
+  /// Makes the header true and closes the file; only Bytes and Error may be asked for then.
   void Close();
   [[nodiscard]] std::int64_t Bytes() const { return size_; }
+  /// Why the disk took no more, also at Close: an error number; 0 when it took all.
+  [[nodiscard]] int Error() const { return error_; }
 
  private:
   struct Closer {

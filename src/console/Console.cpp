@@ -314,6 +314,14 @@ Job<> Console::LoadCatalogue() {
     co_return;
   }
   while (browser_.TakingIn()) co_await services_.loop.Yield();
+  BeginWithCatalogue();
+}
+
+void Console::ActivateLoaded() {
+  if (pendingCatalogueLoad_ && !loader_) BeginWithCatalogue();
+}
+
+void Console::BeginWithCatalogue() {
   catalogueLoaded_ = true;
   pendingCatalogueLoad_ = false;
   loader_.reset();

@@ -96,6 +96,8 @@ class Console : public QObject {
   /// The first time the desk becomes active it loads the catalogue; later calls do nothing. While the load
   /// runs the desk is disabled.
   void Activate();
+  /// The same with a catalogue that holds its tracks: nothing is read.
+  void ActivateLoaded();
   [[nodiscard]] bool PendingCatalogueLoad() const { return pendingCatalogueLoad_; }
   [[nodiscard]] bool CatalogueLoaded() const { return catalogueLoaded_; }
   /// The running load, for its window; none otherwise.
@@ -136,6 +138,7 @@ class Console : public QObject {
   void JoinParts();
   [[nodiscard]] AutoPlay::Services ForAutoPlay();
   [[nodiscard]] Job<> LoadCatalogue();
+  void BeginWithCatalogue();
   /// Why the operator's hand on library and queue is refused: while the desk asks, and while a fade runs.
   [[nodiscard]] QString WhyListsHeld() const;
   void ShowTotalTracks();

@@ -28,7 +28,7 @@ constexpr qint64 kMostBytes = qint64{4} << 20;
 constexpr int kMostOnStderr = 100;
 
 ErrorLog*& Installed() {
-  static ErrorLog* log = nullptr;
+  thread_local ErrorLog* log = nullptr;
   return log;
 }
 
@@ -80,7 +80,7 @@ class ErrorLog::File {
       const std::lock_guard waitingLock(waitingMutex_);
       lines.swap(waiting_);
     }
-    if (lines.isEmpty()) return {};
+    if (lines.isEmpty() || path_.isEmpty()) return {};
     QDir().mkpath(QFileInfo(path_).path());
     if (QFileInfo(path_).size() + lines.size() > kMostBytes) {
       std::error_code fails;
@@ -121,16 +121,18 @@ Failure::Failure(const QString& description, int number, QString source, int lin
       line_(line) {}
 
 ErrorLog::ErrorLog(EventLoop& loop, Prompter& prompter, QString filePath)
-    : loop_(loop), prompter_(prompter), file_(std::make_shared<File>(std::move(filePath))) {
-  Installed() = this;
+    : loop_(loop),
+      prompter_(prompter),
+      file_(std::make_shared<File>(std::move(filePath))),
+      before_(std::exchange(Installed(), this)) {
   SetJobFailureHandler(
       [](const std::exception_ptr& failure) { basHandleError(QStringLiteral(" job"), failure); });
 }
 
 ErrorLog::~ErrorLog() {
   Flush();
-  Installed() = nullptr;
-  SetJobFailureHandler(nullptr);
+  Installed() = before_;
+  if (before_ == nullptr) SetJobFailureHandler(nullptr);
 }
 
 QString ErrorLog::Compose(const std::exception_ptr& failure, const QString& tag) {

@@ -34,8 +34,8 @@ class Failure : public std::runtime_error {
 };
 
 /// The one error path of the program: it tells the operator what failed, writes one line to the log file, and
-/// the program goes on. Owned by the program's entry; one at a time is installed for basHandleError. Logic
-/// thread, the disk off it.
+/// the program goes on. Owned by the program's entry. basHandleError uses the one that was made last on its
+/// thread; when that goes, the one before. Logic thread, the disk off it.
 ///
 /// What fails again and again does not fill the disk: the same line is written ten times within an hour and
 /// then only counted, and the count is written when it goes on after that hour or the log closes. A file that
@@ -43,7 +43,7 @@ class Failure : public std::runtime_error {
 /// operator sees one message, and the lines go to stderr, a hundred of them at most.
 class ErrorLog {
  public:
-  /// `filePath` is appended to, one line a failure: date and time, a tab, the text.
+  /// `filePath` is appended to, one line a failure: date and time, a tab, the text. Empty: no line is kept.
   ErrorLog(EventLoop& loop, Prompter& prompter, QString filePath);
   /// Flushes.
   ~ErrorLog();
@@ -81,12 +81,13 @@ class ErrorLog {
   EventLoop& loop_;
   Prompter& prompter_;
   std::shared_ptr<File> file_;
+  ErrorLog* before_;  ///< of this thread
   QHash<QString, Known> known_;
   bool toldTrouble_ = false;
 };
 
-/// Handles the exception being caught, or `failure`. `tag` tells the place in the logs (" conc4"), `what` the
-/// operator what could not be done. Without an installed ErrorLog it writes to stderr.
+/// Handles the exception being caught, or `failure`, in its thread's log. `tag` tells the place (" conc4"),
+/// `what` the operator what could not be done. Without an installed ErrorLog it writes to stderr.
 void basHandleError(const QString& tag, const QString& what = {});
 void basHandleError(const QString& tag, const std::exception_ptr& failure, const QString& what = {});
 /// Writes a line to the installed log without a message.

@@ -4,7 +4,7 @@ namespace kelvo {
 namespace {
 
 std::function<void(std::exception_ptr)>& FailureHandler() {
-  static std::function<void(std::exception_ptr)> handler;
+  thread_local std::function<void(std::exception_ptr)> handler;
   return handler;
 }
 

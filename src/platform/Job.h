@@ -15,8 +15,8 @@ template <typename T = void>
 class Job;
 
 /// Called with the failure of a job that nobody awaits: when it fails, or, when it fails before its first
-/// suspension, as soon as its handle is stored in another or dropped without being awaited. Set once by the
-/// program (see ErrorLog); when unset, the failure ends the process. Logic thread.
+/// suspension, as soon as its handle is stored in another or dropped without being awaited. Set once a thread
+/// (see ErrorLog); when unset, the failure ends the process.
 void SetJobFailureHandler(std::function<void(std::exception_ptr)> handler);
 
 namespace detail {

@@ -48,6 +48,8 @@ SettingsStore::SettingsStore(EventLoop& loop, QString filePath)
   Read();
 }
 
+SettingsStore::SettingsStore(EventLoop& loop, SettingsText text) : loop_(loop), text_(std::move(text)) {}
+
 SettingsStore::~SettingsStore() {
   Guarded(QStringLiteral(" settings"), [this] { Flush(); });
 }
@@ -120,6 +122,7 @@ void SettingsStore::DeleteSetting(const QString& title, const QString& section, 
 }
 
 void SettingsStore::Changed() {
+  if (!disk_) return;
   dirty_ = true;
   if (!writing_.Running()) writing_ = WriteChanges();
 }

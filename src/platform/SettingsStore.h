@@ -30,6 +30,8 @@ class SettingsStore : public QObject {
  public:
   /// Reads `filePath`; a missing file is an empty store, one that cannot be read is too: see WhyUnreadable.
   SettingsStore(EventLoop& loop, QString filePath);
+  /// A store without a file: it begins with `text`, and what is saved is forgotten with it.
+  SettingsStore(EventLoop& loop, SettingsText text);
   /// Writes what is not on disk yet; a failure goes to the log.
   ~SettingsStore() override;
 
@@ -37,6 +39,8 @@ class SettingsStore : public QObject {
   [[nodiscard]] static QString DefaultFilePath();
 
   [[nodiscard]] const QString& FilePath() const { return filePath_; }
+  /// All that is set now.
+  [[nodiscard]] const SettingsText& Text() const { return text_; }
   /// Why the file that is there could not be read; empty when it could, or there is none.
   [[nodiscard]] const QString& WhyUnreadable() const { return whyUnreadable_; }
   /// Throws the Failure that a write would meet at present. Writes nothing; any thread, blocks for the disk.

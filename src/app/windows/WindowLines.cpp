@@ -20,6 +20,8 @@
 #include "playlists/windows/GroupEditWindow.h"
 #include "playlists/windows/PlayEditWindow.h"
 #include "playlists/windows/PlaylistWindow.h"
+#include "render/RenderQueue.h"
+#include "render/windows/RenderWindow.h"
 
 #include <QCoreApplication>
 
@@ -302,6 +304,39 @@ WindowLine GroupEditLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
+WindowLine RenderLine(Console& desk, const WindowHost& host) {
+  WindowLine line{
+      .id = QStringLiteral("Render"),
+      .menu = DeskMenu::Desk,
+      .startsGroup = true,
+      .words = Text::tr("Re&nder To File..."),
+      .key = QStringLiteral("Ctrl+Shift+E"),
+      .busyQuestion = Text::tr("The Play Queue Is Still Being Rendered !\r\nStop That And Quit ?"),
+      .place = QStringLiteral("Render")};
+  line.make = [&desk, host, place = line.place] {
+    const Console::Services& have = desk.GetServices();
+    auto made = std::make_unique<Hosted<RenderWindow, Renderer>>(
+        host, place,
+        Renderer::Services{.loop = have.loop,
+                           .prompter = have.prompter,
+                           .settings = desk.Settings(),
+                           .documents = have.documents,
+                           .whyNot = [&desk] { return WhyNoRender(desk); },
+                           .name = [&desk] { return desk.Queue().Name(); },
+                           .order =
+                               [&desk] {
+                                 return RenderOrder{
+                                     .desk = SetupOf(desk), .fill = CopyOfQueue(desk), .path = {}};
+                               }});
+    Renderer& work = made->work;
+    QObject::connect(&desk.Queue(), &PlayQueue::RowsChanged, &work, [&work] { work.Propose(); });
+    QObject::connect(&desk.Queue(), &PlayQueue::FactsChanged, &work, [&work] { work.Propose(); });
+    QObject::connect(&desk.Automatic(), &AutoPlay::Changed, &work, [&work] { work.Propose(); });
+    return made;
+  };
+  return line;
+}
+
 /// Playlists of other players that are dropped on the console come into the queue.
 std::function<bool(const QStringList&)> TakesDroppedPlaylists(Console& desk) {
   struct Drop {
@@ -332,6 +367,7 @@ std::vector<WindowLine> OtherLines(Console& desk, const WindowHost& host, const 
           ConfigLine(desk, host),
           RecorderLine(desk, host),
           GroupEditLine(desk, host),
+          RenderLine(desk, host),
           ScopeLine(desk, host),
           KeysLine(host)};
 }

@@ -2,7 +2,7 @@
 
 #include "platform/ErrorLog.h"
 
-#include <samplerate.h>
+#include <soxr.h>
 
 #include <algorithm>
 #include <array>
@@ -16,22 +16,28 @@ constexpr std::size_t kInputFrames = 1024;
 
 /// Frames of the file that the converter hears before a seek's target, so that it does not start from silence
 /// there.
-constexpr FrameIndex kRunUp = 256;
+constexpr FrameIndex kRunUp = 1024;
 
 }  // namespace
 
-void EngineSource::Deleter::operator()(SRC_STATE_tag* state) const {
-  src_delete(state);
+void EngineSource::Deleter::operator()(soxr* state) const {
+  soxr_delete(state);
 }
 
 EngineSource::EngineSource(std::unique_ptr<Decoder> decoder)
     : decoder_(std::move(decoder)), ratio_(static_cast<double>(kEngineRate) / decoder_->Rate()) {
   if (decoder_->Rate() == kEngineRate) return;
-  int error = 0;
-  converter_.reset(src_new(SRC_SINC_FASTEST, static_cast<int>(kChannels), &error));
-  if (!converter_)
-    throw Failure(QString::fromUtf8(src_strerror(error)), error, QStringLiteral("libsamplerate"));
+  converter_ = MakeConverter();
   input_.resize(kInputFrames * kChannels);
+}
+
+EngineSource::Converter EngineSource::MakeConverter() const {
+  soxr_error_t error = nullptr;
+  const soxr_io_spec_t samples = soxr_io_spec(SOXR_FLOAT32_I, SOXR_FLOAT32_I);
+  const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_HQ, 0);
+  Converter made(soxr_create(decoder_->Rate(), kEngineRate, kChannels, &error, &samples, &quality, nullptr));
+  if (!made) throw Failure(QString::fromUtf8(soxr_strerror(error)), 0, QStringLiteral("libsoxr"));
+  return made;
 }
 
 EngineSource::~EngineSource() = default;
@@ -53,19 +59,18 @@ std::size_t EngineSource::ReadConverted(std::span<float> target) {
       inputStart_ = 0;
       decoderEnded_ = inputFrames_ < kInputFrames;
     }
-    SRC_DATA data{};
-    data.data_in = input_.data() + inputStart_ * kChannels;
-    data.input_frames = static_cast<long>(inputFrames_);
-    data.data_out = target.data() + done * kChannels;
-    data.output_frames = static_cast<long>(wanted - done);
-    data.src_ratio = ratio_;
-    data.end_of_input = decoderEnded_ ? 1 : 0;
-    if (src_process(converter_.get(), &data) != 0) break;
-    const auto used = static_cast<std::size_t>(data.input_frames_used);
+    // No input: it gives what it still holds.
+    const bool over = inputFrames_ == 0;
+    std::size_t used = 0;
+    std::size_t made = 0;
+    const soxr_error_t error =
+        soxr_process(converter_.get(), over ? nullptr : input_.data() + inputStart_ * kChannels, inputFrames_,
+                     &used, target.data() + done * kChannels, wanted - done, &made);
+    if (error != nullptr) break;
     inputStart_ += used;
     inputFrames_ -= used;
-    done += static_cast<std::size_t>(data.output_frames_gen);
-    converterEnded_ = decoderEnded_ && data.output_frames_gen == 0;
+    done += made;
+    converterEnded_ = over && made == 0;
   }
   return done;
 }
@@ -79,7 +84,7 @@ void EngineSource::Seek(FrameIndex frame) {
       std::min(std::llround(static_cast<double>(frame) / ratio_), static_cast<long long>(decoder_->Frames()));
   const FrameIndex from = std::max<FrameIndex>(target - kRunUp, 0);
   decoder_->Seek(from);
-  src_reset(converter_.get());
+  converter_ = MakeConverter();
   inputFrames_ = 0;
   decoderEnded_ = false;
   converterEnded_ = false;

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-struct SRC_STATE_tag;
+struct soxr;
 
 namespace kelvo {
 
@@ -26,11 +26,14 @@ class EngineSource {
   [[nodiscard]] std::size_t ReadConverted(std::span<float> target);
 
   struct Deleter {
-    void operator()(SRC_STATE_tag* state) const;
+    void operator()(soxr* state) const;
   };
+  using Converter = std::unique_ptr<soxr, Deleter>;
+  [[nodiscard]] Converter MakeConverter() const;
+
   std::unique_ptr<Decoder> decoder_;
   double ratio_;
-  std::unique_ptr<SRC_STATE_tag, Deleter> converter_;
+  Converter converter_;
   std::vector<float> input_;
   std::size_t inputStart_ = 0;   ///< the first frame in `input_` that the converter has not taken
   std::size_t inputFrames_ = 0;  ///< the frames behind it

@@ -14,6 +14,8 @@ namespace {
 constexpr auto kLookWhilePlaying = 40ms;
 /// ... but when blocks of an older generation block a new one, they go with the next callback.
 constexpr auto kLookWhileWaiting = 2ms;
+/// Whoever waits for the thread hears of it with so many blocks.
+constexpr std::size_t kTellEvery = 32;
 
 }  // namespace
 
@@ -25,6 +27,7 @@ void Feeder::Give(Command command) {
     // A seek right behind an open must not lose the new file.
     if (dropped && dropped->source && !command.source && !command.empty)
       command.source = std::move(dropped->source);
+    ++given_;
     command_.emplace(std::move(command));
   }
   changed_.notify_one();
@@ -54,8 +57,18 @@ void Feeder::SetPlaying(bool playing) {
   changed_.notify_one();
 }
 
+void Feeder::Wake() {
+  {
+    const std::lock_guard lock(mutex_);
+    woken_ = true;
+  }
+  changed_.notify_one();
+}
+
 template <typename Work>
 auto Feeder::Ask(Work&& work) {
+  // Whoever waits for it in simulated time must not take milliseconds of the disk for seconds.
+  if (threaded_) return work();
   reads_.fetch_add(1, std::memory_order_relaxed);
   const auto asked = qScopeGuard([this] { reads_.fetch_add(1, std::memory_order_relaxed); });
   return work();
@@ -63,9 +76,11 @@ auto Feeder::Ask(Work&& work) {
 
 void Feeder::TakeCommand() {
   std::optional<Command> command;
+  std::uint64_t number = 0;
   {
     const std::lock_guard lock(mutex_);
     command = std::exchange(command_, std::nullopt);
+    number = given_;
   }
   if (!command) return;
   if (command->source || command->empty) source_ = std::move(command->source);
@@ -76,6 +91,7 @@ void Feeder::TakeCommand() {
   pushed_ = 0;
   ended_ = source_ == nullptr;
   if (source_) Ask([&] { source_->Seek(command->start); });
+  taken_.store(number, std::memory_order_release);
 }
 
 Feeder::Outcome Feeder::Step() {
@@ -95,6 +111,10 @@ Feeder::Outcome Feeder::Step() {
 void Feeder::Run(const std::stop_token& stop) {
   while (!stop.stop_requested()) {
     const Outcome outcome = Step();
+    if (threaded_ && (outcome != Outcome::Pushed || pushed_ % kTellEvery == 0)) {
+      steps_.fetch_add(1, std::memory_order_release);
+      steps_.notify_one();
+    }
     if (outcome == Outcome::Pushed) continue;
     std::unique_lock lock(mutex_);
     const auto news = [this] { return command_.has_value() || std::exchange(woken_, false); };
@@ -106,9 +126,30 @@ void Feeder::Run(const std::stop_token& stop) {
   }
 }
 
+bool Feeder::HasEnough(std::size_t blocks) const {
+  // The commands come from the thread that waits here.
+  if (taken_.load(std::memory_order_acquire) != given_) return false;
+  const std::size_t ready = ring_.read_available();
+  return ended_ || ready >= kRingTarget || (pushed_ >= kRingReserve && ready >= blocks);
+}
+
 void Feeder::FillNow() {
-  while (Step() == Outcome::Pushed) {
+  if (!threaded_) {
+    while (Step() == Outcome::Pushed) {
+    }
+    return;
   }
+  std::size_t blocks = kRingReserve;
+  for (;;) {
+    const std::uint32_t seen = steps_.load(std::memory_order_acquire);
+    if (HasEnough(blocks)) break;
+    // Who waits waits for more: to change places with every block costs more than the blocks.
+    blocks = kRingTarget / 2;
+    Wake();
+    steps_.wait(seen, std::memory_order_acquire);
+  }
+  // Simulated seconds pass in milliseconds: the thread must not sleep until the ring is empty.
+  if (!ended_ && ring_.read_available() < kRingTarget / 2) Wake();
 }
 
 }  // namespace kelvo

@@ -33,8 +33,11 @@ class Feeder {
 
   /// Works until `stop`. The decoder's thread.
   void Run(const std::stop_token& stop);
-  /// Fills the ring as far as it goes. For a feeder without a thread in Run.
+  /// For who mixes without haste, where time is simulated: fills the ring as far as it goes or, with a thread
+  /// in Run, waits until that has brought in what the next 4096 frames need at any rate.
   void FillNow();
+  /// A thread will be in Run, and FillNow leaves the work to it. Before both.
+  void SetThreaded() { threaded_ = true; }
 
  private:
   struct Command {
@@ -46,6 +49,9 @@ class Feeder {
   enum class Outcome { Pushed, RingIsFull, Done };
 
   void Give(Command command);
+  void Wake();
+  /// The thread in Run has brought in enough for now.
+  [[nodiscard]] bool HasEnough(std::size_t blocks) const;
   void TakeCommand();
   [[nodiscard]] Outcome Step();
   /// Does what may wait for a disk.
@@ -57,15 +63,21 @@ class Feeder {
   std::mutex mutex_;
   std::condition_variable_any changed_;
   std::optional<Command> command_;
+  std::uint64_t given_ = 0;  ///< counts the commands
   bool woken_ = false;
   bool playing_ = false;
   std::atomic<std::uint64_t> reads_{0};
+  bool threaded_ = false;
+
+  // Written by the decoder's thread:
+  std::atomic<std::uint32_t> steps_{0};
+  std::atomic<std::uint64_t> taken_{0};  ///< the last command that was taken up
+  std::atomic<std::size_t> pushed_{0};   ///< blocks since then
+  std::atomic<bool> ended_{true};
 
   // The decoder's thread alone:
   std::unique_ptr<EngineSource> source_;
   SoundBlock block_;
-  std::size_t pushed_ = 0;
-  bool ended_ = true;
 };
 
 }  // namespace kelvo

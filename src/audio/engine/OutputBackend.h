@@ -115,6 +115,9 @@ class OutputBackend {
   [[nodiscard]] virtual bool MeantSilent() const { return false; }
   /// Whether players decode on threads of their own; false where time is simulated.
   [[nodiscard]] virtual bool Threaded() const { return true; }
+  /// Where time is simulated: decoders have threads all the same, which whoever mixes waits for. What comes
+  /// out is the same.
+  [[nodiscard]] virtual bool DecodesAhead() const { return false; }
 };
 
 }  // namespace kelvo

@@ -25,6 +25,9 @@ class SimulatedBackend : public OutputBackend {
   [[nodiscard]] QStringList Names() const override { return names_; }
   void Open(std::shared_ptr<DeviceLink> link) override;
   [[nodiscard]] bool Threaded() const override { return false; }
+  [[nodiscard]] bool DecodesAhead() const override { return decodesAhead_; }
+  /// Before an engine has it.
+  void SetDecodesAhead() { decodesAhead_ = true; }
   /// From now on the device of that name runs fast by so many millionths; slow if negative.
   void SetDrift(const QString& name, double millionths) { drifts_[name] = millionths; }
 
@@ -42,6 +45,7 @@ class SimulatedBackend : public OutputBackend {
   QHash<QString, double> drifts_;
   std::vector<Device> devices_;
   FrameIndex rendered_ = 0;
+  bool decodesAhead_ = false;
   std::vector<float> buffer_;
 };
 

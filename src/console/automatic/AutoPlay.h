@@ -136,6 +136,8 @@ class AutoPlay : public QObject {
  Q_SIGNALS:
   /// Anything that a window shows of this.
   void Changed();
+  /// A track was passed over: which, and why.
+  void Skipped(const QString& what);
   /// The queue's list should show this row.
   void QueuePositionShown(int index);
 

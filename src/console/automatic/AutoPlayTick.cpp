@@ -198,6 +198,7 @@ void AutoPlay::TellSkipped(const QString& title, const QString& why) {
   noticeUntil_ = services_.loop.Elapsed() + kNotice;
   NoteInLog(QStringLiteral("Automatic play passed over ") + lastSkipped_);
   if (!loader_.NothingPlayable()) SetStatusText(notice_);
+  Q_EMIT Skipped(lastSkipped_);
 }
 
 std::optional<UpNext> AutoPlay::Next() const {
