@@ -120,6 +120,8 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   rowCommands_->setSpacing(4);
   for (QPushButton* button : {up_, down_, cut_, clear_, edit_}) rowCommands_->addWidget(button);
   rowCommands_->addStretch(1);
+  // On a small screen the decks need the room.
+  for (QPushButton* button : {up_, down_}) button->setFixedWidth(button->iconSize().width() + 16);
   auto* store = new QHBoxLayout;
   store->setSpacing(4);
   store->addWidget(undo_);
