@@ -310,7 +310,7 @@ WindowLine RenderLine(Console& desk, const WindowHost& host) {
       .menu = DeskMenu::Desk,
       .startsGroup = true,
       .words = Text::tr("Re&nder To File..."),
-      .key = QStringLiteral("Ctrl+Shift+E"),
+      .key = QStringLiteral("Ctrl+Shift+M"),
       .busyQuestion = Text::tr("The Play Queue Is Still Being Rendered !\r\nStop That And Quit ?"),
       .place = QStringLiteral("Render")};
   line.make = [&desk, host, place = line.place] {
