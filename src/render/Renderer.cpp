@@ -191,7 +191,7 @@ void Renderer::Stop() {
 }
 
 QString Renderer::Words() const {
-  if (!run_) return words_;
+  if (!run_) return words_.isEmpty() ? services_.whyNot() : words_;
   return tr("%1 Rendered, Now %2")
       .arg(HoursMinutesSeconds(static_cast<qint64>(run_->Seconds())), run_->Title());
 }

@@ -322,7 +322,7 @@ WindowLine RenderLine(Console& desk, const WindowHost& host) {
                            .settings = desk.Settings(),
                            .documents = have.documents,
                            .whyNot = [&desk] { return WhyNoRender(desk); },
-                           .name = [&desk] { return desk.Queue().Name(); },
+                           .name = [&desk] { return NameOfQueue(desk); },
                            .order =
                                [&desk] {
                                  return RenderOrder{
