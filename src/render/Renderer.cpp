@@ -182,6 +182,8 @@ void Renderer::Take(const RenderResult& result, const QString& path) {
   }
   skipped_.Replace(std::move(rows));
   NoteInLog(tr("Render To File : ") + words_);
+  // The strip has no room for all of it.
+  if (result.end == RenderResult::End::Failed) services_.prompter.Tell({words_, {}});
   Q_EMIT Changed();
 }
 
