@@ -5,6 +5,7 @@
 #include "platform/ErrorLog.h"
 #include "platform/NewFile.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <fcntl.h>
@@ -21,8 +22,9 @@ namespace {
 constexpr std::size_t kPartFrames = 16384;
 constexpr std::size_t kMostWaiting = 8;
 
-QString WithoutLeftOver(const QString& part) {
-  // Of one that was killed.
+/// The file's folder is there, and nothing of one that was killed.
+QString Cleared(const QString& part) {
+  QDir().mkpath(QFileInfo(part).path());
   ::unlink(EncodedPath(part).constData());
   return part;
 }
@@ -42,7 +44,7 @@ void GiveName(const QByteArray& from, const QByteArray& to, bool replace) {
 
 RenderFile::RenderFile(QString path, Kind kind, int mp3Kbps)
     : path_(std::move(path)),
-      part_(WithoutLeftOver(path_ + QStringLiteral(".part"))),
+      part_(Cleared(path_ + QStringLiteral(".part"))),
       file_(part_, kind, mp3Kbps),
       thread_([this](const std::stop_token& stop) { Run(stop); }) {
   gathered_.reserve(kPartFrames * kChannels);

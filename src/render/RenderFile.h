@@ -19,7 +19,7 @@ class RenderFile {
  public:
   using Kind = RecordingFile::Kind;
 
-  /// Throws Failure when the file can't be made.
+  /// Makes its folder where there is none. Throws Failure when the file can't be made.
   RenderFile(QString path, Kind kind, int mp3Kbps);
   /// Takes away what was not committed.
   ~RenderFile();

@@ -17,6 +17,7 @@ struct Text {
 };
 
 constexpr int kFewestRows = 3;
+const QString kNoName = QStringLiteral("(No Name)");
 
 /// The tracks of some rows as a catalogue of their own.
 class TrackCopies {
@@ -82,6 +83,11 @@ std::function<QString(RenderDesk& desk)> CopyOfQueue(Console& desk) {
     target.Desk().Queue().Take(fill);
     return QString();
   };
+}
+
+QString NameOfQueue(Console& desk) {
+  const QString& name = desk.Queue().Name();
+  return name == kNoName ? QString() : name;
 }
 
 QString WhyNoRender(Console& desk) {

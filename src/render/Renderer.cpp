@@ -182,6 +182,8 @@ void Renderer::Take(const RenderResult& result, const QString& path) {
   }
   skipped_.Replace(std::move(rows));
   NoteInLog(tr("Render To File : ") + words_);
+  // The strip has no room for all of it.
+  if (result.end == RenderResult::End::Failed) services_.prompter.Tell({words_, {}});
   Q_EMIT Changed();
 }
 
@@ -191,7 +193,7 @@ void Renderer::Stop() {
 }
 
 QString Renderer::Words() const {
-  if (!run_) return words_;
+  if (!run_) return words_.isEmpty() ? services_.whyNot() : words_;
   return tr("%1 Rendered, Now %2")
       .arg(HoursMinutesSeconds(static_cast<qint64>(run_->Seconds())), run_->Title());
 }

@@ -80,7 +80,7 @@ class Renderer : public QObject {
   void Stop();
   [[nodiscard]] bool Busy() const { return run_ != nullptr; }
 
-  /// What it does, or what came of it.
+  /// What it does, or what came of it, or why there is nothing to do.
   [[nodiscard]] QString Words() const;
   [[nodiscard]] std::optional<double> Share() const;
   [[nodiscard]] const RowStore<SkippedTitle>& Skipped() const { return skipped_; }

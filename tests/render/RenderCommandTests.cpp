@@ -97,22 +97,22 @@ TEST_F(RenderBesideTheDesk, TheButtonWritesTheQueueAndTellsWhatCameOfIt) {
   EXPECT_TRUE(render.isEnabled()) << render.toolTip().toStdString();
   auto& file = *FindNamed<QLineEdit>(*window, u"TxtFile"_s);
   file.selectAll();
-  QTest::keyClicks(&file, database_.tree.Path(u"mix"_s));
+  QTest::keyClicks(&file, database_.tree.Path(u"new/mix"_s));
   EXPECT_FALSE(render.isEnabled()) << "no kind of file";
   QTest::keyClicks(&file, u".flac"_s);
   QTest::mouseClick(&render, Qt::LeftButton);
   loop_.RunFor(1s);
-  EXPECT_TRUE(database_.tree.Exists(u"mix.flac"_s));
+  EXPECT_TRUE(database_.tree.Exists(u"new/mix.flac"_s));
   auto& list = *FindNamed<ListTable>(*window, u"LstSkipped"_s);
   ASSERT_EQ(list.model()->rowCount(), 1);
   EXPECT_EQ(list.model()->index(0, 0).data().toString(), u"Beta"_s);
   EXPECT_TRUE(render.isEnabled());
   // A file that is there is asked about; the scripted answer keeps it.
-  const QByteArray bytes = database_.tree.Read(u"mix.flac"_s);
+  const QByteArray bytes = database_.tree.Read(u"new/mix.flac"_s);
   prompter_.answers = {Answer::No};
   QTest::mouseClick(&render, Qt::LeftButton);
   loop_.RunFor(1s);
-  EXPECT_EQ(database_.tree.Read(u"mix.flac"_s), bytes);
+  EXPECT_EQ(database_.tree.Read(u"new/mix.flac"_s), bytes);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "audio/Recorder.h"
 #include "audio/SimulatedStudio.h"
+#include "database/GroupElement.h"
 #include "database/TestDatabase.h"
 #include "render/RenderQueue.h"
 #include "render/Renderer.h"
@@ -183,6 +184,41 @@ TEST_F(RenderTest, EveryModeAndFormatEndsWithItsLastTitle) {
     EXPECT_NEAR(seconds, result.seconds, 0.1);
     // The gaps of a jukebox are in it, the overlaps of fades shorten it.
     EXPECT_GT(seconds, each.mode == AutoMode::Jukebox ? 48 : 12);
+  }
+}
+
+TEST_F(RenderTest, AGroupPlaylistIsRenderedAsItRunsAndOneThatRepeatsIsEnded) {
+  // On another desk the tracks have other numbers.
+  QueueFill fill{.name = u"Mix(Grp)"_s, .group = true, .clearFirst = true, .rows = {}};
+  const auto add = [&](int number, int deck, int loaded, int started, bool repeat) {
+    GroupElement element{
+        .index = 1, .seconds = loaded, .track = ToMref(number), .deck = deck, .length = kSeconds};
+    std::vector<GroupElement> line{element};
+    element.seconds = started;
+    element.code = SessionCode::TrackStarted;
+    line.push_back(element);
+    element.seconds = 130;
+    element.index = 0;
+    element.code = SessionCode::Repeat;
+    if (repeat) line.push_back(element);
+    fill.rows.push_back({ToMref(number), catalogue_.TrackNames[ToMref(number)], MusicFile(number), u"Grp"_s,
+                         PrintGroupLine(line)});
+  };
+  for (const bool repeats : {false, true}) {
+    fill.rows.clear();
+    add(4, 2, 100, 102, false);
+    add(2, 3, 103, 109, false);
+    add(1, 2, 116, 118, repeats);
+    desk_->Queue().Take(fill);
+    const RenderResult result = Run(Order(repeats ? u"again.wav"_s : u"mix.wav"_s));
+    ASSERT_EQ(result.end, RenderResult::End::Done) << result.error.toStdString();
+    EXPECT_EQ(result.endless, repeats);
+    if (repeats) continue;
+    EXPECT_EQ(result.titles, 3);
+    EXPECT_NEAR(result.seconds, 118 - 102 + kSeconds, 0.1);
+    const QString sheet = QString::fromUtf8(studio_.folder.Read(u"mix.cue"_s));
+    EXPECT_TRUE(sheet.contains(u"TITLE \"Song 2\"\r\n    PERFORMER \"Band\"\r\n    INDEX 01 00:07:00"_s))
+        << sheet.toStdString();
   }
 }
 

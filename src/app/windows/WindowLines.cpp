@@ -310,7 +310,7 @@ WindowLine RenderLine(Console& desk, const WindowHost& host) {
       .menu = DeskMenu::Desk,
       .startsGroup = true,
       .words = Text::tr("Re&nder To File..."),
-      .key = QStringLiteral("Ctrl+Shift+E"),
+      .key = QStringLiteral("Ctrl+Shift+M"),
       .busyQuestion = Text::tr("The Play Queue Is Still Being Rendered !\r\nStop That And Quit ?"),
       .place = QStringLiteral("Render")};
   line.make = [&desk, host, place = line.place] {
@@ -322,7 +322,7 @@ WindowLine RenderLine(Console& desk, const WindowHost& host) {
                            .settings = desk.Settings(),
                            .documents = have.documents,
                            .whyNot = [&desk] { return WhyNoRender(desk); },
-                           .name = [&desk] { return desk.Queue().Name(); },
+                           .name = [&desk] { return NameOfQueue(desk); },
                            .order =
                                [&desk] {
                                  return RenderOrder{

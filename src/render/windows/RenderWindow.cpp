@@ -78,7 +78,8 @@ void RenderWindow::Show() {
   kind_->setCurrentText(RenderKindWord(kind));
   const QString why = renderer_.WhyNoStart();
   form_->SetMessage(*file_, busy ? QString() : renderer_.WrongWithPath());
-  for (QWidget* each : {static_cast<QWidget*>(file_), static_cast<QWidget*>(kind_)}) each->setEnabled(!busy);
+  file_->setReadOnly(busy);
+  Offer(*kind_, busy ? why : QString());
   Offer(*folder_, busy ? why : QString());
   Offer(*render_, why);
   skipped_.SetHint(
