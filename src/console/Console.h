@@ -78,6 +78,7 @@ class Console : public QObject {
   [[nodiscard]] Transitions& Fades() { return transitions_; }
   [[nodiscard]] PressToSpeak& Speak() { return speak_; }
   [[nodiscard]] AutoPlay& Automatic() { return auto_; }
+  [[nodiscard]] const GroupPlay& Group() const { return group_; }
   [[nodiscard]] Jingles& Bites() { return jingles_; }
   [[nodiscard]] Monitor& Pfl() { return monitor_; }
   [[nodiscard]] ProgrammeRecorder& AirRecorder() { return recorder_; }

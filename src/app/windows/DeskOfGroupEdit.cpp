@@ -2,8 +2,8 @@
 
 namespace kelvo {
 
-DeskOfGroupEdit::DeskOfGroupEdit(Console& desk, std::function<std::optional<double>()> playhead)
-    : queue_(desk.Queue()), state_(desk.State()), playhead_(std::move(playhead)) {
+DeskOfGroupEdit::DeskOfGroupEdit(Console& desk)
+    : queue_(desk.Queue()), state_(desk.State()), run_(desk.Group()) {
   connect(&queue_, &PlayQueue::FactsChanged, this, [this] {
     if (OnChanged) OnChanged();
   });
@@ -30,10 +30,6 @@ void DeskOfGroupEdit::SetLines(const std::vector<QueuedLine>& lines) {
     tracks.push_back(line.track);
   }
   queue_.ChangeGroup(texts, tracks);
-}
-
-std::optional<double> DeskOfGroupEdit::Playhead() const {
-  return playhead_ ? playhead_() : std::nullopt;
 }
 
 void DeskOfGroupEdit::Left() {

@@ -9,8 +9,7 @@ namespace kelvo {
 class DeskOfGroupEdit : public QObject, public GroupEditDesk {
   Q_OBJECT
  public:
-  /// `playhead` as GroupEditDesk has it.
-  DeskOfGroupEdit(Console& desk, std::function<std::optional<double>()> playhead);
+  explicit DeskOfGroupEdit(Console& desk);
 
   [[nodiscard]] bool HoldsGroup() const override;
   [[nodiscard]] int Revision() const override { return queue_.GroupRevision(); }
@@ -18,13 +17,13 @@ class DeskOfGroupEdit : public QObject, public GroupEditDesk {
   [[nodiscard]] QString Folder() const override { return queue_.PlaylistFolder(); }
   [[nodiscard]] std::vector<QueuedLine> Lines() const override;
   void SetLines(const std::vector<QueuedLine>& lines) override;
-  [[nodiscard]] std::optional<double> Playhead() const override;
+  [[nodiscard]] std::optional<double> Playhead() const override { return run_.Playhead(); }
   void Left() override;
 
  private:
   PlayQueue& queue_;
   const ConsoleState& state_;
-  std::function<std::optional<double>()> playhead_;
+  const GroupPlay& run_;
 };
 
 }  // namespace kelvo

@@ -299,7 +299,7 @@ WindowLine GroupEditLine(Console& desk, const WindowHost& host) {
                               .disks = desk.SlowDisks(),
                               .prompter = have.prompter,
                               .catalogue = have.catalogue,
-                              .desk = std::make_shared<DeskOfGroupEdit>(desk, nullptr)});
+                              .desk = std::make_shared<DeskOfGroupEdit>(desk)});
   };
   return line;
 }

@@ -26,6 +26,13 @@ GroupRun GroupPlay::Progress() const {
   return {static_cast<int>(line_), static_cast<int>(elements_.size()), details_};
 }
 
+std::optional<double> GroupPlay::Playhead() const {
+  if (!begin_ || elements_.empty()) return std::nullopt;
+  const std::chrono::duration<double> since = services_.loop.Elapsed() - *begin_;
+  const int last = elements_.back().seconds;
+  return std::min(elements_.front().seconds + std::max(since.count(), 0.0), static_cast<double>(last));
+}
+
 void GroupPlay::Start() {
   due_ = {};
   run_ = Run();
@@ -34,12 +41,14 @@ void GroupPlay::Start() {
 void GroupPlay::Stop() {
   leave_.Stop();
   run_.Cancel();
+  begin_.reset();
   for (const Deck deck : kDecks) steps_[deck].Cancel();
 }
 
 Job<> GroupPlay::Run() {
   line_ = 0;
   details_.clear();
+  begin_.reset();
   try {
     elements_.clear();
     for (const QString& line : services_.queue.GroupLines()) {
@@ -52,6 +61,7 @@ Job<> GroupPlay::Run() {
   } catch (...) {
     basHandleError(kTag, QStringLiteral("The group playlist could not be run to its end."));
   }
+  begin_.reset();
   // Later: leaving ends this very job.
   leave_ = services_.loop.After(0ns, [this] { services_.Leave(); });
 }
@@ -82,6 +92,7 @@ Job<> GroupPlay::RunList() {
   const Nanoseconds round = std::max(place(elements_.size() - 1), kLeastRound);
   Nanoseconds begin = services_.loop.Elapsed();
   for (;;) {
+    begin_ = begin;
     for (std::size_t at = 0; at < elements_.size(); ++at) {
       const Nanoseconds early = begin + place(at) - services_.loop.Elapsed();
       if (early > 0ns) co_await services_.loop.Sleep(early);

@@ -10,6 +10,7 @@
 #include "platform/Job.h"
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace kelvo {
@@ -35,6 +36,8 @@ class GroupPlay {
   /// The operator ends it: nothing more is done, the decks go on with what they do.
   void Stop();
   [[nodiscard]] GroupRun Progress() const;
+  /// Where the run is, in seconds as the elements have them; none before its first one and behind its end.
+  [[nodiscard]] std::optional<double> Playhead() const;
 
  private:
   [[nodiscard]] Job<> Run();
@@ -51,6 +54,7 @@ class GroupPlay {
   std::vector<GroupElement> elements_;
   std::size_t line_ = 0;  ///< of elements_, from 1; 0: none has run
   QString details_;
+  std::optional<Nanoseconds> begin_;        ///< when the first element of this round had its place
   PerDeck<std::vector<GroupElement>> due_;  ///< what a deck has to do
   PerDeck<Job<>> steps_;
   Job<> run_;
