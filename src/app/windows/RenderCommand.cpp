@@ -124,7 +124,7 @@ void RunToItsEnd(RenderRun& run) {
   std::jthread worker([&run] {
     run.Run();
     QMetaObject::invokeMethod(
-        qApp, [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
+        QCoreApplication::instance(), [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
   });
   QCoreApplication::exec();
   worker.join();
