@@ -10,6 +10,8 @@
 
 #include <QCheckBox>
 #include <QDir>
+#include <QImage>
+#include <QLabel>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTest>
@@ -203,6 +205,36 @@ TEST_F(GroupEditBesideTheDesk, ElementsAreDraggedAndMovedByKeysOnTheTimeLine) {
   EXPECT_EQ(Cell(2), u"00:00:50"_s);
   EXPECT_FALSE(Find<QPushButton>(u"CmdUndo"_s).isEnabled());
   EXPECT_FALSE(view.grab().isNull());
+}
+
+TEST_F(GroupEditBesideTheDesk, AListThatRunsShowsWhereItIsAndTakesAnEditAtItsNextStart) {
+  // So many rows the desk wants before it plays by itself.
+  QueueFill third{.name = {}, .folder = {}, .group = true, .clearFirst = false, .rows = {}};
+  const QString load = u"9,00:02:00,3,2,0,-1,1,-1,90"_s;
+  third.rows.push_back({ToMref(3), u"gamma"_s, catalogue_.TrackPaths(ToMref(3)), u"Grp"_s, load});
+  Queue().Take(third);
+  OpenFromQueue();
+  const auto playhead = [this] { return desk_->Group().Playhead(); };
+  const QImage idle = Time().grab().toImage();
+  desk_->Automatic().ToggleAutoPlay();
+  loop_.RunFor(20s);
+  ASSERT_TRUE(desk_->State().GroupPlayOn);
+  ASSERT_TRUE(playhead());
+  EXPECT_NEAR(*playhead(), 10 + 20, 0.5) << "as the elements count";
+  EXPECT_NE(Time().grab().toImage(), idle);
+  EXPECT_EQ(Find<QLabel>(u"LblNotice"_s).text(),
+            u"The list runs: what you save counts from its next start"_s);
+  Pick(2);
+  Time().setFocus();
+  for (int press = 0; press < 2; ++press) QTest::keyClick(&Time(), Qt::Key_PageUp, Qt::ShiftModifier);
+  Press(u"Command2"_s);
+  EXPECT_FALSE(Shown().isVisible());
+  // The run goes on as it began: the second track comes in at 60 and not at 80.
+  ASSERT_TRUE(loop_.RunUntil([this] { return Record(Deck::Two).State == DeckState::Playing; }, 60s));
+  EXPECT_NEAR(playhead().value_or(0), 60, 0.5);
+  desk_->Automatic().ToggleAutoPlay();
+  loop_.RunFor(1s);
+  EXPECT_FALSE(playhead());
 }
 
 }  // namespace
