@@ -117,7 +117,8 @@ void PlaylistGenerator::Say(const QString& words, double share) {
   Q_EMIT Changed();
 }
 
-void PlaylistGenerator::Begin(Job<> job) {
+void PlaylistGenerator::Begin(Job<> job, Work kind) {
+  kind_ = kind;
   work_ = Guard(std::move(job));
   Q_EMIT Changed();
 }
@@ -141,6 +142,11 @@ Job<> PlaylistGenerator::Guard(Job<> job) {
 void PlaylistGenerator::Stop() {
   stop_ = true;
   if (control_) control_->stop = true;
+}
+
+QString PlaylistGenerator::WhyNoStop() const {
+  return kind_ == Work::InOnePiece ? tr("What goes into the queue or the store goes there in one piece")
+                                   : QString();
 }
 
 QString PlaylistGenerator::WhyNot() const {
@@ -225,7 +231,7 @@ QString PlaylistGenerator::SequenceWords() const {
 }
 
 void PlaylistGenerator::AddToQueue(std::vector<Mref> tracks) {
-  if (!Busy() && !tracks.empty()) Begin(RunAdd(std::move(tracks)));
+  if (!Busy() && !tracks.empty()) Begin(RunAdd(std::move(tracks)), Work::InOnePiece);
 }
 
 Job<> PlaylistGenerator::RunAdd(std::vector<Mref> tracks) {
@@ -245,7 +251,7 @@ void PlaylistGenerator::Save(const QString& name, const std::vector<Mref>& track
   saveRows_.clear();
   for (const Mref track : tracks)
     saveRows_.push_back({Tracks().TrackNames[track], Tracks().TrackPaths(track)});
-  Begin(save_.Run(name));
+  Begin(save_.Run(name), Work::InOnePiece);
 }
 
 void PlaylistGenerator::FollowCatalogue() {

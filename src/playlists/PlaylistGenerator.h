@@ -84,6 +84,8 @@ class PlaylistGenerator : public QObject {
   [[nodiscard]] int Current() const { return current_; }
   /// Ends what is under way; what is listed by then stays.
   void Stop();
+  /// Why it can't be stopped; empty when it can.
+  [[nodiscard]] QString WhyNoStop() const;
 
   /// Why nothing can be generated, in words; empty when it can.
   [[nodiscard]] QString WhyNot() const;
@@ -117,7 +119,8 @@ class PlaylistGenerator : public QObject {
   void SequenceMade();
 
  private:
-  void Begin(Job<> job);
+  enum class Work { InTurns, InOnePiece };
+  void Begin(Job<> job, Work kind = Work::InTurns);
   [[nodiscard]] Job<> Guard(Job<> job);
   void Say(const QString& words, double share);
   void ShowGenres();
@@ -162,6 +165,7 @@ class PlaylistGenerator : public QObject {
   double share_ = 0;
   int current_ = -1;
   bool stop_ = false;
+  Work kind_ = Work::InTurns;
   bool stale_ = false;  ///< tracks got other numbers while they were gathered
   std::shared_ptr<FitControl> control_;
   Job<> work_;

@@ -201,7 +201,7 @@ void MonitorPanel::Lay() {
 void MonitorPanel::ShowDevices() {
   QStringList names = monitor_.Devices();
   // One that is gone may have a twin of its name.
-  const bool gone = monitor_.DeviceMissing();
+  const bool gone = monitor_.DeviceMissing() && monitor_.Device() != QStringLiteral("None");
   const QString chosen = gone ? tr("%1 (not there)").arg(monitor_.Device()) : monitor_.Device();
   if (!names.contains(chosen)) names.prepend(chosen);
   QStringList shown;

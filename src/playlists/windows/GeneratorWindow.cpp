@@ -309,6 +309,7 @@ void GeneratorWindow::Show() {
   if (free && focus_ != nullptr) std::exchange(focus_, nullptr)->setFocus();
   if (generator_.Current() >= 0) chosen_.Table().selectRow(generator_.Current());
   progress_->Show({.running = !free, .words = generator_.Words(), .share = generator_.Share()});
+  Offer(*progress_->findChild<QPushButton*>(QStringLiteral("CmdStop")), generator_.WhyNoStop());
   genres_.SetHint(tr("All genres are chosen."));
   chosen_.SetHint(tr("Choose genres:\n\"Add\" or a double click."));
   list_.SetHint(free ? tr("\"Generate\" lists the tracks of the chosen genres.") : QString());

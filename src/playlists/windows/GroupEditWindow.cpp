@@ -36,7 +36,7 @@ RowModel<GroupRow>::Columns ColumnsOf(const GroupEditor& editor) {
          return row.element.code == SessionCode::Repeat ? QStringLiteral("Repeat")
                                                         : QString::number(row.element.index);
        }},
-      {head("Time", 9, 1), [](const GroupRow& row) { return ElementTime(row.element.seconds); }},
+      {head("Time", 12, 1), [](const GroupRow& row) { return ElementTime(row.element.seconds); }},
       {head("Command Details", 30, 0, false), [&editor](const GroupRow& row) { return editor.Details(row); }},
       {head("Track", 7, 7), [](const GroupRow& row) { return QString::number(ToInt(row.element.track)); }},
       {head("Deck", 5, 2), number(&GroupElement::deck)},
