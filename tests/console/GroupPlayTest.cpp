@@ -166,6 +166,17 @@ TEST_F(GroupPlaying, WaitsForTheDecksPassesOverWhatFailsAndKeepsItsOtherDeckInTi
   EXPECT_FALSE(desk_->State().GroupPlayOn);
 }
 
+TEST_F(GroupPlaying, TheWaitForItsFirstStartIsNoSilenceToTellOf) {
+  OpenMix({Element(0, SessionCode::Loaded, 1, Deck::One),
+           Element(30, SessionCode::TrackStarted, 1, Deck::One),
+           Element(200, SessionCode::TrackStopped, 1, Deck::One)});
+  Run();
+  loop_.RunFor(25s);
+  EXPECT_FALSE(desk_->Status().Status().airSilent);
+  loop_.RunFor(90s);
+  EXPECT_TRUE(desk_->Status().Status().airSilent) << "the track is over and nothing follows";
+}
+
 TEST_F(GroupPlaying, AListOfOneMomentThatRepeatsLeavesTimeForTheDesk) {
   OpenMix({Element(5, SessionCode::Loaded, 1, Deck::One), Element(5, SessionCode::TrackStarted, 1, Deck::One),
            Element(5, SessionCode::Repeat, 1, Deck::One)});

@@ -35,6 +35,7 @@ std::optional<double> GroupPlay::Playhead() const {
 
 void GroupPlay::Start() {
   due_ = {};
+  started_ = false;
   run_ = Run();
 }
 
@@ -154,6 +155,8 @@ Job<> GroupPlay::Load(Deck deck, Mref track) {
 
 void GroupPlay::Step(Deck deck, const GroupElement& element) {
   DeckEngine& decks = services_.decks;
+  started_ = started_ || element.code == SessionCode::TrackStarted ||
+             element.code == SessionCode::DubStarted || element.code == SessionCode::FadeStarted;
   switch (element.code) {
     case SessionCode::TrackStarted:
       decks.RestartDeck(deck);

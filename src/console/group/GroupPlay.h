@@ -36,6 +36,8 @@ class GroupPlay {
   /// The operator ends it: nothing more is done, the decks go on with what they do.
   void Stop();
   [[nodiscard]] GroupRun Progress() const;
+  /// It runs and has started no deck yet: silence is meant.
+  [[nodiscard]] bool BeforeFirstStart() const { return run_.Running() && !started_; }
   /// Where the run is, in seconds as the elements have them; none before its first one and behind its end.
   [[nodiscard]] std::optional<double> Playhead() const;
 
@@ -54,6 +56,7 @@ class GroupPlay {
   std::vector<GroupElement> elements_;
   std::size_t line_ = 0;  ///< of elements_, from 1; 0: none has run
   QString details_;
+  bool started_ = false;                    ///< a deck, in this run
   std::optional<Nanoseconds> begin_;        ///< when the first element of this round had its place
   PerDeck<std::vector<GroupElement>> due_;  ///< what a deck has to do
   PerDeck<Job<>> steps_;
