@@ -189,7 +189,7 @@ sleep 8
 # ---- press-to-speak -------------------------------------------------------------------------------------------------
 # On "Set Timer", the last stop of Tab before the first list while tracks play: it speaks, and Enter alone presses it.
 key alt+g
-times 2 shift+Tab
+times 3 shift+Tab
 xdotool keydown space
 sleep 1
 xdotool keyup space
