@@ -167,10 +167,10 @@ key alt+a ctrl+Return Escape
 until_ 5 "the search is closed" has_keys '*Console*'
 
 # ---- a fader --------------------------------------------------------------------------------------------------------
-# Behind the list: its heading, down, cut, clear, load, save, five jingles, their list, their level, the depth of
+# Behind the list: its heading, down, cut, clear, edit, load, save, five jingles, their list, their level, the depth of
 # press-to-speak and its speed, which goes to its end.
 key alt+q Home
-times 15 Tab
+times 16 Tab
 key End
 
 # ---- two decks ------------------------------------------------------------------------------------------------------
