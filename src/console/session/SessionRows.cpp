@@ -2,6 +2,8 @@
 
 #include "database/Catalogue.h"
 #include "database/GroupElement.h"
+#include "database/GroupWords.h"
+#include "database/GroupWords.h"
 #include "platform/Words.h"
 
 #include <utility>
@@ -21,17 +23,7 @@ QString SessionEvent::DeckWords() const {
 }
 
 QString SessionEvent::FadeWords() const {
-  switch (FadeType) {
-    case TransitionKind::Dub:
-      return QStringLiteral("Dub");
-    case TransitionKind::PartFade:
-      return QStringLiteral("Part");
-    case TransitionKind::Pan:
-      return QStringLiteral("Pan");
-    case TransitionKind::None:
-      break;
-  }
-  return QStringLiteral("N/A");
+  return FadeType == TransitionKind::None ? QStringLiteral("N/A") : FadeWord(FadeType);
 }
 
 QString SessionEvent::FadeNumber() const {
