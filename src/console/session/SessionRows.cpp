@@ -3,7 +3,6 @@
 #include "database/Catalogue.h"
 #include "database/GroupElement.h"
 #include "database/GroupWords.h"
-#include "database/GroupWords.h"
 #include "platform/Words.h"
 
 #include <utility>
