@@ -1,5 +1,6 @@
 #pragma once
 
+#include "database/DatabaseSettings.h"
 #include "platform/Job.h"
 #include "platform/Prompter.h"
 #include "platform/Setting.h"
@@ -9,14 +10,6 @@
 #include <functional>
 
 namespace kelvo {
-
-namespace setting {
-
-/// Free access to the Data Manager and its tools; otherwise the password guards them.
-inline constexpr TruthSetting DmanAccess{{kStartup, QLatin1StringView("DmanAccess")}, true};
-inline constexpr TextSetting DmanPassWord{{kStartup, QLatin1StringView("DmanPassWord")}};
-
-}  // namespace setting
 
 /// The console's way into the Data Manager and its tools: free, or behind a password. The setting counts from
 /// one start of the program to the next. Owned by the Console; logic thread.

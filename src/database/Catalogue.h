@@ -56,6 +56,7 @@ class Catalogue : public QObject {
   const PooledTextColumn& TrackHi = tables_.TrackHi;
   const PooledTextColumn& TrackStartEnd = tables_.TrackStartEnd;
   const PooledTextColumn& TrackGain = tables_.TrackGain;
+  const PooledTextColumn& TrackExtensions = tables_.TrackExtensions;
   const QStringList& GenreList = tables_.GenreList;
   const QStringList& ArtistList = tables_.ArtistList;
   const QStringList& AlbumList = tables_.AlbumList;

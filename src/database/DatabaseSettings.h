@@ -11,6 +11,9 @@ namespace setting {
 /// The folders of the media database.
 inline constexpr RecordSetting<kelvo::Paths> Paths{{kStartup, QLatin1StringView("Paths")},
                                                    QLatin1StringView("NoPaths")};
+/// Free access to the Data Manager and its tools; otherwise the password guards them.
+inline constexpr TruthSetting DmanAccess{{kStartup, QLatin1StringView("DmanAccess")}, true};
+inline constexpr TextSetting DmanPassWord{{kStartup, QLatin1StringView("DmanPassWord")}};
 // What a new track info file says of how its track is played.
 inline constexpr NumberSetting DefaultFade{
     {kStartup, QLatin1StringView("DefaultFade")}, 0, -kMost16, kMost16};

@@ -4,6 +4,7 @@
 #include "app/windows/DeskOfPlayEdit.h"
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
+#include "app/windows/ManagerLines.h"
 #include "app/windows/QueueOfPlaylists.h"
 #include "app/windows/ScopeWindow.h"
 #include "app/windows/SessionLines.h"
@@ -64,7 +65,7 @@ WindowLine ImportLine(Console& desk, const WindowHost& host) {
 }
 
 WindowLine TransferLine(Console& desk, const WindowHost& host) {
-  WindowLine line{.id = QStringLiteral("Transfer"),
+  WindowLine line{.id = WindowId::kTransfer,
                   .words = Text::tr("&Transfer To Database..."),
                   .key = QStringLiteral("Ctrl+Shift+D"),
                   .guard = kUpkeep,
@@ -104,7 +105,7 @@ WindowLine UtilityLine(Console& desk, const WindowHost& host) {
 }
 
 WindowLine JinglesLine(Console& desk, const WindowHost& host) {
-  WindowLine line{.id = QStringLiteral("Jingles"),
+  WindowLine line{.id = WindowId::kJingles,
                   .words = Text::tr("Import &Jingles..."),
                   .key = QStringLiteral("Ctrl+J"),
                   .guard = {.password = true},
@@ -381,6 +382,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenW
   std::vector<WindowLine> lines = OtherLines(desk, host, open);
   const auto forPlaylists = [&desk] { return ForPlaylists(desk); };
   for (WindowLine& line : SessionLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
+  for (WindowLine& line : ManagerLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
   return lines;
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "console/browser/NameIndex.h"
-#include "console/browser/TrackFilter.h"
 #include "console/browser/TrackOrder.h"
 #include "console/desk/ConsoleState.h"
 #include "console/queue/PlayQueue.h"
 #include "database/Catalogue.h"
+#include "database/TrackFilter.h"
 #include "platform/EventLoop.h"
 #include "platform/Job.h"
 

@@ -7,9 +7,11 @@ namespace kelvo {
 /// The menus of the console, from left to right.
 enum class DeskMenu { File, View, Library, Desk, Help };
 
-/// Windows that a button of the console itself opens, by their id in the table of windows.
+/// Windows that a button of another window opens, by their id in the table of windows.
 namespace WindowId {
 inline const QString kImport = QStringLiteral("Import");
+inline const QString kTransfer = QStringLiteral("Transfer");
+inline const QString kJingles = QStringLiteral("Jingles");
 inline const QString kTrackSearch = QStringLiteral("TrackSearch");
 inline const QString kPlayEdit = QStringLiteral("PlayEdit");
 inline const QString kGroupEdit = QStringLiteral("GroupEdit");

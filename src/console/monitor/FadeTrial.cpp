@@ -56,20 +56,6 @@ FadeTrial::FadeTrial(Services services)
   });
 }
 
-QString FadeTrial::WhyNot() const {
-  const Monitor& monitor = services_.monitor;
-  const AudioSystem& audio = services_.audio;
-  const QString output = monitor.Output();
-  if (!monitor.Enabled()) return tr("Only one sound output is there: the monitor needs a second");
-  if (output == QStringLiteral("None")) return tr("No sound device is chosen for the monitor");
-  if (audio.OutputNamed(output).isEmpty())
-    return tr("The monitor's device %1 isn't there").arg(monitor.Device());
-  // The first one is the default output, which carries the programme.
-  const QString onAir = audio.OutputNames().first();
-  const bool same = output == onAir || output == audio.OutputId(onAir);
-  return same ? tr("The monitor's device is the one that is on air") : QString();
-}
-
 void FadeTrial::Begin(const TrialOrder& order) {
   Stop();
   if (!WhyNot().isEmpty()) return;

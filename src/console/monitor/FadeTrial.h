@@ -35,7 +35,7 @@ class FadeTrial : public QObject {
   explicit FadeTrial(Services services);
 
   /// Why nothing would be heard, or what goes out would be; in words, empty when it can begin.
-  [[nodiscard]] QString WhyNot() const;
+  [[nodiscard]] QString WhyNot() const { return services_.monitor.WhyNotApart(); }
   void Begin(const TrialOrder& order);
   void Stop();
   [[nodiscard]] bool Running() const { return running_; }

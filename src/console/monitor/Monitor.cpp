@@ -76,6 +76,17 @@ QStringList Monitor::Devices() const {
   return names;
 }
 
+QString Monitor::WhyNotApart() const {
+  const AudioSystem& audio = services_.audio;
+  const QString output = Output();
+  if (!Enabled()) return tr("Only one sound output is there: the monitor needs a second");
+  if (output == QStringLiteral("None")) return tr("No sound device is chosen for the monitor");
+  if (audio.OutputNamed(output).isEmpty()) return tr("The monitor's device %1 isn't there").arg(Device());
+  const QString onAir = ProgrammeDevice();
+  const bool same = output == onAir || output == audio.OutputId(onAir);
+  return same ? tr("The monitor's device is the one that is on air") : QString();
+}
+
 bool Monitor::HeldBack() const {
   const QString name = services_.audio.OutputNamed(Output());
   return !name.isEmpty() && name == ProgrammeDevice();

@@ -57,6 +57,9 @@ class Monitor : public QObject {
   /// Its device plays the programme by now, so it keeps silent.
   [[nodiscard]] bool HeldBack() const;
 
+  /// Why another player could not be heard on its device, beside the programme; in words, empty when it could.
+  [[nodiscard]] QString WhyNotApart() const;
+
   /// Opens what the source holds, and runs it. Nothing where it holds nothing.
   void Open(MonitorSource source);
   /// The same with a file that is in no deck.

@@ -1,4 +1,4 @@
-#include "console/browser/TrackFilter.h"
+#include "database/TrackFilter.h"
 
 #include "database/Catalogue.h"
 #include "platform/Words.h"
