@@ -14,6 +14,28 @@ struct Text {
 /// Below this rate a file is of the second form of the format, whose frames hold less.
 constexpr int kFirstForm = 32000;
 constexpr int kMostBelow = 160;
+constexpr int kMost = 320;
+
+/// How hard an encoder searches.
+constexpr int kUsual = 3;
+constexpr int kFast = 7;
+constexpr int kThorough = 2;
+constexpr int kUtmost = 0;
+
+/// What a preset brings with it.
+struct Brought {
+  int number;
+  int effort = kUsual;
+  std::optional<int> vbrQuality = {};
+};
+constexpr std::array kBrought{Brought{1, kFast},     Brought{2, kThorough}, Brought{4, kUsual, 3},
+                              Brought{5, kUtmost},   Brought{6, kUsual, 2}, Brought{7, kFast, 2},
+                              Brought{8, kUsual, 0}, Brought{9, kFast, 0},  Brought{13, kUsual, 4},
+                              Brought{14, kFast, 4}};
+constexpr int kVoice = 3;
+constexpr int kInsane = 10;
+constexpr int kAverage = 11;
+constexpr int kConstant = 12;
 
 bool IsIn(std::span<const int> list, int value) {
   return std::find(list.begin(), list.end(), value) != list.end();
@@ -57,6 +79,38 @@ QString EncodingPresets::WhyInvalid() const {
         .arg(sampleRate)
         .arg(kMostBelow);
   return {};
+}
+
+EncodingPlan EncodingPresets::Plan() const {
+  const auto found = std::find_if(kBrought.begin(), kBrought.end(),
+                                  [this](const Brought& each) { return each.number == preset; });
+  const Brought brought = found == kBrought.end() ? Brought{preset} : *found;
+  EncodingPlan plan{.kbps = bitRate,
+                    .vbrQuality = brought.vbrQuality.value_or(vbrQuality),
+                    .effort = brought.effort,
+                    .mono = preset == kVoice};
+  if (!vbr || preset == kConstant || preset == kInsane) plan.rate = EncodingPlan::Rate::Constant;
+  if (preset == kAverage) plan.rate = EncodingPlan::Rate::Average;
+  if (preset == kInsane) plan.kbps = sampleRate < kFirstForm ? kMostBelow : kMost;
+  return plan;
+}
+
+QString EncodingPresets::PlanWords() const {
+  const EncodingPlan plan = Plan();
+  QString rate;
+  switch (plan.rate) {
+    case EncodingPlan::Rate::Constant:
+      rate = Text::tr("a constant bit rate of %1 kbit/s").arg(plan.kbps);
+      break;
+    case EncodingPlan::Rate::Average:
+      rate = Text::tr("a bit rate that varies around %1 kbit/s").arg(plan.kbps);
+      break;
+    case EncodingPlan::Rate::Variable:
+      rate = Text::tr("a variable bit rate of quality %1").arg(plan.vbrQuality);
+      break;
+  }
+  const QString sides = plan.mono ? Text::tr("mono") : Text::tr("stereo");
+  return Text::tr("Files get %1, %2 Hz, %3.").arg(rate).arg(sampleRate).arg(sides);
 }
 
 }  // namespace kelvo

@@ -8,6 +8,17 @@
 
 namespace kelvo {
 
+/// What an encoder is to do: what is left of the presets when each has had its say. A value.
+struct EncodingPlan {
+  enum class Rate { Constant, Average, Variable };
+  Rate rate = Rate::Variable;
+  int kbps = 128;      ///< of a constant or an average rate
+  int vbrQuality = 4;  ///< of a variable rate: 0 best, 9 smallest
+  int effort = 3;      ///< how hard the encoder searches: 0 slow and best, 9 fast
+  bool mono = false;   ///< both sides become one
+  bool operator==(const EncodingPlan&) const = default;
+};
+
 /// How music is encoded to MP3. A value.
 struct EncodingPresets {
   int preset = 4;          ///< one of EncodingLists::Presets
@@ -23,6 +34,14 @@ struct EncodingPresets {
 
   /// Why nothing can be encoded like this, in words for the operator; empty when it can.
   [[nodiscard]] QString WhyInvalid() const;
+
+  /// What the encoder makes of it. A preset with a quality of its own (4, 6 to 9, 13 and 14) takes it, as the
+  /// library has it under that name: 3, 2, 2, 0, 0, 4 and 4. Where the bit rate is not to vary it is constant,
+  /// and they say nothing. Preset 10 is the highest constant rate, 11 an average rate, 12 a constant one. 0, 1,
+  /// 2 and 5 say how hard the encoder searches; 3 makes both sides one; the quality is then VBR Quality.
+  [[nodiscard]] EncodingPlan Plan() const;
+  /// The same for the operator, in a sentence.
+  [[nodiscard]] QString PlanWords() const;
 };
 
 /// What each of the values may be.

@@ -4,6 +4,8 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 
+#include <signal.h>
+
 #include <chrono>
 #include <memory>
 #include <utility>
@@ -18,12 +20,14 @@ namespace {
 constexpr auto kGrace = 2s;
 constexpr std::chrono::duration<int, std::milli> kLook = 20ms;
 
+}  // namespace
+
 /// A started child. Owned by the frame of its job; when that goes before the child has ended, the child is
 /// stopped and what is left of it lives on by itself until then. Logic thread.
 class RunningChild {
  public:
   RunningChild(EventLoop& loop, const ChildCommand& command)
-      : loop_(loop), process_(std::make_unique<QProcess>()) {
+      : loop_(loop), process_(std::make_unique<QProcess>()), control_(command.control) {
     if (!command.workingFolder.isEmpty()) process_->setWorkingDirectory(command.workingFolder);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const QString& line : command.environment) {
@@ -47,10 +51,12 @@ class RunningChild {
       process_->write(command.input);
       process_->closeWriteChannel();
     }
+    if (control_) control_->send_ = [this](int signal) { Send(signal); };
   }
   RunningChild(const RunningChild&) = delete;
   RunningChild& operator=(const RunningChild&) = delete;
   ~RunningChild() {
+    if (control_) control_->send_ = nullptr;
     process_->disconnect();
     if (process_->state() != QProcess::NotRunning) Stop();
   }
@@ -72,6 +78,10 @@ class RunningChild {
   [[nodiscard]] Change NextChange() { return Change(*this); }
 
  private:
+  void Send(int signal) const {
+    if (process_->processId() > 0) ::kill(static_cast<pid_t>(process_->processId()), signal);
+  }
+
   void Await(std::coroutine_handle<> waiting) {
     waiting_ = waiting;
     if (!loop_.Simulated()) return;
@@ -105,15 +115,19 @@ class RunningChild {
 
   EventLoop& loop_;
   std::unique_ptr<QProcess> process_;
+  std::shared_ptr<ChildControl> control_;
   std::coroutine_handle<> waiting_;
   Timer wake_;
   bool news_ = false;
 };
 
-void Deliver(const QByteArray& piece, QByteArray& all,
+namespace {
+
+void Deliver(const QByteArray& piece, QByteArray& all, qsizetype keep,
              const std::function<void(const QByteArray&)>& listener) {
   if (piece.isEmpty()) return;
   all += piece;
+  if (keep >= 0 && all.size() > keep) all = all.right(keep);
   if (listener) listener(piece);
 }
 
@@ -129,8 +143,8 @@ Job<ChildResult> RunChild(EventLoop& loop, ChildCommand command,
     co_await child.NextChange();
     // Looked at before the rest is read: what comes with the end must not be missed.
     ended = child.Ended();
-    Deliver(process.readAllStandardOutput(), result.output, onOutput);
-    Deliver(process.readAllStandardError(), result.errorOutput, onError);
+    Deliver(process.readAllStandardOutput(), result.output, command.keep, onOutput);
+    Deliver(process.readAllStandardError(), result.errorOutput, command.keep, onError);
   }
   result.started = process.error() != QProcess::FailedToStart;
   if (!result.started) {

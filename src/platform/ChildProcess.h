@@ -8,8 +8,22 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 
 namespace kelvo {
+
+/// Sends signals to a child that runs. Made by whoever starts it; logic thread.
+class ChildControl {
+ public:
+  /// Nothing while the child does not run.
+  void Send(int signal) const {
+    if (send_) send_(signal);
+  }
+
+ private:
+  friend class RunningChild;
+  std::function<void(int signal)> send_;
+};
 
 /// Another program to run: no shell, arguments as they are.
 struct ChildCommand {
@@ -18,6 +32,9 @@ struct ChildCommand {
   QStringList environment;  ///< "NAME=value" lines that are set on top of ours
   QString workingFolder;
   QByteArray input;  ///< its whole standard input
+  /// Bytes of each output that are kept for the result, the last ones; below 0: all.
+  qsizetype keep = -1;
+  std::shared_ptr<ChildControl> control = {};  ///< may be empty
 };
 
 /// How a child ended. `started` false: it could not be run, `error` says why.
@@ -25,8 +42,8 @@ struct ChildResult {
   bool started = false;
   bool crashed = false;
   int exitCode = -1;
-  QByteArray output;       ///< all of its standard output
-  QByteArray errorOutput;  ///< all of its standard error
+  QByteArray output;       ///< its standard output
+  QByteArray errorOutput;  ///< its standard error
   QString error;
 };
 

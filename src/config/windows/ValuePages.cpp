@@ -186,13 +186,18 @@ EncodingPage::EncodingPage(Configuration& work) : ConfigPage(work, QStringLitera
   connect(vbr, &QCheckBox::clicked, this,
           [this](bool on) { Work().Change([on](ConfigValues& values) { values.Presets.vbr = on; }); });
   auto* trouble = AmberLabel(QStringLiteral("LblMp3Trouble"), this);
+  auto* plan = new QLabel(this);
+  plan->setObjectName(QStringLiteral("LblMp3Plan"));
+  plan->setWordWrap(true);
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(grid);
   layout->addWidget(vbr);
+  layout->addWidget(plan);
   layout->addWidget(trouble);
   layout->addStretch(1);
-  OnShow([this, vbr, trouble] {
+  OnShow([this, vbr, plan, trouble] {
     vbr->setChecked(Values().Presets.vbr);
+    plan->setText(Values().Presets.PlanWords());
     trouble->setText(Values().Presets.WhyInvalid());
     trouble->setVisible(!trouble->text().isEmpty());
   });
