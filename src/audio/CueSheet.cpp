@@ -27,8 +27,10 @@ QString Index(FrameIndex frame) {
       .arg(at % kCueFrames, 2, 10, QLatin1Char('0'));
 }
 
-/// What a sheet calls the kind of the file: whatever is not compressed with a loss is a WAVE.
+/// What a sheet calls the kind of the file: whatever is not compressed with a loss is a WAVE, but for the
+/// bare sectors of a disc.
 QString KindWord(const QString& soundFile) {
+  if (soundFile.endsWith(QStringLiteral(".bin"), Qt::CaseInsensitive)) return QStringLiteral("BINARY");
   const bool mp3 = soundFile.endsWith(QStringLiteral(".mp3"), Qt::CaseInsensitive);
   return mp3 ? QStringLiteral("MP3") : QStringLiteral("WAVE");
 }

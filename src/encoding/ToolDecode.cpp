@@ -1,18 +1,11 @@
 #include "encoding/ToolDecode.h"
 
 #include "audio/engine/OpenDecoder.h"
+#include "platform/BesideFile.h"
 #include "platform/ChildProcess.h"
 #include "platform/ErrorLog.h"
-#include "platform/NewFile.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
-
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
 
 namespace kelvo {
 
@@ -26,37 +19,18 @@ constexpr qsizetype kKept = 4096;
 /// Decoders differ in what they cut off at the two ends.
 constexpr FrameIndex kEnds = 4608;
 
-/// The file beside that grows, and goes when it is not taken.
-class Beside {
- public:
-  explicit Beside(const QString& target)
-      : path_(QFileInfo(target).path() + QStringLiteral("/.") + QFileInfo(target).fileName() +
-              QStringLiteral(".kelvo-new")) {}
-  Beside(const Beside&) = delete;
-  Beside& operator=(const Beside&) = delete;
-  ~Beside() { ::unlink(EncodedPath(path_).constData()); }
-  [[nodiscard]] const QString& Path() const { return path_; }
-
- private:
-  QString path_;
-};
-
 /// The tool says that all is well also of a file that was cut off and of a disk that is full.
 void TakeIfWhole(const QString& mp3File, const QString& made, const QString& target) {
   const FrameIndex wanted = OpenDecoder(mp3File)->Frames();
   const FrameIndex got = OpenDecoder(made)->Frames();
   if (got + kEnds < wanted) throw Failure(Text::tr("The tool did not decode it to its end"), 0, mp3File);
-  const QByteArray from = EncodedPath(made);
-  const Descriptor file(::open(from.constData(), O_RDONLY | O_CLOEXEC));
-  if (!file.Valid() || ::fsync(file.Number()) != 0) FailOn("flush", from, errno);
-  const QByteArray to = EncodedPath(target);
-  if (::rename(from.constData(), to.constData()) != 0) FailOn("write", to, errno);
+  BesideFile::Take(made, target);
 }
 
 }  // namespace
 
 Job<QString> DecodeWithTool(EventLoop& loop, QString tool, QString mp3File, QString wavFile) {
-  const Beside beside(wavFile);
+  const BesideFile beside(wavFile);
   ChildCommand command;
   command.program = tool;
   command.arguments =
