@@ -34,10 +34,15 @@ DataManager::DataManager(Services services)
              .paths = services_.paths}),
       references_(services_.loop, services_.catalogue),
       find_(services_.prompter, list_),
-      preview_(services_.loop, services_.audio, services_.desk) {
+      preview_(services_.loop, services_.audio, services_.desk),
+      bulk_({.loop = services_.loop,
+             .prompter = services_.prompter,
+             .catalogue = services_.catalogue,
+             .paths = services_.paths}) {
   connect(&list_, &TrackList::StateChanged, this, &DataManager::Changed);
   connect(&references_, &ReferenceChoice::Changed, this, &DataManager::Changed);
   connect(&references_, &ReferenceChoice::TrackChanged, this, &DataManager::Changed);
+  connect(&bulk_, &BulkEdit::Changed, this, &DataManager::Changed);
   if (services_.tools) tools_ = services_.tools(*this);
   Refresh();
 }
@@ -127,6 +132,11 @@ void DataManager::Run(const QString& id) {
 void DataManager::ShowProgress(Progress progress) {
   progress_ = std::move(progress);
   Q_EMIT Changed();
+}
+
+std::optional<DataManager::Progress> DataManager::Shown() {
+  if (progress_ || !bulk_.Running()) return progress_;
+  return Progress{.words = bulk_.Words(), .share = bulk_.Share(), .stop = [this] { bulk_.Stop(); }};
 }
 
 void DataManager::EndProgress() {

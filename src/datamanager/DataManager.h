@@ -1,6 +1,7 @@
 #pragma once
 
 #include "database/Paths.h"
+#include "datamanager/BulkEdit.h"
 #include "datamanager/FindText.h"
 #include "datamanager/ManagerTool.h"
 #include "datamanager/PreviewPlayer.h"
@@ -11,6 +12,7 @@
 #include "platform/Prompter.h"
 #include "platform/Setting.h"
 
+#include <QDate>
 #include <QObject>
 #include <QStringList>
 
@@ -48,6 +50,8 @@ class DataManager : public QObject {
   [[nodiscard]] ReferenceChoice& References() { return references_; }
   [[nodiscard]] FindText& Find() { return find_; }
   [[nodiscard]] PreviewPlayer& Preview() { return preview_; }
+  [[nodiscard]] BulkEdit& Bulk() { return bulk_; }
+  [[nodiscard]] QDate Today() const { return services_.loop.Now().date(); }
 
   // The view.
   /// `DispMode`: what the operator chose to see.
@@ -94,8 +98,9 @@ class DataManager : public QObject {
   };
   void ShowProgress(Progress progress);
   void EndProgress();
-  [[nodiscard]] const std::optional<Progress>& Shown() const { return progress_; }
-  [[nodiscard]] bool Busy() const { return progress_.has_value(); }
+  /// What goes on and may not be broken off: of a tool, or several tracks that are changed.
+  [[nodiscard]] std::optional<Progress> Shown();
+  [[nodiscard]] bool Busy() { return Shown().has_value(); }
 
   /// "Restrict": the password that guards the Data Manager from the next start on.
   void Restrict();
@@ -115,6 +120,7 @@ class DataManager : public QObject {
   ReferenceChoice references_;
   FindText find_;
   PreviewPlayer preview_;
+  BulkEdit bulk_;
   DispMode dispMode_ = DispMode::MusicFiles;
   std::vector<int> picked_;
   int current_ = -1;

@@ -1,5 +1,6 @@
 #include "datamanager/ManagerColumns.h"
 
+#include "database/ReferenceLine.h"
 #include "database/TrackInfo.h"
 #include "platform/Words.h"
 
@@ -14,6 +15,13 @@ constexpr double kMegabyte = 1048576;
 QString GainFigure(const QString& record, qsizetype place) {
   const QString text = record.trimmed();
   return text == QLatin1Char('?') ? text : text.split(QLatin1Char(',')).value(place);
+}
+
+/// A line of references without the system's own names.
+QString Names(const QString& line) {
+  QStringList names;
+  for (const QStringView item : ShownItems(line)) names.append(item.toString());
+  return names.join(QLatin1Char(','));
 }
 
 }  // namespace
@@ -88,11 +96,11 @@ QString ManagerTexts::TrackText(Mref track, ManagerColumn column) const {
     case ManagerColumn::Hi:
       return catalogue_.TrackHi[track];
     case ManagerColumn::Genres:
-      return catalogue_.TrackGenres[track];
+      return Names(catalogue_.TrackGenres[track]);
     case ManagerColumn::Artists:
-      return catalogue_.TrackArtists[track];
+      return Names(catalogue_.TrackArtists[track]);
     case ManagerColumn::Albums:
-      return catalogue_.TrackAlbums[track];
+      return Names(catalogue_.TrackAlbums[track]);
     default:
       return {};
   }

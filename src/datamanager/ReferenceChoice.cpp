@@ -3,11 +3,14 @@
 #include "database/ReferenceLine.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace kelvo {
 namespace {
 
 constexpr char16_t kLowestLetter = u'0';
+/// Changes that come so soon after one another are counted together.
+constexpr Nanoseconds kGather = std::chrono::milliseconds(50);
 
 }  // namespace
 
@@ -95,7 +98,7 @@ void ReferenceChoice::CountSoon() {
 
 Job<> ReferenceChoice::Count() {
   while (std::exchange(countAgain_, false)) {
-    co_await loop_.Yield();
+    co_await loop_.Sleep(kGather);
     const PooledTextColumn* lines = set_ ? Lines(*set_) : nullptr;
     if (lines == nullptr) continue;
     Turn turn(loop_);

@@ -71,7 +71,7 @@ class ReferenceChoice : public QObject {
   void FollowCatalogue();
   void ReferenceWasChanged(const ReferenceChanged& change);
   void FillNames();
-  /// At the next turn: many changes cost one count.
+  /// A moment later: many changes cost one count.
   void CountSoon();
   [[nodiscard]] Job<> Count();
   [[nodiscard]] const PooledTextColumn* Lines(ReferenceSet set) const;

@@ -63,7 +63,7 @@ void TrackList::Refresh(DispMode mode) {
     return;
   }
   due_ = false;
-  job_.Cancel();
+  filterJob_.Cancel();
   mode_ = mode;
   sizes_.Forget(mode);
   const qsizetype count =
@@ -72,6 +72,12 @@ void TrackList::Refresh(DispMode mode) {
   for (std::size_t place = 0; place < all.size(); ++place)
     all[place] = ToMref(static_cast<qint64>(place) + 1);
   Replace(std::move(all), false);
+}
+
+void TrackList::Stop() {
+  filterJob_.Cancel();
+  sortJob_.Cancel();
+  EndJob();
 }
 
 void TrackList::Suspend(bool suspended) {
@@ -92,7 +98,8 @@ void TrackList::Replace(std::vector<Mref> listed, bool filtered) {
   shown_ = ShownPlaces();
   Q_EMIT RowsReplaced();
   EndJob();
-  if (sorting_) job_ = RunSort(*sorting_);
+  sortJob_.Cancel();
+  if (sorting_) sortJob_ = RunSort(*sorting_);
 }
 
 // What happens to the catalogue.

@@ -64,7 +64,7 @@ class TrackList : public RowFeed {
   /// listed twice. Nothing unless tracks are listed and there is a reference.
   void Filter(std::vector<Reference> references);
   /// Ends a filter or a sort under way; what was listed before stays.
-  void Stop() { job_.Cancel(), EndJob(); }
+  void Stop();
 
   /// Shows only the rows with all these words in their names.
   void SetWords(const QString& words);
@@ -140,7 +140,8 @@ class TrackList : public RowFeed {
   unsigned changes_ = 0;  ///< counts what made numbers mean other tracks
   QString jobWords_;
   double jobShare_ = 0;
-  Job<> job_;
+  Job<> filterJob_;
+  Job<> sortJob_;
   Job<> wordsJob_;
 };
 

@@ -72,7 +72,7 @@ void TrackList::EndJob() {
 
 void TrackList::Filter(std::vector<Reference> references) {
   if (mode_ != DispMode::MusicFiles || references.empty()) return;
-  job_ = RunFilter(std::move(references));
+  filterJob_ = RunFilter(std::move(references));
 }
 
 Job<> TrackList::RunFilter(std::vector<Reference> references) {
@@ -103,7 +103,7 @@ Job<> TrackList::RunFilter(std::vector<Reference> references) {
 
 void TrackList::SortBy(ManagerColumn column) {
   const bool again = sorting_ && sorting_->column == column && !sorting_->descending;
-  job_ = RunSort({.column = column, .descending = again});
+  sortJob_ = RunSort({.column = column, .descending = again});
 }
 
 Job<> TrackList::RunSort(Sorting sorting) {

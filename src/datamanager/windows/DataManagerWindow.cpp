@@ -1,5 +1,6 @@
 #include "datamanager/windows/DataManagerWindow.h"
 
+#include "datamanager/windows/BulkForm.h"
 #include "datamanager/windows/PreviewPanel.h"
 #include "datamanager/windows/ReferencePanel.h"
 #include "datamanager/windows/TrackNamesPanel.h"
@@ -40,8 +41,8 @@ DataManagerWindow::DataManagerWindow(EventLoop& loop, DataManager& manager)
     : ToolWindow({.name = QStringLiteral("DataManager"),
                   .fixedName = QStringLiteral("frmdman"),
                   .title = QStringLiteral("Data Manager"),
-                  .letters = 150,
-                  .lines = 40}),
+                  .letters = 130,
+                  .lines = 35}),
       loop_(loop),
       manager_(manager),
       tools_(manager),
@@ -54,13 +55,14 @@ DataManagerWindow::DataManagerWindow(EventLoop& loop, DataManager& manager)
       references_(new ReferencePanel(manager, tools_, this)),
       names_(new TrackNamesPanel(manager, tools_, this)),
       preview_(new PreviewPanel(manager, this)),
+      bulk_(new BulkForm(manager, this)),
       job_(new JobStrip(loop, QStringLiteral("BarJob"), tr("What goes on"), this)),
       suspend_(new QCheckBox(QStringLiteral("Suspend File Refreshes"), this)),
       words_(new QLineEdit(this)),
       count_(new QLabel(this)),
       current_(new ElidedLabel(this)) {
   job_->OfferStop(QStringLiteral("CmdStopJob"), tr("Stops what goes on; what is done stays"), [this] {
-    if (const auto& shown = manager_.Shown(); shown && shown->stop) {
+    if (const auto shown = manager_.Shown(); shown && shown->stop) {
       shown->stop();
     } else {
       manager_.List().Stop();
@@ -118,6 +120,13 @@ void DataManagerWindow::BuildCommands() {
                                    list_.Table().selectAll();
                                  }
                                }});
+  several_ = AddCommand(*this, {.name = QStringLiteral("CmdSeveral"),
+                                .words = tr("Change Several..."),
+                                .tooltip = tr("Year, month, artist or genre of all selected tracks at once"),
+                                .key = QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C),
+                                .icon = Icon::Edit,
+                                .run = [this] { ShowBulk(several_->isChecked()); }});
+  several_->setCheckable(true);
   close_ = AddCommand(*this, {.name = QStringLiteral("CmdClose"),
                               .fixedName = QStringLiteral("Command6"),
                               .words = QStringLiteral("Close"),
@@ -158,8 +167,12 @@ QHBoxLayout* DataManagerWindow::ListLine() {
 }
 
 void DataManagerWindow::AddToolLines(QVBoxLayout& layout) {
-  layout.addLayout(tools_.MakeLine(
-      *this, {"Command13", "Command5", "Command8", "Command25", "Command26", "Command30"}));
+  QHBoxLayout* first = tools_.MakeLine(*this, {"Command13", "Command5"});
+  first->addWidget(several_, 1);
+  layout.addLayout(first);
+  for (const char* id : {"Command8", "Command25", "Command26", "Command30"}) {
+    if (QPushButton* button = tools_.Make(*this, QString::fromLatin1(id))) first->addWidget(button, 1);
+  }
   QHBoxLayout* last =
       tools_.MakeLine(*this, {"Cmdimport", "Command4", "Command11", "Command20"});
   for (const QString& id : tools_.Left()) last->addWidget(tools_.Make(*this, id), 1);
@@ -179,6 +192,8 @@ void DataManagerWindow::BuildLayout() {
   right->addLayout(Line({{names_, 1}, preview_}));
   embedded_ = new QVBoxLayout;
   right->addLayout(embedded_);
+  Embed(bulk_);
+  bulk_->hide();
   auto* body = new QHBoxLayout;
   body->addWidget(references_);
   body->addLayout(right, 1);
@@ -201,6 +216,17 @@ void DataManagerWindow::BuildLayout() {
 
 void DataManagerWindow::Embed(QWidget* panel) {
   embedded_->addWidget(panel);
+}
+
+void DataManagerWindow::ShowBulk(bool shown) {
+  bulk_->setVisible(shown);
+  names_->setVisible(!shown);
+  preview_->setVisible(!shown);
+  if (shown) {
+    bulk_->TakeKeys();
+  } else {
+    list_.Table().setFocus();
+  }
 }
 
 void DataManagerWindow::FollowList() {
@@ -233,6 +259,7 @@ void DataManagerWindow::LookAtSight() {
 }
 
 void DataManagerWindow::TakePicked() {
+  if (!list_.AnyPicked()) note_.clear();
   manager_.SetPicked(list_.Picked(), list_.AnyPicked() ? list_.Current() : -1);
 }
 
@@ -246,6 +273,9 @@ void DataManagerWindow::SelectHits(const std::vector<int>& rows) {
                                     model_.index(rows[last], kManagerColumns - 1)));
     place = last + 1;
   }
+  note_ = hits.size() < static_cast<qsizetype>(kMostBlocks)
+              ? QString()
+              : tr("Only the first hits are selected. The filter line above shows all of them.");
   list_.Table().selectionModel()->select(hits, QItemSelectionModel::ClearAndSelect);
 }
 
@@ -286,7 +316,7 @@ void DataManagerWindow::Show() {
                 : list.Filtered()       ? tr("No track bears these references.")
                                         : tr("Nothing is here yet.\nBring music in with \"FILE IMPORT\"."));
   count_->setText(QString::number(list.Count()));
-  current_->setText(manager_.CurrentWords());
+  current_->setText(note_.isEmpty() ? manager_.CurrentWords() : note_);
   find_->setText(manager_.Find().Caption());
   const bool any = list_.AnyPicked();
   select_->setText(!any                 ? QStringLiteral("Select All")
@@ -298,6 +328,7 @@ void DataManagerWindow::Show() {
   references_->Show();
   names_->Show();
   preview_->Show();
+  bulk_->Show();
   tools_.Show();
   ShowJob();
 }
@@ -306,7 +337,7 @@ void DataManagerWindow::ShowJob() {
   const TrackList& list = manager_.List();
   JobState state;
   state.percentInWords = true;
-  if (const auto& shown = manager_.Shown()) {
+  if (const auto shown = manager_.Shown()) {
     state.running = true;
     state.words = shown->words;
     state.share = shown->share;

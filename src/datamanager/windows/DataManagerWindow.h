@@ -16,6 +16,7 @@ class QVBoxLayout;
 
 namespace kelvo {
 
+class BulkForm;
 class JobStrip;
 class PreviewPanel;
 class ReferencePanel;
@@ -49,6 +50,7 @@ class DataManagerWindow : public ToolWindow {
   void FollowList();
   void LookAtSight();
   void TakePicked();
+  void ShowBulk(bool shown);
   void SelectHits(const std::vector<int>& rows);
   void ReachRow(int row);
   void Show();
@@ -62,16 +64,19 @@ class DataManagerWindow : public ToolWindow {
   ReferencePanel* references_;
   TrackNamesPanel* names_;
   PreviewPanel* preview_;
+  BulkForm* bulk_;
   JobStrip* job_;
   std::array<QPushButton*, 3> modes_{};
   QCheckBox* suspend_;
   QLineEdit* words_;
   QPushButton* find_ = nullptr;
   QPushButton* select_ = nullptr;
+  QPushButton* several_ = nullptr;
   QPushButton* restrict_ = nullptr;
   QPushButton* close_ = nullptr;
   QLabel* count_;
   QLabel* current_;
+  QString note_;  ///< what the operator should know of the selection
   QVBoxLayout* embedded_ = nullptr;
   Timer second_;
 };

@@ -23,7 +23,7 @@ PreviewPanel::PreviewPanel(DataManager& manager, QWidget* parent)
                                .fixedName = QStringLiteral("Command18"),
                                .words = tr("Play"),
                                .tooltip = tr("Plays the selected file in the monitor; nothing goes on air"),
-                               .key = QKeySequence(Qt::CTRL | Qt::Key_P),
+                               .key = QKeySequence(Qt::CTRL | Qt::Key_M),
                                .icon = Icon::Play,
                                .role = QStringLiteral("go"),
                                .run = [this] { manager_.PlayCurrent(); }})),

@@ -113,14 +113,14 @@ void ReferencePanel::BuildCommands() {
                               .fixedName = QStringLiteral("Command22"),
                               .words = QStringLiteral("< Filter >"),
                               .tooltip = tr("Lists the tracks of these references"),
-                              .key = QKeySequence(Qt::CTRL | Qt::Key_L),
+                              .key = QKeySequence(Qt::ALT | Qt::Key_F),
                               .role = QStringLiteral("primary"),
                               .run = [this] { manager_.Filter(); }});
   all_ = AddCommand(*this, {.name = QStringLiteral("CmdDisplayAll"),
                             .fixedName = QStringLiteral("Command28"),
                             .words = QStringLiteral("Display  All"),
                             .tooltip = tr("Empties the filter and lists everything"),
-                            .key = QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_L),
+                            .key = QKeySequence(Qt::ALT | Qt::Key_D),
                             .run = [this] { manager_.DisplayAll(); }});
 }
 

@@ -20,7 +20,7 @@ struct SetLook {
   const char* tool;
 };
 constexpr std::array<SetLook, ReferenceChoice::kTrackSets.size()> kLooks{
-    {{"LstTrackGenres", "LstCats", "GENRES OF THE TRACK", "Command21"},
+    {{"LstTrackGenres", "LstCats", "ITS GENRES", "Command21"},
      {"LstTrackArtists", "LstArts", "ITS ARTISTS", "Command24"},
      {"LstTrackAlbums", "LstAlbs", "ITS ALBUMS", "Command23"}}};
 
@@ -37,7 +37,7 @@ TrackNamesPanel::TrackNamesPanel(DataManager& manager, ToolButtons& tools, QWidg
     auto* list = new QListWidget(panel);
     SetNames(*list, QString::fromLatin1(look.name), QString::fromLatin1(look.fixedName));
     list->setAccessibleName(panel->Title());
-    list->setMinimumHeight(fontMetrics().height() * 5);
+    list->setFixedHeight(fontMetrics().height() * 5);
     auto* column = new QVBoxLayout(panel);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(4);
