@@ -17,7 +17,8 @@ struct ChildCommand {
   QStringList arguments;
   QStringList environment;  ///< "NAME=value" lines that are set on top of ours
   QString workingFolder;
-  QByteArray input;  ///< its whole standard input
+  QByteArray input;     ///< its whole standard input
+  bool gentle = false;  ///< it gets what others leave of the processors: for long work beside the sound
 };
 
 /// How a child ended. `started` false: it could not be run, `error` says why.

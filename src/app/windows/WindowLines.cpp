@@ -7,6 +7,7 @@
 #include "app/windows/QueueOfPlaylists.h"
 #include "app/windows/ScopeWindow.h"
 #include "app/windows/SessionLines.h"
+#include "app/windows/UnifyLines.h"
 #include "config/windows/ConfigWindow.h"
 #include "console/Console.h"
 #include "console/windows/RecorderWindow.h"
@@ -381,6 +382,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenW
   std::vector<WindowLine> lines = OtherLines(desk, host, open);
   const auto forPlaylists = [&desk] { return ForPlaylists(desk); };
   for (WindowLine& line : SessionLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
+  for (WindowLine& line : UnifyLines(desk, host)) lines.push_back(std::move(line));
   return lines;
 }
 
