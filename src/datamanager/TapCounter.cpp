@@ -199,7 +199,10 @@ bool TapCounter::IsSoundBite() const {
 }
 
 void TapCounter::Tell(const QString& text) {
-  services_.prompter.Tell({.text = text, .icon = PromptIcon::Exclamation});
+  Prompt message;
+  message.text = text;
+  message.icon = PromptIcon::Exclamation;
+  services_.prompter.Tell(message);
 }
 
 void TapCounter::Save() {
@@ -214,10 +217,11 @@ void TapCounter::Save() {
 Job<> TapCounter::RunSave(double bpm) {
   const QString number = NumberText(bpm);
   const KeptTracks kept(services_.catalogue, {services_.catalogue.Find(path_)});
-  Prompt question{.text = QStringLiteral("Save Bpm Value ") + number + QStringLiteral(" To Track ") +
-                          NameOf(path_) + QStringLiteral(" ?"),
-                  .buttons = Buttons::OkCancel,
-                  .icon = PromptIcon::Question};
+  Prompt question;
+  question.text = QStringLiteral("Save Bpm Value ") + number + QStringLiteral(" To Track ") + NameOf(path_) +
+                  QStringLiteral(" ?");
+  question.buttons = Buttons::OkCancel;
+  question.icon = PromptIcon::Question;
   const Answer answer = co_await services_.prompter.Ask(std::move(question));
   // Removed while it was asked.
   if (answer != Answer::Ok || kept[0] == Mref::None) co_return;

@@ -55,7 +55,10 @@ void VolumeUnify::GiveUp(const QString& why) {
   if (cancel_) return;
   Cancel();
   endWords_ = QString(why).replace(QStringLiteral("\r\n"), QStringLiteral(" "));
-  services_.prompter.Tell({.text = why, .icon = PromptIcon::Exclamation});
+  Prompt message;
+  message.text = why;
+  message.icon = PromptIcon::Exclamation;
+  services_.prompter.Tell(message);
 }
 
 void VolumeUnify::ToolMissing() {
