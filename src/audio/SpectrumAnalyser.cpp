@@ -1,6 +1,6 @@
 #include "audio/SpectrumAnalyser.h"
 
-#include <fftw3.h>
+#include "audio/FftwPlanner.h"
 
 #include <algorithm>
 #include <cmath>
@@ -32,6 +32,7 @@ struct SpectrumAnalyser::Transform {
 
   Transform() {
     if (!sound || !lines) throw std::bad_alloc();
+    LetThreadsPlan();
     plan = fftwf_plan_dft_1d(kWindow, sound.get(), lines.get(), FFTW_FORWARD, FFTW_ESTIMATE);
     if (plan == nullptr) throw std::bad_alloc();
   }

@@ -28,15 +28,18 @@ Target::Target(const QString& name) : path(BehindLinks(EncodedPath(name))) {
   if (exists && ::faccessat(AT_FDCWD, path.constData(), W_OK, AT_EACCESS) != 0) FailOn("write", path, errno);
 }
 
+/// Gives the file that comes in the place of `target` its permissions.
+void KeepPermissions(int file, const Target& target) {
+  // A group that this user is not in cannot be kept; the permissions are worth more than that.
+  const bool sameGroup = ::fchown(file, static_cast<uid_t>(-1), target.old.st_gid) == 0;
+  const mode_t kept = target.old.st_mode & (sameGroup ? 07777U : 01777U);
+  if (::fchmod(file, kept) != 0) FailOn("set the permissions of", target.path, errno);
+}
+
 bool Replace(const Target& target, const QByteArray& bytes, NewFile::Place place) {
   NewFile file(target.path, target.exists ? S_IRUSR | S_IWUSR : 0666);
   file.Write(bytes.constData(), bytes.size());
-  if (target.exists) {
-    // A group that this user is not in cannot be kept; the permissions are worth more than that.
-    const bool sameGroup = ::fchown(file.Number(), static_cast<uid_t>(-1), target.old.st_gid) == 0;
-    const mode_t kept = target.old.st_mode & (sameGroup ? 07777U : 01777U);
-    if (::fchmod(file.Number(), kept) != 0) FailOn("set the permissions of", target.path, errno);
-  }
+  if (target.exists) KeepPermissions(file.Number(), target);
   return file.Commit(place);
 }
 
@@ -49,6 +52,18 @@ void ReplaceFile(const QString& path, const QByteArray& bytes) {
 bool ReplaceExistingFile(const QString& path, const QByteArray& bytes) {
   const Target target(path);
   return target.exists && Replace(target, bytes, NewFile::Place::ReplaceExisting);
+}
+
+void MoveOver(const QString& fresh, const QString& path) {
+  const Target target(path);
+  if (!target.exists) FailOn("replace", target.path, ENOENT);
+  const QByteArray from = EncodedPath(fresh);
+  const Descriptor file(::open(from.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+  if (!file.Valid()) FailOn("read", from, errno);
+  KeepPermissions(file.Number(), target);
+  if (::fsync(file.Number()) != 0) FailOn("flush", from, errno);
+  if (::rename(from.constData(), target.path.constData()) != 0) FailOn("replace", target.path, errno);
+  FlushFolder(FolderOf(target.path));
 }
 
 void TryToReplaceFile(const QString& path) {

@@ -5,6 +5,7 @@
 #include <QProcessEnvironment>
 
 #include <signal.h>
+#include <sys/resource.h>
 
 #include <chrono>
 #include <memory>
@@ -19,6 +20,8 @@ namespace {
 /// How long a child that was asked to end has for it.
 constexpr auto kGrace = 2s;
 constexpr std::chrono::duration<int, std::milli> kLook = 20ms;
+/// Of 0 to 19, the last gets least.
+constexpr int kGentle = 10;
 
 }  // namespace
 
@@ -34,6 +37,9 @@ class RunningChild {
       environment.insert(line.section(QLatin1Char('='), 0, 0), line.section(QLatin1Char('='), 1));
     }
     process_->setProcessEnvironment(environment);
+    if (command.gentle) {
+      process_->setChildProcessModifier([] { (void)::setpriority(PRIO_PROCESS, 0, kGentle); });
+    }
     // The job must not go on inside a signal of the process, which it may then destroy.
     const auto wake = [this] {
       news_ = true;

@@ -35,6 +35,7 @@ struct ChildCommand {
   /// Bytes of each output that are kept for the result, the last ones; below 0: all.
   qsizetype keep = -1;
   std::shared_ptr<ChildControl> control = {};  ///< may be empty
+  bool gentle = false;  ///< it gets what others leave of the processors: for long work beside the sound
 };
 
 /// How a child ended. `started` false: it could not be run, `error` says why.

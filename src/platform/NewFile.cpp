@@ -23,12 +23,6 @@ constexpr qsizetype kLongestName = 255;
 /// What a symbolic link may lead through before it counts as a loop.
 constexpr int kMostLinks = 40;
 
-QByteArray FolderOf(const QByteArray& path) {
-  const qsizetype slash = path.lastIndexOf('/');
-  if (slash < 0) return QByteArrayLiteral(".");
-  return slash == 0 ? QByteArrayLiteral("/") : path.left(slash);
-}
-
 /// A name too long to carry the ending is replaced by its digest.
 QByteArray NameBeside(const QByteArray& path) {
   const QByteArray ending = QByteArrayLiteral(".kelvo-new");
@@ -71,15 +65,19 @@ Descriptor MakeBeside(const QByteArray& beside, const QByteArray& path, mode_t m
   }
 }
 
-/// Makes the change of the folder's entries last. A folder that may be written but not read cannot be
-/// flushed, nor can one on some network file systems; the file itself is whole all the same.
+}  // namespace
+
+QByteArray FolderOf(const QByteArray& path) {
+  const qsizetype slash = path.lastIndexOf('/');
+  if (slash < 0) return QByteArrayLiteral(".");
+  return slash == 0 ? QByteArrayLiteral("/") : path.left(slash);
+}
+
 void FlushFolder(const QByteArray& folder) {
   const Descriptor opened(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!opened.Valid()) return;
   if (::fsync(opened.Number()) != 0 && errno == EIO) FailOn("flush the folder", folder, errno);
 }
-
-}  // namespace
 
 void FailOn(const char* what, const QByteArray& path, int error) {
   const QString name = QFile::decodeName(path);

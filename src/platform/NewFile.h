@@ -19,6 +19,12 @@ namespace kelvo {
 /// loop.
 [[nodiscard]] QByteArray BehindLinks(QByteArray path);
 
+/// The folder that a path names its file in.
+[[nodiscard]] QByteArray FolderOf(const QByteArray& path);
+/// Makes the change of the folder's entries last. A folder that may be written but not read cannot be
+/// flushed, nor can one on some network file systems; the file itself is whole all the same.
+void FlushFolder(const QByteArray& folder);
+
 /// A file descriptor that is closed when it goes.
 class Descriptor {
  public:

@@ -192,11 +192,21 @@ void ListPanel::PickAllOrNone() {
 
 void ListPanel::Pick(const std::vector<int>& rows) {
   QItemSelection picked;
+  QModelIndex first;
+  QModelIndex last;
+  // Rows that follow one another are one range: of 100,000 ranges a selection is slow.
   for (const int row : rows) {
     const QModelIndex place = model_.index(row, 0);
     const QModelIndex shown = filter_ ? filter_->mapFromSource(place) : place;
-    if (shown.isValid()) picked.select(shown, shown);
+    if (!shown.isValid()) continue;
+    if (last.isValid() && shown.row() == last.row() + 1) {
+      last = shown;
+      continue;
+    }
+    if (first.isValid()) picked.select(first, last);
+    first = last = shown;
   }
+  if (first.isValid()) picked.select(first, last);
   table_.selectionModel()->select(picked, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   if (!picked.isEmpty()) table_.scrollTo(picked.front().topLeft());
 }

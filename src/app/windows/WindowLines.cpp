@@ -8,6 +8,7 @@
 #include "app/windows/QueueOfPlaylists.h"
 #include "app/windows/ScopeWindow.h"
 #include "app/windows/SessionLines.h"
+#include "app/windows/UnifyLines.h"
 #include "config/windows/ConfigWindow.h"
 #include "console/Console.h"
 #include "console/windows/RecorderWindow.h"
@@ -383,6 +384,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenW
   const auto forPlaylists = [&desk] { return ForPlaylists(desk); };
   for (WindowLine& line : SessionLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
   for (WindowLine& line : ManagerLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
+  for (WindowLine& line : UnifyLines(desk, host)) lines.push_back(std::move(line));
   return lines;
 }
 

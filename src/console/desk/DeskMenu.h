@@ -18,6 +18,8 @@ inline const QString kGroupEdit = QStringLiteral("GroupEdit");
 inline const QString kPlaylistLoad = QStringLiteral("PlaylistLoad");
 inline const QString kGeneratePlaylist = QStringLiteral("GeneratePlaylist");
 inline const QString kSession = QStringLiteral("Session");
+inline const QString kUnifyVolume = QStringLiteral("UnifyVolume");
+inline const QString kCountBeats = QStringLiteral("CountBeats");
 inline const QString kPlaylistSave = QStringLiteral("PlaylistSave");
 }  // namespace WindowId
 

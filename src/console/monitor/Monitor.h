@@ -66,6 +66,8 @@ class Monitor : public QObject {
   void OpenFile(const QString& path, const QString& title);
   void Close();
   [[nodiscard]] bool Shown() const { return shown_; }
+  /// The file that is open in it; empty while it is closed.
+  [[nodiscard]] QString FilePath() const { return shown_ ? opened_.path : QString(); }
 
   void Run();
   void Pause();
