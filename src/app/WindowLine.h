@@ -50,6 +50,9 @@ struct WindowLine {
   bool onTrack = false;       ///< it works on the track that the operator points at
   /// A guard of its own: why it can't be opened now, in words for the operator; empty when it can.
   std::function<QString()> whyClosed = {};
+  /// For a form of the console that puts another away: what is told of it then, by the fixed name of the other
+  /// and the words of its entry; empty: nothing.
+  std::function<QString(const QString& form, const QString& words)> putsAway = {};
   bool childForm = false;     ///< a form of the console: one at a time (ChildWindows)
   QString busyQuestion = {};  ///< asked at the end of the program while it is busy; Yes ends
   QString place = {};         ///< begins the settings keys of its place and size; empty: they are not kept

@@ -58,11 +58,24 @@ void WindowTable::OpenGuarded(std::size_t index, const QStringList& files) {
     window->OnLeft = [this, form = window.get()] { children_.Closed(*form); };
   }
   if (line.childForm) {
+    TellPutAway(line, *window);
     children_.ShowChild(*window);
   } else {
     window->Show();
   }
   if (!files.isEmpty()) window->TakeFiles(files);
+}
+
+void WindowTable::TellPutAway(const WindowLine& line, const BesideWindow& window) {
+  const ChildForm* other = children_.CurrentChild();
+  if (!line.putsAway || other == nullptr || other == &window) return;
+  for (std::size_t index = 0; index < lines_.size(); ++index) {
+    if (windows_[index].get() != other) continue;
+    QString words = lines_[index].words.section(QLatin1Char('\t'), 0, 0);
+    words.remove(QLatin1Char('&')).remove(QStringLiteral("..."));
+    const QString told = line.putsAway(other->Name(), words);
+    if (!told.isEmpty()) services_.prompter.Tell({told, {}});
+  }
 }
 
 void WindowTable::TakeDrop(const QStringList& files, const QString& otherwise) {

@@ -57,6 +57,7 @@ class WindowTable : public QObject {
 
  private:
   void OpenGuarded(std::size_t index, const QStringList& files);
+  void TellPutAway(const WindowLine& line, const BesideWindow& window);
 
   Services services_;
   std::vector<WindowLine> lines_;

@@ -67,6 +67,8 @@ QVariant RowModelBase::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= rows_.Count()) return {};
   if (role == Qt::DisplayRole) return Text(index.row(), index.column());
   if (role == Qt::EditRole) return EditText(index.row(), index.column());
+  if (role == Qt::CheckStateRole && HasTick(index.column()))
+    return Ticked(index.row(), index.column()) ? Qt::Checked : Qt::Unchecked;
   if (role == Qt::TextAlignmentRole && Look(index.column()).number)
     return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
   const QVariant other = Other(index.row(), index.column(), role);
@@ -74,6 +76,10 @@ QVariant RowModelBase::data(const QModelIndex& index, int role) const {
 }
 
 bool RowModelBase::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (role == Qt::CheckStateRole && flags(index).testFlag(Qt::ItemIsUserCheckable)) {
+    Tick(index.row(), index.column(), value.toInt() == Qt::Checked);
+    return true;
+  }
   if (role != Qt::EditRole || !index.isValid() || !flags(index).testFlag(Qt::ItemIsEditable)) return false;
   return SetText(index.row(), index.column(), value.toString());
 }
@@ -86,8 +92,10 @@ QVariant RowModelBase::headerData(int section, Qt::Orientation orientation, int 
 Qt::ItemFlags RowModelBase::flags(const QModelIndex& index) const {
   Qt::ItemFlags base = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
   if (Drag) base |= Qt::ItemIsDragEnabled;
-  const bool editable = index.isValid() && Editable(index.column()) && (!MayEdit || MayEdit());
-  return editable ? base | Qt::ItemIsEditable : base;
+  const bool changes = index.isValid() && (!MayEdit || MayEdit());
+  if (changes && Editable(index.column())) base |= Qt::ItemIsEditable;
+  if (changes && HasTick(index.column())) base |= Qt::ItemIsUserCheckable;
+  return base;
 }
 
 QMimeData* RowModelBase::mimeData(const QModelIndexList& rows) const {

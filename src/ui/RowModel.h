@@ -57,6 +57,9 @@ class RowModelBase : public QAbstractTableModel {
   [[nodiscard]] virtual QString EditText(int row, int column) const = 0;
   [[nodiscard]] virtual bool Editable(int column) const = 0;
   virtual bool SetText(int row, int column, const QString& text) = 0;
+  [[nodiscard]] virtual bool HasTick(int column) const = 0;
+  [[nodiscard]] virtual bool Ticked(int row, int column) const = 0;
+  virtual void Tick(int row, int column, bool on) = 0;
   [[nodiscard]] virtual QVariant Other(int row, int column, int role) const = 0;
 
  private:
@@ -83,6 +86,9 @@ struct RowColumn {
   Text text;
   Set set;
   Text edited;
+  /// A box to tick, before the text: whether it is ticked, and what a click on it does.
+  std::function<bool(const Row&)> ticked = nullptr;
+  std::function<void(int row, bool on)> tick = nullptr;
 };
 
 /// The model of a list of rows of this type.
@@ -103,6 +109,9 @@ class RowModel final : public RowModelBase {
   }
   [[nodiscard]] bool Editable(int column) const override { return static_cast<bool>(At(column).set); }
   bool SetText(int row, int column, const QString& text) override { return At(column).set(row, text); }
+  [[nodiscard]] bool HasTick(int column) const override { return static_cast<bool>(At(column).ticked); }
+  [[nodiscard]] bool Ticked(int row, int column) const override { return At(column).ticked(rows_[row]); }
+  void Tick(int row, int column, bool on) override { At(column).tick(row, on); }
   [[nodiscard]] QVariant Other(int row, int column, int role) const override {
     return Dress ? Dress(rows_[row], column, role) : QVariant();
   }

@@ -2,6 +2,7 @@
 
 #include "app/windows/DeskOfGroupEdit.h"
 #include "app/windows/DeskOfPlayEdit.h"
+#include "app/windows/DiscLines.h"
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
 #include "app/windows/ManagerLines.h"
@@ -385,6 +386,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenW
   for (WindowLine& line : SessionLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
   for (WindowLine& line : ManagerLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
   for (WindowLine& line : UnifyLines(desk, host)) lines.push_back(std::move(line));
+  for (WindowLine& line : DiscLines(desk, host, open)) lines.push_back(std::move(line));
   return lines;
 }
 

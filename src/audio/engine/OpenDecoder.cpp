@@ -6,6 +6,8 @@
 #include "platform/ErrorLog.h"
 
 #include <array>
+#include <map>
+#include <mutex>
 
 namespace kelvo {
 
@@ -37,9 +39,41 @@ std::unique_ptr<Decoder> ChooseSounding(std::unique_ptr<SoundFile> file, Extent 
   return decoder;
 }
 
+struct Schemes {
+  std::mutex mutex;
+  std::map<QString, SourceScheme::Opener> openers;
+};
+Schemes& AllSchemes() {
+  static Schemes schemes;
+  return schemes;
+}
+
+/// The opener of the name's scheme; empty for the name of a file.
+SourceScheme::Opener OpenerOf(const QString& path) {
+  const qsizetype colon = path.indexOf(QLatin1Char(':'));
+  if (colon <= 0 || path.startsWith(QLatin1Char('/'))) return nullptr;
+  Schemes& schemes = AllSchemes();
+  const std::lock_guard lock(schemes.mutex);
+  const auto found = schemes.openers.find(path.left(colon));
+  return found == schemes.openers.end() ? nullptr : found->second;
+}
+
 }  // namespace
 
+SourceScheme::SourceScheme(QString scheme, Opener opener) : scheme_(std::move(scheme)) {
+  Schemes& schemes = AllSchemes();
+  const std::lock_guard lock(schemes.mutex);
+  schemes.openers[scheme_] = std::move(opener);
+}
+
+SourceScheme::~SourceScheme() {
+  Schemes& schemes = AllSchemes();
+  const std::lock_guard lock(schemes.mutex);
+  schemes.openers.erase(scheme_);
+}
+
 std::unique_ptr<Decoder> OpenDecoder(const QString& path, OpeningPtr opening) {
+  if (const SourceScheme::Opener opener = OpenerOf(path)) return opener(path.section(QLatin1Char(':'), 1), opening);
   auto file = std::make_unique<SoundFile>(path, std::move(opening));
   SoundFile& opened = *file;
   auto decoder = ChooseSounding(std::move(file), Extent::Whole);
