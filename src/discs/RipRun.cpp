@@ -40,8 +40,11 @@ QString ModeWords(ReadMode mode) {
 
 QString ReadWords(const ReadFacts& facts) {
   QString words = QStringLiteral("CRC-32 %1").arg(facts.checksum, 8, 16, QLatin1Char('0')).toUpper();
-  words += facts.careful == 0 ? QStringLiteral(", both passes agree")
-                              : QStringLiteral(", %1 sectors read carefully").arg(facts.careful);
+  words += facts.careful == 0
+               ? QStringLiteral(", both passes agree")
+               : QStringLiteral(", ") +
+                     Counted(facts.careful, QStringLiteral("sector"), QStringLiteral("sectors")) +
+                     QStringLiteral(" read carefully");
   if (facts.unsure > 0) words += QStringLiteral(", %1 OF THEM UNSURE").arg(facts.unsure);
   return words;
 }
@@ -226,7 +229,9 @@ Job<> RipRun::RipTrack(std::shared_ptr<DiscDrive> drive, std::size_t index) {
   Say(QStringLiteral("Completed track ") + named.name);
   Q_EMIT Through(track.row, RipMark::Done, ReadWords(facts));
   QStringList lines{number + target,
-                    QStringLiteral("  %1 sectors, ").arg(named.track.sectors) + ReadWords(facts)};
+                    QStringLiteral("  ") +
+                        Counted(named.track.sectors, QStringLiteral("sector"), QStringLiteral("sectors")) +
+                        QStringLiteral(", ") + ReadWords(facts)};
   if (named.track.preEmphasis)
     lines.append(QStringLiteral("  recorded with pre-emphasis, which the file keeps"));
   co_await Log(lines);

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "discs/CdioDrive.h"
+#include "support/TemporaryTree.h"
+
+#include <cmath>
+#include <cstring>
+#include <random>
+#include <vector>
+
+namespace kelvo::testing {
+
+using namespace Qt::StringLiterals;
+
+/// The samples of a made disc, sector for sector.
+struct MadeDisc {
+  std::vector<std::int16_t> samples;
+
+  /// Sounds like music to those who compare stretches of it: no two places are alike.
+  explicit MadeDisc(int sectors) {
+    std::minstd_rand random(7);
+    samples.resize(static_cast<std::size_t>(sectors) * kSectorSamples);
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+      const double wave = 9000 * std::sin(static_cast<double>(i / 2) * 0.031) +
+                          6000 * std::sin(static_cast<double>(i / 2) * 0.0071 * (1 + i % 2));
+      samples[i] = static_cast<std::int16_t>(wave + static_cast<double>(random() % 4000) - 2000);
+    }
+  }
+  [[nodiscard]] int Sectors() const { return static_cast<int>(samples.size()) / kSectorSamples; }
+  [[nodiscard]] std::vector<std::int16_t> Cut(int first, int sectors) const {
+    const auto begin = samples.begin() + static_cast<std::ptrdiff_t>(first) * kSectorSamples;
+    return {begin, begin + static_cast<std::ptrdiff_t>(sectors) * kSectorSamples};
+  }
+};
+
+/// Five tracks; three and a half seconds hidden before the first; CD-Text, one name not of this alphabet; the
+/// third with pre-emphasis.
+inline const QByteArray kFiveTracks =
+    "TITLE \"The Album\"\r\nPERFORMER \"The Band\"\r\nFILE \"disc.bin\" BINARY\r\n"
+    "  TRACK 01 AUDIO\r\n    TITLE \"First\"\r\n    INDEX 00 00:00:00\r\n    INDEX 01 00:03:40\r\n"
+    "  TRACK 02 AUDIO\r\n    TITLE \"Second: Part 1/2\"\r\n    PERFORMER \"A Guest\"\r\n    INDEX 01 "
+    "00:07:00\r\n"
+    "  TRACK 03 AUDIO\r\n    TITLE \"Dr\xc3\xbc"
+    "ben\"\r\n    FLAGS PRE\r\n    INDEX 01 00:10:11\r\n"
+    "  TRACK 04 AUDIO\r\n    INDEX 00 00:12:00\r\n    INDEX 01 00:13:00\r\n"
+    "  TRACK 05 AUDIO\r\n    TITLE \"Last\"\r\n    INDEX 01 00:16:02\r\n";
+inline constexpr int kFiveSectors = 20 * kSectorsPerSecond + 7;
+
+/// Writes the disc as an image and returns the place of its sheet.
+inline QString WriteImage(const TemporaryTree& folder, const MadeDisc& disc,
+                          const QByteArray& sheet = kFiveTracks) {
+  (void)folder.Write(u"disc.bin"_s,
+                     QByteArray(reinterpret_cast<const char*>(disc.samples.data()),
+                                static_cast<qsizetype>(disc.samples.size() * sizeof(std::int16_t))));
+  return folder.Write(u"disc.cue"_s, sheet);
+}
+
+}  // namespace kelvo::testing
