@@ -12,8 +12,8 @@ constexpr int kThousand = 1000;
 
 QString MinutesSecondsFrames(int sectors) {
   return QStringLiteral("%1:%2:%3")
-      .arg(Format00(sectors / kSectorsPerSecond / 60), Format00(sectors / kSectorsPerSecond % 60),
-           Format00(sectors % kSectorsPerSecond));
+      .arg(Format00(sectors / kCdSectorsPerSecond / 60), Format00(sectors / kCdSectorsPerSecond % 60),
+           Format00(sectors % kCdSectorsPerSecond));
 }
 
 }  // namespace
@@ -126,7 +126,7 @@ Job<> CdAudio::Play() {
   if (services_.shelf->Ripping(place_))
     throw Failure(QStringLiteral("Please Wait For Ripper To Finish!"), 0, place_);
   if (!player_ || player_->FileName().isEmpty()) co_await OpenPlayer();
-  player_->SetCurrentPosition(static_cast<double>(sector_) / kSectorsPerSecond);
+  player_->SetCurrentPosition(static_cast<double>(sector_) / kCdSectorsPerSecond);
   paused_ = false;
   player_->Play();
   services_.shelf->SetPlaying(place_, true);
@@ -157,7 +157,7 @@ void CdAudio::Rest() {
 int CdAudio::Sector() const {
   if (!Playing()) return sector_;
   // A place is whole frames: seconds alone may fall short of it by a rounding.
-  const double sectors = player_->CurrentPosition() * kSectorsPerSecond + 0.5 / kSectorFrames;
+  const double sectors = player_->CurrentPosition() * kCdSectorsPerSecond + 0.5 / kCdSectorFrames;
   return std::clamp(static_cast<int>(sectors), 0, toc_.End());
 }
 
@@ -173,21 +173,21 @@ int CdAudio::SectorOf(const QString& place) const {
     values[static_cast<std::size_t>(field)] = fields[field].toInt(&isNumber);
     if (!isNumber) throw Failure(tr("\"%1\" is no place on a disc.").arg(place));
   }
-  if (milliseconds_) return static_cast<int>(std::int64_t{values[0]} * kSectorsPerSecond / kThousand);
-  const DiscTrack* track = toc_.Track(values[0]);
+  if (milliseconds_) return static_cast<int>(std::int64_t{values[0]} * kCdSectorsPerSecond / kThousand);
+  const TocTrack* track = toc_.Track(values[0]);
   if (track == nullptr) throw Failure(tr("The disc has no track %1.").arg(values[0]));
-  return track->first + (values[1] * 60 + values[2]) * kSectorsPerSecond + values[3];
+  return track->first + (values[1] * 60 + values[2]) * kCdSectorsPerSecond + values[3];
 }
 
 QString CdAudio::PlaceText(int sector) const {
-  if (milliseconds_) return QString::number(std::int64_t{sector} * kThousand / kSectorsPerSecond);
-  const DiscTrack* track = toc_.TrackAt(sector);
+  if (milliseconds_) return QString::number(std::int64_t{sector} * kThousand / kCdSectorsPerSecond);
+  const TocTrack* track = toc_.TrackAt(sector);
   return Format00(track != nullptr ? track->number : 0) + QLatin1Char(':') +
          MinutesSecondsFrames(sector - (track != nullptr ? track->first : 0));
 }
 
 QString CdAudio::LengthText(int sectors) const {
-  if (milliseconds_) return QString::number(std::int64_t{sectors} * kThousand / kSectorsPerSecond);
+  if (milliseconds_) return QString::number(std::int64_t{sectors} * kThousand / kCdSectorsPerSecond);
   return MinutesSecondsFrames(sectors);
 }
 
@@ -202,7 +202,7 @@ QString CdAudio::Status(const QString& what) const {
   if (what.startsWith(QLatin1StringView("number of tracks"))) return QString::number(toc_.tracks.size());
   if (what.startsWith(QLatin1StringView("position"))) return PlaceText(Sector());
   if (what.startsWith(QLatin1StringView("length track "))) {
-    const DiscTrack* track = toc_.Track(what.section(QLatin1Char(' '), 2, 2).toInt());
+    const TocTrack* track = toc_.Track(what.section(QLatin1Char(' '), 2, 2).toInt());
     if (track == nullptr) throw Failure(tr("The disc has no such track."));
     return LengthText(track->sectors);
   }

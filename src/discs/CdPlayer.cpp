@@ -76,7 +76,12 @@ void CdPlayer::Open() {
     work_ = Work();
   });
   drive_ = services_.loop.Every(kDriveWatch, [this] { Watch(); });
-  FollowShelf();
+  if (services_.shelf->Places().empty()) {
+    state_ = QStringLiteral("No CD Selected");
+  } else {
+    // What it had may have been closed with its window.
+    Choose(services_.shelf->Holds(Place()) ? Place() : services_.shelf->Places().front().path);
+  }
 }
 
 void CdPlayer::FollowShelf() {
@@ -164,7 +169,7 @@ Job<> CdPlayer::ListTracks(int count) {
   std::vector<CdTrackRow> rows;
   for (int number = 1; number <= count; ++number) {
     const QString length = co_await Send(QStringLiteral("status cd length track ") + QString::number(number));
-    const DiscTrack* track = cd_.Toc().Track(number);
+    const TocTrack* track = cd_.Toc().Track(number);
     QString title;
     if (track != nullptr) {
       title = !track->audio ? tr("Data") : track->title;

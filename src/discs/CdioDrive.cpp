@@ -71,13 +71,17 @@ QString WrongWithSheet(const QString& place) {
   return {};
 }
 
-QString TextOf(const cdtext_t* text, cdtext_field_t field, track_t track) {
-  const char* bytes = cdtext_get_const(text, field, track);
-  if (bytes == nullptr) return {};
-  const QByteArray raw(bytes);
-  QString words = QString::fromUtf8(raw);
-  if (words.contains(QChar::ReplacementCharacter)) words = FromWindows1252(raw);
-  return words.simplified();
+/// The library takes the letters of every sheet for Latin-1.
+QString InItsLetters(const QString& words) {
+  const QByteArray bytes = words.toLatin1();
+  if (QString::fromLatin1(bytes) != words) return words;
+  const QString asUtf8 = QString::fromUtf8(bytes);
+  return asUtf8.contains(QChar::ReplacementCharacter) ? FromWindows1252(bytes) : asUtf8;
+}
+
+QString TextOf(const cdtext_t* text, cdtext_field_t field, int track) {
+  const char* words = cdtext_get_const(text, field, static_cast<track_t>(track));
+  return QString::fromUtf8(words).simplified();
 }
 
 // Paranoia reports to a function without an argument of the caller's.
@@ -144,12 +148,15 @@ int CdioDrive::EndOf(int number, bool audio) const {
 void CdioDrive::TakeText(DiscToc& toc) const {
   const cdtext_t* text = cdio_get_cdtext(disc_.get());
   if (text == nullptr) return;
-  toc.title = TextOf(text, CDTEXT_FIELD_TITLE, 0);
-  toc.performer = TextOf(text, CDTEXT_FIELD_PERFORMER, 0);
-  for (DiscTrack& track : toc.tracks) {
-    const auto number = static_cast<track_t>(track.number);
-    track.title = TextOf(text, CDTEXT_FIELD_TITLE, number);
-    track.performer = TextOf(text, CDTEXT_FIELD_PERFORMER, number);
+  const auto words = [this, text](cdtext_field_t field, int track) {
+    const QString told = TextOf(text, field, track);
+    return IsDiscImage(place_) ? InItsLetters(told) : told;
+  };
+  toc.title = words(CDTEXT_FIELD_TITLE, 0);
+  toc.performer = words(CDTEXT_FIELD_PERFORMER, 0);
+  for (TocTrack& track : toc.tracks) {
+    track.title = words(CDTEXT_FIELD_TITLE, track.number);
+    track.performer = words(CDTEXT_FIELD_PERFORMER, track.number);
   }
 }
 
@@ -165,7 +172,7 @@ DiscToc CdioDrive::ReadToc() {
   DiscToc toc;
   for (int number = first; number < first + count; ++number) {
     const auto track = static_cast<track_t>(number);
-    DiscTrack row;
+    TocTrack row;
     row.number = number;
     row.first = cdio_get_track_lsn(disc_.get(), track);
     row.audio = cdio_get_track_format(disc_.get(), track) == TRACK_FORMAT_AUDIO;
@@ -200,11 +207,11 @@ cdrom_drive_s& CdioDrive::Sound() {
 void CdioDrive::Read(int first, std::span<std::int16_t> target) {
   cdrom_drive_s& sound = Sound();
   const int atOnce = std::max(sound.nsectors, 1);
-  int left = static_cast<int>(target.size()) / kSectorSamples;
+  int left = static_cast<int>(target.size()) / kCdSectorSamples;
   int sector = first;
   while (left > 0) {
     Count();
-    std::int16_t* place = target.data() + static_cast<std::ptrdiff_t>(sector - first) * kSectorSamples;
+    std::int16_t* place = target.data() + static_cast<std::ptrdiff_t>(sector - first) * kCdSectorSamples;
     const long got = cdio_cddap_read(&sound, place, sector, std::min(left, atOnce));
     if (got <= 0) FailUnread(sector);
     sector += static_cast<int>(got);
@@ -220,7 +227,7 @@ int CdioDrive::ReadCarefully(int first, std::span<std::int16_t> target) {
   const DiscToc::Zone zone = toc_.AudioZone(first);
   cdio_paranoia_set_range(careful.get(), zone.first, zone.end - 1);
   cdio_paranoia_seek(careful.get(), first, SEEK_SET);
-  const int sectors = static_cast<int>(target.size()) / kSectorSamples;
+  const int sectors = static_cast<int>(target.size()) / kCdSectorSamples;
   int unsure = 0;
   for (int sector = 0; sector < sectors; ++sector) {
     Count();
@@ -228,9 +235,9 @@ int CdioDrive::ReadCarefully(int first, std::span<std::int16_t> target) {
     skipped = 0;
     const std::int16_t* samples = cdio_paranoia_read_limited(careful.get(), &HearParanoia, kRetries);
     reading = nullptr;
-    const auto place = target.subspan(static_cast<std::size_t>(sector) * kSectorSamples, kSectorSamples);
+    const auto place = target.subspan(static_cast<std::size_t>(sector) * kCdSectorSamples, kCdSectorSamples);
     if (samples != nullptr) {
-      std::copy_n(samples, kSectorSamples, place.begin());
+      std::copy_n(samples, kCdSectorSamples, place.begin());
     } else {
       std::fill(place.begin(), place.end(), std::int16_t{0});
     }

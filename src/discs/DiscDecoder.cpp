@@ -20,7 +20,7 @@ DiscDecoder::DiscDecoder(std::unique_ptr<DiscDrive> drive)
     : drive_(std::move(drive)), toc_(drive_->ReadToc()) {
   drive_->SetSpeed(kSpeed);
   rate_ = 44100;
-  frames_ = FrameIndex{toc_.End()} * kSectorFrames;
+  frames_ = FrameIndex{toc_.End()} * kCdSectorFrames;
 }
 
 void DiscDecoder::Seek(FrameIndex frame) {
@@ -31,16 +31,16 @@ void DiscDecoder::Seek(FrameIndex frame) {
 bool DiscDecoder::Bring() {
   const FrameIndex held = static_cast<FrameIndex>(samples_.size() / kChannels);
   if (place_ >= from_ && place_ < from_ + held) return true;
-  const int first = static_cast<int>(place_ / kSectorFrames);
+  const int first = static_cast<int>(place_ / kCdSectorFrames);
   const DiscToc::Zone zone = toc_.AudioZone(first);
-  const DiscTrack* track = toc_.TrackAt(first);
+  const TocTrack* track = toc_.TrackAt(first);
   // Behind a track of sound there may be a gap to the next session.
   const int dataEnd = track != nullptr && first < track->End() ? track->End() : first + 1;
   const int end = zone.end > first ? zone.end : dataEnd;
   const int sectors = std::min({kAtOnce, end - first, toc_.End() - first});
   if (sectors <= 0) return false;
-  samples_.assign(static_cast<std::size_t>(sectors) * kSectorSamples, 0);
-  from_ = FrameIndex{first} * kSectorFrames;
+  samples_.assign(static_cast<std::size_t>(sectors) * kCdSectorSamples, 0);
+  from_ = FrameIndex{first} * kCdSectorFrames;
   if (zone.end <= first) return true;
   try {
     drive_->Read(first, samples_);

@@ -6,34 +6,34 @@ namespace kelvo {
 namespace {
 
 /// Two seconds of pause are on most discs.
-constexpr int kOrdinaryPause = 2 * kSectorsPerSecond;
+constexpr int kOrdinaryPause = 2 * kCdSectorsPerSecond;
 
 }  // namespace
 
-std::optional<DiscTrack> DiscToc::Hidden() const {
+std::optional<TocTrack> DiscToc::Hidden() const {
   if (tracks.empty() || !tracks.front().audio || tracks.front().first <= kOrdinaryPause) return std::nullopt;
-  return DiscTrack{.number = 0, .first = 0, .sectors = tracks.front().first};
+  return TocTrack{.number = 0, .first = 0, .sectors = tracks.front().first};
 }
 
-const DiscTrack* DiscToc::TrackAt(int sector) const {
+const TocTrack* DiscToc::TrackAt(int sector) const {
   const auto behind = std::find_if(tracks.begin(), tracks.end(),
-                                   [sector](const DiscTrack& track) { return track.first > sector; });
+                                   [sector](const TocTrack& track) { return track.first > sector; });
   return behind == tracks.begin() ? nullptr : &*(behind - 1);
 }
 
-const DiscTrack* DiscToc::Track(int number) const {
+const TocTrack* DiscToc::Track(int number) const {
   const auto found = std::find_if(tracks.begin(), tracks.end(),
-                                  [number](const DiscTrack& track) { return track.number == number; });
+                                  [number](const TocTrack& track) { return track.number == number; });
   return found == tracks.end() ? nullptr : &*found;
 }
 
 int DiscToc::AudioTracks() const {
-  return static_cast<int>(std::count_if(tracks.begin(), tracks.end(), std::mem_fn(&DiscTrack::audio)));
+  return static_cast<int>(std::count_if(tracks.begin(), tracks.end(), std::mem_fn(&TocTrack::audio)));
 }
 
 DiscToc::Zone DiscToc::AudioZone(int sector) const {
   Zone zone;
-  for (const DiscTrack& track : tracks) {
+  for (const TocTrack& track : tracks) {
     if (!track.audio) {
       if (zone.end > sector) break;
       zone = {};

@@ -8,13 +8,13 @@
 namespace kelvo {
 
 /// An audio disc is a row of sectors of 588 frames, stereo, 16 bits, 44100 Hz: 75 of them a second.
-inline constexpr int kSectorFrames = 588;
-inline constexpr int kSectorSamples = kSectorFrames * 2;
-inline constexpr int kSectorBytes = 2352;
-inline constexpr int kSectorsPerSecond = 75;
+inline constexpr int kCdSectorFrames = 588;
+inline constexpr int kCdSectorSamples = kCdSectorFrames * 2;
+inline constexpr int kCdSectorBytes = 2352;
+inline constexpr int kCdSectorsPerSecond = 75;
 
 /// A track as the disc's table of contents tells it. A value.
-struct DiscTrack {
+struct TocTrack {
   int number = 0;  ///< from 1; 0 for what is hidden before the first track
   int first = 0;   ///< its first sector
   int sectors = 0;
@@ -24,23 +24,23 @@ struct DiscTrack {
   QString performer = {};
 
   [[nodiscard]] int End() const { return first + sectors; }
-  [[nodiscard]] double Seconds() const { return static_cast<double>(sectors) / kSectorsPerSecond; }
-  bool operator==(const DiscTrack&) const = default;
+  [[nodiscard]] double Seconds() const { return static_cast<double>(sectors) / kCdSectorsPerSecond; }
+  bool operator==(const TocTrack&) const = default;
 };
 
 /// The table of contents of a disc. A value.
 struct DiscToc {
-  std::vector<DiscTrack> tracks;  ///< by their numbers
+  std::vector<TocTrack> tracks;  ///< by their numbers
   QString title = {};             ///< of CD-Text
   QString performer = {};
 
   /// What is before an audio disc's first track, where it is longer than the pause that discs have there.
-  [[nodiscard]] std::optional<DiscTrack> Hidden() const;
+  [[nodiscard]] std::optional<TocTrack> Hidden() const;
   /// The first sector behind the last track; 0 without tracks.
   [[nodiscard]] int End() const { return tracks.empty() ? 0 : tracks.back().End(); }
   /// The track that holds the sector, or the one before it in a gap; none before the first track.
-  [[nodiscard]] const DiscTrack* TrackAt(int sector) const;
-  [[nodiscard]] const DiscTrack* Track(int number) const;
+  [[nodiscard]] const TocTrack* TrackAt(int sector) const;
+  [[nodiscard]] const TocTrack* Track(int number) const;
   [[nodiscard]] int AudioTracks() const;
 
   /// A run of sectors that hold sound.

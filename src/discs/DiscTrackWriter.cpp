@@ -1,9 +1,10 @@
 #include "discs/DiscTrackWriter.h"
 
+#include "encoding/cLameEncoder.h"
 #include "platform/ErrorLog.h"
 #include "platform/NewFile.h"
 
-#include <QFile>
+#include <QFileInfo>
 #include <QtEndian>
 
 #include <unistd.h>
@@ -58,6 +59,27 @@ class WaveWriter final : public IWaveDataWriter {
   std::uint64_t bytes_ = 0;
 };
 
+class Mp3Writer final : public IWaveDataWriter {
+ public:
+  explicit Mp3Writer(const WriterOrder& order) : path_(order.path) {
+    encoder_.SetPresets(order.presets);
+    encoder_.OpenFile(order.path);
+  }
+
+  void Write(std::span<const std::int16_t> samples) override { encoder_.WriteData(samples); }
+
+  [[nodiscard]] bool Finish() override {
+    // The encoder would put it in the place of the other.
+    if (QFileInfo::exists(path_)) return false;
+    encoder_.CloseLameFile();
+    return true;
+  }
+
+ private:
+  QString path_;
+  cLameEncoder encoder_;
+};
+
 }  // namespace
 
 const WriterKind& cPluginManager::Load(const QString& name) {
@@ -80,7 +102,8 @@ const WriterKind& cPluginManager::Load(const QString& name) {
 
 std::map<QString, WriterKind> OwnWriters() {
   const auto wave = [](const WriterOrder& order) { return std::make_unique<WaveWriter>(order); };
-  return {{WriterName::kWave, {QStringLiteral(".Wav"), wave}}};
+  const auto mp3 = [](const WriterOrder& order) { return std::make_unique<Mp3Writer>(order); };
+  return {{WriterName::kWave, {QStringLiteral(".Wav"), wave}}, {WriterName::kMp3, {QStringLiteral(".Mp3"), mp3}}};
 }
 
 }  // namespace kelvo

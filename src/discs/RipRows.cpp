@@ -17,7 +17,7 @@ QString DefaultName(int number) {
   return QStringLiteral("Track ") + Format00(number);
 }
 
-cTrack RowOf(const DiscTrack& track, const DiscToc& toc, int fFormat) {
+cTrack RowOf(const TocTrack& track, const DiscToc& toc, int fFormat) {
   cTrack row;
   row.track = track;
   row.selected = track.number > 0;
@@ -62,7 +62,7 @@ bool IsRipArtist(const QString& name) {
 }
 
 double cTrack::Megabytes() const {
-  return static_cast<double>(track.sectors) * kSectorBytes / kMegabyte;
+  return static_cast<double>(track.sectors) * kCdSectorBytes / kMegabyte;
 }
 
 QString cTrack::Title(int fFormat) const {
@@ -96,7 +96,7 @@ QString RipRows::Text(const cTrack& row, Column column) {
     case Track:
       return QString::number(row.track.number);
     case StartTime:
-      return MinutesSeconds(static_cast<double>(row.track.first) / kSectorsPerSecond);
+      return MinutesSeconds(static_cast<double>(row.track.first) / kCdSectorsPerSecond);
     case Length:
       return MinutesSeconds(row.track.Seconds());
     case Size:
@@ -118,8 +118,8 @@ std::vector<int> RipRows::Ticked() const {
 
 void RipRows::Fill(const DiscToc& toc, int fFormat) {
   std::vector<cTrack> rows;
-  if (const std::optional<DiscTrack> hidden = toc.Hidden()) rows.push_back(RowOf(*hidden, toc, fFormat));
-  for (const DiscTrack& track : toc.tracks) {
+  if (const std::optional<TocTrack> hidden = toc.Hidden()) rows.push_back(RowOf(*hidden, toc, fFormat));
+  for (const TocTrack& track : toc.tracks) {
     if (track.audio) rows.push_back(RowOf(track, toc, fFormat));
   }
   rows_.Replace(std::move(rows));

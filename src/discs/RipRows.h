@@ -23,7 +23,7 @@ enum class RipMark {
 
 /// A track of the disc as the operator names it. A value.
 struct cTrack {
-  DiscTrack track;
+  TocTrack track;
   bool selected = false;
   QString name;  ///< ideally "Artist Name - Track Title"
   QString artist;

@@ -53,7 +53,7 @@ QString ReadWords(const ReadFacts& facts) {
 
 /// A track at work, off the logic's thread.
 struct RipRun::Work {
-  Work(std::shared_ptr<DiscDrive> disc, const RipOrder& order, const DiscTrack& track,
+  Work(std::shared_ptr<DiscDrive> disc, const RipOrder& order, const TocTrack& track,
        const WriterOrder& file)
       : drive(std::move(disc)),
         reading(*drive, order.toc, track, order.how.offset, order.how.mode),
@@ -199,9 +199,9 @@ Job<> RipRun::RipTrack(std::shared_ptr<DiscDrive> drive, std::size_t index) {
   if (!taken) {
     const std::int64_t second =
         order_.writer.ending.compare(QLatin1StringView(".Wav"), Qt::CaseInsensitive) == 0
-            ? std::int64_t{kSectorBytes} * kSectorsPerSecond
+            ? std::int64_t{kCdSectorBytes} * kCdSectorsPerSecond
             : kMostEncoded;
-    co_await MakeRoom(target, second * (named.track.sectors / kSectorsPerSecond + 1));
+    co_await MakeRoom(target, second * (named.track.sectors / kCdSectorsPerSecond + 1));
     const WriterOrder file{target, order_.presets};
     const auto begin = [drive, order = order_, track = named.track, file] {
       return std::make_shared<Work>(drive, order, track, file);
@@ -221,7 +221,8 @@ Job<> RipRun::RipTrack(std::shared_ptr<DiscDrive> drive, std::size_t index) {
     services_.prompter.Tell(refusal);
     Say(refusal.text.section(kNewLine, 0, 0));
     Q_EMIT Through(track.row, RipMark::InUtility, {});
-    co_await Log({number + target, QStringLiteral("  not ripped: a file of this name was there")});
+    const QStringList passed{number + target, QStringLiteral("  not ripped: a file of this name was there")};
+    co_await Log(passed);
     co_return;
   }
   unsure_ += facts.unsure;

@@ -110,7 +110,7 @@ Job<> Ripper::RunLoad() {
     words = toc_.AudioTracks() == 0
                 ? tr("The Disc Holds No Sound")
                 : Counted(toc_.AudioTracks(), tr("track"), tr("tracks")) + QStringLiteral(", ") +
-                      MinutesSeconds(static_cast<double>(toc_.End()) / kSectorsPerSecond);
+                      MinutesSeconds(static_cast<double>(toc_.End()) / kCdSectorsPerSecond);
     if (toc_.Hidden())
       words += tr(". Before track 1 %1 are hidden: its row is not ticked")
                    .arg(MinutesSeconds(toc_.Hidden()->Seconds()));
@@ -144,7 +144,7 @@ QString RipPresetWords(const EncodingPresets& presets) {
                                   [&presets](const auto& each) { return each.number == presets.preset; });
   const QString name = known == all.end() ? QString::number(presets.preset) : QString::fromUtf8(known->words);
   return QStringLiteral(" Current Preset : ") + name +
-         (presets.vbr ? QStringLiteral(" (Active)") : QStringLiteral(" (Preset)")) +
+         (known == all.end() ? QStringLiteral(" (Preset)") : QStringLiteral(" (Active)")) +
          QStringLiteral(" Bitrate : ") + QString::number(presets.bitRate) + QStringLiteral(" Sample Rate ") +
          QString::number(presets.sampleRate) + QStringLiteral(" Vbr Quality ") +
          QString::number(presets.vbrQuality) + QStringLiteral(" Vbr Enabled ") +

@@ -5,7 +5,7 @@
 namespace kelvo {
 namespace {
 
-constexpr int kStretch = 2 * kSectorsPerSecond;
+constexpr int kStretch = 2 * kCdSectorsPerSecond;
 /// Drives keep up to so many sectors of what they read last.
 constexpr int kDriveMemory = 1200;
 
@@ -20,7 +20,7 @@ std::uint32_t Checksum(std::span<const std::int16_t> samples) {
 }
 
 std::span<std::int16_t> Sector(std::span<std::int16_t> samples, int sector) {
-  return samples.subspan(static_cast<std::size_t>(sector) * kSectorSamples, kSectorSamples);
+  return samples.subspan(static_cast<std::size_t>(sector) * kCdSectorSamples, kCdSectorSamples);
 }
 
 bool IsUnread(const DriveFailure& failure) {
@@ -29,14 +29,14 @@ bool IsUnread(const DriveFailure& failure) {
 
 }  // namespace
 
-TrackReading::TrackReading(DiscDrive& drive, const DiscToc& toc, const DiscTrack& track, int offsetFrames,
+TrackReading::TrackReading(DiscDrive& drive, const DiscToc& toc, const TocTrack& track, int offsetFrames,
                            ReadMode mode)
     : drive_(drive),
       track_(track),
       zone_(toc.AudioZone(track.first)),
       offset_(offsetFrames),
       mode_(mode),
-      comparing_(mode == ReadMode::Twice)) {}
+      comparing_(mode == ReadMode::Twice) {}
 
 double TrackReading::Share() const {
   if (track_.sectors == 0) return 1;
@@ -61,28 +61,28 @@ std::vector<std::int16_t> TrackReading::Next() {
 
 int TrackReading::ReadSectors(int sector, std::span<std::int16_t> target, bool carefully) {
   const int frames = static_cast<int>(target.size()) / 2;
-  const int begin = (track_.first + sector) * kSectorFrames + offset_;
-  const int first = std::clamp(FloorDiv(begin, kSectorFrames), zone_.first, zone_.end);
-  const int end = std::clamp(FloorDiv(begin + frames + kSectorFrames - 1, kSectorFrames), first, zone_.end);
+  const int begin = (track_.first + sector) * kCdSectorFrames + offset_;
+  const int first = std::clamp(FloorDiv(begin, kCdSectorFrames), zone_.first, zone_.end);
+  const int end = std::clamp(FloorDiv(begin + frames + kCdSectorFrames - 1, kCdSectorFrames), first, zone_.end);
   std::fill(target.begin(), target.end(), std::int16_t{0});
   if (end == first) return 0;
-  Samples read(static_cast<std::size_t>(end - first) * kSectorSamples);
+  Samples read(static_cast<std::size_t>(end - first) * kCdSectorSamples);
   int unsure = 0;
   if (carefully) {
     unsure = drive_.ReadCarefully(first, read);
   } else {
     drive_.Read(first, read);
   }
-  const int from = std::max(begin, first * kSectorFrames);
-  const int to = std::min(begin + frames, end * kSectorFrames);
+  const int from = std::max(begin, first * kCdSectorFrames);
+  const int to = std::min(begin + frames, end * kCdSectorFrames);
   const auto at = [](int frame) { return static_cast<std::ptrdiff_t>(frame) * 2; };
-  std::copy(read.begin() + at(from - first * kSectorFrames), read.begin() + at(to - first * kSectorFrames),
+  std::copy(read.begin() + at(from - first * kCdSectorFrames), read.begin() + at(to - first * kCdSectorFrames),
             target.begin() + at(from - begin));
   return unsure;
 }
 
 void TrackReading::Compare(int sectors) {
-  Samples samples(static_cast<std::size_t>(sectors) * kSectorSamples);
+  Samples samples(static_cast<std::size_t>(sectors) * kCdSectorSamples);
   bool read = true;
   try {
     ReadSectors(place_, samples, false);
@@ -96,7 +96,7 @@ void TrackReading::Compare(int sectors) {
 }
 
 std::vector<std::int16_t> TrackReading::Take(int sectors) {
-  Samples samples(static_cast<std::size_t>(sectors) * kSectorSamples);
+  Samples samples(static_cast<std::size_t>(sectors) * kCdSectorSamples);
   bool read = mode_ != ReadMode::Full;
   if (read) {
     try {
@@ -115,8 +115,8 @@ std::vector<std::int16_t> TrackReading::Take(int sectors) {
     while (behind < sectors && !agrees(behind)) ++behind;
     if (behind > sector) {
       ReadCarefully(place_ + sector,
-                    std::span(samples).subspan(static_cast<std::size_t>(sector) * kSectorSamples,
-                                               static_cast<std::size_t>(behind - sector) * kSectorSamples));
+                    std::span(samples).subspan(static_cast<std::size_t>(sector) * kCdSectorSamples,
+                                               static_cast<std::size_t>(behind - sector) * kCdSectorSamples));
     }
     sector = std::max(behind, sector + 1);
   }
@@ -127,7 +127,7 @@ std::vector<std::int16_t> TrackReading::Take(int sectors) {
 }
 
 void TrackReading::ReadCarefully(int sector, std::span<std::int16_t> target) {
-  const int sectors = static_cast<int>(target.size()) / kSectorSamples;
+  const int sectors = static_cast<int>(target.size()) / kCdSectorSamples;
   facts_.careful += sectors;
   // The offset takes a sector more than it gives.
   facts_.unsure += std::min(ReadSectors(sector, target, true), sectors);
@@ -137,7 +137,7 @@ void TrackReading::EmptyDriveMemory() {
   const bool roomBehind = zone_.end - track_.End() >= kDriveMemory;
   const int from = roomBehind ? zone_.end - kDriveMemory : track_.first - kDriveMemory;
   if (from < zone_.first) return;
-  Samples unheard(static_cast<std::size_t>(kStretch) * kSectorSamples);
+  Samples unheard(static_cast<std::size_t>(kStretch) * kCdSectorSamples);
   for (int sector = from; sector < from + kDriveMemory; sector += kStretch) {
     try {
       drive_.Read(sector, unheard);

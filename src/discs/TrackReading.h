@@ -29,7 +29,7 @@ struct ReadFacts {
 /// a time.
 class TrackReading {
  public:
-  TrackReading(DiscDrive& drive, const DiscToc& toc, const DiscTrack& track, int offsetFrames, ReadMode mode);
+  TrackReading(DiscDrive& drive, const DiscToc& toc, const TocTrack& track, int offsetFrames, ReadMode mode);
 
   /// Goes on by a stretch. What is sure is in the samples; in the first pass there are none. Throws
   /// DriveFailure when the disc is gone; sectors that cannot be read are silence, and counted.
@@ -52,7 +52,7 @@ class TrackReading {
   void EmptyDriveMemory();
 
   DiscDrive& drive_;
-  DiscTrack track_;
+  TocTrack track_;
   DiscToc::Zone zone_;
   int offset_;
   ReadMode mode_;

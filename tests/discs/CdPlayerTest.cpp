@@ -98,7 +98,7 @@ TEST_F(CdPlayerTest, SendsItsCommandsInTheirOrderAndShowsTheDisc) {
   player_->Play();
   EXPECT_THAT(Sent(), ElementsAre(u"play cd"_s));
   EXPECT_TRUE(player_->Playing());
-  loop_.RunFor(2s);
+  loop_.RunFor(2500ms);
   EXPECT_EQ(player_->TimeLine(), u"Track time: 00:02"_s);
   EXPECT_TRUE(player_->Tracks()[1].current);
   player_->NextTrack();
@@ -132,13 +132,13 @@ TEST_F(CdPlayerTest, IsHeardOnTheProgrammeToTheSampleAndOnTheMonitorAlone) {
   Open();
   player_->PlayTrack(2);
   (void)Sent();
-  EXPECT_EQ(FirstHeard(), 300 * kSectorFrames);
+  EXPECT_EQ(FirstHeard(), 300 * kCdSectorFrames);
   player_->Pause();
   loop_.RunFor(1s);
   heard_.clear();
   player_->Play();
   loop_.RunFor(2s);
-  EXPECT_NEAR(FirstHeard(), (300 + 45) * kSectorFrames, 40 * kSectorFrames) << "from where it paused";
+  EXPECT_NEAR(FirstHeard(), (300 + 45) * kCdSectorFrames, 40 * kCdSectorFrames) << "from where it paused";
   player_->SetOnMonitor(true);
   loop_.RunFor(1s);
   heard_.clear();
@@ -203,8 +203,9 @@ TEST_F(CdPlayerTest, SaysWhatADriveRefusesAndIsFreeAgainAfterOneThatHangs) {
   loop_.RunFor(40s);
   EXPECT_EQ(player_->Words(), u"The drive /dev/fake0 does not answer."_s);
   loop_.AnswerAgain(FakeDrives::kPlace);
+  loop_.RunFor(3s);
   disc_->state = DiscState::Audio;
-  player_->Choose(FakeDrives::kPlace);
+  loop_.RunFor(3s);
   player_->Play();
   loop_.RunFor(3s);
   EXPECT_TRUE(player_->Playing());

@@ -59,10 +59,10 @@ TEST_F(DiscImage, TellsItsTracksTheirNamesAndWhatIsOdd) {
 TEST_F(DiscImage, IsReadBitForBitInEveryModeAndFromEveryTrack) {
   const auto drive = Open(WriteImage(folder_, disc_));
   const DiscToc toc = drive->ReadToc();
-  std::vector<DiscTrack> tracks = toc.tracks;
+  std::vector<TocTrack> tracks = toc.tracks;
   tracks.push_back(*toc.Hidden());
   for (const ReadMode mode : {ReadMode::Once, ReadMode::Twice, ReadMode::Full}) {
-    for (const DiscTrack& track : tracks) {
+    for (const TocTrack& track : tracks) {
       TrackReading reading(*drive, toc, track, 0, mode);
       EXPECT_EQ(ReadAll(reading), disc_.Cut(track.first, track.sectors)) << track.number;
       EXPECT_EQ(reading.Facts().unsure, 0);
@@ -103,7 +103,7 @@ TEST_F(DiscImage, ThatCannotBeReadSaysWhy) {
 
 TEST_F(DiscImage, PlaysFromEveryPlaceAsItIs) {
   DiscDecoder decoder(Open(WriteImage(folder_, disc_)));
-  EXPECT_EQ(decoder.Frames(), FrameIndex{kFiveSectors} * kSectorFrames);
+  EXPECT_EQ(decoder.Frames(), FrameIndex{kFiveSectors} * kCdSectorFrames);
   for (const FrameIndex place : {FrameIndex{0}, FrameIndex{100001}, decoder.Frames() - 700}) {
     decoder.Seek(place);
     std::vector<float> heard(2000);

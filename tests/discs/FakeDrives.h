@@ -48,7 +48,7 @@ class FakeDrive final : public DiscDrive {
   }
   [[nodiscard]] int ReadCarefully(int first, std::span<std::int16_t> target) override {
     disc_->Call(u"careful"_s);
-    disc_->carefully.emplace_back(first, static_cast<int>(target.size()) / kSectorSamples);
+    disc_->carefully.emplace_back(first, static_cast<int>(target.size()) / kCdSectorSamples);
     Copy(first, target);
     return disc_->unsureSectors;
   }
@@ -59,7 +59,7 @@ class FakeDrive final : public DiscDrive {
 
  private:
   void Copy(int first, std::span<std::int16_t> target) const {
-    const auto cut = disc_->disc.Cut(first, static_cast<int>(target.size()) / kSectorSamples);
+    const auto cut = disc_->disc.Cut(first, static_cast<int>(target.size()) / kCdSectorSamples);
     std::copy(cut.begin(), cut.end(), target.begin());
   }
 

@@ -19,17 +19,17 @@ struct MadeDisc {
   /// Sounds like music to those who compare stretches of it: no two places are alike.
   explicit MadeDisc(int sectors) {
     std::minstd_rand random(7);
-    samples.resize(static_cast<std::size_t>(sectors) * kSectorSamples);
+    samples.resize(static_cast<std::size_t>(sectors) * kCdSectorSamples);
     for (std::size_t i = 0; i < samples.size(); ++i) {
       const double wave = 9000 * std::sin(static_cast<double>(i / 2) * 0.031) +
-                          6000 * std::sin(static_cast<double>(i / 2) * 0.0071 * (1 + i % 2));
+                          6000 * std::sin(static_cast<double>((i / 2) * (1 + i % 2)) * 0.0071);
       samples[i] = static_cast<std::int16_t>(wave + static_cast<double>(random() % 4000) - 2000);
     }
   }
-  [[nodiscard]] int Sectors() const { return static_cast<int>(samples.size()) / kSectorSamples; }
+  [[nodiscard]] int Sectors() const { return static_cast<int>(samples.size()) / kCdSectorSamples; }
   [[nodiscard]] std::vector<std::int16_t> Cut(int first, int sectors) const {
-    const auto begin = samples.begin() + static_cast<std::ptrdiff_t>(first) * kSectorSamples;
-    return {begin, begin + static_cast<std::ptrdiff_t>(sectors) * kSectorSamples};
+    const auto begin = samples.begin() + static_cast<std::ptrdiff_t>(first) * kCdSectorSamples;
+    return {begin, begin + static_cast<std::ptrdiff_t>(sectors) * kCdSectorSamples};
   }
 };
 
@@ -44,7 +44,7 @@ inline const QByteArray kFiveTracks =
     "ben\"\r\n    FLAGS PRE\r\n    INDEX 01 00:10:11\r\n"
     "  TRACK 04 AUDIO\r\n    INDEX 00 00:12:00\r\n    INDEX 01 00:13:00\r\n"
     "  TRACK 05 AUDIO\r\n    TITLE \"Last\"\r\n    INDEX 01 00:16:02\r\n";
-inline constexpr int kFiveSectors = 20 * kSectorsPerSecond + 7;
+inline constexpr int kFiveSectors = 20 * kCdSectorsPerSecond + 7;
 
 /// Writes the disc as an image and returns the place of its sheet.
 inline QString WriteImage(const TemporaryTree& folder, const MadeDisc& disc,

@@ -32,12 +32,12 @@ class ReadingOfATrack : public ::testing::Test {
     return all;
   }
   std::vector<std::int16_t> Track(int number) const {
-    const DiscTrack& track = *disc_->toc.Track(number);
+    const TocTrack& track = *disc_->toc.Track(number);
     return disc_->disc.Cut(track.first, track.sectors);
   }
   void FailRead(int sector, DriveFailure::Kind kind) {
     disc_->spoil = [sector, kind](int first, int, std::span<std::int16_t> samples) {
-      if (first <= sector && sector < first + static_cast<int>(samples.size()) / kSectorSamples)
+      if (first <= sector && sector < first + static_cast<int>(samples.size()) / kCdSectorSamples)
         throw DriveFailure(kind, u"no"_s, {});
     };
   }
@@ -58,7 +58,7 @@ TEST_F(ReadingOfATrack, IsCarefulWhereTheTwoPassesDifferAndNowhereElse) {
     disc_->spoil = [pass, this](int first, int times, std::span<std::int16_t> samples) {
       if (times != pass || first != 600) return;
       const auto shifted = disc_->disc.Cut(609, 31);
-      std::copy_n(shifted.begin() + 1000, 30 * kSectorSamples, samples.begin() + 10 * kSectorSamples);
+      std::copy_n(shifted.begin() + 1000, 30 * kCdSectorSamples, samples.begin() + 10 * kCdSectorSamples);
     };
     EXPECT_EQ(Read(2), Track(2));
     EXPECT_THAT(disc_->carefully, ElementsAre(Pair(610, 30)));
@@ -84,12 +84,12 @@ TEST_F(ReadingOfATrack, GoesOnBehindWhatCannotBeReadAndEndsWithoutADisc) {
 TEST_F(ReadingOfATrack, IsMovedByTheReadOffsetOfTheDrive) {
   const auto whole = disc_->disc.samples;
   const auto moved = [&](int number, int offset) {
-    const DiscTrack& track = *disc_->toc.Track(number);
-    std::vector<std::int16_t> samples(static_cast<std::size_t>(track.sectors) * kSectorSamples, 0);
+    const TocTrack& track = *disc_->toc.Track(number);
+    std::vector<std::int16_t> samples(static_cast<std::size_t>(track.sectors) * kCdSectorSamples, 0);
     for (std::size_t i = 0; i < samples.size(); ++i) {
       const auto from =
-          static_cast<std::int64_t>(i) + (std::int64_t{track.first} * kSectorFrames + offset) * 2;
-      if (from >= 0 && from < std::int64_t{disc_->toc.End()} * kSectorSamples)
+          static_cast<std::int64_t>(i) + (std::int64_t{track.first} * kCdSectorFrames + offset) * 2;
+      if (from >= 0 && from < std::int64_t{disc_->toc.End()} * kCdSectorSamples)
         samples[i] = whole[static_cast<std::size_t>(from)];
     }
     return samples;
