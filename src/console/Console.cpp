@@ -268,7 +268,8 @@ void Console::WatchReserve() {
 AirFacts Console::Air() {
   AirFacts facts;
   facts.wanted = state_.PlaysByItself();
-  facts.planned = auto_.SilencePlanned() || group_.BeforeFirstStart();
+  const bool others = OthersOnAir && OthersOnAir();
+  facts.planned = auto_.SilencePlanned() || group_.BeforeFirstStart() || others;
   const bool onAir = services_.audio.DefaultOutputStatus().kind != OutputStatus::Kind::OnSilentClock;
   const bool decks = std::any_of(kDecks.begin(), kDecks.end(), [this](Deck deck) {
     return decks_.Moves(deck) && !transitions_.FadedOut(deck);

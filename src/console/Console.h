@@ -126,6 +126,9 @@ class Console : public QObject {
   /// Writes what the desk finds again at its next start.
   void SaveSettings();
 
+  /// Asked each second: whether something beside the desk is heard on the programme by the operator's will, so
+  /// that decks at rest are no silence.
+  std::function<bool()> OthersOnAir;
   /// The program has to end: a database that can't be read.
   std::function<void()> OnMustEnd;
 

@@ -25,13 +25,16 @@ QString WithoutFrames(const QString& time) {
 
 CdPlayer::CdPlayer(Services services)
     : services_(std::move(services)), cd_({services_.loop, services_.audio, services_.shelf}) {
+  services_.shelf->OnAir = [this] { return cd_.Playing() && !OnMonitor(); };
   connect(services_.shelf.get(), &DriveShelf::Changed, this, &CdPlayer::FollowShelf);
   connect(services_.shelf.get(), &DriveShelf::UseChanged, this, &CdPlayer::Changed);
   services_.settings.Listen(setting::PFLDeviceId, this,
                             [this](const QString&) { SetOnMonitor(OnMonitor()); });
 }
 
-CdPlayer::~CdPlayer() = default;
+CdPlayer::~CdPlayer() {
+  services_.shelf->OnAir = nullptr;
+}
 
 QString CdPlayer::MonitorOutput() const {
   const QString id = services_.settings.Get(setting::PFLDeviceId);

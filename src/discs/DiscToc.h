@@ -31,7 +31,7 @@ struct TocTrack {
 /// The table of contents of a disc. A value.
 struct DiscToc {
   std::vector<TocTrack> tracks;  ///< by their numbers
-  QString title = {};             ///< of CD-Text
+  QString title = {};            ///< of CD-Text
   QString performer = {};
 
   /// What is before an audio disc's first track, where it is longer than the pause that discs have there.

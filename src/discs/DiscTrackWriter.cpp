@@ -103,7 +103,8 @@ const WriterKind& cPluginManager::Load(const QString& name) {
 std::map<QString, WriterKind> OwnWriters() {
   const auto wave = [](const WriterOrder& order) { return std::make_unique<WaveWriter>(order); };
   const auto mp3 = [](const WriterOrder& order) { return std::make_unique<Mp3Writer>(order); };
-  return {{WriterName::kWave, {QStringLiteral(".Wav"), wave}}, {WriterName::kMp3, {QStringLiteral(".Mp3"), mp3}}};
+  return {{WriterName::kWave, {QStringLiteral(".Wav"), wave}},
+          {WriterName::kMp3, {QStringLiteral(".Mp3"), mp3}}};
 }
 
 }  // namespace kelvo

@@ -57,6 +57,8 @@ class DriveShelf : public QObject {
   // Two at once would make a drive jump between two places of the disc. An image can serve both.
   void SetRipping(const QString& path, bool on);
   void SetPlaying(const QString& path, bool on);
+  /// Whether a disc is heard on the programme; set by the CD player.
+  std::function<bool()> OnAir;
   [[nodiscard]] bool Ripping(const QString& path) const { return ripping_.contains(path); }
   [[nodiscard]] bool Playing(const QString& path) const { return playing_.contains(path); }
 

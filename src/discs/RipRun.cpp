@@ -38,13 +38,15 @@ QString ModeWords(ReadMode mode) {
   return QStringLiteral("careful reading of everything");
 }
 
-QString ReadWords(const ReadFacts& facts) {
+QString ReadWords(const ReadFacts& facts, ReadMode mode) {
   QString words = QStringLiteral("CRC-32 %1").arg(facts.checksum, 8, 16, QLatin1Char('0')).toUpper();
-  words += facts.careful == 0
-               ? QStringLiteral(", both passes agree")
-               : QStringLiteral(", ") +
-                     Counted(facts.careful, QStringLiteral("sector"), QStringLiteral("sectors")) +
-                     QStringLiteral(" read carefully");
+  if (facts.careful > 0) {
+    words += QStringLiteral(", ") +
+             Counted(facts.careful, QStringLiteral("sector"), QStringLiteral("sectors")) +
+             QStringLiteral(" read carefully");
+  } else if (mode == ReadMode::Twice) {
+    words += QStringLiteral(", both passes agree");
+  }
   if (facts.unsure > 0) words += QStringLiteral(", %1 OF THEM UNSURE").arg(facts.unsure);
   return words;
 }
@@ -53,8 +55,7 @@ QString ReadWords(const ReadFacts& facts) {
 
 /// A track at work, off the logic's thread.
 struct RipRun::Work {
-  Work(std::shared_ptr<DiscDrive> disc, const RipOrder& order, const TocTrack& track,
-       const WriterOrder& file)
+  Work(std::shared_ptr<DiscDrive> disc, const RipOrder& order, const TocTrack& track, const WriterOrder& file)
       : drive(std::move(disc)),
         reading(*drive, order.toc, track, order.how.offset, order.how.mode),
         writer(order.writer.make(file)) {}
@@ -228,11 +229,11 @@ Job<> RipRun::RipTrack(std::shared_ptr<DiscDrive> drive, std::size_t index) {
   unsure_ += facts.unsure;
   services_.catalogue.AddStagedFile(target);
   Say(QStringLiteral("Completed track ") + named.name);
-  Q_EMIT Through(track.row, RipMark::Done, ReadWords(facts));
+  Q_EMIT Through(track.row, RipMark::Done, ReadWords(facts, order_.how.mode));
   QStringList lines{number + target,
                     QStringLiteral("  ") +
                         Counted(named.track.sectors, QStringLiteral("sector"), QStringLiteral("sectors")) +
-                        QStringLiteral(", ") + ReadWords(facts)};
+                        QStringLiteral(", ") + ReadWords(facts, order_.how.mode)};
   if (named.track.preEmphasis)
     lines.append(QStringLiteral("  recorded with pre-emphasis, which the file keeps"));
   co_await Log(lines);

@@ -63,7 +63,8 @@ int TrackReading::ReadSectors(int sector, std::span<std::int16_t> target, bool c
   const int frames = static_cast<int>(target.size()) / 2;
   const int begin = (track_.first + sector) * kCdSectorFrames + offset_;
   const int first = std::clamp(FloorDiv(begin, kCdSectorFrames), zone_.first, zone_.end);
-  const int end = std::clamp(FloorDiv(begin + frames + kCdSectorFrames - 1, kCdSectorFrames), first, zone_.end);
+  const int end =
+      std::clamp(FloorDiv(begin + frames + kCdSectorFrames - 1, kCdSectorFrames), first, zone_.end);
   std::fill(target.begin(), target.end(), std::int16_t{0});
   if (end == first) return 0;
   Samples read(static_cast<std::size_t>(end - first) * kCdSectorSamples);
@@ -76,8 +77,8 @@ int TrackReading::ReadSectors(int sector, std::span<std::int16_t> target, bool c
   const int from = std::max(begin, first * kCdSectorFrames);
   const int to = std::min(begin + frames, end * kCdSectorFrames);
   const auto at = [](int frame) { return static_cast<std::ptrdiff_t>(frame) * 2; };
-  std::copy(read.begin() + at(from - first * kCdSectorFrames), read.begin() + at(to - first * kCdSectorFrames),
-            target.begin() + at(from - begin));
+  std::copy(read.begin() + at(from - first * kCdSectorFrames),
+            read.begin() + at(to - first * kCdSectorFrames), target.begin() + at(from - begin));
   return unsure;
 }
 

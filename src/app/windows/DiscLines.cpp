@@ -25,7 +25,7 @@ QString PutAwayWords(const QString& form, const QString& words) {
 
 WindowLine RipperLine(Console& desk, const WindowHost& host, const std::shared_ptr<DriveShelf>& shelf,
                       const std::function<void(const QString& id)>& open) {
-  WindowLine line{.id = QStringLiteral("CdRipper"),
+  WindowLine line{.id = WindowId::kCdRipper,
                   .startsGroup = true,
                   .words = Text::tr("CD &Ripper..."),
                   .key = QStringLiteral("Ctrl+Shift+C"),
@@ -85,6 +85,7 @@ std::vector<WindowLine> DiscLines(Console& desk, const WindowHost& host,
   const Console::Services& have = desk.GetServices();
   const auto shelf =
       std::make_shared<DriveShelf>(DriveShelf::Services{have.loop, have.prompter, SystemDrives()});
+  desk.OthersOnAir = [shelf] { return shelf->OnAir && shelf->OnAir(); };
   return {RipperLine(desk, host, shelf, open), PlayerLine(desk, host, shelf)};
 }
 

@@ -15,4 +15,8 @@ class Console;
 [[nodiscard]] std::vector<WindowLine> DiscLines(Console& desk, const WindowHost& host,
                                                 const std::function<void(const QString& id)>& open);
 
+namespace WindowId {
+inline const QString kCdRipper = QStringLiteral("CdRipper");
+}  // namespace WindowId
+
 }  // namespace kelvo

@@ -1,6 +1,7 @@
 #include "app/windows/ManagerLines.h"
 
 #include "app/windows/DeskOfManager.h"
+#include "app/windows/DiscLines.h"
 #include "console/Console.h"
 #include "database/KeptTracks.h"
 #include "datamanager/windows/DataManagerWindow.h"
@@ -96,6 +97,10 @@ std::vector<ManagerTool> ManagerTools(Console& desk, DataManager& manager, const
        .tooltip = Text::tr("Looks for music on drives and brings it into the utility folder"),
        .run = [open](const Picked&) { open(WindowId::kImport); },
        .whyOff = WhileIdle(desk)},
+      {.id = QStringLiteral("Command4"),
+       .words = QStringLiteral("ISO CD RIPPER"),
+       .tooltip = Text::tr("Rips the tracks of a CD, or of a disc image, into the utility folder"),
+       .run = [open](const Picked&) { open(WindowId::kCdRipper); }},
   };
 }
 
