@@ -96,6 +96,10 @@ std::vector<ManagerTool> ManagerTools(Console& desk, DataManager& manager, const
        .tooltip = Text::tr("Looks for music on drives and brings it into the utility folder"),
        .run = [open](const Picked&) { open(WindowId::kImport); },
        .whyOff = WhileIdle(desk)},
+      {.id = QStringLiteral("Command20"),
+       .words = QStringLiteral("REPORTS"),
+       .tooltip = Text::tr("Lists the database and what went on air, as text, for spreadsheets and for print"),
+       .run = [open](const Picked&) { open(WindowId::kReports); }},
   };
 }
 
