@@ -385,7 +385,9 @@ QSize LibraryPanel::minimumSizeHint() const {
   // That of the narrow form, also while it has the other.
   if (commands_->direction() != QBoxLayout::LeftToRight) return hint;
   const int names = names_.front()->parentWidget()->minimumSizeHint().width();
-  return {std::min(hint.width(), names + hint.width() - commands_->minimumSize().width()), hint.height()};
+  const int edges = hint.width() - std::max(names, commands_->minimumSize().width());
+  const int adding = commands_->itemAt(0)->minimumSize().width();
+  return {std::max({names, adding, request_->minimumSizeHint().width()}) + edges, hint.height()};
 }
 
 bool LibraryPanel::eventFilter(QObject* watched, QEvent* event) {
