@@ -46,6 +46,7 @@ Console::Console(Services services)
               .session = session_,
               .paths = services_.paths,
               .settings = settings_}),
+      toRead_(queue_, decks_),
       transitions_({.loop = services_.loop,
                     .state = state_,
                     .decks = decks_,
@@ -56,6 +57,7 @@ Console::Console(Services services)
       speak_({.loop = services_.loop, .state = state_, .decks = decks_}),
       random_(services_.seed ? RandomSource(*services_.seed) : RandomSource()),
       auto_(ForAutoPlay()),
+      times_(queue_, decks_, auto_, state_, services_.catalogue, played_),
       group_({.loop = services_.loop,
               .decks = decks_,
               .queue = queue_,
@@ -141,6 +143,7 @@ void Console::JoinParts() {
   transitions_.AfterStart = [this](Deck deck) { auto_.AfterStart(deck); };
   tick_.hooks.EverySecond = [this] {
     auto_.Beat();
+    times_.Tick();
     WatchReserve();
   };
   tick_.hooks.TimedStart = [this] { return auto_.CheckTimer(); };

@@ -3,11 +3,13 @@
 #include "audio/AudioSystem.h"
 #include "console/DataManagerAccess.h"
 #include "console/DeskSliders.h"
+#include "console/QueueTimes.h"
 #include "console/ScreenLock.h"
 #include "console/automatic/AutoPlay.h"
 #include "console/browser/LibraryBrowser.h"
 #include "console/decks/ConfirmationPanel.h"
 #include "console/decks/DeckEngine.h"
+#include "console/decks/RequestsToRead.h"
 #include "console/desk/ConsoleState.h"
 #include "console/group/GroupPlay.h"
 #include "console/jingles/Jingles.h"
@@ -71,6 +73,8 @@ class Console : public QObject {
   [[nodiscard]] PlayQueue& Queue() { return queue_; }
   [[nodiscard]] ConfirmationPanel& Panel() { return panel_; }
   [[nodiscard]] DeckEngine& Decks() { return decks_; }
+  [[nodiscard]] RequestsToRead& ToRead() { return toRead_; }
+  [[nodiscard]] const QueueTimes& RowTimes() const { return times_; }
   [[nodiscard]] SessionList& Session() { return session_; }
   [[nodiscard]] const PlayedTracks& Played() const { return played_; }
   /// Where every event of this and of earlier sessions is kept; its folder is empty where none is.
@@ -171,10 +175,12 @@ class Console : public QObject {
   SessionLog log_;
   SessionFile sessionFile_;
   DeckEngine decks_;
+  RequestsToRead toRead_;
   Transitions transitions_;
   PressToSpeak speak_;
   RandomSource random_;
   AutoPlay auto_;
+  QueueTimes times_;
   GroupPlay group_;
   Jingles jingles_;
   ProgrammeRecorder recorder_;

@@ -101,6 +101,10 @@ std::vector<ManagerTool> ManagerTools(Console& desk, DataManager& manager, const
        .words = QStringLiteral("ISO CD RIPPER"),
        .tooltip = Text::tr("Rips the tracks of a CD, or of a disc image, into the utility folder"),
        .run = [open](const Picked&) { open(WindowId::kCdRipper); }},
+      {.id = QStringLiteral("Command20"),
+       .words = QStringLiteral("REPORTS"),
+       .tooltip = Text::tr("Lists the database and what went on air, as text, for spreadsheets and for print"),
+       .run = [open](const Picked&) { open(WindowId::kReports); }},
   };
 }
 

@@ -7,11 +7,14 @@
 #include "app/windows/KeysWindow.h"
 #include "app/windows/ManagerLines.h"
 #include "app/windows/QueueOfPlaylists.h"
+#include "app/windows/ReportLines.h"
+#include "app/windows/RequestLines.h"
 #include "app/windows/ScopeWindow.h"
 #include "app/windows/SessionLines.h"
 #include "app/windows/UnifyLines.h"
 #include "config/windows/ConfigWindow.h"
 #include "console/Console.h"
+#include "console/windows/ConsoleWindow.h"
 #include "console/windows/RecorderWindow.h"
 #include "database/windows/JingleImportWindow.h"
 #include "database/windows/ScanWindow.h"
@@ -126,13 +129,14 @@ WindowLine JinglesLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
-WindowLine SearchLine(Console& desk, const WindowHost& host) {
+WindowLine SearchLine(Console& desk, const WindowHost& host,
+                      const std::function<void(const std::vector<Mref>&)>& request) {
   WindowLine line{.id = WindowId::kTrackSearch,
                   .startsGroup = true,
                   // The key is that of the console's own button.
                   .words = Text::tr("Track &Search...\tCtrl+Shift+F"),
                   .place = QStringLiteral("Search")};
-  line.make = [&desk, host, place = line.place] {
+  line.make = [&desk, host, request, place = line.place] {
     const Console::Services& have = desk.GetServices();
     auto made = std::make_unique<Hosted<SearchWindow, TrackSearch>>(
         host, place,
@@ -140,6 +144,7 @@ WindowLine SearchLine(Console& desk, const WindowHost& host) {
     made->window.OnAdd = [&desk, adding = std::make_shared<JobList>()](std::vector<Mref> tracks) {
       adding->Add(desk.Queue().AddTracks(std::move(tracks), PlayQueue::Route::Search));
     };
+    made->window.OnRequest = request;
     return made;
   };
   return line;
@@ -355,14 +360,15 @@ std::function<bool(const QStringList&)> TakesDroppedPlaylists(Console& desk) {
       };
 }
 
-std::vector<WindowLine> OtherLines(Console& desk, const WindowHost& host, const OpenWindow& open) {
+std::vector<WindowLine> OtherLines(Console& desk, ConsoleWindow& console, const WindowHost& host,
+                                   const OpenWindow& open) {
   WindowLine load = PlaylistLine(desk, host, PlaylistMode::Load, open);
   load.takesDrop = TakesDroppedPlaylists(desk);
   return {ImportLine(desk, host),
           TransferLine(desk, host),
           UtilityLine(desk, host),
           JinglesLine(desk, host),
-          SearchLine(desk, host),
+          SearchLine(desk, host, [&console](const std::vector<Mref>& tracks) { console.WantRequest(tracks); }),
           std::move(load),
           PlaylistLine(desk, host, PlaylistMode::SaveQueue, open),
           GeneratorLine(desk, host),
@@ -377,16 +383,21 @@ std::vector<WindowLine> OtherLines(Console& desk, const WindowHost& host, const 
 
 }  // namespace
 
-std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenWindow& open) {
+std::vector<WindowLine> WindowLines(Console& desk, ConsoleWindow& console, const OpenWindow& open) {
   const Console::Services& have = desk.GetServices();
   const WindowHost host{
       .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
-  std::vector<WindowLine> lines = OtherLines(desk, host, open);
+  std::vector<WindowLine> lines = OtherLines(desk, console, host, open);
   const auto forPlaylists = [&desk] { return ForPlaylists(desk); };
   for (WindowLine& line : SessionLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
   for (WindowLine& line : ManagerLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
   for (WindowLine& line : UnifyLines(desk, host)) lines.push_back(std::move(line));
   for (WindowLine& line : DiscLines(desk, host, open)) lines.push_back(std::move(line));
+  for (WindowLine& line : RequestLines(desk, host)) lines.push_back(std::move(line));
+  const auto openFile = [&console](const QString& id, const QString& file) {
+    Q_EMIT console.TrackWindowWanted(id, file);
+  };
+  for (WindowLine& line : ReportLines(desk, host, openFile)) lines.push_back(std::move(line));
   return lines;
 }
 

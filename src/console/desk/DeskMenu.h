@@ -13,6 +13,8 @@ inline const QString kImport = QStringLiteral("Import");
 inline const QString kTransfer = QStringLiteral("Transfer");
 inline const QString kJingles = QStringLiteral("Jingles");
 inline const QString kTrackSearch = QStringLiteral("TrackSearch");
+inline const QString kReports = QStringLiteral("Reports");
+inline const QString kRequest = QStringLiteral("Request");
 inline const QString kPlayEdit = QStringLiteral("PlayEdit");
 inline const QString kGroupEdit = QStringLiteral("GroupEdit");
 inline const QString kPlaylistLoad = QStringLiteral("PlaylistLoad");
@@ -22,5 +24,8 @@ inline const QString kUnifyVolume = QStringLiteral("UnifyVolume");
 inline const QString kCountBeats = QStringLiteral("CountBeats");
 inline const QString kPlaylistSave = QStringLiteral("PlaylistSave");
 }  // namespace WindowId
+
+/// Opens the request of the track that the operator points at: a listener's wish.
+inline const QString kRequestKey = QStringLiteral("Ctrl+W");
 
 }  // namespace kelvo

@@ -90,6 +90,16 @@ class PlayQueue : public QObject {
   /// is gone is skipped; one from the library that is in the queue already is only selected. What the
   /// operator selects meanwhile stays selected.
   [[nodiscard]] Job<> AddTracks(std::vector<Mref> tracks, Route route = Route::Library);
+  /// What came of a request.
+  struct Requested {
+    RowId row = RowId::None;  ///< the row that carries its words; none: nothing was done
+    int count = 0;            ///< so many requests wait on that row
+    bool added = false;       ///< the row is new
+  };
+  /// "Add To Queue" of a request: its words, several lines, go to the first row of the track, which becomes a
+  /// request, or are stacked on those that wait there; a track that is in no row gets one at the end. Asks
+  /// before it gives up a group playlist. Nothing while one runs.
+  [[nodiscard]] Job<Requested> AddRequest(Mref track, QString words);
   /// Adds a row unchanged at the end, with its Tag; the base of every other way in. `seconds` is added to
   /// the total.
   int AppendRow(QueueEntry entry, qint64 seconds);

@@ -40,4 +40,13 @@ std::vector<Mref> PlayedTracks::Within(Nanoseconds time) const {
   return tracks;
 }
 
+std::optional<QDateTime> PlayedTracks::LastStart(Mref track) const {
+  const auto found = std::find_if(starts_.begin(), starts_.end(), [track](const Start& each) {
+    return each.track == track && track != Mref::None;
+  });
+  if (found == starts_.end()) return std::nullopt;
+  const auto since = std::chrono::duration_cast<std::chrono::milliseconds>(loop_.Elapsed() - found->at);
+  return loop_.Now().addMSecs(-since.count());
+}
+
 }  // namespace kelvo

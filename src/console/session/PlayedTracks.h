@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 namespace kelvo {
@@ -24,6 +25,8 @@ class PlayedTracks : public QObject {
   void Note(Mref track);
   /// Those that were started within this time, up to now.
   [[nodiscard]] std::vector<Mref> Within(Nanoseconds time) const;
+  /// When the track was started last; none when it was not.
+  [[nodiscard]] std::optional<QDateTime> LastStart(Mref track) const;
 
  private:
   struct Start {

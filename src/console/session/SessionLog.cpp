@@ -34,6 +34,12 @@ class Unprotected {
   const QString path_;
 };
 
+/// A line break in a file's name would make two lines of one play.
+QString OneLine(const QString& text) {
+  QString line = text;
+  return line.replace(QLatin1Char('\r'), QLatin1Char(' ')).replace(QLatin1Char('\n'), QLatin1Char(' '));
+}
+
 void AppendLine(const QString& path, const QString& header, const QString& line) {
   const QString folder = QFileInfo(path).path();
   if (!QDir().mkpath(folder)) throw Failure(QStringLiteral("Cannot make the folder ") + folder, 0, folder);
@@ -67,7 +73,7 @@ void SessionLog::LogPlay(const QString& text, bool automatic) {
   const QDateTime now = loop_.Now();
   const QString line = (automatic ? QStringLiteral("Auto Play : ") : QStringLiteral("Manual Play : ")) +
                        QString::number(now.time().hour()) + QStringLiteral(" : ") +
-                       Format00(now.time().minute()) + QStringLiteral(" ~ ") + text;
+                       Format00(now.time().minute()) + QStringLiteral(" ~ ") + OneLine(text);
   writing_.Add(Write(now.date(), line));
 }
 

@@ -18,6 +18,22 @@ void ConsoleWindow::ListenInMonitor() {
   }
 }
 
+void ConsoleWindow::WantRequest(const std::vector<Mref>& tracks) {
+  const auto tell = [this](const QString& words) {
+    Prompt message;
+    message.text = words;
+    message.icon = PromptIcon::Information;
+    console_.GetServices().prompter.Tell(message);
+  };
+  if (tracks.empty()) {
+    tell(tr("Select A Track First !"));
+  } else if (tracks.size() > 1) {
+    tell(QStringLiteral("Single Tracks Only !"));
+  } else {
+    Q_EMIT TrackWindowWanted(WindowId::kRequest, console_.Tracks().TrackPaths(tracks.front()));
+  }
+}
+
 QString ConsoleWindow::PointedTrack() const {
   for (const Deck deck : kDecks) {
     const QString path = console_.Decks().Record(deck).FilePath;

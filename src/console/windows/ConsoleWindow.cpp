@@ -4,6 +4,7 @@
 #include "console/windows/AirAlarm.h"
 #include "console/windows/AutoPlayPanel.h"
 #include "console/windows/ClockPanel.h"
+#include "console/windows/Columns.h"
 #include "console/windows/ConfirmationView.h"
 #include "console/windows/CrossPanPanel.h"
 #include "console/windows/DeckPanel.h"
@@ -21,6 +22,7 @@
 #include "console/windows/RecordBar.h"
 #include "console/windows/SessionPanel.h"
 #include "console/windows/SpeakPanel.h"
+#include "console/windows/ToReadPanel.h"
 #include "console/windows/WindowSettings.h"
 #include "ui/Command.h"
 #include "ui/DroppedFiles.h"
@@ -49,24 +51,6 @@ const QString kDiskNotice = QStringLiteral("disk ");
 const std::array kColours{
     std::pair{&setting::ConBackCol, Group::Console}, std::pair{&setting::DeckBackCol, Group::Decks},
     std::pair{&setting::SbitesBackCol, Group::Bites}, std::pair{&setting::SlistsBackCol, Group::Lists}};
-
-/// The three columns of the desk. However it was resized they share its width alike, so that on an ordinary
-/// screen whole names fit into both lists, until the operator shares it out by hand.
-class Columns : public QSplitter {
- public:
-  explicit Columns(QWidget* parent) : QSplitter(Qt::Horizontal, parent) {
-    connect(this, &QSplitter::splitterMoved, this, [this] { byHand_ = true; });
-  }
-
- protected:
-  void resizeEvent(QResizeEvent* event) override {
-    QSplitter::resizeEvent(event);
-    if (!byHand_) setSizes({width() * 31 / 100, width() * 38 / 100, width() * 31 / 100});
-  }
-
- private:
-  bool byHand_ = false;
-};
 
 /// What a person calls a drive: the last name of where it is mounted.
 QString ShortName(const QString& disk) {
@@ -107,6 +91,7 @@ ConsoleWindow::ConsoleWindow(Console& console)
   });
   connect(library_, &LibraryPanel::SearchWanted, this,
           [this] { Q_EMIT WindowWanted(WindowId::kTrackSearch); });
+  connect(library_, &LibraryPanel::RequestWanted, this, &ConsoleWindow::WantRequest);
   connect(library_, &LibraryPanel::ImportWanted, this, [this] { Q_EMIT WindowWanted(WindowId::kImport); });
   connect(queue_, &QueuePanel::WindowWanted, this, &ConsoleWindow::WindowWanted);
   connect(&console_.Panel(), &ConfirmationPanel::Changed, this, [this] { ShowPanel(); });
@@ -147,12 +132,13 @@ void ConsoleWindow::BuildDesk() {
   auto* right = new QWidget(columns_);
   auto* rightLayout = new QVBoxLayout(right);
   rightLayout->setContentsMargins(0, 0, 0, 0);
-  queue_ = new QueuePanel(console_.Queue(), right);
+  queue_ = new QueuePanel(console_.Queue(), console_.RowTimes(), right);
   rightLayout->addWidget(queue_, 1);
   rightLayout->addWidget(new JinglePanel(console_.Bites(), console_.Pfl(), right));
   auto* leftLayout = new QVBoxLayout(left_);
   leftLayout->setContentsMargins(0, 0, 0, 0);
   leftLayout->addWidget(library_, 1);
+  leftLayout->addWidget(new ToReadPanel(console_.ToRead(), left_));
   leftLayout->addWidget(new MonitorPanel(console_.Pfl(), left_));
   columns_->addWidget(left_);
   columns_->addWidget(middle);
@@ -219,7 +205,7 @@ void ConsoleWindow::ShowTick() {
   setWindowTitle(status.windowTitle);
   confirmation_->SetCaution(status.caution);
   Offer(*quit_, status.idle ? QString() : tr("%1. Closing the window asks at any time").arg(status.whyBusy));
-  queue_->SetLitRow(status.queueBlinks && status.queueLit ? status.queuePosition : 0);
+  queue_->Beat(status.queueBlinks && status.queueLit ? status.queuePosition : 0);
   ShowAir(status);
 }
 

@@ -49,6 +49,9 @@ class ConsoleWindow : public QMainWindow {
   /// library that has the keyboard, else the queue's selected row; empty when there is none.
   [[nodiscard]] QString PointedTrack() const;
 
+  /// Opens the request of one track; tells that it takes no more.
+  void WantRequest(const std::vector<Mref>& tracks);
+
   /// Asked before the desk itself is, when the operator closes it: false keeps it open.
   std::function<Job<bool>()> MayClose;
 
@@ -57,7 +60,7 @@ class ConsoleWindow : public QMainWindow {
   void Closed();
   /// A button of the console wants the window of this id (WindowId).
   void WindowWanted(const QString& id);
-  /// The same, for this music file.
+  /// The same, for this file.
   void TrackWindowWanted(const QString& id, const QString& path);
   /// Files and folders of another program were dropped here.
   void FilesDropped(const QStringList& places);

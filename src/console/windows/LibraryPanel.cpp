@@ -1,5 +1,6 @@
 #include "console/windows/LibraryPanel.h"
 
+#include "console/desk/DeskMenu.h"
 #include "console/windows/LibraryModel.h"
 #include "console/windows/ListingPanel.h"
 #include "console/windows/NameColumn.h"
@@ -104,7 +105,9 @@ QWidget* LibraryPanel::TracksPart() {
   SetNames(*count_, QStringLiteral("LblTrackCount"), QStringLiteral("Label7"));
   words_->setObjectName(QStringLiteral("TrackFilter"));
   words_->setAccessibleName(tr("Filter the tracks"));
-  words_->setToolTip(tr("Any words of artist and title, in any order  (Ctrl+F)"));
+  words_->setToolTip(
+      tr("Any words of artist and title, in any order  (Ctrl+F)\n"
+         "Ctrl+Enter adds the first track found to the play queue"));
   words_->setClearButtonEnabled(true);
   // What is dropped here is music for the desk, not a name to be typed.
   words_->setAcceptDrops(false);
@@ -152,6 +155,15 @@ QWidget* LibraryPanel::TracksPart() {
                                   .tooltip = tr("Selects all tracks of the list, or none"),
                                   .key = QKeySequence(Qt::CTRL | Qt::Key_A)});
 
+  request_ = AddCommand(*this, {.name = QStringLiteral("CmdAddAsRequest"),
+                                .fixedName = QStringLiteral("Command9"),
+                                .words = QStringLiteral("Add As Request"),
+                                .tooltip = QStringLiteral("Opens The Request Dialog !"),
+                                // Bound with its entry in the menu.
+                                .keyWords = kRequestKey,
+                                .icon = Icon::Microphone,
+                                .run = [this] { WantRequest(); }});
+
   import_ = AddCommand(*this, {.name = QStringLiteral("CmdImportMusic"),
                                .words = tr("Import Music..."),
                                .tooltip = tr("Brings music into the library"),
@@ -163,9 +175,12 @@ QWidget* LibraryPanel::TracksPart() {
   title->addWidget(head);
   title->addWidget(summary_, 1);
   title->addWidget(count_);
-  auto* commands = new QHBoxLayout;
-  commands->addWidget(add_, 1);
-  commands->addWidget(selectAll_);
+  auto* adding = new QHBoxLayout;
+  adding->addWidget(add_, 1);
+  adding->addWidget(selectAll_);
+  commands_ = new QBoxLayout(QBoxLayout::LeftToRight);
+  commands_->addLayout(adding, 1);
+  commands_->addWidget(request_);
   auto* layout = new QVBoxLayout(part);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(4);
@@ -173,7 +188,7 @@ QWidget* LibraryPanel::TracksPart() {
   layout->addWidget(words_);
   layout->addWidget(list_, 1);
   layout->addWidget(import_);
-  layout->addLayout(commands);
+  layout->addLayout(commands_);
   return part;
 }
 
@@ -183,7 +198,10 @@ void LibraryPanel::JoinParts() {
   connect(allAlbums_, &QPushButton::clicked, this, [this] { browser_.ShowAllAlbums(); });
   connect(add_, &QPushButton::clicked, this, [this] { AddSelected(); });
   connect(selectAll_, &QPushButton::clicked, this, [this] { browser_.ToggleAll(); });
-  connect(words_, &QLineEdit::textChanged, this, [this](const QString& text) { browser_.SetWords(text); });
+  connect(words_, &QLineEdit::textChanged, this, [this](const QString& text) {
+    addsFirst_ = false;
+    browser_.SetWords(text);
+  });
   connect(words_, &QLineEdit::returnPressed, this, [this] { GoToTracks(); });
   connect(list_, &ListTable::RowActivated, this, [this] { AddSelected(); });
   connect(list_, &QTableView::pressed, this,
@@ -198,6 +216,7 @@ void LibraryPanel::JoinParts() {
   connect(&browser_, &LibraryBrowser::RowsReset, this, [this] {
     list_->scrollToTop();
     ShowFacts();
+    if (std::exchange(addsFirst_, false)) AddFirstFound();
   });
   connect(&browser_, &LibraryBrowser::RowsAdded, this, [this] { ShowFacts(); });
   connect(&browser_, &LibraryBrowser::ChoiceChanged, this, [this] { ShowFacts(); });
@@ -288,6 +307,7 @@ void LibraryPanel::ShowListing() {
 void LibraryPanel::ShowCommands() {
   const QString why = browser_.Listing() ? tr("Tracks are being listed") : QString();
   for (QPushButton* button : {search_, allArtists_, allAlbums_, selectAll_}) Offer(*button, why);
+  Offer(*request_, why.isEmpty() && catalogue_.LastTrack() == 0 ? tr("The library is empty") : why);
   ShowImport();
   Offer(*add_, why.isEmpty() ? browser_.WhyNoAdd() : why);
 }
@@ -296,6 +316,25 @@ void LibraryPanel::AddSelected() {
   std::vector<Mref> tracks;
   for (const int row : PickedRows(*list_)) tracks.push_back(model_->TrackAt(row));
   browser_.AddToQueue(std::move(tracks));
+}
+
+void LibraryPanel::AddFirst() {
+  addsFirst_ = browser_.FindingWords();
+  if (!addsFirst_) AddFirstFound();
+}
+
+void LibraryPanel::AddFirstFound() {
+  if (!add_->isEnabled() || CurrentTrack() == Mref::None) return;
+  browser_.AddToQueue({CurrentTrack()});
+  // Ready for the next words.
+  words_->selectAll();
+}
+
+void LibraryPanel::WantRequest() {
+  std::vector<Mref> tracks;
+  for (const int row : PickedRows(*list_)) tracks.push_back(model_->TrackAt(row));
+  if (tracks.empty() && CurrentTrack() != Mref::None) tracks.push_back(CurrentTrack());
+  Q_EMIT RequestWanted(tracks);
 }
 
 void LibraryPanel::Deselect(const std::vector<Mref>& tracks) {
@@ -321,7 +360,8 @@ void LibraryPanel::Deselect(const std::vector<Mref>& tracks) {
 
 Mref LibraryPanel::CurrentTrack() const {
   const QModelIndex current = list_->currentIndex();
-  return current.isValid() ? model_->TrackAt(current.row()) : Mref::None;
+  const int row = current.isValid() ? current.row() : words_->hasFocus() ? 0 : -1;
+  return row >= 0 && row < model_->rowCount() ? model_->TrackAt(row) : Mref::None;
 }
 
 void LibraryPanel::OpenInfo(const QPoint& spot) {
@@ -333,7 +373,21 @@ void LibraryPanel::OpenInfo(const QPoint& spot) {
 
 void LibraryPanel::resizeEvent(QResizeEvent* event) {
   Panel::resizeEvent(event);
+  // On a narrow desk the request has a line of its own.
+  const int beside = commands_->itemAt(0)->minimumSize().width() + request_->minimumSizeHint().width();
+  const bool narrow = width() < beside + fontMetrics().height() * 2;
+  commands_->setDirection(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
   ShowFacts();
+}
+
+QSize LibraryPanel::minimumSizeHint() const {
+  const QSize hint = Panel::minimumSizeHint();
+  // That of the narrow form, also while it has the other.
+  if (commands_->direction() != QBoxLayout::LeftToRight) return hint;
+  const int names = names_.front()->parentWidget()->minimumSizeHint().width();
+  const int edges = hint.width() - std::max(names, commands_->minimumSize().width());
+  const int adding = commands_->itemAt(0)->minimumSize().width();
+  return {std::max({names, adding, request_->minimumSizeHint().width()}) + edges, hint.height()};
 }
 
 bool LibraryPanel::eventFilter(QObject* watched, QEvent* event) {
@@ -355,6 +409,11 @@ bool LibraryPanel::eventFilter(QObject* watched, QEvent* event) {
     const auto* key = static_cast<QKeyEvent*>(event);
     if (key->key() == Qt::Key_Down) {
       GoToTracks();
+      return true;
+    }
+    const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+    if (enter && key->modifiers().testFlag(Qt::ControlModifier)) {
+      AddFirst();
       return true;
     }
   }

@@ -5,6 +5,7 @@
 
 #include <array>
 
+class QBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -31,7 +32,9 @@ class LibraryPanel : public Panel {
   void BeginFilter();
   /// The list of tracks does, with a row selected.
   void GoToTracks();
-  /// The track that the cursor of the list is on; none when the list is empty.
+  [[nodiscard]] QSize minimumSizeHint() const override;
+  /// The track that the cursor of the list is on, or the first one while words are typed; none when there is
+  /// none.
   [[nodiscard]] Mref CurrentTrack() const;
   /// Closes the track's details, stops a listing or empties the filter box, the first of these that there is.
   void Escape();
@@ -40,6 +43,8 @@ class LibraryPanel : public Panel {
 
  Q_SIGNALS:
   void SearchWanted();
+  /// "Add As Request" for these tracks.
+  void RequestWanted(const std::vector<kelvo::Mref>& tracks);
   void ImportWanted();
 
  protected:
@@ -55,6 +60,10 @@ class LibraryPanel : public Panel {
   void ShowImport();
   void ShowListing();
   void AddSelected();
+  /// From the line of words: the first track that has them goes to the queue, once they were looked up.
+  void AddFirst();
+  void AddFirstFound();
+  void WantRequest();
   void Deselect(const std::vector<Mref>& tracks);
   void OpenInfo(const QPoint& spot);
 
@@ -71,12 +80,15 @@ class LibraryPanel : public Panel {
   QPushButton* allArtists_;
   QPushButton* allAlbums_;
   QPushButton* add_;
+  QPushButton* request_;
+  QBoxLayout* commands_ = nullptr;
   QPushButton* selectAll_;
   QPushButton* import_;
   ListingPanel* listing_;
   TrackInfoPanel* info_;
   QPoint infoSpot_;
   Timer listingLasts_;
+  bool addsFirst_ = false;  ///< of what is being looked up
 };
 
 }  // namespace kelvo

@@ -1,5 +1,6 @@
 #include "console/windows/QueueModel.h"
 
+#include "console/QueueTimes.h"
 #include "console/windows/TrackMime.h"
 
 #include <QColor>
@@ -29,15 +30,16 @@ QVariant ColourOf(const QueueEntry& row) {
 
 }  // namespace
 
-QueueModel::QueueModel(PlayQueue& queue, QObject* parent) : QAbstractTableModel(parent), queue_(queue) {
+QueueModel::QueueModel(PlayQueue& queue, const QueueTimes* times, QObject* parent)
+    : QAbstractTableModel(parent), queue_(queue), times_(times) {
   connect(&queue_, &PlayQueue::RowsChanged, this, [this] {
     beginResetModel();
     endResetModel();
   });
   connect(&queue_, &PlayQueue::RowChanged, this,
-          [this](int row) { Q_EMIT dataChanged(index(row - 1, 0), index(row - 1, QueueColumnCount - 1)); });
+          [this](int row) { Q_EMIT dataChanged(index(row - 1, 0), index(row - 1, kColumns - 1)); });
   connect(&queue_, &PlayQueue::FactsChanged, this,
-          [this] { Q_EMIT headerDataChanged(Qt::Horizontal, 0, QueueColumnCount - 1); });
+          [this] { Q_EMIT headerDataChanged(Qt::Horizontal, 0, kColumns - 1); });
 }
 
 void QueueModel::SetLitRow(int row) {
@@ -45,15 +47,39 @@ void QueueModel::SetLitRow(int row) {
   const int before = std::exchange(litRow_, row);
   for (const int changed : {before, row}) {
     if (changed < 1 || changed > queue_.Count()) continue;
-    Q_EMIT dataChanged(index(changed - 1, 0), index(changed - 1, QueueColumnCount - 1), {Qt::BackgroundRole});
+    Q_EMIT dataChanged(index(changed - 1, 0), index(changed - 1, kColumns - 1), {Qt::BackgroundRole});
   }
+}
+
+void QueueModel::TellTimes() {
+  if (times_ == nullptr || queue_.Count() == 0) return;
+  Q_EMIT dataChanged(index(0, kPlaysIn), index(queue_.Count() - 1, kLastPlayed), {Qt::DisplayRole});
+}
+
+QString QueueModel::Text(int row, int column) const {
+  if (column < QueueColumnCount) return queue_.Row(row).Text(static_cast<QueueColumn>(column));
+  if (times_ == nullptr) return {};
+  return column == kPlaysIn ? times_->PlaysIn(row) : times_->LastPlayed(row);
+}
+
+QString QueueModel::Tooltip(int row) const {
+  const QueueEntry& entry = queue_.Row(row);
+  QStringList lines{entry.title};
+  const auto add = [&lines](const QString& text, const QString& words) {
+    if (!text.isEmpty()) lines.append(words.arg(text));
+  };
+  add(entry.Text(CommentColumn), QStringLiteral("%1"));
+  add(Text(row, kPlaysIn), tr("Plays in about %1"));
+  add(Text(row, kLastPlayed), tr("Last played in this session at %1"));
+  add(entry.requestText, QStringLiteral("\n%1"));
+  return lines.join(QLatin1Char('\n'));
 }
 
 int QueueModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : queue_.Count();
 }
 int QueueModel::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : QueueColumnCount;
+  return parent.isValid() ? 0 : kColumns;
 }
 
 QVariant QueueModel::data(const QModelIndex& index, int role) const {
@@ -61,15 +87,9 @@ QVariant QueueModel::data(const QModelIndex& index, int role) const {
   const QueueEntry& row = queue_.Row(index.row() + 1);
   switch (role) {
     case Qt::DisplayRole:
-      return row.Text(static_cast<QueueColumn>(index.column()));
-    case Qt::ToolTipRole: {
-      QString words = row.title;
-      // A narrow list has no room for it beside the name.
-      const QString comment = row.Text(CommentColumn);
-      if (!comment.isEmpty()) words += QLatin1Char('\n') + comment;
-      if (!row.requestText.isEmpty()) words += QStringLiteral("\n\n") + row.requestText;
-      return words;
-    }
+      return Text(index.row() + 1, index.column());
+    case Qt::ToolTipRole:
+      return Tooltip(index.row() + 1);
     case Qt::ForegroundRole:
       return ColourOf(row);
     case Qt::BackgroundRole:
@@ -110,6 +130,10 @@ QString QueueModel::Heading(int section) const {
       return QStringLiteral("Mref");
     case GenreColumn:
       return queue_.GenreHead();
+    case kPlaysIn:
+      return tr("Plays In");
+    case kLastPlayed:
+      return tr("Last Played");
     default:
       return {};
   }

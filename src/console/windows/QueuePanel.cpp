@@ -37,10 +37,10 @@ QPushButton* QueuePanel::AddCommand(const QString& name, const QString& tooltip,
   return button;
 }
 
-QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
+QueuePanel::QueuePanel(PlayQueue& queue, const QueueTimes& times, QWidget* parent)
     : Panel(Group::Lists, QStringLiteral("PLAY QUEUE"), parent),
       queue_(queue),
-      model_(new QueueModel(queue, this)),
+      model_(new QueueModel(queue, &times, this)),
       name_(new QLineEdit(this)),
       list_(new ListTable(this)),
       up_(AddCommand(QStringLiteral("CmdQueUp"), tr("Moves Selected Track Up"))),
@@ -146,8 +146,9 @@ QueuePanel::QueuePanel(PlayQueue& queue, QWidget* parent)
   connect(timings_, &QPushButton::clicked, this, [this] { queue_.SwitchTimings(); });
   connect(name_, &QLineEdit::textEdited, this, [this](const QString& text) { queue_.SetName(text); });
   connect(name_, &QLineEdit::returnPressed, list_, qOverload<>(&QWidget::setFocus));
-  connect(head, &QHeaderView::sectionClicked, this,
-          [this](int section) { queue_.SortBy(static_cast<QueueColumn>(section)); });
+  connect(head, &QHeaderView::sectionClicked, this, [this](int section) {
+    if (section < QueueColumnCount) queue_.SortBy(static_cast<QueueColumn>(section));
+  });
   connect(list_, &QTableView::clicked, this,
           [this](const QModelIndex& index) { queue_.Click(index.row() + 1); });
   connect(model_, &QueueModel::RowMoved, this, [this](int from, int to) { queue_.MoveTo(from, to); });
@@ -186,8 +187,9 @@ QSize QueuePanel::minimumSizeHint() const {
   return {hint.width() - (commands_->direction() == QBoxLayout::LeftToRight ? beside : 0), hint.height()};
 }
 
-void QueuePanel::SetLitRow(int row) {
-  model_->SetLitRow(row);
+void QueuePanel::Beat(int litRow) {
+  model_->SetLitRow(litRow);
+  model_->TellTimes();
 }
 
 void QueuePanel::ShowSelection() {
@@ -225,7 +227,8 @@ void QueuePanel::ShowColumns() {
   // A whole name before anything else: what the comment says is shown by the row's colour too. Durations that
   // were asked for are seen at every width.
   std::vector<ListTable::OptionalColumn> others{
-      {CommentColumn, 20}, {GenreColumn, 13}, {BpmColumn, 7}, {DateColumn, 11}, {HiColumn, 6}};
+      {CommentColumn, 20},      {GenreColumn, 13}, {QueueModel::kPlaysIn, 9}, {BpmColumn, 7},
+      {QueueModel::kLastPlayed, 12}, {DateColumn, 11},  {HiColumn, 6}};
   if (*timingsShown_) {
     others.erase(others.begin() + 1);
     others.insert(others.begin(), {GenreColumn, 11, true});

@@ -15,16 +15,17 @@ namespace kelvo {
 
 class ListTable;
 class QueueModel;
+class QueueTimes;
 
 /// "PLAY QUEUE": the list, its name, count and running length, and the commands beside it. Owned by the
 /// console window; GUI thread.
 class QueuePanel : public Panel {
   Q_OBJECT
  public:
-  explicit QueuePanel(PlayQueue& queue, QWidget* parent = nullptr);
+  QueuePanel(PlayQueue& queue, const QueueTimes& times, QWidget* parent = nullptr);
 
-  /// See QueueModel.
-  void SetLitRow(int row);
+  /// A beat of the clock: the row that is lit (see QueueModel), and the times of all.
+  void Beat(int litRow);
   [[nodiscard]] ListTable& List() { return *list_; }
   [[nodiscard]] QSize minimumSizeHint() const override;
 

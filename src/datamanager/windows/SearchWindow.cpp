@@ -179,6 +179,13 @@ void SearchWindow::BuildCommands() {
                          .key = QKeySequence(Qt::CTRL | Qt::Key_Return),
                          .icon = Icon::Add,
                          .run = [this] { AddPicked(); }});
+  request_ = AddCommand(*this, {.name = QStringLiteral("CmdAddAsRequest"),
+                                .fixedName = QStringLiteral("Command5"),
+                                .words = QStringLiteral("Add As Request"),
+                                .tooltip = QStringLiteral("Opens The Request Dialog !"),
+                                .key = QKeySequence(Qt::ALT | Qt::Key_R),
+                                .icon = Icon::Microphone,
+                                .run = [this] { RequestPicked(); }});
 }
 
 void SearchWindow::BuildLayout() {
@@ -188,7 +195,7 @@ void SearchWindow::BuildLayout() {
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(top);
   layout->addWidget(&found_, 1);
-  layout->addLayout(Line({selectAll_, add_, {results_, 1}, state_}));
+  layout->addLayout(Line({selectAll_, add_, request_, {results_, 1}, state_}));
   layout->addWidget(keyboard_);
 }
 
@@ -240,13 +247,23 @@ void SearchWindow::ShowPicked() {
   selectAll_->setText(found_.AllPicked() ? QStringLiteral("Clear All") : QStringLiteral("Select All"));
   const OffReason searching{search_.Running(), tr("The search runs")};
   Offer(*selectAll_, WhyOff({searching, {model_.rowCount() == 0, tr("No track was found")}}));
-  Offer(*add_, WhyOff({searching, {!found_.AnyPicked(), tr("No track is selected")}}));
+  for (QPushButton* button : {add_, request_})
+    Offer(*button, WhyOff({searching, {!found_.AnyPicked(), tr("No track is selected")}}));
+}
+
+std::vector<Mref> SearchWindow::PickedTracks() const {
+  std::vector<Mref> tracks;
+  for (const int row : found_.Picked()) tracks.push_back(search_.Results()[row]);
+  return tracks;
 }
 
 void SearchWindow::AddPicked() {
-  std::vector<Mref> tracks;
-  for (const int row : found_.Picked()) tracks.push_back(search_.Results()[row]);
+  std::vector<Mref> tracks = PickedTracks();
   if (OnAdd && !tracks.empty()) OnAdd(std::move(tracks));
+}
+
+void SearchWindow::RequestPicked() {
+  if (OnRequest) OnRequest(PickedTracks());
 }
 
 void SearchWindow::StayOnTop() {

@@ -26,6 +26,8 @@ class SearchWindow : public ToolWindow {
 
   /// The operator wants these tracks in the play queue.
   std::function<void(std::vector<Mref>)> OnAdd;
+  /// The operator takes a request for them.
+  std::function<void(const std::vector<Mref>&)> OnRequest;
 
   /// Makes the text box ready to be typed into.
   void TakeKeys() override;
@@ -47,6 +49,8 @@ class SearchWindow : public ToolWindow {
   void ShowState();
   void ShowPicked();
   void AddPicked();
+  void RequestPicked();
+  [[nodiscard]] std::vector<Mref> PickedTracks() const;
   void StayOnTop();
 
   TrackSearch& search_;
@@ -68,6 +72,7 @@ class SearchWindow : public ToolWindow {
   QPushButton* ok_ = nullptr;
   QPushButton* selectAll_ = nullptr;
   QPushButton* add_ = nullptr;
+  QPushButton* request_ = nullptr;
   QLabel* results_;
   QLabel* state_;
   QWidget* keyboard_ = nullptr;
