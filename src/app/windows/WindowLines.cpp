@@ -6,6 +6,7 @@
 #include "app/windows/KeysWindow.h"
 #include "app/windows/ManagerLines.h"
 #include "app/windows/QueueOfPlaylists.h"
+#include "app/windows/QuizLines.h"
 #include "app/windows/ScopeWindow.h"
 #include "app/windows/SessionLines.h"
 #include "app/windows/UnifyLines.h"
@@ -385,6 +386,7 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenW
   for (WindowLine& line : SessionLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
   for (WindowLine& line : ManagerLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
   for (WindowLine& line : UnifyLines(desk, host)) lines.push_back(std::move(line));
+  for (WindowLine& line : QuizLines(desk, host, open)) lines.push_back(std::move(line));
   return lines;
 }
 
