@@ -1,6 +1,5 @@
-#include "quiz/QuizRecord.h"
-
 #include "platform/ErrorLog.h"
+#include "quiz/QuizRecord.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -17,7 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   try {
     SavedQuiz quiz = ReadQuiz({files.value(0), files.value(1), files.value(2), files.value(3)});
     for (QuizItem& item : quiz.items) {
-      if (SnippetsOf(item).size() > static_cast<std::size_t>(item.snippets.count(QLatin1Char(':')) + 1)) std::abort();
+      if (SnippetsOf(item).size() > static_cast<std::size_t>(item.snippets.count(QLatin1Char(':')) + 1))
+        std::abort();
       if (AnswerRows(item).empty()) std::abort();
       Renumber(item, [](int track) { return track; });
     }

@@ -17,8 +17,8 @@ struct Candidate {
   bool hasAlbum = false;
   bool hasHiPos = false;
   bool hasYear = false;
-  QString artist;  ///< the first one
-  QString album;   ///< the first one
+  QString artist = {};  ///< the first one
+  QString album = {};   ///< the first one
 };
 
 /// What the catalogue knows of a track; none for one without an artist: every question needs one.

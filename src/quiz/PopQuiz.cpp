@@ -1,5 +1,6 @@
 #include "quiz/PopQuiz.h"
 
+#include "database/KeptTracks.h"
 #include "platform/ErrorLog.h"
 #include "quiz/QuizSettings.h"
 
@@ -95,7 +96,10 @@ void PopQuiz::Say(const QString& text) {
 }
 
 void PopQuiz::Tell(const QString& text) {
-  services_.prompter.Tell({.text = text, .icon = PromptIcon::Information});
+  Prompt message;
+  message.text = text;
+  message.icon = PromptIcon::Information;
+  services_.prompter.Tell(message);
 }
 
 void PopQuiz::ResetAnswers() {
@@ -137,7 +141,8 @@ AudienceView PopQuiz::Audience() const {
     view.heading = shown.heading.isEmpty() ? tr("Question %1").arg(selected_ + 1) : shown.heading;
     view.text = shown.question.trimmed();
     if (revealed_) {
-      for (const QString& answer : shown.answers.split(QLatin1Char(':'))) view.answers.append(answer.trimmed());
+      for (const QString& answer : shown.answers.split(QLatin1Char(':')))
+        view.answers.append(answer.trimmed());
     }
   } else if (running_) {
     view.heading = tr("Element %1 Of %2").arg(next_).arg(formatted_.size());
@@ -175,7 +180,7 @@ QString PopQuiz::WhyNoAnswers() const {
 QString PopQuiz::WhyNoReplay() const {
   if (const QString why = WhyNoAnswers(); !why.isEmpty()) return why;
   return items_[static_cast<std::size_t>(selected_)].IsQuestion() ? tr("Nothing was played for this question")
-                                                                   : QString();
+                                                                  : QString();
 }
 
 QString PopQuiz::WhyNoReveal() const {
@@ -187,8 +192,9 @@ QString PopQuiz::WhyNoPlay(int answerRow) const {
   if (answerRow < 0 || answerRow >= answers_.Count()) return tr("No answer is selected");
   const auto& snippet = answers_[answerRow].snippet;
   if (!snippet) return tr("Nothing was played of this answer");
-  return services_.catalogue.IsTrack(ToMref(snippet->track)) ? QString()
-                                                             : tr("Its track is not in the catalogue any more");
+  return services_.catalogue.IsTrack(ToMref(snippet->track))
+             ? QString()
+             : tr("Its track is not in the catalogue any more");
 }
 
 QString PopQuiz::WhyNoSheet() const {
@@ -234,8 +240,8 @@ void PopQuiz::Format() {
 Job<> PopQuiz::RunFormat() {
   if (loaded_) {
     Prompt question;
-    question.text = QStringLiteral("You Currently Have \r\n") + heading_ +
-                    QStringLiteral(" Open, Format New quiz Now ?");
+    question.text =
+        QStringLiteral("You Currently Have \r\n") + heading_ + QStringLiteral(" Open, Format New quiz Now ?");
     question.buttons = Buttons::YesNo;
     question.icon = PromptIcon::Question;
     const Answer answer = co_await services_.prompter.Ask(question);
@@ -254,7 +260,8 @@ Job<> PopQuiz::RunFormat() {
              .arg(elements.size())
              .arg(plan_.TracksRequired()) +
          services_.title +
-         QStringLiteral(" Found %1 Suitable Tracks Within The Specified Genres !\r\nPlease select More Genres !")
+         QStringLiteral(
+             " Found %1 Suitable Tracks Within The Specified Genres !\r\nPlease select More Genres !")
              .arg(pool_.Found()));
   } else {
     formatted_ = elements;

@@ -65,8 +65,8 @@ class PopQuiz : public QObject {
   void Enter();
 
   // What is shown.
-  [[nodiscard]] const QString& Text() const { return text_; }            ///< question or status
-  [[nodiscard]] const QString& Heading() const { return heading_; }      ///< or which quiz is loaded
+  [[nodiscard]] const QString& Text() const { return text_; }        ///< question or status
+  [[nodiscard]] const QString& Heading() const { return heading_; }  ///< or which quiz is loaded
   [[nodiscard]] const QString& StartWords() const { return startWords_; }
   [[nodiscard]] const RowStore<AskedRow>& Asked() const { return asked_; }
   [[nodiscard]] int Selected() const { return selected_; }  ///< row of Asked; -1 for none
@@ -203,11 +203,11 @@ class PopQuiz : public QObject {
   bool revealed_ = false;
   bool locked_ = false;
   bool byHand_ = false;
-  bool heard_ = false;   ///< since BeginSound
+  bool heard_ = false;  ///< since BeginSound
   bool dipped_ = false;
   bool entered_ = false;
   bool keeps_ = false;  ///< what an earlier run has left was dealt with
-  int chainOf_ = 0;  ///< snippets of the chain that sounds; 0: none does
+  int chainOf_ = 0;     ///< snippets of the chain that sounds; 0: none does
   QString name_;
   QString text_;
   QString heading_ = QStringLiteral("Current Quiz Element");

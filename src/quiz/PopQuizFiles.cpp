@@ -142,8 +142,9 @@ Job<QStringList> PopQuiz::FitToCatalogue(SavedQuiz& quiz) {
 
 void PopQuiz::TellMissing(const QStringList& missing) {
   if (missing.isEmpty()) return;
-  QString text = tr("These Tracks Of The Quiz Are Not In The Catalogue Any More, Their Snippets Are Passed "
-                    "Over :\r\n");
+  QString text =
+      tr("These Tracks Of The Quiz Are Not In The Catalogue Any More, Their Snippets Are Passed "
+         "Over :\r\n");
   text += missing.mid(0, kMostNamesTold).join(QStringLiteral("\r\n"));
   if (missing.size() > kMostNamesTold) {
     text += tr("\r\nAnd %1 More").arg(missing.size() - kMostNamesTold);
@@ -159,9 +160,9 @@ Job<> PopQuiz::RunSheet() {
   const std::optional<QString> folder =
       co_await services_.prompter.PickFolder(tr("Write The Quiz Sheet Into Folder"), QString());
   if (!folder) co_return;
-  const QString title = name_.isEmpty()
-                            ? tr("Pop Quiz %1").arg(services_.loop.Now().toString(QStringLiteral("yyyy-MM-dd")))
-                            : name_;
+  const QString title =
+      name_.isEmpty() ? tr("Pop Quiz %1").arg(services_.loop.Now().toString(QStringLiteral("yyyy-MM-dd")))
+                      : name_;
   const QString path = *folder + QLatin1Char('/') + FittingName(SafeFileName(title), QStringLiteral(".pdf"));
   const auto look = [path] { return QFileInfo::exists(path); };
   const bool there = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);

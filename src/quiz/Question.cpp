@@ -6,14 +6,8 @@ namespace kelvo {
 namespace {
 
 /// The lists of the sets, by their numbers.
-const std::array<std::vector<int>, 8> kQuestions{{{0, 0},
-                                                  {1, 2, 3, 4, 5, 6, 7},
-                                                  {5, 7},
-                                                  {5, 5},
-                                                  {1, 3, 4, 5, 7},
-                                                  {3, 5},
-                                                  {6, 6},
-                                                  {7, 7}}};
+const std::array<std::vector<int>, 8> kQuestions{
+    {{0, 0}, {1, 2, 3, 4, 5, 6, 7}, {5, 7}, {5, 5}, {1, 3, 4, 5, 7}, {3, 5}, {6, 6}, {7, 7}}};
 
 }  // namespace
 

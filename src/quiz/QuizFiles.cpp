@@ -60,8 +60,9 @@ bool SaveQuiz(const QString& folder, const QString& name, const QuizSetup& setup
   if (!error) return true;
   QDir(staged).removeRecursively();
   if (error.value() == ENOTEMPTY || error.value() == EEXIST) return false;
-  throw Failure(QStringLiteral("Cannot save the quiz %1: %2").arg(name, QString::fromStdString(error.message())),
-                error.value(), all.filePath(name));
+  throw Failure(
+      QStringLiteral("Cannot save the quiz %1: %2").arg(name, QString::fromStdString(error.message())),
+      error.value(), all.filePath(name));
 }
 
 QStringList LoadSetup(const QString& folder, const QString& name) {

@@ -9,8 +9,8 @@
 
 namespace kelvo {
 
-// The saved quizes on disk: a folder each, with four text files in the form that all versions share and a fifth
-// with the names of the tracks. All of this blocks for the disk and throws Failure; any thread.
+// The saved quizes on disk: a folder each, with four text files in the form that all versions share and a
+// fifth with the names of the tracks. All of this blocks for the disk and throws Failure; any thread.
 
 /// The saved quizes in `folder`, which is made when it is not there.
 [[nodiscard]] QStringList ListQuizes(const QString& folder);

@@ -113,9 +113,9 @@ void QuizKeeper::Keep(QuizState state) {
 
 Prompt QuizKeeper::Question(const QString& title) {
   Prompt question;
-  question.text = QCoreApplication::translate("QuizKeeper",
-                                              "A Pop Quiz Was Under Way When %1 Ended.\r\nGo On With It ?")
-                      .arg(title);
+  question.text =
+      QCoreApplication::translate("QuizKeeper", "A Pop Quiz Was Under Way When %1 Ended.\r\nGo On With It ?")
+          .arg(title);
   question.buttons = Buttons::YesNo;
   question.icon = PromptIcon::Question;
   return question;

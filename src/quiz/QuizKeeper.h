@@ -19,10 +19,10 @@ struct QuizState {
   std::vector<QuizElement> elements;  ///< as they were formatted
   QStringList genres;
   QStringList setup;  ///< QuizSetup::Fields
-  int next = 0;       ///< the element that runs next, from 1; beyond the last: all are done; 0: none is formatted
-  SavedQuiz quiz;     ///< what was asked so far
-  QStringList rows;   ///< of the list of questions, one for each item
-  QStringList used;   ///< names of the tracks that were used
+  int next = 0;  ///< the element that runs next, from 1; beyond the last: all are done; 0: none is formatted
+  SavedQuiz quiz;    ///< what was asked so far
+  QStringList rows;  ///< of the list of questions, one for each item
+  QStringList used;  ///< names of the tracks that were used
   std::vector<QuizTeam> teams;
 
   /// There is nothing in it that somebody would miss.

@@ -59,9 +59,10 @@ Job<bool> QuizSounds::MayBeLong(QString path) {
   if (seconds <= kLongMixer) co_return true;
   Prompt question;
   question.title = QStringLiteral("Quiz mixer Duration!");
-  question.text = QStringLiteral("The Media File %1\r\n Has A Play Duration of %2 Seconds\r\n"
-                                 "The Recommended Maximum length for Quiz Mixers is 5 Seconds !?\r\n"
-                                 "Are You sure you Want to Use this file As a Quiz Mixer ?")
+  question.text = QStringLiteral(
+                      "The Media File %1\r\n Has A Play Duration of %2 Seconds\r\n"
+                      "The Recommended Maximum length for Quiz Mixers is 5 Seconds !?\r\n"
+                      "Are You sure you Want to Use this file As a Quiz Mixer ?")
                       .arg(QFileInfo(path).fileName(), Format0Point0(seconds));
   question.buttons = Buttons::YesNo;
   question.icon = PromptIcon::Question;
@@ -73,7 +74,8 @@ Job<QString> QuizSounds::Add(QuizSound sound) {
   const bool mixer = sound == QuizSound::Mixer;
   const std::optional<QString> picked = co_await services_.prompter.PickFile(
       mixer ? QStringLiteral("Manage Snippet Mixers") : QStringLiteral("Manage Quiz Introductions"),
-      Folder(sound), mixer ? QStringLiteral("Mp3(*.Mp3 *.mp3 *.MP3)") : QStringLiteral("Mp3 (*.mp3 *.Mp3 *.MP3)"));
+      Folder(sound),
+      mixer ? QStringLiteral("Mp3(*.Mp3 *.mp3 *.MP3)") : QStringLiteral("Mp3 (*.mp3 *.Mp3 *.MP3)"));
   if (!picked) co_return QString();
   if (mixer) {
     const bool use = co_await MayBeLong(*picked);

@@ -20,7 +20,10 @@ void QuizStore::SetName(const QString& name) {
 }
 
 void QuizStore::Tell(const QString& text) {
-  services_.prompter.Tell({.text = text, .icon = PromptIcon::Information});
+  Prompt message;
+  message.text = text;
+  message.icon = PromptIcon::Information;
+  services_.prompter.Tell(message);
 }
 
 void QuizStore::Begin(Job<> job) {
@@ -92,7 +95,8 @@ Job<> QuizStore::Save() {
     co_return;
   }
   const auto& rows = names_.All();
-  bool saved = std::none_of(rows.begin(), rows.end(), [this](const QuizName& row) { return row.name == name_; });
+  bool saved =
+      std::none_of(rows.begin(), rows.end(), [this](const QuizName& row) { return row.name == name_; });
   if (saved) {
     const auto save = [folder = services_.folder, name = name_, setup = services_.setup(),
                        quiz = services_.quiz()] { return SaveQuiz(folder, name, setup, quiz); };

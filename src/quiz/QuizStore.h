@@ -16,8 +16,8 @@ struct QuizName {
   QString name;
 };
 
-/// The panel of the saved quizes: saves the present quiz, loads and deletes others. Owned by the PopQuiz; logic
-/// thread, the disk off it.
+/// The panel of the saved quizes: saves the present quiz, loads and deletes others. Owned by the PopQuiz;
+/// logic thread, the disk off it.
 class QuizStore : public QObject {
   Q_OBJECT
 

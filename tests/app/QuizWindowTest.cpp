@@ -55,7 +55,8 @@ class TheQuizBesideTheDesk : public BesideTheDesk {
   }
   void Pick(const QString& list, int row) {
     auto& table = The<ListTable>(list);
-    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, table.visualRect(table.model()->index(row, 0)).center());
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {},
+                      table.visualRect(table.model()->index(row, 0)).center());
   }
   int RowsOf(const QString& list) { return The<ListTable>(list).model()->rowCount(); }
   QString Question() { return The<QLabel>(u"Label13"_s).text(); }
@@ -141,6 +142,7 @@ TEST_F(TheQuizBesideTheDesk, IsSetUpRunShownAndScoredByItsControls) {
 
 TEST_F(TheQuizBesideTheDesk, HasRoomForItsWordsAndHoldsTheDecksDown) {
   QuizWindow& window = OpenQuiz();
+  ExpectWellLaidOut(window);
   EXPECT_LE(window.minimumSizeHint().width(), 1024);
   EXPECT_LE(window.minimumSizeHint().height(), 680);
   window.close();
@@ -148,7 +150,7 @@ TEST_F(TheQuizBesideTheDesk, HasRoomForItsWordsAndHoldsTheDecksDown) {
   QTest::mouseClick(FindNamed<QAbstractButton>(*Opened<QuizWindow>(), u"ChkDip"_s), Qt::LeftButton);
   Enqueue({ToMref(1)});
   Load(Deck::One, 1);
-  Decks().Play(Deck::One);
+  Decks().StartDeck(Deck::One);
   loop_.RunFor(1s);
   const int before = Record(Deck::One).Loss;
   Click(u"Command5"_s, 3s);

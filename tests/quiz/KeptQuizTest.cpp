@@ -31,7 +31,8 @@ TEST_F(AFinishedQuiz, IsSavedUnderANameThatIsFreeAndLoadsBack) {
   }
   EXPECT_EQ(tree_.Read(u"Pop Quizes/Friday_ the 13th/Qdata.Kq5"_s), "1,5,5,QzDrum.wav,None\r\n");
   SaveAs(u"Friday_ the 13th"_s);
-  EXPECT_EQ(prompter_.Told().last(), u"Name: Friday_ the 13th Already Exists, Please Choose Another Name !"_s);
+  EXPECT_EQ(prompter_.Told().last(),
+            u"Name: Friday_ the 13th Already Exists, Please Choose Another Name !"_s);
   const std::vector<QuizItem> before = quiz_->Items();
 
   Make();
@@ -53,8 +54,9 @@ TEST_F(AFinishedQuiz, IsSavedUnderANameThatIsFreeAndLoadsBack) {
   Settle();
   EXPECT_FALSE(quiz_->WhyNoStart().isEmpty());
   quiz_->Store().OpenToSave();
-  EXPECT_EQ(prompter_.Told().last(),
-            u"You Currently Have \r\nLoaded Quiz: Friday_ the 13th Open, Please Format A New Quiz To Save !"_s);
+  EXPECT_EQ(
+      prompter_.Told().last(),
+      u"You Currently Have \r\nLoaded Quiz: Friday_ the 13th Open, Please Format A New Quiz To Save !"_s);
   quiz_->Plan().Choose({0});
   quiz_->AddElement(ElementKind::Question);
   prompter_.answers = {Answer::Yes};

@@ -39,11 +39,13 @@ TEST_F(QuizTest, IsSetUpFormattedAndRunElementByElement) {
   EXPECT_EQ(quiz_->StartWords(), u"Start Element 3 Of 3"_s);
   EXPECT_EQ(quiz_->WhyNoStart(), QString());
   RunElement();
-  EXPECT_EQ(quiz_->Text(), u"Play Snippet String (Element 3 Of 3)\n"
-                           "Who Were the 5 Artists And Tracks Snippets Just Played ?"_s);
+  EXPECT_EQ(quiz_->Text(),
+            u"Play Snippet String (Element 3 Of 3)\n"
+            "Who Were the 5 Artists And Tracks Snippets Just Played ?"_s);
   EXPECT_EQ(quiz_->StartWords(), u"Done"_s);
   EXPECT_FALSE(quiz_->WhyNoStart().isEmpty());
-  EXPECT_EQ(Rows(), (QStringList{u"1 - Asking Question"_s, u"2 - Playing Snippet"_s, u"3 - Playing Snippets Chain"_s}));
+  EXPECT_EQ(Rows(), (QStringList{u"1 - Asking Question"_s, u"2 - Playing Snippet"_s,
+                                 u"3 - Playing Snippets Chain"_s}));
   std::vector<int> played = Played();
   EXPECT_EQ(std::set<int>(played.begin(), played.end()).size(), 6U);
 
@@ -82,9 +84,10 @@ TEST_F(QuizTest, CollectsEachTrackOnceAndNeedsAsManyAsItsElementsTake) {
   EXPECT_FALSE(quiz_->WhyNoStart().isEmpty());
   quiz_->Format();
   Settle();
-  EXPECT_EQ(prompter_.Told().last(),
-            u"Your 2 Element Set Up Requires 3 Tracks to be Available For Use !\r\nKelvo Found 2 Suitable Tracks "
-            "Within The Specified Genres !\r\nPlease select More Genres !"_s);
+  EXPECT_EQ(
+      prompter_.Told().last(),
+      u"Your 2 Element Set Up Requires 3 Tracks to be Available For Use !\r\nKelvo Found 2 Suitable Tracks "
+      "Within The Specified Genres !\r\nPlease select More Genres !"_s);
   EXPECT_FALSE(quiz_->WhyNoStart().isEmpty());
 }
 
@@ -110,7 +113,7 @@ TEST_F(QuizTest, FadesEachSnippetInAndOutAndPlaysTheMixerBehindIt) {
     }
     if (what.startsWith(u"track -"_s) || what == u"track 0"_s) {
       const int level = what.section(u' ', 1).toInt();
-      if (up <= 25 && level == -2500 + 100 * up) {
+      if (fadeBegan > 0 && up <= 25 && level == -2500 + 100 * up) {
         EXPECT_NEAR(at, fadeBegan + 0.005 * up, 0.0001);
         ++up;
       }
@@ -120,7 +123,8 @@ TEST_F(QuizTest, FadesEachSnippetInAndOutAndPlaysTheMixerBehindIt) {
     }
   }
   EXPECT_EQ(up, 26);
-  EXPECT_EQ(orders.filter(u"play"_s), (QStringList{u"track play"_s, u"mixer play"_s, u"track play"_s, u"mixer play"_s}));
+  EXPECT_EQ(orders.filter(u"play"_s),
+            (QStringList{u"track play"_s, u"mixer play"_s, u"track play"_s, u"mixer play"_s}));
   // Five seconds, an eighth of fade out, then the mixer for its second.
   ASSERT_GE(starts.size(), 4U);
   EXPECT_EQ(orders.mid(0, 3), (QStringList{u"track play"_s, u"track stop"_s, u"mixer play"_s}));
@@ -236,7 +240,6 @@ TEST_F(QuizTest, PlaysAnswersByHandAndMarksTheEndsOfTheSnippet) {
   Settle();
   EXPECT_FALSE(quiz_->Players().Bar());
   quiz_->PlayIntro();
-  EXPECT_EQ(prompter_.asked.size(), 0U);
   Settle();
   EXPECT_EQ(prompter_.Told().last(), u"Introduction Media file Not found!"_s);
 }
@@ -273,7 +276,7 @@ TEST_F(QuizTest, ShowsTheAudienceNoAnswerBeforeItIsRevealed) {
   EXPECT_EQ(quiz_->Audience().teams[1].points, 3);
   // The next one begins with nothing revealed.
   quiz_->StartElement();
-  loop_.RunFor(10ms);
+  loop_.RunFor(100ms);
   EXPECT_THAT(quiz_->Audience().answers, IsEmpty());
   Settle();
   EXPECT_THAT(quiz_->Audience().answers, IsEmpty());
@@ -288,6 +291,7 @@ TEST_F(QuizTest, RunsTenThousandTimesToItsEndAndTakesNoTrackTwice) {
   quiz_->Plan().SetSetup(setup);
   quiz_->Plan().Choose({0});
   RandomSource chance(11);
+  loop_.writes = false;
   std::map<int, int> first;
   for (int round = 0; round < 10000; ++round) {
     quiz_->Plan().ClearElements();
@@ -323,6 +327,8 @@ TEST_F(QuizTest, RunsTenThousandTimesToItsEndAndTakesNoTrackTwice) {
 TEST_F(QuizTest, IsTheSameForTheSameSeed) {
   AddTracks(20);
   const auto run = [this](std::uint64_t seed) {
+    // The one before was not saved.
+    if (quiz_) prompter_.answers = {Answer::No};
     Make(seed);
     Format({kQuestion, kSnippet, kChain});
     for (int element = 0; element < 3; ++element) RunElement();

@@ -1,4 +1,5 @@
 #include "quiz/Question.h"
+#include "quiz/QuizElement.h"
 #include "quiz/QuizSetup.h"
 
 #include <gmock/gmock.h>
@@ -25,8 +26,8 @@ TEST(AQuestion, ComesOfTheSetThatTheFactsOfItsTrackGive) {
 }
 
 TEST(AQuestion, IsAnyOfItsSetButTheLastOne) {
-  const std::map<int, std::set<int>> picked{{0, {0}},          {1, {1, 2, 3, 4, 5, 6}}, {2, {5}}, {3, {5}},
-                                            {4, {1, 3, 4, 5}}, {5, {3}},                {6, {6}}, {7, {7}}};
+  const std::map<int, std::set<int>> picked{
+      {0, {0}}, {1, {1, 2, 3, 4, 5, 6}}, {2, {5}}, {3, {5}}, {4, {1, 3, 4, 5}}, {5, {3}}, {6, {6}}, {7, {7}}};
   RandomSource random(7);
   constexpr int kDraws = 6000;
   for (const auto& [set, types] : picked) {
@@ -35,7 +36,8 @@ TEST(AQuestion, IsAnyOfItsSetButTheLastOne) {
     ASSERT_EQ(drawn.size(), types.size()) << set;
     for (const int type : types) {
       // Each is as likely as any other.
-      EXPECT_NEAR(drawn[type], kDraws / static_cast<double>(types.size()), kDraws / 20.0) << set << ": " << type;
+      EXPECT_NEAR(drawn[type], kDraws / static_cast<double>(types.size()), kDraws / 20.0)
+          << set << ": " << type;
     }
   }
 }
@@ -93,7 +95,8 @@ TEST(ACandidate, IsATrackWithAnArtistAndKnowsWhatIsKnownOfIt) {
   // What nobody has set counts as known.
   EXPECT_TRUE(whole->hasAlbum && whole->hasHiPos && whole->hasYear);
   for (const QString& nothing : {u"?"_s, QString(), u"0000"_s}) {
-    const auto bare = add(u"~ALL ARTISTS,Cher"_s, u"~ALL ALBUMS"_s, nothing, nothing == u"0000"_s ? u"?"_s : nothing);
+    const auto bare =
+        add(u"~ALL ARTISTS,Cher"_s, u"~ALL ALBUMS"_s, nothing, nothing == u"0000"_s ? u"?"_s : nothing);
     ASSERT_TRUE(bare);
     EXPECT_FALSE(bare->hasAlbum || bare->hasHiPos || bare->hasYear) << nothing.toStdString();
   }
@@ -106,12 +109,12 @@ TEST(ASnippet, LiesWhereTheSetUpWantsItAndNeverInTheTail) {
     int seconds, start;
   };
   RandomSource random(1);
-  for (const Row& row : {Row{SnipFrom::Start, 200, 5, 0}, Row{SnipFrom::Middle, 200, 5, 95},
-                         // Half seconds go to the even one: 30.5 - 5, 31.5 - 5.
-                         Row{SnipFrom::Middle, 61, 5, 26}, Row{SnipFrom::Middle, 63, 5, 26},
-                         Row{SnipFrom::End, 200.4, 5, 192}, Row{SnipFrom::End, 200.5, 5, 193},
-                         Row{SnipFrom::Middle, 10, 4, 1}, Row{SnipFrom::Start, 8, 5, 0}, Row{SnipFrom::End, 8, 5, 0},
-                         Row{SnipFrom::End, 4, 5, 0}, Row{SnipFrom::Random, 0, 5, 0}}) {
+  for (const Row& row :
+       {Row{SnipFrom::Start, 200, 5, 0}, Row{SnipFrom::Middle, 200, 5, 95},
+        // Half seconds go to the even one: 30.5 - 5, 31.5 - 5.
+        Row{SnipFrom::Middle, 61, 5, 26}, Row{SnipFrom::Middle, 63, 5, 26}, Row{SnipFrom::End, 200.4, 5, 192},
+        Row{SnipFrom::End, 200.5, 5, 193}, Row{SnipFrom::Middle, 10, 4, 1}, Row{SnipFrom::Start, 8, 5, 0},
+        Row{SnipFrom::End, 8, 5, 0}, Row{SnipFrom::End, 4, 5, 0}, Row{SnipFrom::Random, 0, 5, 0}}) {
     const QuizSetup setup{.from = row.from, .seconds = row.seconds};
     EXPECT_EQ(ChooseSnippet(row.duration, setup, random), (SnippetSpan{row.start, row.start + row.seconds}))
         << static_cast<int>(row.from) << " of " << row.duration;
@@ -133,7 +136,8 @@ TEST(TheSetUp, TakesFieldsAndKeepsWhatTheyDoNotSay) {
   EXPECT_EQ(setup.Fields(), (QStringList{u"4"_s, u"7"_s, u"12"_s, u"QzDrum.wav"_s, u"Hello.mp3"_s}));
   setup.Take({u"9"_s, u"-3"_s, u"100000000000"_s});
   EXPECT_EQ(setup.Fields(), (QStringList{u"4"_s, u"7"_s, u"99"_s, u"QzDrum.wav"_s, u"Hello.mp3"_s}));
-  const std::vector<QuizElement> elements{{ElementKind::Chain}, {ElementKind::Question}, {ElementKind::Chain}};
+  const std::vector<QuizElement> elements{
+      {ElementKind::Chain}, {ElementKind::Question}, {ElementKind::Chain}};
   EXPECT_EQ(TracksNeeded(elements, 5), 11);
   EXPECT_EQ(TracksNeeded(elements, 2), 5);
   EXPECT_EQ(TracksNeeded({{ElementKind::Snippet}}, 9), 1);

@@ -91,7 +91,8 @@ Score Opening() {
     score.strokes.push_back({1.0 * beat, Drum::Kick, 0.9});
     score.strokes.push_back({0.5 + 1.0 * beat, Drum::Snare, 0.7});
   }
-  for (int roll = 0; roll < 10; ++roll) score.strokes.push_back({3.5 + 0.05 * roll, Drum::Snare, 0.3 + 0.05 * roll});
+  for (int roll = 0; roll < 10; ++roll)
+    score.strokes.push_back({3.5 + 0.05 * roll, Drum::Snare, 0.3 + 0.05 * roll});
   score.strokes.push_back({4.0, Drum::Crash, 1.0});
   score.roomSize = 0.7;
   score.length = 6.5;
@@ -107,7 +108,8 @@ struct QuizSound {
 
 bool FillWhereEmpty(const QString& folder, const std::vector<QuizSound>& sounds, std::uint32_t seed) {
   QDir place(folder);
-  if (!place.mkpath(QStringLiteral("."))) throw Failure(QStringLiteral("Cannot make the folder ") + folder, 0, folder);
+  if (!place.mkpath(QStringLiteral(".")))
+    throw Failure(QStringLiteral("Cannot make the folder ") + folder, 0, folder);
   if (!place.isEmpty(QDir::Files)) return false;
   for (const QuizSound& each : sounds) {
     ReplaceFile(place.filePath(each.name), Encode(Render(each.score, seed), each.coding));

@@ -51,13 +51,14 @@ std::vector<WindowLine> QuizLines(Console& desk, const WindowHost& host,
     if (!desk.CatalogueLoaded() || std::exchange(leftOver->asked, true)) return;
     leftOver->asking = OfferLeftOver(desk, *leftOver, open);
   });
-  WindowLine line{.id = kQuiz,
-                  .menu = DeskMenu::Desk,
-                  .words = Text::tr("Pop &Quiz..."),
-                  .key = QStringLiteral("Ctrl+Shift+Q"),
-                  // It is opened on an idle desk; once it is there music may play between two rounds.
-                  .whyClosed = [&desk, leftOver] { return leftOver->made ? QString() : desk.Status().WhyBusy(); },
-                  .place = QStringLiteral("Quiz")};
+  WindowLine line{
+      .id = kQuiz,
+      .menu = DeskMenu::Desk,
+      .words = Text::tr("Pop &Quiz..."),
+      .key = QStringLiteral("Ctrl+Shift+Q"),
+      // It is opened on an idle desk; once it is there music may play between two rounds.
+      .whyClosed = [&desk, leftOver] { return leftOver->made ? QString() : desk.Status().WhyBusy(); },
+      .place = QStringLiteral("Quiz")};
   line.make = [&desk, host, leftOver, place = line.place] {
     leftOver->made = true;
     const Console::Services& have = desk.GetServices();

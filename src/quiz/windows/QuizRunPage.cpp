@@ -11,7 +11,8 @@ namespace kelvo {
 namespace {
 
 RowModel<QuizTeam>::Columns TeamColumns(QuizScores& scores) {
-  return {{{.head = QStringLiteral("Team"), .letters = 12}, &QuizTeam::name,
+  return {{{.head = QStringLiteral("Team"), .letters = 12},
+           &QuizTeam::name,
            [&scores](int row, const QString& typed) { return scores.Rename(row, typed); }},
           {{.head = QStringLiteral("Points"), .letters = 7, .rank = 1, .number = true},
            [](const QuizTeam& team) { return QString::number(team.points); }}};
@@ -47,7 +48,8 @@ QuizRunPage::QuizRunPage(PopQuiz& quiz, QWidget* parent)
   layout->addLayout(AskedLayout(), 4);
   layout->addLayout(AnswersLayout(), 6);
   layout->addLayout(TeamsLayout(), 4);
-  teams_.Table().setToolTip(tr("The keys 1 to 9 give the team of that row a point, with Ctrl they take one; F2 renames"));
+  teams_.Table().setToolTip(
+      tr("The keys 1 to 9 give the team of that row a point, with Ctrl they take one; F2 renames"));
   Join();
 }
 
@@ -74,12 +76,13 @@ QLayout* QuizRunPage::AskedLayout() {
 }
 
 QPushButton* QuizRunPage::AddHold(std::size_t number, const QString& words, Icon icon, int direction) {
-  QPushButton* button = AddCommand(*this, {.name = QStringLiteral("CmdHold%1").arg(number),
-                                           .fixedName = QStringLiteral("Command18(%1)").arg(number),
-                                           .words = words,
-                                           .tooltip = tr("While a track plays and this is held down: two seconds at "
-                                                         "a time"),
-                                           .icon = icon});
+  QPushButton* button =
+      AddCommand(*this, {.name = QStringLiteral("CmdHold%1").arg(number),
+                         .fixedName = QStringLiteral("Command18(%1)").arg(number),
+                         .words = words,
+                         .tooltip = tr("While a track plays and this is held down: two seconds at "
+                                       "a time"),
+                         .icon = icon});
   connect(button, &QPushButton::pressed, this, [this, direction] { quiz_.Players().Hold(direction); });
   connect(button, &QPushButton::released, this, [this] { quiz_.Players().Hold(0); });
   return button;
@@ -95,10 +98,12 @@ QLayout* QuizRunPage::AnswersLayout() {
                               .icon = Icon::Play,
                               .run = [this, part] { quiz_.PlayAnswer(answers_.Current(), part); }});
   };
-  playTrack_ = play(QStringLiteral("CmdPlayTrack"), QStringLiteral("Command15"), QStringLiteral("Play Whole Track"),
-                    tr("Plays the track of the selected answer"), PlayPart::WholeTrack);
-  playSnippet_ = play(QStringLiteral("CmdPlaySnippet"), QStringLiteral("Command16"), QStringLiteral("Play Snippet"),
-                      tr("Plays the snippet of the selected answer"), PlayPart::Snippet);
+  playTrack_ =
+      play(QStringLiteral("CmdPlayTrack"), QStringLiteral("Command15"), QStringLiteral("Play Whole Track"),
+           tr("Plays the track of the selected answer"), PlayPart::WholeTrack);
+  playSnippet_ =
+      play(QStringLiteral("CmdPlaySnippet"), QStringLiteral("Command16"), QStringLiteral("Play Snippet"),
+           tr("Plays the snippet of the selected answer"), PlayPart::Snippet);
   holds_ = {AddHold(0, tr("Back"), Icon::Rewind, -1), AddHold(1, tr("Forward"), Icon::Forward, 1)};
   auto* buttons = new QGridLayout;
   buttons->addWidget(playTrack_, 0, 0);
@@ -120,8 +125,8 @@ QLayout* QuizRunPage::TeamsLayout() {
   QuizScores& scores = quiz_.Scores();
   addTeam_ = make(QStringLiteral("CmdTeamAdd"), tr("Add Team"), tr("Adds a team"), Icon::Add,
                   [&scores] { scores.Add(); });
-  removeTeam_ = make(QStringLiteral("CmdTeamRemove"), tr("Remove"), tr("Removes the selected team"), Icon::Cut,
-                     [this, &scores] { scores.Remove(teams_.Current()); });
+  removeTeam_ = make(QStringLiteral("CmdTeamRemove"), tr("Remove"), tr("Removes the selected team"),
+                     Icon::Cut, [this, &scores] { scores.Remove(teams_.Current()); });
   more_ = make(QStringLiteral("CmdPoint"), tr("Point"), tr("Gives the selected team a point (keys 1 to 9)"),
                Icon::Up, [this, &scores] { scores.Score(teams_.Current(), 1); });
   less_ = make(QStringLiteral("CmdPointBack"), tr("Take Back"),
@@ -148,7 +153,8 @@ void QuizRunPage::Join() {
   });
   connect(&asked_, &ListPanel::RowActivated, this, [this](int row) { quiz_.Select(row); });
   connect(&answers_, &ListPanel::PickedChanged, this, [this] { ShowCommands(); });
-  connect(&answers_, &ListPanel::RowActivated, this, [this](int row) { quiz_.PlayAnswer(row, PlayPart::Snippet); });
+  connect(&answers_, &ListPanel::RowActivated, this,
+          [this](int row) { quiz_.PlayAnswer(row, PlayPart::Snippet); });
   connect(&teams_, &ListPanel::PickedChanged, this, [this] { ShowCommands(); });
   connect(&quiz_.Scores(), &QuizScores::Changed, this, [this] { ShowCommands(); });
 }

@@ -2,6 +2,7 @@
 
 #include "quiz/PopQuiz.h"
 #include "ui/ListPanel.h"
+#include "ui/ScalableIcon.h"
 
 #include <QWidget>
 

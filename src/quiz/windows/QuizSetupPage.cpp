@@ -21,7 +21,8 @@ RowModel<QuizGenre>::Columns GenreColumns() {
   return {{{.head = QStringLiteral("Genre"), .letters = 14}, &QuizGenre::name}};
 }
 
-QSpinBox* MakeNumber(QWidget& owner, const QString& name, const QString& fixedName, const QString& accessible) {
+QSpinBox* MakeNumber(QWidget& owner, const QString& name, const QString& fixedName,
+                     const QString& accessible) {
   auto* box = new QSpinBox(&owner);
   SetNames(*box, name, fixedName);
   box->setAccessibleName(accessible);
@@ -85,8 +86,8 @@ QuizSetupPage::QuizSetupPage(PopQuiz& quiz, QWidget* parent)
 }
 
 QLayout* QuizSetupPage::GenresLayout() {
-  const auto make = [this](std::size_t number, const QString& name, const QString& words, const QString& tooltip,
-                           Icon icon, std::function<void()> run) {
+  const auto make = [this](std::size_t number, const QString& name, const QString& words,
+                           const QString& tooltip, Icon icon, std::function<void()> run) {
     genreCommands_[number] = AddCommand(*this, {.name = name,
                                                 .fixedName = QStringLiteral("Command1(%1)").arg(number),
                                                 .words = words,
@@ -115,8 +116,9 @@ QLayout* QuizSetupPage::GenresLayout() {
 }
 
 QLayout* QuizSetupPage::ElementsLayout() {
-  const auto make = [this](std::size_t number, const QString& name, const QString& words, const QString& tooltip,
-                           const QKeySequence& key, Icon icon, std::function<void()> run) {
+  const auto make = [this](std::size_t number, const QString& name, const QString& words,
+                           const QString& tooltip, const QKeySequence& key, Icon icon,
+                           std::function<void()> run) {
     elementCommands_[number] = AddCommand(*this, {.name = name,
                                                   .fixedName = QStringLiteral("Command3(%1)").arg(number),
                                                   .words = words,
@@ -149,27 +151,30 @@ QuizSetupPage::SoundLine QuizSetupPage::MakeSound(QuizSound sound) {
   box->setAccessibleName(mixer ? tr("Snippet Mixers") : tr("Quiz Introductions"));
   box->setToolTip(mixer ? tr("The sound behind each snippet") : tr("The sound before the quiz"));
   box->setMinimumContentsLength(10);
-  QPushButton* add = AddCommand(
-      *this, {.name = mixer ? QStringLiteral("CmdMixerAdd") : QStringLiteral("CmdIntroAdd"),
-              .fixedName = mixer ? QStringLiteral("Command6") : QStringLiteral("Command7"),
-              .words = tr("Add..."),
-              .tooltip = mixer ? tr("Copies a sound file to the mixers") : tr("Copies a sound file to the introductions"),
-              .icon = Icon::Folder,
-              .run = [this, sound] { quiz_.AddSound(sound); }});
+  QPushButton* add =
+      AddCommand(*this, {.name = mixer ? QStringLiteral("CmdMixerAdd") : QStringLiteral("CmdIntroAdd"),
+                         .fixedName = mixer ? QStringLiteral("Command6") : QStringLiteral("Command7"),
+                         .words = tr("Add..."),
+                         .tooltip = mixer ? tr("Copies a sound file to the mixers")
+                                          : tr("Copies a sound file to the introductions"),
+                         .icon = Icon::Folder,
+                         .run = [this, sound] { quiz_.AddSound(sound); }});
   QPushButton* play = AddCommand(
-      *this, {.name = mixer ? QStringLiteral("CmdMixerPlay") : QStringLiteral("CmdIntroPlay"),
-              .fixedName = mixer ? QStringLiteral("Command12") : QStringLiteral("Command8"),
-              .words = mixer ? QStringLiteral("Play Mixer") : QStringLiteral("Play Intro"),
-              .tooltip = mixer ? tr("Plays the chosen mixer, on air") : tr("Plays the chosen introduction, on air"),
-              .icon = Icon::Play,
-              .run = [this, mixer] {
-                if (mixer) {
-                  quiz_.TryMixer();
-                } else {
-                  quiz_.PlayIntro();
-                }
-              }});
-  connect(box, &QComboBox::activated, this, [this, box, sound] { quiz_.ChooseSound(sound, box->currentText()); });
+      *this,
+      {.name = mixer ? QStringLiteral("CmdMixerPlay") : QStringLiteral("CmdIntroPlay"),
+       .fixedName = mixer ? QStringLiteral("Command12") : QStringLiteral("Command8"),
+       .words = mixer ? QStringLiteral("Play Mixer") : QStringLiteral("Play Intro"),
+       .tooltip = mixer ? tr("Plays the chosen mixer, on air") : tr("Plays the chosen introduction, on air"),
+       .icon = Icon::Play,
+       .run = [this, mixer] {
+         if (mixer) {
+           quiz_.TryMixer();
+         } else {
+           quiz_.PlayIntro();
+         }
+       }});
+  connect(box, &QComboBox::activated, this,
+          [this, box, sound] { quiz_.ChooseSound(sound, box->currentText()); });
   return {sound, box, add, play};
 }
 
@@ -205,8 +210,8 @@ QWidget* QuizSetupPage::SnippetsPanel() {
   layout->addLayout(numbers);
   layout->addStretch(1);
   for (const SoundLine& each : {mixer_, intro_}) {
-    layout->addWidget(label(each.sound == QuizSound::Mixer ? tr("Snippet &Mixers") : tr("Quiz &Introductions"),
-                            *each.box));
+    layout->addWidget(
+        label(each.sound == QuizSound::Mixer ? tr("Snippet &Mixers") : tr("Quiz &Introductions"), *each.box));
     layout->addWidget(each.box);
     layout->addLayout(Line({{each.add, 1}, {each.play, 1}}));
   }
@@ -305,7 +310,8 @@ void QuizSetupPage::ShowCommands() {
         WhyOff({atWork, noneChosen, {!chosen_.AnyPicked(), tr("No included genre is selected")}}));
   const OffReason noElement{plan.Elements().Count() == 0, tr("No element is set up")};
   Offer(*elementCommands_[0], WhyOff({atWork, {!kinds_.AnyPicked(), tr("No kind of element is selected")}}));
-  Offer(*elementCommands_[1], WhyOff({atWork, noElement, {!elements_.AnyPicked(), tr("No element is selected")}}));
+  Offer(*elementCommands_[1],
+        WhyOff({atWork, noElement, {!elements_.AnyPicked(), tr("No element is selected")}}));
   Offer(*elementCommands_[2], WhyOff({atWork, noElement}));
 }
 

@@ -49,13 +49,14 @@ QuizWindow::~QuizWindow() {
 }
 
 void QuizWindow::BuildCommands() {
-  format_ = AddCommand(*this, {.name = QStringLiteral("CmdFormat"),
-                               .fixedName = QStringLiteral("Command4"),
-                               .words = QStringLiteral("Format New Quiz"),
-                               .tooltip = tr("Looks for the tracks of the included genres and begins a new quiz"),
-                               .key = QKeySequence(Qt::CTRL | Qt::Key_N),
-                               .icon = Icon::Queue,
-                               .run = [this] { quiz_.Format(); }});
+  format_ =
+      AddCommand(*this, {.name = QStringLiteral("CmdFormat"),
+                         .fixedName = QStringLiteral("Command4"),
+                         .words = QStringLiteral("Format New Quiz"),
+                         .tooltip = tr("Looks for the tracks of the included genres and begins a new quiz"),
+                         .key = QKeySequence(Qt::CTRL | Qt::Key_N),
+                         .icon = Icon::Queue,
+                         .run = [this] { quiz_.Format(); }});
   start_ = AddCommand(*this, {.name = QStringLiteral("CmdStartElement"),
                               .fixedName = QStringLiteral("Command5"),
                               .words = quiz_.StartWords(),
@@ -72,31 +73,34 @@ void QuizWindow::BuildCommands() {
                              .icon = Icon::Stop,
                              .role = QStringLiteral("stop"),
                              .run = [this] { quiz_.Stop(); }});
-  reveal_ = AddCommand(*this, {.name = QStringLiteral("CmdReveal"),
-                               .words = tr("Reveal Answer"),
-                               .tooltip = tr("Shows the audience the answer of the selected question, or hides it"),
-                               .key = QKeySequence(Qt::CTRL | Qt::Key_R),
-                               .icon = Icon::Check,
-                               .run = [this] { quiz_.SetRevealed(!quiz_.Revealed()); }});
-  showAudience_ = AddCommand(*this, {.name = QStringLiteral("CmdAudience"),
-                                     .words = tr("Audience Window"),
-                                     .tooltip = tr("Shows or hides the window for the audience; it fills a second "
-                                                   "screen where there is one"),
-                                     .key = QKeySequence(Qt::CTRL | Qt::Key_D),
-                                     .icon = Icon::Disc,
-                                     .run = [this] {
-                                       if (audience_.isVisible()) {
-                                         audience_.hide();
-                                       } else {
-                                         audience_.ShowBeside(*this);
-                                       }
-                                     }});
-  fullScreen_ = AddCommand(*this, {.name = QStringLiteral("CmdAudienceFull"),
-                                   .words = tr("Full Screen"),
-                                   .tooltip = tr("The audience's window fills its screen, or is a window again"),
-                                   .key = QKeySequence(Qt::Key_F11),
-                                   .icon = Icon::Up,
-                                   .run = [this] { audience_.SetFullScreen(!audience_.isFullScreen()); }});
+  reveal_ =
+      AddCommand(*this, {.name = QStringLiteral("CmdReveal"),
+                         .words = tr("Reveal Answer"),
+                         .tooltip = tr("Shows the audience the answer of the selected question, or hides it"),
+                         .key = QKeySequence(Qt::CTRL | Qt::Key_R),
+                         .icon = Icon::Check,
+                         .run = [this] { quiz_.SetRevealed(!quiz_.Revealed()); }});
+  showAudience_ =
+      AddCommand(*this, {.name = QStringLiteral("CmdAudience"),
+                         .words = tr("Audience Window"),
+                         .tooltip = tr("Shows or hides the window for the audience; it fills a second "
+                                       "screen where there is one"),
+                         .key = QKeySequence(Qt::CTRL | Qt::Key_D),
+                         .icon = Icon::Disc,
+                         .run = [this] {
+                           if (audience_.isVisible()) {
+                             audience_.hide();
+                           } else {
+                             audience_.ShowBeside(*this);
+                           }
+                         }});
+  fullScreen_ =
+      AddCommand(*this, {.name = QStringLiteral("CmdAudienceFull"),
+                         .words = tr("Full Screen"),
+                         .tooltip = tr("The audience's window fills its screen, or is a window again"),
+                         .key = QKeySequence(Qt::Key_F11),
+                         .icon = Icon::Up,
+                         .run = [this] { audience_.SetFullScreen(!audience_.isFullScreen()); }});
   save_ = AddCommand(*this, {.name = QStringLiteral("CmdQuizSave"),
                              .fixedName = QStringLiteral("Savequiz"),
                              .words = QStringLiteral("&Save Current Quiz"),
@@ -111,12 +115,13 @@ void QuizWindow::BuildCommands() {
                              .key = QKeySequence(Qt::CTRL | Qt::Key_O),
                              .icon = Icon::Folder,
                              .run = [this] { quiz_.Store().OpenToLoad(); }});
-  sheet_ = AddCommand(*this, {.name = QStringLiteral("CmdQuizSheet"),
-                              .words = tr("&Quiz Sheet..."),
-                              .tooltip = tr("Writes the questions, and on a page of their own the answers, into a PDF"),
-                              .key = QKeySequence(Qt::CTRL | Qt::Key_T),
-                              .icon = Icon::Edit,
-                              .run = [this] { quiz_.WriteSheet(); }});
+  sheet_ = AddCommand(
+      *this, {.name = QStringLiteral("CmdQuizSheet"),
+              .words = tr("&Quiz Sheet..."),
+              .tooltip = tr("Writes the questions, and on a page of their own the answers, into a PDF"),
+              .key = QKeySequence(Qt::CTRL | Qt::Key_T),
+              .icon = Icon::Edit,
+              .run = [this] { quiz_.WriteSheet(); }});
   if (quiz_.Unifies()) {
     unify_ = AddCommand(*this, {.name = QStringLiteral("CmdQuizUnify"),
                                 .fixedName = QStringLiteral("norm"),
@@ -137,7 +142,9 @@ void QuizWindow::BuildCommands() {
 void QuizWindow::BuildKeys() {
   for (int team = 0; team < QuizScores::kMostTeams; ++team) {
     const auto key = static_cast<Qt::Key>(Qt::Key_1 + team);
-    const auto score = [this, team](int points) { return [this, team, points] { quiz_.Scores().Score(team, points); }; };
+    const auto score = [this, team](int points) {
+      return [this, team, points] { quiz_.Scores().Score(team, points); };
+    };
     connect(new QShortcut(QKeySequence(key), this), &QShortcut::activated, this, score(1));
     connect(new QShortcut(QKeySequence(Qt::CTRL | key), this), &QShortcut::activated, this, score(-1));
   }
@@ -158,7 +165,8 @@ void QuizWindow::BuildLayout() {
   tabs_->addTab(tr("Set-U&p"));
   tabs_->addTab(tr("&Run And Answers"));
   tabs_->setDrawBase(false);
-  for (QWidget* page : {static_cast<QWidget*>(setup_), static_cast<QWidget*>(run_), static_cast<QWidget*>(store_)}) {
+  for (QWidget* page :
+       {static_cast<QWidget*>(setup_), static_cast<QWidget*>(run_), static_cast<QWidget*>(store_)}) {
     pages_->addWidget(page);
   }
   auto* board = new QVBoxLayout(board_);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "quiz/windows/AudienceWindow.h"
 #include "quiz/PopQuiz.h"
+#include "quiz/windows/AudienceWindow.h"
 #include "ui/ToolWindow.h"
 
 class QCheckBox;

@@ -54,9 +54,10 @@ void SnippetBarView::paintEvent(QPaintEvent*) {
   painter.fillRect(QRect(marker - 1, 0, 3, height()), colours.onAir);
   painter.setPen(colours.text);
   painter.drawText(rect().adjusted(8, 0, -8, 0), Qt::AlignVCenter | Qt::AlignLeft, bar_->words);
-  painter.drawText(rect().adjusted(8, 0, -8, 0), Qt::AlignVCenter | Qt::AlignRight,
-                   QStringLiteral("%1 / %2").arg(MinutesSeconds(std::max(bar_->position - bar_->span.start, 0.0)),
-                                                 MinutesSeconds(span)));
+  painter.drawText(
+      rect().adjusted(8, 0, -8, 0), Qt::AlignVCenter | Qt::AlignRight,
+      QStringLiteral("%1 / %2").arg(MinutesSeconds(std::max(bar_->position - bar_->span.start, 0.0)),
+                                    MinutesSeconds(span)));
 }
 
 }  // namespace kelvo
