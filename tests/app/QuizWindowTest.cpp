@@ -1,4 +1,5 @@
 #include "app/BesideTheDesk.h"
+#include "datamanager/windows/UnifyWindow.h"
 #include "quiz/windows/QuizWindow.h"
 #include "support/Lookup.h"
 #include "support/WindowParts.h"
@@ -134,6 +135,9 @@ TEST_F(TheQuizBesideTheDesk, IsSetUpRunShownAndScoredByItsControls) {
   prompter_.paths = {database_.tree.Path()};
   Click(u"CmdQuizSheet"_s);
   EXPECT_TRUE(database_.tree.Read(u"2nd.pdf"_s).startsWith("%PDF"));
+  Click(u"norm"_s, 1s);
+  ASSERT_NE(Opened<UnifyWindow>(), nullptr);
+  Opened<UnifyWindow>()->close();
   Click(u"Loadquiz"_s);
   Pick(u"List6"_s, 0);
   Click(u"Command13"_s);

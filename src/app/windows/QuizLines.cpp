@@ -1,6 +1,8 @@
 #include "app/windows/QuizLines.h"
 
 #include "console/Console.h"
+#include "datamanager/VolumeUnify.h"
+#include "datamanager/windows/UnifyWindow.h"
 #include "quiz/windows/QuizWindow.h"
 
 #include <QCoreApplication>
@@ -15,6 +17,7 @@ struct Text {
 };
 
 const QString kQuiz = QStringLiteral("PopQuiz");
+const QString kUnifyQuiz = QStringLiteral("UnifyQuiz");
 
 /// A quiz that an earlier run has left: asked about once, at the start or when its window is opened before.
 struct LeftOver {
@@ -42,6 +45,26 @@ Job<> OfferLeftOver(Console& desk, LeftOver& leftOver, std::function<void(const 
   }
 }
 
+/// The unify window over the sounds of the quiz. It has no entry in a menu: the quiz opens it.
+WindowLine UnifyQuizLine(Console& desk, const WindowHost& host,
+                         const std::shared_ptr<PlainGainFiles>& files) {
+  WindowLine line{.id = kUnifyQuiz,
+                  .busyQuestion = Text::tr("Volumes Are Still Being Unified !\r\nStop That And Quit ?"),
+                  .place = QStringLiteral("Unify")};
+  line.make = [&desk, host, files, place = line.place] {
+    const Console::Services& have = desk.GetServices();
+    return std::make_unique<Hosted<UnifyWindow, VolumeUnify>>(
+        host, place,
+        VolumeUnify::Services{.loop = have.loop,
+                              .disks = desk.SlowDisks(),
+                              .prompter = have.prompter,
+                              .settings = desk.Settings(),
+                              .files = files,
+                              .tool = GainTool(have.loop, GainTool::Find(have.programFolder))});
+  };
+  return line;
+}
+
 }  // namespace
 
 std::vector<WindowLine> QuizLines(Console& desk, const WindowHost& host,
@@ -51,6 +74,7 @@ std::vector<WindowLine> QuizLines(Console& desk, const WindowHost& host,
     if (!desk.CatalogueLoaded() || std::exchange(leftOver->asked, true)) return;
     leftOver->asking = OfferLeftOver(desk, *leftOver, open);
   });
+  const auto sounds = std::make_shared<PlainGainFiles>(QStringList());
   WindowLine line{
       .id = kQuiz,
       .menu = DeskMenu::Desk,
@@ -59,7 +83,7 @@ std::vector<WindowLine> QuizLines(Console& desk, const WindowHost& host,
       // It is opened on an idle desk; once it is there music may play between two rounds.
       .whyClosed = [&desk, leftOver] { return leftOver->made ? QString() : desk.Status().WhyBusy(); },
       .place = QStringLiteral("Quiz")};
-  line.make = [&desk, host, leftOver, place = line.place] {
+  line.make = [&desk, host, leftOver, sounds, open, place = line.place] {
     leftOver->made = true;
     const Console::Services& have = desk.GetServices();
     PopQuiz::Services services{.loop = have.loop,
@@ -70,6 +94,11 @@ std::vector<WindowLine> QuizLines(Console& desk, const WindowHost& host,
                                .title = have.title,
                                .programFolder = have.programFolder,
                                .dip = [&desk](bool down) { desk.Speak().SetHeld(down); },
+                               .unify =
+                                   [sounds, open](const QStringList& files) {
+                                     sounds->Replace(files);
+                                     open(kUnifyQuiz);
+                                   },
                                .goOn = leftOver->goOn};
     if (have.seed) services.random = RandomSource(*have.seed);
     auto made = std::make_unique<Hosted<QuizWindow, PopQuiz>>(host, place, std::move(services));
@@ -77,7 +106,7 @@ std::vector<WindowLine> QuizLines(Console& desk, const WindowHost& host,
                                       PlaceKeys::Of(host.title, host.section, QStringLiteral("Audience")));
     return made;
   };
-  return {std::move(line)};
+  return {std::move(line), UnifyQuizLine(desk, host, sounds)};
 }
 
 }  // namespace kelvo
