@@ -15,6 +15,7 @@ cmake --build "$build" --target kelvo demo_library -j "$(nproc)"
 
 "$build/tools/demo_library" --if-missing \
   --folder "${XDG_DATA_HOME:-$HOME/.local/share}/kelvo/demo" \
+  --quiz-sounds "${XDG_DATA_HOME:-$HOME/.local/share}/kelvo" \
   --settings "${XDG_CONFIG_HOME:-$HOME/.config}/kelvo/settings.ini" ||
   echo "Going on without the demo library."
 

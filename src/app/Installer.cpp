@@ -180,6 +180,7 @@ Job<> Installer::Work(bool demo) {
       made = co_await MakeTree(paths);
     }
     if (made && demo) KeepDemoWarning(folder);
+    if (made && !services_.demoGenerator.isEmpty()) co_await MakeQuizSounds();
     if (made) co_await Finish(paths);
   } catch (...) {
     basHandleError(QStringLiteral(" instal"), tr("The database could not be set up. What was made stays; the "
@@ -228,6 +229,18 @@ Job<bool> Installer::MakeDemo(QString folder) {
   if (why.isEmpty()) why = tr("its program has ended early");
   co_await Refuse(tr("The demo library was not made: %1").arg(why));
   co_return false;
+}
+
+Job<> Installer::MakeQuizSounds() {
+  ChildCommand command;
+  command.program = services_.demoGenerator;
+  command.arguments = QStringList{QStringLiteral("--quiz-sounds"), services_.programFolder};
+  Show(0, 0, tr("Making the sounds of the quiz"));
+  const ChildResult result = co_await RunChild(services_.loop, command);
+  if (!result.started || result.crashed || result.exitCode != 0) {
+    NoteInLog(QStringLiteral("The first sounds of the quiz were not made: ") + result.error +
+              QString::fromUtf8(result.errorOutput).trimmed());
+  }
 }
 
 /// Lines such as " 45%  Neon Harbour - Lights on the Quay.mp3"; the last one counts.

@@ -79,6 +79,8 @@ class Installer : public QObject {
   [[nodiscard]] Job<> Work(bool demo);
   [[nodiscard]] Job<bool> MakeTree(Paths paths);
   [[nodiscard]] Job<bool> MakeDemo(QString folder);
+  /// So that a quiz can run at once; an installation is whole without them.
+  [[nodiscard]] Job<> MakeQuizSounds();
   [[nodiscard]] Job<> Finish(Paths paths);
   [[nodiscard]] Job<> Refuse(QString why);
   [[nodiscard]] Job<> ReadFreeSpace();

@@ -205,7 +205,8 @@ TEST_F(InstallerTest, GivingUpEndsWithoutATrace) {
 }
 
 TEST_F(InstallerTest, StartsWithTheDemoLibraryThatItsProgramMakes) {
-  Make({}, Script("echo ' 45%  Neon Harbour'; mkdir -p \"$3/Kelvo2007_Music files\"\n"));
+  Make({}, Script("if [ $1 = --quiz-sounds ]; then mkdir -p \"$2/Quiz Mixers\"; exit; fi\n"
+                  "echo ' 45%  Neon Harbour'; mkdir -p \"$3/Kelvo2007_Music files\"\n"));
   QStringList words;
   QObject::connect(installer_.get(), &Installer::Changed,
                    [&] { words.append(installer_->GetProgress().words); });
@@ -216,6 +217,7 @@ TEST_F(InstallerTest, StartsWithTheDemoLibraryThatItsProgramMakes) {
   EXPECT_THAT(words, Contains(u"Neon Harbour"_s));
   EXPECT_EQ(result_, Paths::Below(tree_.Path(u"else where/demo"_s)));
   EXPECT_TRUE(tree_.Exists(u"else where/demo/Kelvo2007_Music files"_s));
+  EXPECT_TRUE(QDir(program_).exists(u"Quiz Mixers"_s));
   EXPECT_EQ(Setting(u"Startup"_s, u"AudioWarningFilePath"_s), tree_.Path(u"else where/demo/ello.Mp3"_s));
 }
 

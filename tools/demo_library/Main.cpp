@@ -1,4 +1,5 @@
 #include "demo_library/Library.h"
+#include "demo_library/QuizSounds.h"
 #include "platform/ErrorLog.h"
 
 #include <QCommandLineParser>
@@ -43,7 +44,11 @@ int main(int argc, char** argv) {
   const QCommandLineOption replace(
       QStringLiteral("replace"),
       QStringLiteral("Point the settings at this library even if they name another."));
-  parser.addOptions({folder, seed, settings, pieces, ifMissing, replace});
+  const QCommandLineOption quizSounds(
+      QStringLiteral("quiz-sounds"),
+      QStringLiteral("Put the first sounds of the quiz into this program folder, where it has none."),
+      QStringLiteral("DIR"));
+  parser.addOptions({folder, seed, settings, pieces, ifMissing, replace, quizSounds});
   parser.addHelpOption();
   parser.addVersionOption();
   parser.process(application);
@@ -53,7 +58,8 @@ int main(int argc, char** argv) {
   kelvo::demo::LibraryOptions options;
   options.seed = parser.value(seed).toUInt(&seedIsNumber);
   options.pieces = parser.value(pieces).toInt(&piecesIsNumber);
-  if (!parser.isSet(folder) || parser.value(folder).isEmpty() || !seedIsNumber || !piecesIsNumber ||
+  const bool library = parser.isSet(folder) || !parser.isSet(quizSounds);
+  if ((library && parser.value(folder).isEmpty()) || !seedIsNumber || !piecesIsNumber ||
       !parser.positionalArguments().isEmpty()) {
     err << parser.helpText();
     return kWrongUse;
@@ -64,6 +70,13 @@ int main(int argc, char** argv) {
   options.replace = parser.isSet(replace);
 
   try {
+    if (parser.isSet(quizSounds)) {
+      const QString place = QDir::cleanPath(QFileInfo(parser.value(quizSounds)).absoluteFilePath());
+      if (kelvo::demo::MakeQuizSounds(place, options.seed)) {
+        out << QStringLiteral("Made the sounds of the quiz in %1").arg(place) << Qt::endl;
+      }
+    }
+    if (!library) return kDone;
     const auto outcome = kelvo::demo::MakeLibrary(options, [&out](double done, const QString& what) {
       out << QStringLiteral("%1%  %2").arg(std::lround(done * 100.0), 3).arg(what) << Qt::endl;
     });

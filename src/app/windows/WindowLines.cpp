@@ -9,6 +9,7 @@
 #include "app/windows/QueueOfPlaylists.h"
 #include "app/windows/ReportLines.h"
 #include "app/windows/RequestLines.h"
+#include "app/windows/QuizLines.h"
 #include "app/windows/ScopeWindow.h"
 #include "app/windows/SessionLines.h"
 #include "app/windows/UnifyLines.h"
@@ -398,6 +399,7 @@ std::vector<WindowLine> WindowLines(Console& desk, ConsoleWindow& console, const
     Q_EMIT console.TrackWindowWanted(id, file);
   };
   for (WindowLine& line : ReportLines(desk, host, openFile)) lines.push_back(std::move(line));
+  for (WindowLine& line : QuizLines(desk, host, open)) lines.push_back(std::move(line));
   return lines;
 }
 

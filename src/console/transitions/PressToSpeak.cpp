@@ -3,6 +3,7 @@
 #include "platform/ErrorLog.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kelvo {
 
@@ -11,19 +12,41 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Nanoseconds kStepTime = 10ms;
+constexpr Nanoseconds kRetryTime = 100ms;
 /// More steps than the longest way has: the most that are due after the machine slept.
 constexpr std::int64_t kMostSteps = 1000;
 
 }  // namespace
 
 void PressToSpeak::Press() {
+  if (!services_.state.TransitionActive) pressed_ = true;
+  GoDown();
+}
+
+void PressToSpeak::Release() {
+  pressed_ = false;
+  if (!held_) GoUp();
+}
+
+void PressToSpeak::SetHeld(bool held) {
+  if (held == std::exchange(held_, held)) return;
+  retry_.Stop();
+  if (held) {
+    GoDown();
+    retry_ = services_.loop.Every(kRetryTime, [this] { GoDown(); });
+  } else if (!pressed_) {
+    GoUp();
+  }
+}
+
+void PressToSpeak::GoDown() {
   if (services_.state.TransitionActive || Dipped()) return;
   afadeDepth_ = kMostLoss - depthSlider_;
   for (const Deck deck : kDecks) dip_[deck] = std::min(AfadeSaved(deck), afadeDepth_);
   fade_ = RunFade(Direction::Down);
 }
 
-void PressToSpeak::Release() {
+void PressToSpeak::GoUp() {
   if (!Dipped()) return;
   fade_.Cancel();
   fade_ = RunFade(Direction::Up);

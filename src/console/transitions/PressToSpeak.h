@@ -33,6 +33,10 @@ class PressToSpeak : public QObject {
   /// `AfadeRelease`: the decks come back, from wherever they are. Without a dip it does nothing.
   void Release();
 
+  /// Something else is heard over the decks for as long as `held`: they are down as behind a voice, and a
+  /// voice that ends meanwhile does not bring them up. A transition is waited for.
+  void SetHeld(bool held);
+
   /// The level that a deck has apart from a dip, as a loss 0..2000 (clamped).
   void SetLevel(Deck deck, int loss);
 
@@ -61,6 +65,8 @@ class PressToSpeak : public QObject {
 
  private:
   enum class Direction { Down, Up };
+  void GoDown();
+  void GoUp();
   [[nodiscard]] Job<> RunFade(Direction direction);
   [[nodiscard]] bool Arrived(Direction direction) const;
   void Move(Direction direction, int by);
@@ -76,6 +82,9 @@ class PressToSpeak : public QObject {
   bool afadeDown_ = false;
   bool afadeRunning_ = false;
   PerDeck<int> dip_;  ///< the least loss that a deck has for the dip's sake; 0 without a dip
+  bool pressed_ = false;
+  bool held_ = false;
+  Timer retry_;  ///< while it is held: brings the decks down after what stands in the way
   Job<> fade_;
 };
 
