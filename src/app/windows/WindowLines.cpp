@@ -2,6 +2,7 @@
 
 #include "app/windows/DeskOfGroupEdit.h"
 #include "app/windows/DeskOfPlayEdit.h"
+#include "app/windows/EncodingLines.h"
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
 #include "app/windows/ManagerLines.h"
@@ -64,23 +65,25 @@ WindowLine ImportLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
-WindowLine TransferLine(Console& desk, const WindowHost& host) {
+WindowLine TransferLine(Console& desk, const WindowHost& host, const EncodingDoor& door) {
   WindowLine line{.id = WindowId::kTransfer,
                   .words = Text::tr("&Transfer To Database..."),
                   .key = QStringLiteral("Ctrl+Shift+D"),
                   .guard = kUpkeep,
                   .busyQuestion = StopsMusic(),
                   .place = QStringLiteral("Transfer")};
-  line.make = [&desk, host, place = line.place] {
+  line.make = [&desk, host, door, place = line.place] {
     const Console::Services& have = desk.GetServices();
-    return std::make_unique<Hosted<TransferWindow, Transfer>>(
-        host, place,
-        Transfer::Services{.loop = have.loop,
-                           .prompter = have.prompter,
-                           .audio = have.audio,
-                           .catalogue = have.catalogue,
-                           .paths = have.paths,
-                           .settings = desk.Settings()});
+    auto made =
+        std::make_unique<Hosted<TransferWindow, Transfer>>(host, place,
+                                                           Transfer::Services{.loop = have.loop,
+                                                                              .prompter = have.prompter,
+                                                                              .audio = have.audio,
+                                                                              .catalogue = have.catalogue,
+                                                                              .paths = have.paths,
+                                                                              .settings = desk.Settings()});
+    made->window.SetEncode([door](const QStringList& files) { door.Encode(files); });
+    return made;
   };
   return line;
 }
@@ -104,22 +107,24 @@ WindowLine UtilityLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
-WindowLine JinglesLine(Console& desk, const WindowHost& host) {
+WindowLine JinglesLine(Console& desk, const WindowHost& host, const EncodingDoor& door) {
   WindowLine line{.id = WindowId::kJingles,
                   .words = Text::tr("Import &Jingles..."),
                   .key = QStringLiteral("Ctrl+J"),
                   .guard = {.password = true},
                   .busyQuestion = StopsMusic(),
                   .place = QStringLiteral("Jingle")};
-  line.make = [&desk, host, place = line.place] {
+  line.make = [&desk, host, door, place = line.place] {
     const Console::Services& have = desk.GetServices();
-    return std::make_unique<Hosted<JingleImportWindow, JingleImport>>(
+    auto made = std::make_unique<Hosted<JingleImportWindow, JingleImport>>(
         host, place,
         JingleImport::Services{.loop = have.loop,
                                .prompter = have.prompter,
                                .catalogue = have.catalogue,
                                .paths = have.paths,
                                .title = have.title});
+    made->window.SetEncode([door](const QStringList& files) { door.Encode(files); });
+    return made;
   };
   return line;
 }
@@ -353,13 +358,14 @@ std::function<bool(const QStringList&)> TakesDroppedPlaylists(Console& desk) {
       };
 }
 
-std::vector<WindowLine> OtherLines(Console& desk, const WindowHost& host, const OpenWindow& open) {
+std::vector<WindowLine> OtherLines(Console& desk, const WindowHost& host, const OpenWindow& open,
+                                   const EncodingDoor& door) {
   WindowLine load = PlaylistLine(desk, host, PlaylistMode::Load, open);
   load.takesDrop = TakesDroppedPlaylists(desk);
   return {ImportLine(desk, host),
-          TransferLine(desk, host),
+          TransferLine(desk, host, door),
           UtilityLine(desk, host),
-          JinglesLine(desk, host),
+          JinglesLine(desk, host, door),
           SearchLine(desk, host),
           std::move(load),
           PlaylistLine(desk, host, PlaylistMode::SaveQueue, open),
@@ -379,10 +385,13 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenW
   const Console::Services& have = desk.GetServices();
   const WindowHost host{
       .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
-  std::vector<WindowLine> lines = OtherLines(desk, host, open);
+  const EncodingDoor door(open);
+  std::vector<WindowLine> lines = OtherLines(desk, host, open, door);
   const auto forPlaylists = [&desk] { return ForPlaylists(desk); };
   for (WindowLine& line : SessionLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
-  for (WindowLine& line : ManagerLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
+  for (WindowLine& line : ManagerLines(desk, host, forPlaylists, open, door))
+    lines.push_back(std::move(line));
+  for (WindowLine& line : door.Lines(desk, host)) lines.push_back(std::move(line));
   return lines;
 }
 
