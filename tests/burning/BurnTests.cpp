@@ -63,7 +63,8 @@ TEST(BurnWords, ReadsWhatTheToolsTell) {
                           "track:   2 lba:      1500 (     6000) 00:22:00 adr: 1 control: 0 mode: -1\n"
                           "track:lout lba:      3000 (    12000) 00:42:00 adr: 1 control: 0 mode: -1\n"),
             (std::vector<std::int64_t>{0, 1500}));
-  EXPECT_EQ(TroubleIn("a\nxorriso : FAILURE : No disc\nxorriso : UPDATE : 3%\n"), u"xorriso : FAILURE : No disc"_s);
+  EXPECT_EQ(TroubleIn("a\nxorriso : FAILURE : No disc\nxorriso : UPDATE : 3%\n"),
+            u"xorriso : FAILURE : No disc"_s);
 }
 
 TEST(BurnWords, LinesAreCutWhateverPiecesTheyComeIn) {
@@ -117,11 +118,12 @@ TEST_F(AudioDiscTest, TracksFollowEachOtherToTheSampleAndReadBackBitIdentical) {
   }
   expected.resize(static_cast<std::size_t>(disc.sectors) * kSector * 2);
   EXPECT_EQ(SamplesOf(tree_.Read(u"disc.bin"_s)), expected);
-  EXPECT_EQ(QString::fromUtf8(tree_.Read(u"disc.cue"_s)),
-            u"TITLE \"Evening\"\r\nFILE \"disc.bin\" BINARY\r\n"
-            "  TRACK 01 AUDIO\r\n    TITLE \"One\"\r\n    PERFORMER \"Band\"\r\n    INDEX 01 00:00:00\r\n"
-            "  TRACK 02 AUDIO\r\n    TITLE \"Tw'o Łódź\"\r\n    PERFORMER \"Band\"\r\n    INDEX 01 00:05:25\r\n"
-            "  TRACK 03 AUDIO\r\n    TITLE \"Three\"\r\n    PERFORMER \"Band\"\r\n    INDEX 01 00:10:00\r\n"_s);
+  EXPECT_EQ(
+      QString::fromUtf8(tree_.Read(u"disc.cue"_s)),
+      u"TITLE \"Evening\"\r\nFILE \"disc.bin\" BINARY\r\n"
+      "  TRACK 01 AUDIO\r\n    TITLE \"One\"\r\n    PERFORMER \"Band\"\r\n    INDEX 01 00:00:00\r\n"
+      "  TRACK 02 AUDIO\r\n    TITLE \"Tw'o Łódź\"\r\n    PERFORMER \"Band\"\r\n    INDEX 01 00:05:25\r\n"
+      "  TRACK 03 AUDIO\r\n    TITLE \"Three\"\r\n    PERFORMER \"Band\"\r\n    INDEX 01 00:10:00\r\n"_s);
   EXPECT_NO_THROW(ProveAudioDisc(tree_.Path(u"disc.bin"_s), disc));
   QByteArray bytes = tree_.Read(u"disc.bin"_s);
   bytes[bytes.size() / 2] = static_cast<char>(bytes[bytes.size() / 2] ^ 1);
@@ -133,7 +135,10 @@ TEST_F(AudioDiscTest, TheSheetForABurnerHasTheLettersOfDiscs) {
   AudioDiscOrder order = Order({Track(u"Café Łódź"_s, Noise(300 * kSector))});
   order.forDrive = true;
   static_cast<void>(WriteAudioDisc(order, control_));
-  EXPECT_TRUE(tree_.Read(u"disc.cue"_s).contains("TITLE \"Caf\xE9 ?\xF3" "dz\"")) << tree_.Read(u"disc.cue"_s).toStdString();
+  EXPECT_TRUE(tree_.Read(u"disc.cue"_s)
+                  .contains("TITLE \"Caf\xE9 ?\xF3"
+                            "dz\""))
+      << tree_.Read(u"disc.cue"_s).toStdString();
 }
 
 TEST_F(AudioDiscTest, WhatFitsOnNoDiscIsRefusedBeforeAnythingIsWritten) {
@@ -194,7 +199,9 @@ esac
     Wait();
     ASSERT_FALSE(list_->ToImage());
   }
-  void Wait() { ASSERT_TRUE(TurnUntil([this] { return !list_->AtWork(); })); }
+  void Wait() {
+    ASSERT_TRUE(TurnUntil([this] { return !list_->AtWork(); }));
+  }
   void AddAndStage(const QStringList& files) {
     const int before = list_->Rows().Count();
     list_->Add(files);
@@ -204,7 +211,9 @@ esac
     list_->Stage(rows);
     Wait();
   }
-  [[nodiscard]] QString LastTold() const { return prompter_.Told().isEmpty() ? QString() : prompter_.Told().last(); }
+  [[nodiscard]] QString LastTold() const {
+    return prompter_.Told().isEmpty() ? QString() : prompter_.Told().last();
+  }
 
   TemporaryTree tree_;
   QtEventLoop loop_;
@@ -234,7 +243,8 @@ TEST_F(BurnListTest, FilesAreStagedWrittenIntoAnImageAndReadBack) {
   Wait();
   EXPECT_EQ(list_->Words(), u"Burn Done : written, read back and equal"_s);
   EXPECT_GT(QFileInfo(list_->ImagePath()).size(), 3'005'000);
-  EXPECT_EQ(QDir(tree_.Path(u"documents"_s)).entryList(QDir::Files | QDir::Hidden), QStringList{u"my disc.iso"_s});
+  EXPECT_EQ(QDir(tree_.Path(u"documents"_s)).entryList(QDir::Files | QDir::Hidden),
+            QStringList{u"my disc.iso"_s});
   prompter_.answers = {Answer::No};
   list_->Burn();
   Wait();
@@ -266,7 +276,8 @@ TEST_F(BurnListTest, WithoutTheServiceTheWordsSaySo) {
 }
 
 TEST_F(BurnListTest, ABurnerThatFailsIsToldInItsOwnWords) {
-  MakeFake(u"echo 'xorriso : UPDATE : Writing: 5s  50.0%' >&2; echo 'xorriso : FAILURE : Servo error' >&2; exit 5"_s);
+  MakeFake(
+      u"echo 'xorriso : UPDATE : Writing: 5s  50.0%' >&2; echo 'xorriso : FAILURE : Servo error' >&2; exit 5"_s);
   AddAndStage({tree_.Write(u"a.mp3"_s, "music")});
   list_->Burn();
   Wait();
@@ -277,7 +288,8 @@ TEST_F(BurnListTest, ABurnerThatFailsIsToldInItsOwnWords) {
   tree_.Write(u"size"_s, "1001");
   list_->Burn();
   Wait();
-  EXPECT_THAT(LastTold().toStdString(), ::testing::HasSubstr("The files need 1.96 MB, the disc holds 1.95 MB."));
+  EXPECT_THAT(LastTold().toStdString(),
+              ::testing::HasSubstr("The files need 1.96 MB, the disc holds 1.95 MB."));
   MakeFake(u"true"_s);
   tree_.Write(u"compared"_s, "Differences detected.\n");
   AddAndStage({tree_.Write(u"b.mp3"_s, "music")});
@@ -292,8 +304,9 @@ TEST_F(BurnListTest, AFloodOfWordsIsReadToItsEndAndABurnerThatHangsIsStopped) {
   list_->Burn();
   Wait();
   EXPECT_EQ(list_->Words(), u"Burn Done : written, read back and equal"_s);
-  MakeFake(u"trap 'touch \"%1\"; exit 1' INT; echo 'Writing: 5s 50.0%' >&2; while :; do sleep 0.02; done"_s.arg(
-      tree_.Path(u"stopped"_s)));
+  MakeFake(
+      u"trap 'touch \"%1\"; exit 1' INT; echo 'Writing: 5s 50.0%' >&2; while :; do sleep 0.02; done"_s.arg(
+          tree_.Path(u"stopped"_s)));
   list_->Burn();
   ASSERT_TRUE(TurnUntil([this] { return list_->Share().value_or(0) > 0.3; }));
   const auto told = prompter_.asked.size();
@@ -305,8 +318,9 @@ TEST_F(BurnListTest, AFloodOfWordsIsReadToItsEndAndABurnerThatHangsIsStopped) {
 }
 
 TEST_F(BurnListTest, AnAudioDiscGoesToTheBurnerWithItsSheetAndIsCheckedByItsContents) {
-  MakeFake(u"case \"$*\" in *-toc*) cat \"%1\" ;; *cuefile=*) for a; do :; done; cp \"${a#cuefile=}\" \"%2\"; "
-           "echo 'Track 01: 9 of 9 MB written' ;; esac"_s.arg(tree_.Path(u"toc"_s), tree_.Path(u"seen.cue"_s)));
+  MakeFake(
+      u"case \"$*\" in *-toc*) cat \"%1\" ;; *cuefile=*) for a; do :; done; cp \"${a#cuefile=}\" \"%2\"; "
+      "echo 'Track 01: 9 of 9 MB written' ;; esac"_s.arg(tree_.Path(u"toc"_s), tree_.Path(u"seen.cue"_s)));
   tree_.Write(u"toc"_s, "track:   1 lba:         0 (\ntrack:   2 lba:       400 (\ntrack:lout lba: 800\n");
   list_->SetKind(BurnKind::Audio);
   const QString sound = tree_.Write(u"The Band - Song.wav"_s, WaveFile(Noise(400 * kSector)));

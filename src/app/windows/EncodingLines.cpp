@@ -109,7 +109,7 @@ std::vector<WindowLine> EncodingDoor::Lines(Console& desk, const WindowHost& hos
   };
   WindowLine burner{.id = kBurner,
                     .words = Text::tr("&Burn A Disc..."),
-                    .key = QStringLiteral("Ctrl+Shift+B"),
+                    .key = QStringLiteral("Ctrl+B"),
                     .busyQuestion = Text::tr("A Disc Is Still Being Burnt !\r\nStop That And Quit ?"),
                     .place = QStringLiteral("Burn")};
   burner.make = [&desk, host, rooms = rooms_, place = burner.place] {
