@@ -131,6 +131,16 @@ void Transfer::Delete(const std::vector<int>& ids) {
   work_ = RunDelete(InListOrder(ids));
 }
 
+QStringList Transfer::FilesToEncode(const std::vector<int>& ids) const {
+  QStringList files;
+  for (const int id : InListOrder(ids)) files.append(rows_.Find(id)->path);
+  if (files.isEmpty()) {
+    services_.prompter.Tell(
+        {QStringLiteral("Please Select Some Files to encode!"), {}, Buttons::Ok, PromptIcon::Exclamation});
+  }
+  return files;
+}
+
 void Transfer::Stop() {
   run_.Stop();
   list_.Cancel();

@@ -51,6 +51,8 @@ class Transfer : public QObject {
   void Move(const std::vector<int>& ids);
   /// Deletes the files of these rows.
   void Delete(const std::vector<int>& ids);
+  /// The files of these rows, for the encoder; asks for some where there are none.
+  [[nodiscard]] QStringList FilesToEncode(const std::vector<int>& ids) const;
   /// Ends the run: a file that is being copied stays where it was.
   void Stop();
 

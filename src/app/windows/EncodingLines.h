@@ -3,20 +3,34 @@
 #include "app/WindowLine.h"
 #include "app/windows/HostedWindow.h"
 
+#include <QStringList>
+
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace kelvo {
 
 class Console;
-class EncodeList;
 
-/// The windows of the encoder and of the burner.
-[[nodiscard]] std::vector<WindowLine> EncodingLines(Console& desk, const WindowHost& host);
+/// Opens the windows of encoder and burner with files of other windows. A value: all copies are one.
+class EncodingDoor {
+ public:
+  /// `open` opens a window by its id.
+  explicit EncodingDoor(std::function<void(const QString& id)> open);
 
-namespace WindowId {
-inline const QString kEncoder = QStringLiteral("Encoder");
-inline const QString kBurner = QStringLiteral("Burner");
-}  // namespace WindowId
+  /// The files come on the list of the encoder, in the place of those that are there.
+  void Encode(const QStringList& files) const;
+  /// The files come on the list of the burner.
+  void Burn(const QStringList& files) const;
+
+  /// The lines of both windows.
+  [[nodiscard]] std::vector<WindowLine> Lines(Console& desk, const WindowHost& host) const;
+
+ private:
+  struct Rooms;
+  std::shared_ptr<Rooms> rooms_;
+  std::function<void(const QString& id)> open_;
+};
 
 }  // namespace kelvo

@@ -77,6 +77,22 @@ ManagerTool PlaylistTool(const OpenWindow& open, const std::shared_ptr<SavedSele
           }};
 }
 
+/// What sends the selected files, tracks or jingles, to the encoder and to the burner.
+std::vector<ManagerTool> DiscTools(DataManager& manager, const EncodingDoor& door) {
+  const auto whyOff = [&manager](const Picked&) {
+    return manager.PickedFiles().isEmpty() ? Text::tr("No file is selected") : QString();
+  };
+  return {{.id = QStringLiteral("Command11"),
+           .words = QStringLiteral("BURN CD"),
+           .tooltip = Text::tr("Puts the selected files on the list of the burner"),
+           .run = [&manager, door](const Picked&) { door.Burn(manager.PickedFiles()); }},
+          {.id = QStringLiteral("Mp3"),
+           .words = QStringLiteral("ENCODE TO MP3"),
+           .tooltip = Text::tr("Encodes the selected wave files"),
+           .run = [&manager, door](const Picked&) { door.Encode(manager.PickedFiles()); },
+           .whyOff = whyOff}};
+}
+
 }  // namespace
 
 std::vector<ManagerTool> ManagerTools(Console& desk, DataManager& manager, const OpenWindow& open) {
@@ -110,7 +126,8 @@ std::vector<ManagerTool> ManagerTools(Console& desk, DataManager& manager, const
 
 std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                      const std::function<PlaylistServices()>& forPlaylists,
-                                     const OpenWindow& open) {
+                                     const OpenWindow& open,
+                                     const EncodingDoor& door) {
   const auto selection = std::make_shared<SavedSelection>(desk.Tracks());
   WindowLine line{.id = QStringLiteral("DataManager"),
                   .startsGroup = true,
@@ -119,7 +136,7 @@ std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                   .guard = {.password = true},
                   .busyQuestion = Text::tr("The Data Manager Is Still At Work !\r\nStop That And Quit ?"),
                   .place = QStringLiteral("Dman")};
-  line.make = [&desk, host, open, selection, place = line.place] {
+  line.make = [&desk, host, open, door, selection, place = line.place] {
     const Console::Services& have = desk.GetServices();
     DataManager::Services services{.loop = have.loop,
                                    .disks = desk.SlowDisks(),
@@ -132,9 +149,10 @@ std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                    .desk = std::make_shared<DeskOfManager>(desk),
                                    .openTransfer = [open] { open(WindowId::kTransfer); },
                                    .tools = {}};
-    services.tools = [&desk, open, selection](DataManager& manager) {
+    services.tools = [&desk, open, door, selection](DataManager& manager) {
       std::vector<ManagerTool> tools = ManagerTools(desk, manager, open);
       tools.push_back(PlaylistTool(open, selection));
+      for (ManagerTool& tool : DiscTools(manager, door)) tools.push_back(std::move(tool));
       return tools;
     };
     return std::make_unique<Hosted<DataManagerWindow, DataManager>>(host, place, std::move(services));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/WindowLine.h"
+#include "app/windows/EncodingLines.h"
 #include "app/windows/HostedWindow.h"
 #include "datamanager/DataManager.h"
 #include "playlists/PlaylistServices.h"
@@ -20,6 +21,7 @@ class Console;
 /// The Data Manager, and the two forms of Playlist Manager that it opens.
 [[nodiscard]] std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                                    const std::function<PlaylistServices()>& forPlaylists,
-                                                   const std::function<void(const QString& id)>& open);
+                                                   const std::function<void(const QString& id)>& open,
+                                                   const EncodingDoor& door);
 
 }  // namespace kelvo

@@ -3,13 +3,14 @@
 #include "app/windows/DeskOfGroupEdit.h"
 #include "app/windows/DeskOfPlayEdit.h"
 #include "app/windows/DiscLines.h"
+#include "app/windows/EncodingLines.h"
 #include "app/windows/HostedWindow.h"
 #include "app/windows/KeysWindow.h"
 #include "app/windows/ManagerLines.h"
 #include "app/windows/QueueOfPlaylists.h"
+#include "app/windows/QuizLines.h"
 #include "app/windows/ReportLines.h"
 #include "app/windows/RequestLines.h"
-#include "app/windows/QuizLines.h"
 #include "app/windows/ScopeWindow.h"
 #include "app/windows/SessionLines.h"
 #include "app/windows/UnifyLines.h"
@@ -70,23 +71,25 @@ WindowLine ImportLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
-WindowLine TransferLine(Console& desk, const WindowHost& host) {
+WindowLine TransferLine(Console& desk, const WindowHost& host, const EncodingDoor& door) {
   WindowLine line{.id = WindowId::kTransfer,
                   .words = Text::tr("&Transfer To Database..."),
                   .key = QStringLiteral("Ctrl+Shift+D"),
                   .guard = kUpkeep,
                   .busyQuestion = StopsMusic(),
                   .place = QStringLiteral("Transfer")};
-  line.make = [&desk, host, place = line.place] {
+  line.make = [&desk, host, door, place = line.place] {
     const Console::Services& have = desk.GetServices();
-    return std::make_unique<Hosted<TransferWindow, Transfer>>(
-        host, place,
-        Transfer::Services{.loop = have.loop,
-                           .prompter = have.prompter,
-                           .audio = have.audio,
-                           .catalogue = have.catalogue,
-                           .paths = have.paths,
-                           .settings = desk.Settings()});
+    auto made =
+        std::make_unique<Hosted<TransferWindow, Transfer>>(host, place,
+                                                           Transfer::Services{.loop = have.loop,
+                                                                              .prompter = have.prompter,
+                                                                              .audio = have.audio,
+                                                                              .catalogue = have.catalogue,
+                                                                              .paths = have.paths,
+                                                                              .settings = desk.Settings()});
+    made->window.SetEncode([door](const QStringList& files) { door.Encode(files); });
+    return made;
   };
   return line;
 }
@@ -110,22 +113,24 @@ WindowLine UtilityLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
-WindowLine JinglesLine(Console& desk, const WindowHost& host) {
+WindowLine JinglesLine(Console& desk, const WindowHost& host, const EncodingDoor& door) {
   WindowLine line{.id = WindowId::kJingles,
                   .words = Text::tr("Import &Jingles..."),
                   .key = QStringLiteral("Ctrl+J"),
                   .guard = {.password = true},
                   .busyQuestion = StopsMusic(),
                   .place = QStringLiteral("Jingle")};
-  line.make = [&desk, host, place = line.place] {
+  line.make = [&desk, host, door, place = line.place] {
     const Console::Services& have = desk.GetServices();
-    return std::make_unique<Hosted<JingleImportWindow, JingleImport>>(
+    auto made = std::make_unique<Hosted<JingleImportWindow, JingleImport>>(
         host, place,
         JingleImport::Services{.loop = have.loop,
                                .prompter = have.prompter,
                                .catalogue = have.catalogue,
                                .paths = have.paths,
                                .title = have.title});
+    made->window.SetEncode([door](const QStringList& files) { door.Encode(files); });
+    return made;
   };
   return line;
 }
@@ -362,24 +367,25 @@ std::function<bool(const QStringList&)> TakesDroppedPlaylists(Console& desk) {
 }
 
 std::vector<WindowLine> OtherLines(Console& desk, ConsoleWindow& console, const WindowHost& host,
-                                   const OpenWindow& open) {
+                                   const OpenWindow& open, const EncodingDoor& door) {
   WindowLine load = PlaylistLine(desk, host, PlaylistMode::Load, open);
   load.takesDrop = TakesDroppedPlaylists(desk);
-  return {ImportLine(desk, host),
-          TransferLine(desk, host),
-          UtilityLine(desk, host),
-          JinglesLine(desk, host),
-          SearchLine(desk, host, [&console](const std::vector<Mref>& tracks) { console.WantRequest(tracks); }),
-          std::move(load),
-          PlaylistLine(desk, host, PlaylistMode::SaveQueue, open),
-          GeneratorLine(desk, host),
-          PlayEditLine(desk, host),
-          ConfigLine(desk, host),
-          RecorderLine(desk, host),
-          GroupEditLine(desk, host),
-          RenderLine(desk, host),
-          ScopeLine(desk, host),
-          KeysLine(host)};
+  return {
+      ImportLine(desk, host),
+      TransferLine(desk, host, door),
+      UtilityLine(desk, host),
+      JinglesLine(desk, host, door),
+      SearchLine(desk, host, [&console](const std::vector<Mref>& tracks) { console.WantRequest(tracks); }),
+      std::move(load),
+      PlaylistLine(desk, host, PlaylistMode::SaveQueue, open),
+      GeneratorLine(desk, host),
+      PlayEditLine(desk, host),
+      ConfigLine(desk, host),
+      RecorderLine(desk, host),
+      GroupEditLine(desk, host),
+      RenderLine(desk, host),
+      ScopeLine(desk, host),
+      KeysLine(host)};
 }
 
 }  // namespace
@@ -388,18 +394,22 @@ std::vector<WindowLine> WindowLines(Console& desk, ConsoleWindow& console, const
   const Console::Services& have = desk.GetServices();
   const WindowHost host{
       .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
-  std::vector<WindowLine> lines = OtherLines(desk, console, host, open);
-  const auto forPlaylists = [&desk] { return ForPlaylists(desk); };
-  for (WindowLine& line : SessionLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
-  for (WindowLine& line : ManagerLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
-  for (WindowLine& line : UnifyLines(desk, host)) lines.push_back(std::move(line));
-  for (WindowLine& line : DiscLines(desk, host, open)) lines.push_back(std::move(line));
-  for (WindowLine& line : RequestLines(desk, host)) lines.push_back(std::move(line));
-  const auto openFile = [&console](const QString& id, const QString& file) {
-    Q_EMIT console.TrackWindowWanted(id, file);
+  const EncodingDoor door(open);
+  std::vector<WindowLine> lines = OtherLines(desk, console, host, open, door);
+  const auto add = [&lines](std::vector<WindowLine> more) {
+    std::move(more.begin(), more.end(), std::back_inserter(lines));
   };
-  for (WindowLine& line : ReportLines(desk, host, openFile)) lines.push_back(std::move(line));
-  for (WindowLine& line : QuizLines(desk, host, open)) lines.push_back(std::move(line));
+  const auto forPlaylists = [&desk] { return ForPlaylists(desk); };
+  add(SessionLines(desk, host, forPlaylists, open));
+  add(ManagerLines(desk, host, forPlaylists, open, door));
+  add(UnifyLines(desk, host));
+  add(door.Lines(desk, host));
+  add(DiscLines(desk, host, open));
+  add(RequestLines(desk, host));
+  add(ReportLines(desk, host, [&console](const QString& id, const QString& file) {
+    Q_EMIT console.TrackWindowWanted(id, file);
+  }));
+  add(QuizLines(desk, host, open));
   return lines;
 }
 

@@ -34,7 +34,7 @@ BurnWindow::BurnWindow(EventLoop& loop, BurnList& list)
                   .lines = 30}),
       list_(list),
       model_(list.Rows(), {{{.head = tr("File"), .letters = 28}, &BurnRow::NameText},
-                           {{.head = tr("Size (MB)"), .letters = 10, .rank = 1, .number = true}, SizeText},
+                           {{.head = tr("Size (MB)"), .letters = 12, .rank = 1, .number = true}, SizeText},
                            {{.head = tr("Path"), .letters = 36, .rank = 2, .path = true}, &BurnRow::path}}),
       logModel_(list.Log(), {{{.head = tr("What became of it"), .letters = 24},
                               [](const QString& line) { return line; }}}),

@@ -69,6 +69,12 @@ void JingleImportWindow::BuildCommands() {
                                .key = QKeySequence(Qt::Key_Delete),
                                .icon = Icon::Clear,
                                .run = [this] { jingles_.Delete(sounds_.Picked()); }});
+  encode_ = AddCommand(*this, {.name = QStringLiteral("CmdEncode"),
+                               .words = tr("&Encode To Mp3"),
+                               .tooltip = tr("Encodes the selected wave files, each beside itself"),
+                               .key = QKeySequence(Qt::CTRL | Qt::Key_M),
+                               .icon = Icon::Volume,
+                               .run = [this] { Encode(); }});
   import_ = AddCommand(*this, {.name = QStringLiteral("CmdImport"),
                                .words = tr("Import"),
                                .tooltip = tr("Copies the selected files to the jingles"),
@@ -85,7 +91,18 @@ void JingleImportWindow::BuildLayout() {
   layout->addLayout(Line({label, {drives_, 1}, browse_, search_}));
   layout->addWidget(&sounds_, 1);
   layout->addWidget(progress_);
-  layout->addLayout(Line({selectAll_, delete_, kRoom, import_}));
+  layout->addLayout(Line({selectAll_, delete_, encode_, kRoom, import_}));
+}
+
+void JingleImportWindow::SetEncode(std::function<void(const QStringList& files)> encode) {
+  encodeFiles_ = std::move(encode);
+  Show();
+}
+
+void JingleImportWindow::Encode() {
+  QStringList files;
+  for (const int row : sounds_.Picked()) files.append(jingles_.Rows()[row].path);
+  encodeFiles_(files);
 }
 
 void JingleImportWindow::SearchOrStop() {
@@ -112,6 +129,8 @@ void JingleImportWindow::Show() {
   const QString whyNotPicked = WhyOff({{busy, tr("The list is at work: stop it first, or wait")},
                                        {!sounds_.AnyPicked(), tr("No sound is selected")}});
   Offer(*delete_, whyNotPicked);
+  encode_->setVisible(static_cast<bool>(encodeFiles_));
+  Offer(*encode_, whyNotPicked);
   Offer(*import_, whyNotPicked);
   progress_->Show({.running = busy,
                    .words = jingles_.Words(),

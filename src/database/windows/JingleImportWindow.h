@@ -18,6 +18,9 @@ class JingleImportWindow : public ToolWindow {
  public:
   JingleImportWindow(EventLoop& loop, JingleImport& jingles);
 
+  /// How files are encoded; without it there is no button for that.
+  void SetEncode(std::function<void(const QStringList& files)> encode);
+
  protected:
   void Refresh() override;
   void Enter() override { jingles_.Drives().Refresh(); }
@@ -26,9 +29,11 @@ class JingleImportWindow : public ToolWindow {
   void BuildCommands();
   void BuildLayout();
   void SearchOrStop();
+  void Encode();
   void Show();
 
   JingleImport& jingles_;
+  std::function<void(const QStringList& files)> encodeFiles_;
   RowModel<JingleRow> model_;
   ListPanel sounds_;
   DriveBox* drives_;
@@ -37,6 +42,7 @@ class JingleImportWindow : public ToolWindow {
   QPushButton* search_ = nullptr;
   QPushButton* selectAll_ = nullptr;
   QPushButton* delete_ = nullptr;
+  QPushButton* encode_ = nullptr;
   QPushButton* import_ = nullptr;
 };
 

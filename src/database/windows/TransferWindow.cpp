@@ -136,6 +136,13 @@ void TransferWindow::BuildCommands() {
                                .key = QKeySequence(Qt::Key_Delete),
                                .icon = Icon::Clear,
                                .run = [this] { transfer_.Delete(PickedIds()); }});
+  encode_ = AddCommand(*this, {.name = QStringLiteral("CmdEncode"),
+                               .fixedName = QStringLiteral("CmdMp3"),
+                               .words = tr("&Encode To Mp3"),
+                               .tooltip = tr("Encodes the selected wave files; the results wait here"),
+                               .key = QKeySequence(Qt::CTRL | Qt::Key_M),
+                               .icon = Icon::Volume,
+                               .run = [this] { Encode(); }});
   move_ = AddCommand(*this, {.name = QStringLiteral("CmdMove"),
                              .words = tr("&Move To Data Base"),
                              .tooltip = tr("Moves the selected files into the database"),
@@ -150,13 +157,23 @@ void TransferWindow::BuildLayout() {
   layout->addWidget(&files_, 1);
   layout->addWidget(words_);
   layout->addLayout(Line({{file_, 2}, {run_, 1}}));
-  layout->addLayout(Line({select_, delete_, kRoom, move_}));
+  layout->addLayout(Line({select_, delete_, encode_, kRoom, move_}));
 }
 
 std::vector<int> TransferWindow::PickedIds() const {
   std::vector<int> ids;
   for (const int row : files_.Picked()) ids.push_back(transfer_.Rows().Store()[row].id);
   return ids;
+}
+
+void TransferWindow::Encode() {
+  const QStringList files = transfer_.FilesToEncode(PickedIds());
+  if (!files.isEmpty()) encodeFiles_(files);
+}
+
+void TransferWindow::SetEncode(std::function<void(const QStringList& files)> encode) {
+  encodeFiles_ = std::move(encode);
+  Show();
 }
 
 void TransferWindow::Show() {
@@ -169,6 +186,8 @@ void TransferWindow::Show() {
   Offer(*select_, WhyOff({atWork, {model_.rowCount() == 0, tr("No file waits")}}));
   const QString whyNotPicked = WhyOff({atWork, {!files_.AnyPicked(), tr("No file is selected")}});
   Offer(*delete_, whyNotPicked);
+  encode_->setVisible(static_cast<bool>(encodeFiles_));
+  Offer(*encode_, WhyOff({atWork}));
   Offer(*move_, whyNotPicked);
   ShowProgress();
 }

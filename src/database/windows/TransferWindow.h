@@ -21,6 +21,9 @@ class TransferWindow : public ToolWindow {
 
   void TakeKeys() override { files_.Table().setFocus(); }
 
+  /// How files are encoded; without it there is no button for that.
+  void SetEncode(std::function<void(const QStringList& files)> encode);
+
  protected:
   void Refresh() override { transfer_.List(); }
 
@@ -29,11 +32,13 @@ class TransferWindow : public ToolWindow {
   void BuildCommands();
   void BuildLayout();
   [[nodiscard]] std::vector<int> PickedIds() const;
+  void Encode();
   void Show();
   void ShowProgress();
   void ShowWords();
 
   Transfer& transfer_;
+  std::function<void(const QStringList& files)> encodeFiles_;
   RowModel<TransferRow> model_;
   ListPanel files_;
   QLabel* words_;
@@ -41,6 +46,7 @@ class TransferWindow : public ToolWindow {
   JobStrip* run_;
   QPushButton* select_ = nullptr;
   QPushButton* delete_ = nullptr;
+  QPushButton* encode_ = nullptr;
   QPushButton* move_ = nullptr;
 };
 

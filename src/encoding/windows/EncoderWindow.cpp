@@ -35,7 +35,7 @@ EncoderWindow::EncoderWindow(EventLoop& loop, EncodeList& list)
       list_(list),
       model_(list.Rows(), {{{.head = tr("File"), .letters = 22}, &EncodeRow::name},
                            {{.head = tr("State"), .letters = 10, .rank = 1}, &EncodeRow::StateText},
-                           {{.head = tr("Size (MB)"), .letters = 10, .rank = 2, .number = true}, SizeText},
+                           {{.head = tr("Size (MB)"), .letters = 12, .rank = 2, .number = true}, SizeText},
                            {{.head = tr("Path"), .letters = 30, .rank = 3, .path = true}, &EncodeRow::path}}),
       logModel_(list.Log(), {{{.head = tr("What became of it"), .letters = 26},
                               [](const QString& line) { return line; }}}),
