@@ -7,14 +7,10 @@
 
 #include <algorithm>
 
-namespace {
-
-/// Outside of every namespace, as the macro wants it.
-void InitManual() {
+// In no namespace, as the macro wants it.
+static void InitManual() {
   Q_INIT_RESOURCE(manual);
 }
-
-}  // namespace
 
 namespace kelvo {
 namespace {

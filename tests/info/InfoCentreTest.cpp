@@ -317,7 +317,7 @@ TEST(InfoFiles, AKillAtAnyStepLeavesTheOldTextOrTheNewAndNeverATextWithoutItsPic
     const QByteArray bytes = picture.readAll();
     EXPECT_TRUE(bytes == kPng || bytes == kJpg) << step;
     // The next try comes to the end.
-    if (before.found) EXPECT_TRUE(RenameInfo(place, u"B"_s)) << step;
+    EXPECT_TRUE(!before.found || RenameInfo(place, u"B"_s)) << step;
     EXPECT_FALSE(ReadInfo({tree.Path(), u"B"_s}).picture.isEmpty()) << step;
     if (!killed) break;
   }

@@ -5,6 +5,7 @@
 #include "platform/Disks.h"
 #include "platform/ErrorLog.h"
 #include "platform/SimulatedEventLoop.h"
+#include "platform/Trash.h"
 #include "support/ScriptedPrompter.h"
 
 #include <QDir>

@@ -2,6 +2,7 @@
 
 #include "app/windows/KeysWindow.h"
 #include "console/Console.h"
+#include "console/windows/ConsoleWindow.h"
 #include "help/windows/HelpWindow.h"
 #include "info/ProfileKeeper.h"
 #include "info/windows/InfoCentreWindow.h"
@@ -100,6 +101,26 @@ QString ProfileWindowId(ReferenceSet set, bool fromManager) {
     if (words.set == set) return fromManager ? QLatin1Char('D') + words.id : words.id;
   }
   return {};
+}
+
+ManagerTool ProfileTool(const WindowHost& host, DataManager& manager) {
+  const auto id = [&manager] {
+    const std::optional<ReferenceSet>& set = manager.References().Set();
+    return set ? ProfileWindowId(*set, true) : QString();
+  };
+  return {.id = QStringLiteral("Command29"),
+          .words = QStringLiteral("Show Info"),
+          .tooltip = Text::tr("Shows what is written about the chosen genre, artist or album"),
+          .run =
+              [id, &manager, &console = host.console](const std::vector<Mref>&) {
+                if (auto* desk = qobject_cast<ConsoleWindow*>(&console))
+                  Q_EMIT desk->TrackWindowWanted(id(), manager.References().Chosen());
+              },
+          .whyOff =
+              [id, &manager](const std::vector<Mref>&) {
+                if (id().isEmpty()) return Text::tr("Choose genres, artists or albums first");
+                return manager.References().Chosen().isEmpty() ? Text::tr("No name is chosen") : QString();
+              }};
 }
 
 std::vector<WindowLine> InfoLines(Console& desk, const WindowHost& host,

@@ -3,6 +3,7 @@
 #include "app/WindowLine.h"
 #include "app/windows/HostedWindow.h"
 #include "database/CatalogueChange.h"
+#include "datamanager/DataManager.h"
 
 #include <functional>
 #include <vector>
@@ -19,5 +20,8 @@ class Console;
 /// The window that shows the profile of a name of this set; with `fromManager` the one that the Data Manager
 /// opens, which keeps a place of its own. Empty: the set has no profiles.
 [[nodiscard]] QString ProfileWindowId(ReferenceSet set, bool fromManager = false);
+
+/// "Show Info" of the Data Manager: what is written about the name that is chosen there.
+[[nodiscard]] ManagerTool ProfileTool(const WindowHost& host, DataManager& manager);
 
 }  // namespace kelvo

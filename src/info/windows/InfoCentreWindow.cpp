@@ -268,7 +268,7 @@ void InfoCentreWindow::Join() {
 
 InfoLevel InfoCentreWindow::LevelWithKeys() {
   for (const InfoLevel level : kInfoLevels) {
-    if (lists_[PlaceOf(level)].Table().hasFocus()) level_ = level;
+    if (lists_[PlaceOf(level)].Table().hasFocus()) return level;
   }
   return level_;
 }
@@ -320,7 +320,7 @@ void InfoCentreWindow::Show() {
   const InfoPage& page = centre_.Page();
   setWindowTitle(QStringLiteral("Info Centre") +
                  (centre_.ReadOnly() ? QStringLiteral(" (Read Only)") : QString()));
-  LevelWithKeys();
+  level_ = LevelWithKeys();
   pages_->setCurrentIndex(centre_.Words().isEmpty() ? 0 : 1);
   for (const InfoLevel level : kInfoLevels) ShowLevel(level);
   hits_.SetHint(HitsHint());
