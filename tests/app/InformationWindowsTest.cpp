@@ -2,6 +2,7 @@
 
 #include "app/BesideTheDesk.h"
 #include "app/windows/WindowLines.h"
+#include "datamanager/windows/DataManagerWindow.h"
 #include "help/Manual.h"
 #include "help/windows/HelpWindow.h"
 #include "help/windows/ManualView.h"
@@ -163,6 +164,28 @@ TEST_F(InformationBesideTheDesk, TheSignBelowAListOpensWhatIsWrittenAboutTheChos
   const QString name = FindNamed<QLabel>(*artist, u"LblProfileName"_s)->text();
   EXPECT_EQ(database_.tree.Read(folder + u'/' + name + u".txt"_s), "The Band\r\n");
   EXPECT_TRUE(database_.tree.Exists(folder + u'/' + name + u".png"_s));
+}
+
+TEST_F(InformationBesideTheDesk, ShowInfoOfTheDataManagerOpensTheProfileInAPlaceOfItsOwn) {
+  OpenDesk();
+  Press(u"DataManager"_s);
+  loop_.RunFor(2s);
+  auto& manager = Shown<DataManagerWindow>();
+  const auto& show = *FindNamed<QPushButton>(manager, u"Command29"_s);
+  EXPECT_FALSE(show.isEnabled());
+  Click(manager, u"Command1_0"_s);
+  FindNamed<ListTable>(manager, u"LstNames"_s)->selectRow(0);
+  loop_.RunFor(2s);
+  Click(manager, u"Command29"_s);
+  auto& genre = Shown<ProfileWindow>();
+  EXPECT_EQ(FindNamed<QLabel>(genre, u"LblProfileName"_s)->text(), u"Rock"_s);
+  genre.move(70, 80);
+  genre.close();
+  const auto kept = [this](const QString& key) {
+    return settings_.GetSetting(u"Kelvo"_s, u"Startup"_s, key, u"none"_s);
+  };
+  EXPECT_NE(kept(u"DGenInfoPosx"_s), u"none"_s);
+  EXPECT_EQ(kept(u"GenInfoPosx"_s), u"none"_s);
 }
 
 TEST_F(InformationBesideTheDesk, WhoMayNotChangeTheDatabaseOnlyReads) {
