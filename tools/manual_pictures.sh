@@ -40,35 +40,13 @@ take() {
 mkdir -p "$folder"
 convert "$root/docs/console.png" -resize 1100x -colors 160 "png:$folder/console.png"
 
-# Some tracks into the queue, and saved as a playlist.
-key ctrl+shift+a
-key ctrl+f
-key o
-key alt+t
-for _ in 1 2 3 4 5 6 7; do
-  key Down
-  key Return
-done
-show ctrl+s '^Playlist Manager$'
-key ctrl+n
-xdotool type 'Saturday'
-key Return
-sleep 1
-key alt+n
-key ctrl+a
-xdotool type 'Late Show'
-key ctrl+s
-sleep 2
 show ctrl+o '^Playlist Manager$'
-for _ in Down Tab Tab Tab Tab Down; do key "$_"; done
+# The demo library has a category of its own.
+for each in d Tab Tab Tab Tab Down; do key "$each"; done
 take playlists
 
 show ctrl+shift+i '^Info Centre$'
-for _ in Down Down; do key "$_"; done
-key Return
-for _ in Down Down; do key "$_"; done
-key Return
-for _ in Down Down; do key "$_"; done
+for each in Down Down Return Down Down Return Down Down; do key "$each"; done
 take info-centre
 
 show ctrl+d '^Data Manager$'

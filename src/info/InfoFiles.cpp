@@ -106,25 +106,38 @@ QStringList NamesOnDisk(const QString& folder, const QString& name) {
 
 bool RenameInfo(const InfoPlace& place, const QString& name) {
   const InfoPlace fresh{place.folder, name};
+  const QString text = ExistingText(place);
   const QStringList pictures = Pictures(place);
-  // What a crash left of an earlier try is the same file by another name.
-  const auto ours = [&pictures](const QString& taken) {
-    return std::any_of(pictures.begin(), pictures.end(),
-                       [&taken](const QString& each) { return fs::equivalent(PathOf(taken), PathOf(each)); });
+  // On some file systems a name in other letters is the same file, and what a crash left of an earlier try is
+  // the picture by another name: neither is in the way.
+  const auto free = [](const QString& taken, const QStringList& ours) {
+    return taken.isEmpty() || std::any_of(ours.begin(), ours.end(), [&taken](const QString& each) {
+             return fs::equivalent(PathOf(taken), PathOf(each));
+           });
   };
   const QStringList taken = Pictures(fresh);
-  if (!ExistingText(fresh).isEmpty() || !std::all_of(taken.begin(), taken.end(), ours)) return false;
+  if (!free(ExistingText(fresh), text.isEmpty() ? QStringList() : QStringList{text})) return false;
+  if (!std::all_of(taken.begin(), taken.end(), [&](const QString& each) { return free(each, pictures); }))
+    return false;
+  const auto pictureTo = [&fresh](const QString& picture) {
+    return PathOf(Path(fresh, QFileInfo(picture).suffix().toLower()));
+  };
+  const bool onlyCase = place.name.compare(name, Qt::CaseInsensitive) == 0;
   // The picture has both names until the text has the new one: at no moment is there a text without it.
-  for (const QString& picture : pictures) {
-    const fs::path to = PathOf(Path(fresh, QFileInfo(picture).suffix().toLower()));
-    fs::remove(to);
+  for (const QString& picture : onlyCase ? QStringList() : pictures) {
+    fs::remove(pictureTo(picture));
     std::error_code refused;
-    fs::create_hard_link(PathOf(picture), to, refused);
-    if (refused) fs::copy_file(PathOf(picture), to);
+    fs::create_hard_link(PathOf(picture), pictureTo(picture), refused);
+    if (refused) fs::copy_file(PathOf(picture), pictureTo(picture));
   }
-  const QString text = ExistingText(place);
   if (!text.isEmpty()) fs::rename(PathOf(text), PathOf(Path(fresh, QStringLiteral("txt"))));
-  for (const QString& picture : pictures) fs::remove(PathOf(picture));
+  for (const QString& picture : pictures) {
+    if (onlyCase) {
+      fs::rename(PathOf(picture), pictureTo(picture));
+    } else {
+      fs::remove(PathOf(picture));
+    }
+  }
   return true;
 }
 

@@ -48,13 +48,18 @@ class InformationBesideTheDesk : public BesideTheDesk {
     QTest::mouseClick(&found, Qt::LeftButton);
     loop_.RunFor(1s);
   }
+  static void Drop(QWidget& target, const QMimeData& data) {
+    QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(&target, &enter);
+    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(&target, &drop);
+  }
   static void Drop(QWidget& target, const QStringList& files) {
     QMimeData data;
     QList<QUrl> urls;
     for (const QString& file : files) urls.append(QUrl::fromLocalFile(file));
     data.setUrls(urls);
-    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(&target, &drop);
+    Drop(target, data);
   }
   /// Drops where the operator would see it: on what scrolls in the text.
   void DropOnText(const QWidget& window, const QStringList& files) {
@@ -130,8 +135,7 @@ TEST_F(InformationBesideTheDesk, MoreThanATextCanHoldIsRefusedBeforeItIsLaidOut)
   text.setReadOnly(false);
   QMimeData huge;
   huge.setText(QString(10'000'000, u'x'));
-  QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &huge, Qt::LeftButton, {});
-  QApplication::sendEvent(text.viewport(), &drop);
+  Drop(*text.viewport(), huge);
   EXPECT_EQ(text.toPlainText(), QString());
   EXPECT_TRUE(prompter_.asked.back().text.startsWith(u"A Text Can Be No Longer"_s));
 }
