@@ -43,8 +43,8 @@ HelpWindow::HelpWindow(Help& help)
   side->addWidget(find_);
   side->addWidget(&list_, 1);
   auto* columns = new QHBoxLayout;
-  columns->addLayout(side, 3);
-  columns->addWidget(page_, 8);
+  columns->addLayout(side, 4);
+  columns->addWidget(page_, 9);
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(Line({back_, forward_, contents_, keys_, kRoom, close_}));
   layout->addLayout(columns, 1);

@@ -14,6 +14,8 @@ namespace kelvo {
 
 ManualView::ManualView(const QString& folder, QWidget* parent) : QTextBrowser(parent), folder_(folder) {
   setOpenLinks(false);
+  // A bar that comes and goes would lay the page out twice.
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   document()->setDocumentMargin(fontMetrics().height());
   connect(this, &QTextBrowser::anchorClicked, this,
           [this](const QUrl& link) { Q_EMIT LinkFollowed(link.toString()); });
@@ -23,30 +25,35 @@ int ManualView::RoomForPictures() const {
   return std::max(viewport()->width() - static_cast<int>(2 * document()->documentMargin()) - 2, 100);
 }
 
-QVariant ManualView::loadResource(int type, const QUrl& name) {
-  if (type != QTextDocument::ImageResource) return {};
-  QImage picture(folder_ + QLatin1Char('/') + name.path());
+QImage ManualView::Picture(const QString& name) {
+  const QImage picture(folder_ + QLatin1Char('/') + name);
   const int room = RoomForPictures();
   if (picture.width() <= room) return picture;
   narrow_ = true;
-  picture = picture.scaledToWidth(static_cast<int>(room * devicePixelRatioF()), Qt::SmoothTransformation);
-  picture.setDevicePixelRatio(devicePixelRatioF());
-  return picture;
+  QImage fitted =
+      picture.scaledToWidth(static_cast<int>(room * devicePixelRatioF()), Qt::SmoothTransformation);
+  fitted.setDevicePixelRatio(devicePixelRatioF());
+  return fitted;
 }
 
 void ManualView::Lay() {
   narrow_ = false;
   laidFor_ = RoomForPictures();
+  // Each time anew: what a document has loaded by itself it keeps in the size of before.
+  for (const QString& name : pictures_) {
+    document()->addResource(QTextDocument::ImageResource, QUrl(name), Picture(name));
+  }
   document()->setMarkdown(text_);
   for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
     QTextCursor cursor(block);
     // Markdown packs its paragraphs: a reader wants air between them.
     QTextBlockFormat air;
     const bool heading = block.blockFormat().headingLevel() > 0;
+    const bool picture = block.text().contains(QChar::ObjectReplacementCharacter);
     const double line = fontMetrics().height();
     air.setBottomMargin(block.textList() == nullptr ? line * 0.6 : line * 0.2);
     if (heading) air.setTopMargin(line * 0.8);
-    air.setLineHeight(125, QTextBlockFormat::ProportionalHeight);
+    if (!picture) air.setLineHeight(125, QTextBlockFormat::ProportionalHeight);
     cursor.mergeBlockFormat(air);
     if (!heading) continue;
     cursor.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor);
@@ -61,6 +68,8 @@ void ManualView::Lay() {
 void ManualView::ShowPage(const ManualPage& page, const QString& heading) {
   if (text_ != page.text) {
     text_ = page.text;
+    pictures_ = Manual::LinksOf(page);
+    pictures_.removeIf([](const QString& link) { return !link.endsWith(QLatin1StringView(".png")); });
     Lay();
   }
   if (heading.isEmpty()) {

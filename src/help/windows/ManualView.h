@@ -23,15 +23,16 @@ class ManualView : public QTextBrowser {
   void LinkFollowed(const QString& link);
 
  protected:
-  [[nodiscard]] QVariant loadResource(int type, const QUrl& name) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   void Lay();
+  [[nodiscard]] QImage Picture(const QString& name);
   [[nodiscard]] int RoomForPictures() const;
 
   QString folder_;
   QString text_;
+  QStringList pictures_;  ///< those of the page
   QString words_;
   int laidFor_ = 0;      ///< the room for pictures when the page was laid out
   bool narrow_ = false;  ///< a picture had to be made smaller
