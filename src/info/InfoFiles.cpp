@@ -71,6 +71,10 @@ InfoContent ReadInfo(const InfoPlace& place) {
   return content;
 }
 
+bool HasInfo(const InfoPlace& place) {
+  return !ExistingText(place).isEmpty() || !Pictures(place).isEmpty();
+}
+
 QStringList LinesOfText(const QString& text) {
   if (text.isEmpty()) return {};
   QStringList lines = text.split(QLatin1Char('\n'));

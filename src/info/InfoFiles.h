@@ -29,6 +29,9 @@ struct InfoContent {
 };
 [[nodiscard]] InfoContent ReadInfo(const InfoPlace& place);
 
+/// Whether there is a text or a picture.
+[[nodiscard]] bool HasInfo(const InfoPlace& place);
+
 /// The lines of a text; a line end at its end begins no further one.
 [[nodiscard]] QStringList LinesOfText(const QString& text);
 /// Lines that are the same keep their bytes.

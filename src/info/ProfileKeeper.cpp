@@ -19,9 +19,9 @@ QString SetAside(const InfoPlace& place) {
 }
 
 /// The profile on disk that is that of this name; the name itself where there is none.
-QString ProfileOf(const QString& folder, const QString& name, const QStringList& references) {
+QString ProfileOf(const QString& folder, const QString& name, const QStringList& others) {
   for (const QString& found : NamesOnDisk(folder, name)) {
-    if (found == name || !references.contains(found)) return found;
+    if (found == name || !others.contains(found)) return found;
   }
   return name;
 }
@@ -38,27 +38,21 @@ void ProfileKeeper::Follow(const ReferenceChanged& change) {
     const ProfileWords words = WordsOf(kind);
     if (words.set != change.set) continue;
     const QString& folder = services_.paths(words.slot);
-    jobs_.Add(change.name.isEmpty() ? Discard(folder, change.before)
-                                    : Rename(folder, change.before, change.name));
+    const QStringList& others = services_.catalogue.References(words.set);
+    jobs_.Add(change.name.isEmpty() ? Discard(folder, change.before, others)
+                                    : Rename(folder, change.before, change.name, others));
   }
 }
 
 // The files follow in the order in which all is written, and no look comes before: a save under the new name
 // must find them there. The disk has just renamed a folder beside them, so it answers.
 
-Job<> ProfileKeeper::Rename(QString folder, QString before, QString name) {
+Job<> ProfileKeeper::Rename(QString folder, QString before, QString name, QStringList others) {
   try {
-    QStringList references;
-    for (const ProfileKind kind : kProfileKinds) {
-      const ProfileWords words = WordsOf(kind);
-      if (services_.paths(words.slot) == folder) references = services_.catalogue.References(words.set);
-    }
-    const auto rename = [folder, before, name, references] {
+    const auto rename = [folder, before, name, others] {
       QString aside;
-      const InfoPlace place{folder, ProfileOf(folder, before, references)};
-      const InfoContent content = ReadInfo(place);
-      if (!content.found && content.picture.isEmpty()) return aside;
-      if (RenameInfo(place, name)) return aside;
+      const InfoPlace place{folder, ProfileOf(folder, before, others)};
+      if (!HasInfo(place) || RenameInfo(place, name)) return aside;
       aside = SetAside({folder, name});
       static_cast<void>(RenameInfo(place, name));
       return aside;
@@ -73,18 +67,14 @@ Job<> ProfileKeeper::Rename(QString folder, QString before, QString name) {
   }
 }
 
-Job<> ProfileKeeper::Discard(QString folder, QString name) {
+Job<> ProfileKeeper::Discard(QString folder, QString name, QStringList others) {
   try {
     enum class Outcome { None, Trashed, Kept };
-    const auto discard = [folder, name, trash = services_.trash] {
-      const InfoPlace place{folder, name};
-      const auto there = [&place] {
-        const InfoContent content = ReadInfo(place);
-        return content.found || !content.picture.isEmpty();
-      };
-      if (!there()) return Outcome::None;
+    const auto discard = [folder, name, others, trash = services_.trash] {
+      const InfoPlace place{folder, ProfileOf(folder, name, others)};
+      if (!HasInfo(place)) return Outcome::None;
       TrashInfo(place, trash);
-      return there() ? Outcome::Kept : Outcome::Trashed;
+      return HasInfo(place) ? Outcome::Kept : Outcome::Trashed;
     };
     const Outcome outcome = co_await services_.loop.Offload(EventLoop::Lane::Files, discard);
     if (outcome == Outcome::Trashed) Tell(tr("The Profile Of %1 Is In The Trash Of The Desktop").arg(name));

@@ -31,8 +31,9 @@ class ProfileKeeper : public QObject {
 
  private:
   void Follow(const ReferenceChanged& change);
-  [[nodiscard]] Job<> Rename(QString folder, QString before, QString name);
-  [[nodiscard]] Job<> Discard(QString folder, QString name);
+  // `others`: the names that the set has now; their profiles are not this one's.
+  [[nodiscard]] Job<> Rename(QString folder, QString before, QString name, QStringList others);
+  [[nodiscard]] Job<> Discard(QString folder, QString name, QStringList others);
   void Tell(const QString& words);
 
   Services services_;

@@ -179,7 +179,7 @@ TEST_F(ProfileTest, ARenameOntoANameThatStillHasATextKeepsBothAndSaysSo) {
 
 TEST_F(ProfileTest, AProfileOfADeletedNameGoesToTheTrashOrStaysAndTheOperatorIsTold) {
   AddArtist(u"Ann.txt"_s, "ann\r\n");
-  AddArtist(u"The Band.txt"_s, "band\r\n");
+  AddArtist(u"the band.txt"_s, "band\r\n");
   Open(u"Ann"_s);
   profile_->Page().SetText(u"typed"_s);
   catalogue_.RemoveReference(ReferenceSet::Artists, u"Ann"_s);
@@ -192,7 +192,7 @@ TEST_F(ProfileTest, AProfileOfADeletedNameGoesToTheTrashOrStaysAndTheOperatorIsT
   catalogue_.RemoveReference(ReferenceSet::Artists, u"The Band"_s);
   loop_.RunFor(1s);
   EXPECT_TRUE(LastTold().startsWith(u"The Profile Of The Band Is Kept In "_s));
-  EXPECT_EQ(Artist(u"The Band.txt"_s), "band\r\n");
+  EXPECT_EQ(Artist(u"the band.txt"_s), "band\r\n");
   const std::size_t told = prompter_.asked.size();
   catalogue_.RemoveReference(ReferenceSet::Genres, u"Rock"_s);
   loop_.RunFor(1s);
