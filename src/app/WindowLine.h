@@ -27,6 +27,9 @@ class BesideWindow : public ChildForm {
   /// It went off the screen.
   std::function<void()> OnLeft;
 
+  /// The operator wants the help of this window.
+  std::function<void()> OnHelp;
+
   /// Whether `window` is this one.
   [[nodiscard]] virtual bool Is(const QObject* window) const = 0;
   /// A locked window takes no hand.
@@ -47,7 +50,7 @@ struct WindowLine {
   QString words = {};                 ///< of the entry, with its mnemonic; empty: it has none
   QString key = {};                   ///< portable text ("Ctrl+I"); empty: none
   WindowGuard guard = {};
-  bool onTrack = false;       ///< it works on the track that the operator points at
+  bool onTrack = false;  ///< it works on the track that the operator points at
   /// A guard of its own: why it can't be opened now, in words for the operator; empty when it can.
   std::function<QString()> whyClosed = {};
   /// For a form of the console that puts another away: what is told of it then, by the fixed name of the other

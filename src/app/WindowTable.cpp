@@ -1,6 +1,7 @@
 #include "app/WindowTable.h"
 
 #include "console/DataManagerAccess.h"
+#include "console/desk/DeskMenu.h"
 
 #include <QPointer>
 #include <QStringList>
@@ -55,6 +56,7 @@ void WindowTable::OpenGuarded(std::size_t index, const QStringList& files) {
   std::unique_ptr<BesideWindow>& window = windows_[index];
   if (!window) {
     window = line.make();
+    window->OnHelp = [this, asked = line.id] { Open(WindowId::kHelp, {asked}); };
     window->OnLeft = [this, form = window.get()] { children_.Closed(*form); };
   }
   if (line.childForm) {

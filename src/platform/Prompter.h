@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace kelvo {
@@ -12,7 +13,7 @@ enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class PromptIcon { None, Information, Question, Exclamation, Critical };
 enum class Answer { Ok, Cancel, Yes, No, Stop };
 
-/// A box with help has a button for it, which shows these words below the text.
+/// A box with help has a button for it, which shows these words below the text, and the topic's page.
 struct PromptHelp {
   int topic = 0;  ///< its number in the program's help; 0: there is none
   QString words = {};
@@ -42,6 +43,9 @@ struct AnswerForFiles {
 class Prompter {
  public:
   virtual ~Prompter() = default;
+
+  /// Shows the page of a help topic, when a box's help is pressed. Whoever has the manual sets it.
+  std::function<void(int topic)> OnHelp = {};
 
   [[nodiscard]] virtual Job<Answer> Ask(Prompt prompt) = 0;
   /// A question about one file of many: the box can also answer for all that follow, and stop.

@@ -186,10 +186,6 @@ void Renumber(const QString& folder, const PlaylistEntry& entry, int number) {
 
 }  // namespace
 
-Trash DesktopTrash() {
-  return [](const QString& path) { return QFile::moveToTrash(path); };
-}
-
 void SavePlaylist(const PlaylistOrder& order, const Trash& trash, std::atomic<int>& done) {
   const fs::path folder = PathOf(order.folder);
   Mend(folder.parent_path());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "database/PlaylistEntry.h"
+#include "platform/Trash.h"
 
 #include <QString>
 
@@ -9,10 +10,6 @@
 #include <vector>
 
 namespace kelvo {
-
-/// Takes a file or folder into the desktop's trash; false where there is none.
-using Trash = std::function<bool(const QString& path)>;
-[[nodiscard]] Trash DesktopTrash();
 
 // The changes of playlists on disk. After a crash, a full disk or a kill at any instant a playlist is what it
 // was before or what it was to become, and no track of it is lost; a hidden folder may be left beside it,

@@ -45,6 +45,14 @@ QWidget* WindowAt(QObject* watched) {
   return nullptr;
 }
 
+/// Whether the window system keeps `window` in front of `box`, as it does with the help that was asked for
+/// there: it takes hands and keys of its own.
+bool IsInFrontOf(const QWidget& window, const QWidget& box) {
+  const QWindow* each = window.windowHandle();
+  while (each != nullptr && each != box.windowHandle()) each = each->transientParent();
+  return each != nullptr && &window != &box;
+}
+
 bool Answers(const QKeyEvent& key) {
   const bool answer =
       key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter || key.key() == Qt::Key_Escape;
@@ -134,8 +142,15 @@ Job<int> MessageBoxPrompter::Run(QDialog& box, bool onLockedScreen) {
   co_return result;
 }
 
+void MessageBoxPrompter::GiveHelp(PromptBox& box) {
+  connect(&box, &PromptBox::HelpWanted, this, [this](int topic) {
+    if (OnHelp) OnHelp(topic);
+  });
+}
+
 Job<Answer> MessageBoxPrompter::Ask(Prompt prompt) {
   PromptBox box(prompt, TitleOf(prompt));
+  GiveHelp(box);
   const int result = co_await Run(box, prompt.onLockedScreen);
   co_return static_cast<Answer>(result);
 }
@@ -212,6 +227,7 @@ void MessageBoxPrompter::Tell(Prompt prompt) {
   }
   prompt.buttons = Buttons::Ok;
   auto box = std::make_unique<PromptBox>(prompt, TitleOf(prompt));
+  GiveHelp(*box);
   box->setAttribute(Qt::WA_ShowWithoutActivating);
   connect(
       box.get(), &QDialog::finished, this, [this] { DropClosed(); }, Qt::QueuedConnection);
@@ -276,7 +292,8 @@ void MessageBoxPrompter::TellActive(QObject* window) {
   }
   // Not every window manager knows that a window behind a question takes no keys. A menu is no such window.
   QWidget* const question = QApplication::activeModalWidget();
-  if (question && question != window && !QApplication::activePopupWidget()) question->activateWindow();
+  if (!question || question == window || QApplication::activePopupWidget()) return;
+  if (!IsInFrontOf(*static_cast<QWidget*>(window), *question)) question->activateWindow();
 }
 
 bool MessageBoxPrompter::GiveToFront(const QWidget& window, QKeyEvent& key) {
@@ -285,7 +302,8 @@ bool MessageBoxPrompter::GiveToFront(const QWidget& window, QKeyEvent& key) {
   // An open menu or list of choices has the keys, and so has a dialog of another kind that holds its window.
   const bool ours = std::any_of(boxes_.begin(), boxes_.end(),
                                 [&window](const auto& each) { return each.data() == &window; });
-  const bool holds = QApplication::activePopupWidget() || (window.isModal() && !ours);
+  const bool holds = QApplication::activePopupWidget() || (window.isModal() && !ours) ||
+                     (front && !ours && IsInFrontOf(window, *front));
   if (!other || holds || !Answers(key)) return false;
   // Accepted, it comes as a key, and is no shortcut of the window behind.
   key.accept();

@@ -55,6 +55,8 @@ class MessageBoxPrompter : public QObject, public Prompter {
 
   [[nodiscard]] Job<int> Run(QDialog& box, bool onLockedScreen = false);
   [[nodiscard]] Job<QString> AskLine(Prompt words, QString initial, bool secret);
+  /// Its help button shows the page of its topic.
+  void GiveHelp(PromptBox& box);
   void Stand(QDialog& box);
   void Leave(QDialog& box);
   /// A question, and a message unless all are held back.

@@ -88,11 +88,12 @@ void PromptBox::AddHelp(const PromptHelp& help) {
   button->setObjectName(QStringLiteral("CmdHelp"));
   button->setIcon(QIcon());
   button->setToolTip(tr("Help %1").arg(help.topic));
-  connect(button, &QPushButton::clicked, this, [this, button, words = help.words] {
+  connect(button, &QPushButton::clicked, this, [this, button, help] {
     button->setEnabled(false);
-    text_.setPlainText(text_.toPlainText() + QStringLiteral("\n\n") + words);
+    text_.setPlainText(text_.toPlainText() + QStringLiteral("\n\n") + help.words);
     text_.setAccessibleName(text_.toPlainText());
     FitText();
+    Q_EMIT HelpWanted(help.topic);
   });
 }
 

@@ -37,6 +37,10 @@ class PromptBox : public QDialog {
 
   void reject() override;
 
+ Q_SIGNALS:
+  /// The help of this topic.
+  void HelpWanted(int topic);
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void changeEvent(QEvent* event) override;

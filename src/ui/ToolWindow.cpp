@@ -14,6 +14,8 @@ ToolWindow::ToolWindow(const Look& look) {
   resize(fontMetrics().averageCharWidth() * look.letters, fontMetrics().height() * look.lines);
   connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this, &QWidget::close);
   connect(new QShortcut(QKeySequence(Qt::Key_F5), this), &QShortcut::activated, this, [this] { Refresh(); });
+  connect(new QShortcut(QKeySequence(Qt::Key_F1), this), &QShortcut::activated, this,
+          &ToolWindow::HelpWanted);
 }
 
 ToolWindow::~ToolWindow() = default;

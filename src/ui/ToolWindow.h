@@ -12,8 +12,8 @@ namespace kelvo {
 
 /// A window beside the console. All of them obey the same keys: Enter works the control that has the focus
 /// (see ControlKeys), Escape closes the window (an open box, a menu or the edited cell takes it first), F5
-/// refreshes, Tab goes through it as it is read. It is kept when it closes. Owned by who opens it, beside the
-/// work that it shows: the window goes first. GUI thread.
+/// refreshes, F1 asks for its help, Tab goes through it as it is read. It is kept when it closes. Owned by
+/// who opens it, beside the work that it shows: the window goes first. GUI thread.
 class ToolWindow : public QWidget {
   Q_OBJECT
  public:
@@ -39,6 +39,8 @@ class ToolWindow : public QWidget {
  Q_SIGNALS:
   /// It went off the screen.
   void Left();
+  /// F1.
+  void HelpWanted();
 
  protected:
   /// F5.

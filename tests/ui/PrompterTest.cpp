@@ -14,6 +14,7 @@
 #include <QTest>
 #include <QTextEdit>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -121,6 +122,29 @@ TEST_F(PrompterTest, HelpIsShownBelowTheTextAndTheQuestionStays) {
   EXPECT_GT(OnlyBox()->height(), height);
   Press(*OnlyBox(), Qt::Key_Return);
   EXPECT_TRUE(OpenBoxes<PromptBox>().empty());
+}
+
+TEST_F(PrompterTest, TheHelpOfAQuestionIsInFrontOfItAndTakesKeysOfItsOwn) {
+  QWidget help;
+  QWidget other;
+  int topic = 0;
+  prompter_.OnHelp = [&](int wanted) {
+    topic = wanted;
+    help.winId();
+    help.windowHandle()->setTransientParent(OnlyBox()->windowHandle());
+    help.show();
+  };
+  Prompt question = Words(QStringLiteral("Larger ?"), Buttons::YesNo);
+  question.help = {7, QStringLiteral("It may clip.")};
+  job_ = Keep(question);
+  ASSERT_NE(OnlyBox(), nullptr);
+  Press(*OnlyBox(), Qt::Key_H, QStringLiteral("h"));
+  EXPECT_EQ(topic, 7);
+  Press(help, Qt::Key_Escape);
+  ASSERT_NE(OnlyBox(), nullptr) << "the key was for the help";
+  other.show();
+  Press(other, Qt::Key_Escape);
+  EXPECT_EQ(answer_, Answer::No);
 }
 
 TEST_F(PrompterTest, EnterGivesTheSafeAnswerWhereThereIsOne) {

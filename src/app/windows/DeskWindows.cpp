@@ -1,5 +1,6 @@
 #include "app/windows/DeskWindows.h"
 
+#include "app/windows/InfoLines.h"
 #include "app/windows/WindowLines.h"
 #include "console/Console.h"
 #include "console/windows/ConsoleWindow.h"
@@ -7,6 +8,8 @@
 
 #include <QAction>
 #include <QWidget>
+
+#include <array>
 
 namespace kelvo {
 
@@ -31,6 +34,7 @@ DeskWindows::DeskWindows(Console& console, ConsoleWindow& window, std::vector<Wi
   AddEntries();
   ShowGuards();
   JoinQueueEditor();
+  JoinInformation();
   connect(&window_, &ConsoleWindow::WindowWanted, this, [this](const QString& id) { table_.Open(id); });
   connect(&window_, &ConsoleWindow::TrackWindowWanted, this,
           [this](const QString& id, const QString& path) { table_.Open(id, {path}); });
@@ -48,6 +52,8 @@ DeskWindows::DeskWindows(Console& console, ConsoleWindow& window, std::vector<Wi
 DeskWindows::~DeskWindows() {
   window_.MayClose = nullptr;
   console_.Queue().OpenEditor = nullptr;
+  console_.Browser().OpenProfile = nullptr;
+  console_.GetServices().prompter.OnHelp = nullptr;
 }
 
 void DeskWindows::JoinQueueEditor() {
@@ -62,13 +68,22 @@ void DeskWindows::JoinQueueEditor() {
   Q_EMIT queue.FactsChanged();
 }
 
+void DeskWindows::JoinInformation() {
+  console_.Browser().OpenProfile = [this](Stage stage, const QString& name) {
+    constexpr std::array kSets{ReferenceSet::Genres, ReferenceSet::Artists, ReferenceSet::Albums};
+    table_.Open(ProfileWindowId(kSets[static_cast<std::size_t>(stage)]), {name});
+  };
+  console_.GetServices().prompter.OnHelp = [this](int topic) {
+    table_.Open(WindowId::kHelp, {QStringLiteral("topic:%1").arg(topic)});
+  };
+}
+
 void DeskWindows::Choose(const WindowLine& line) {
-  if (!line.onTrack) {
+  if (line.id == WindowId::kHelp) {
+    table_.Open(line.id, {QStringLiteral("Console")});
+  } else if (!line.onTrack) {
     table_.Open(line.id);
-    return;
-  }
-  const QString track = window_.PointedTrack();
-  if (track.isEmpty()) {
+  } else if (const QString track = window_.PointedTrack(); track.isEmpty()) {
     Prompt message;
     message.text = tr("Select A Track First !");
     message.icon = PromptIcon::Information;

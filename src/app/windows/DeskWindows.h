@@ -36,6 +36,8 @@ class DeskWindows : public QObject {
   void AddEntries();
   /// The entry of a line was chosen.
   void Choose(const WindowLine& line);
+  /// The library's buttons open what is written about a name, the help of a box its page.
+  void JoinInformation();
   /// The queue's own button edits how the selected track is played.
   void JoinQueueEditor();
   /// Which entries can be chosen; one that can't says why in its tooltip.

@@ -2,6 +2,7 @@
 
 #include "ui/Naming.h"
 
+#include <QApplication>
 #include <QWindow>
 
 namespace kelvo {
@@ -11,6 +12,9 @@ void HostedWindow::Take(ToolWindow& window, const WindowHost& host, const QStrin
   if (!place.isEmpty()) window.KeepPlace(host.settings, PlaceKeys::Of(host.title, host.section, place));
   connect(&window, &ToolWindow::Left, this, [this] {
     if (OnLeft) OnLeft();
+  });
+  connect(&window, &ToolWindow::HelpWanted, this, [this] {
+    if (OnHelp) OnHelp();
   });
 }
 
@@ -31,7 +35,9 @@ void HostedWindow::Show() {
                           Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
   }
   window.winId();
-  window.windowHandle()->setTransientParent(console_.windowHandle());
+  // A question takes the hands from all windows but those in front of it: its help is one of these.
+  QWidget* const question = QApplication::activeModalWidget();
+  window.windowHandle()->setTransientParent((question ? question : &console_)->windowHandle());
   window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
   window.show();
   window.raise();

@@ -2,6 +2,7 @@
 
 #include "app/windows/DeskOfManager.h"
 #include "app/windows/DiscLines.h"
+#include "app/windows/InfoLines.h"
 #include "console/Console.h"
 #include "database/KeptTracks.h"
 #include "datamanager/windows/DataManagerWindow.h"
@@ -149,10 +150,11 @@ std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                    .desk = std::make_shared<DeskOfManager>(desk),
                                    .openTransfer = [open] { open(WindowId::kTransfer); },
                                    .tools = {}};
-    services.tools = [&desk, open, door, selection](DataManager& manager) {
+    services.tools = [&desk, host, open, door, selection](DataManager& manager) {
       std::vector<ManagerTool> tools = ManagerTools(desk, manager, open);
       tools.push_back(PlaylistTool(open, selection));
       for (ManagerTool& tool : DiscTools(manager, door)) tools.push_back(std::move(tool));
+      tools.push_back(ProfileTool(host, manager));
       return tools;
     };
     return std::make_unique<Hosted<DataManagerWindow, DataManager>>(host, place, std::move(services));

@@ -5,7 +5,7 @@
 #include "app/windows/DiscLines.h"
 #include "app/windows/EncodingLines.h"
 #include "app/windows/HostedWindow.h"
-#include "app/windows/KeysWindow.h"
+#include "app/windows/InfoLines.h"
 #include "app/windows/ManagerLines.h"
 #include "app/windows/QueueOfPlaylists.h"
 #include "app/windows/QuizLines.h"
@@ -208,19 +208,6 @@ WindowLine ScopeLine(Console& desk, const WindowHost& host) {
   return line;
 }
 
-WindowLine KeysLine(const WindowHost& host) {
-  WindowLine line{.id = QStringLiteral("Keys"),
-                  .menu = DeskMenu::Help,
-                  .words = Text::tr("&Keys"),
-                  .key = QStringLiteral("F1"),
-                  .guard = {.catalogue = false},
-                  .place = QStringLiteral("Keys")};
-  line.make = [host, place = line.place] {
-    return std::make_unique<Hosted<KeysWindow, KeysOfDesk>>(host, place, KeysOfDesk::Services{host.console});
-  };
-  return line;
-}
-
 PlaylistServices ForPlaylists(Console& desk) {
   const Console::Services& have = desk.GetServices();
   PlaylistServices services{.loop = have.loop,
@@ -384,8 +371,7 @@ std::vector<WindowLine> OtherLines(Console& desk, ConsoleWindow& console, const 
       RecorderLine(desk, host),
       GroupEditLine(desk, host),
       RenderLine(desk, host),
-      ScopeLine(desk, host),
-      KeysLine(host)};
+      ScopeLine(desk, host)};
 }
 
 }  // namespace
@@ -410,6 +396,7 @@ std::vector<WindowLine> WindowLines(Console& desk, ConsoleWindow& console, const
     Q_EMIT console.TrackWindowWanted(id, file);
   }));
   add(QuizLines(desk, host, open));
+  add(InfoLines(desk, host, open));
   return lines;
 }
 

@@ -323,4 +323,8 @@ void LibraryBrowser::ChooseGenreOfInfo(int row) {
   }
 }
 
+void LibraryBrowser::ShowProfile(Stage stage) {
+  if (OpenProfile && !Chosen(stage).isEmpty()) OpenProfile(stage, Chosen(stage));
+}
+
 }  // namespace kelvo

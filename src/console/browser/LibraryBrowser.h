@@ -106,6 +106,11 @@ class LibraryBrowser : public QObject {
   /// Why it takes none now, in words for the operator; empty when it does.
   [[nodiscard]] QString WhyNoAdd() const { return queue_.WhyNoAdd(); }
 
+  /// Opens what is written about a name; set by whoever makes the windows.
+  std::function<void(Stage stage, const QString& name)> OpenProfile;
+  /// Shows what is written about the name that is chosen in this list; nothing where none is.
+  void ShowProfile(Stage stage);
+
   // The panel of a track's details.
   void OpenInfo(Mref track);
   void CloseInfo();

@@ -22,6 +22,7 @@ inline const QString kGeneratePlaylist = QStringLiteral("GeneratePlaylist");
 inline const QString kSession = QStringLiteral("Session");
 inline const QString kUnifyVolume = QStringLiteral("UnifyVolume");
 inline const QString kCountBeats = QStringLiteral("CountBeats");
+inline const QString kHelp = QStringLiteral("Help");
 inline const QString kPlaylistSave = QStringLiteral("PlaylistSave");
 }  // namespace WindowId
 

@@ -60,7 +60,7 @@ class ConsoleWindow : public QMainWindow {
   void Closed();
   /// A button of the console wants the window of this id (WindowId).
   void WindowWanted(const QString& id);
-  /// The same, for this file.
+  /// The same, for this file, or for what else the window works on.
   void TrackWindowWanted(const QString& id, const QString& path);
   /// Files and folders of another program were dropped here.
   void FilesDropped(const QStringList& places);

@@ -1,5 +1,6 @@
 #include "console/windows/NameColumn.h"
 
+#include "ui/Command.h"
 #include "ui/ElidedLabel.h"
 #include "ui/LetterBox.h"
 #include "ui/ListTable.h"
@@ -33,6 +34,10 @@ struct StageWords {
   QString head;
   QString accessible;
   QString empty;
+  QString profile;
+  QString fixedProfile;
+  QString profileTip;
+  QString noProfile;
 };
 
 StageWords WordsOf(Stage stage) {
@@ -45,7 +50,11 @@ StageWords WordsOf(Stage stage) {
               .letters = QStringLiteral("CboGenreLetter"),
               .head = QStringLiteral("GENRE"),
               .accessible = NameColumn::tr("Genres"),
-              .empty = NameColumn::tr("No genres yet")};
+              .empty = NameColumn::tr("No genres yet"),
+              .profile = QStringLiteral("CmdGenreProfile"),
+              .fixedProfile = QStringLiteral("Image2"),
+              .profileTip = NameColumn::tr("What is written about the chosen genre"),
+              .noProfile = NameColumn::tr("No genre is chosen")};
     case Stage::Artist:
       return {.list = QStringLiteral("ArtistList"),
               .fixedList = QStringLiteral("Lstartname"),
@@ -54,7 +63,11 @@ StageWords WordsOf(Stage stage) {
               .letters = QStringLiteral("CboArtistLetter"),
               .head = QStringLiteral("ARTISTS"),
               .accessible = NameColumn::tr("Artists"),
-              .empty = NameColumn::tr("Choose a genre")};
+              .empty = NameColumn::tr("Choose a genre"),
+              .profile = QStringLiteral("CmdArtistProfile"),
+              .fixedProfile = QStringLiteral("Image3"),
+              .profileTip = NameColumn::tr("What is written about the chosen artist"),
+              .noProfile = NameColumn::tr("No artist is chosen")};
     case Stage::Album:
       return {.list = QStringLiteral("AlbumList"),
               .fixedList = QStringLiteral("Lstalbname"),
@@ -63,7 +76,11 @@ StageWords WordsOf(Stage stage) {
               .letters = QStringLiteral("CboAlbumLetter"),
               .head = QStringLiteral("ALBUMS"),
               .accessible = NameColumn::tr("Albums"),
-              .empty = NameColumn::tr("Choose an artist")};
+              .empty = NameColumn::tr("Choose an artist"),
+              .profile = QStringLiteral("CmdAlbumProfile"),
+              .fixedProfile = QStringLiteral("Image4"),
+              .profileTip = NameColumn::tr("What is written about the chosen album"),
+              .noProfile = NameColumn::tr("No album is chosen")};
   }
   return {};
 }
@@ -186,6 +203,16 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
   SetNames(*chosen_, words.chosen, words.fixedChosen);
   chosen_->setFont(Theme::Font(0.9, QFont::DemiBold));
 
+  profile_ = AddCommand(*this, {.name = words.profile,
+                                .fixedName = words.fixedProfile,
+                                .tooltip = words.profileTip,
+                                .icon = Icon::Information,
+                                .run = [this] { browser_.ShowProfile(stage_); }});
+  profile_->setAccessibleName(words.profileTip);
+  const int side = fontMetrics().height() + 4;
+  profile_->setFixedSize(side + 4, side);
+  profile_->setIconSize({side * 2 / 3, side * 2 / 3});
+
   auto* head = new QHBoxLayout;
   head->setSpacing(4);
   head->addWidget(words_, 1);
@@ -195,7 +222,11 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
   layout->setSpacing(3);
   layout->addLayout(head);
   layout->addWidget(list_, 1);
-  layout->addWidget(chosen_);
+  auto* foot = new QHBoxLayout;
+  foot->setSpacing(4);
+  foot->addWidget(chosen_, 1);
+  foot->addWidget(profile_);
+  layout->addLayout(foot);
 
   connect(letters_, &LetterBox::Chosen, this, &NameColumn::Jump);
   connect(&browser, &LibraryBrowser::ChoiceChanged, this, [this] { ShowChoice(); });
@@ -224,6 +255,7 @@ void NameColumn::ShowChoice() {
   SetSpokenText(*chosen_, what.arg(WordsOf(stage_).accessible), browser_.Chosen(stage_));
   chosen_->setToolTip(browser_.Chosen(stage_));
   words_->setVisible(browser_.FilterWordsShown(stage_));
+  Offer(*profile_, browser_.Chosen(stage_).isEmpty() ? WordsOf(stage_).noProfile : QString());
 }
 
 void NameColumn::Centre() {

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class QLabel;
+class QPushButton;
 
 namespace kelvo {
 
@@ -12,7 +13,8 @@ class LetterBox;
 class ListTable;
 
 /// One of the browser's lists of names, with the letters to jump to, the words that blink over a filtered
-/// list, and the name chosen. A press or Return chooses and releases; arrows and letters only move the
+/// list, the name chosen and the way to what is
+/// written about it. A press or Return chooses and releases; arrows and letters only move the
 /// cursor. Owned by the library's panel; GUI thread.
 class NameColumn : public QWidget {
   Q_OBJECT
@@ -35,6 +37,7 @@ class NameColumn : public QWidget {
   QLabel* words_;
   LetterBox* letters_;
   QLabel* chosen_;
+  QPushButton* profile_;
 };
 
 }  // namespace kelvo
