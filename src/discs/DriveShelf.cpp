@@ -37,7 +37,8 @@ QString DiscWords(DiscState state) {
 }
 
 QString DriveShelf::Place::Words() const {
-  return image ? tr("%1 (Image)").arg(BaseName(QFileInfo(path).fileName())) : path;
+  const QString name = image ? tr("%1 (Image)").arg(BaseName(QFileInfo(path).fileName())) : path;
+  return disc.isEmpty() ? name : name + QStringLiteral(": ") + disc;
 }
 
 DriveShelf::DriveShelf(Services services) : services_(std::move(services)), calls_(services_.loop) {}
@@ -57,6 +58,7 @@ Job<> DriveShelf::RunRefresh() {
     const QString all = QStringLiteral("/dev");
     const QStringList devices = co_await calls_.Do(all, list);
     SetDevices(devices);
+    for (const Place& place : places_) checking_.Add(Check(place.path));
   } catch (const Failure& failure) {
     NoteInLog(tr("The disc drives cannot be listed: ") + QString::fromUtf8(failure.what()));
   }
@@ -64,11 +66,26 @@ Job<> DriveShelf::RunRefresh() {
 
 void DriveShelf::SetDevices(const QStringList& devices) {
   std::vector<Place> places;
-  for (const QString& device : devices) places.push_back({device});
+  for (const QString& device : devices) {
+    const auto known = std::find_if(places_.begin(), places_.end(),
+                                    [&device](const Place& each) { return each.path == device; });
+    places.push_back(known == places_.end() ? Place{device} : *known);
+  }
   std::copy_if(places_.begin(), places_.end(), std::back_inserter(places), std::mem_fn(&Place::image));
   if (places == places_) return;
   places_ = std::move(places);
   Q_EMIT Changed();
+}
+
+Job<> DriveShelf::Check(QString path) {
+  if (looking_.contains(path)) co_return;
+  const DiscState state = co_await Look(path);
+  for (Place& each : places_) {
+    if (each.path != path || each.disc == DiscWords(state)) continue;
+    each.disc = DiscWords(state);
+    Q_EMIT Changed();
+    co_return;
+  }
 }
 
 bool DriveShelf::AddImage(const QString& path) {
@@ -78,6 +95,7 @@ bool DriveShelf::AddImage(const QString& path) {
   if (!Holds(sheet)) {
     places_.push_back({sheet, true});
     Q_EMIT Changed();
+    checking_.Add(Check(sheet));
   }
   return true;
 }
@@ -105,12 +123,14 @@ Job<> DriveShelf::Eject(QString path) {
   }
   const auto eject = [drives = services_.drives, path] { drives->Eject(path); };
   co_await calls_.Do(path, eject);
+  checking_.Add(Check(path));
 }
 
 Job<> DriveShelf::CloseTray(QString path) {
   if (IsDiscImage(path)) co_return;
   const auto close = [drives = services_.drives, path] { drives->CloseTray(path); };
   co_await calls_.Do(path, close);
+  checking_.Add(Check(path));
 }
 
 Job<DiscState> DriveShelf::Look(QString path) {

@@ -30,7 +30,8 @@ class DriveShelf : public QObject {
   struct Place {
     QString path;
     bool image = false;
-    /// "/dev/sr0" of a drive, "Disc (Image)" of an image.
+    QString disc = {};  ///< what the check found in it (DiscWords); empty: not looked at yet
+    /// "/dev/sr0: CDA" of a drive, "Disc (Image): CDA" of an image.
     [[nodiscard]] QString Words() const;
     bool operator==(const Place&) const = default;
   };
@@ -40,7 +41,7 @@ class DriveShelf : public QObject {
   [[nodiscard]] DriveCalls& Calls() { return calls_; }
   [[nodiscard]] const std::shared_ptr<DiscDrives>& Drives() const { return services_.drives; }
 
-  /// Asks the system again; images stay.
+  /// Asks the system again, and looks what is in each drive; images stay.
   void Refresh();
   /// Puts an image on the shelf: its sheet, or the file of its data. False when it is none.
   bool AddImage(const QString& path);
@@ -72,6 +73,8 @@ class DriveShelf : public QObject {
   [[nodiscard]] Job<> RunRefresh();
   [[nodiscard]] Job<> RunBrowse(std::function<void(const QString& place)> chosen);
   void SetDevices(const QStringList& devices);
+  /// Looks what is in the drive, for its words.
+  [[nodiscard]] Job<> Check(QString path);
 
   Services services_;
   DriveCalls calls_;
@@ -81,6 +84,7 @@ class DriveShelf : public QObject {
   QSet<QString> playing_;
   QSet<QString> looking_;
   Job<> refreshing_;
+  JobList checking_;
   Job<> browsing_;
 };
 

@@ -15,6 +15,7 @@ Ripper::Ripper(Services services)
       run_({services_.loop, services_.prompter, services_.catalogue, services_.shelf}) {
   ini_.writer = WriterName::kMp3;
   LoadWriter();
+  services_.settings.Listen(setting::Presets, this, [this](const auto&) { Q_EMIT Changed(); });
   connect(services_.shelf.get(), &DriveShelf::Changed, this, &Ripper::FollowShelf);
   connect(services_.shelf.get(), &DriveShelf::UseChanged, this, &Ripper::Changed);
   connect(&rows_, &RipRows::TicksChanged, this, &Ripper::Changed);

@@ -57,6 +57,7 @@ class RowModelBase : public QAbstractTableModel {
   [[nodiscard]] virtual QString EditText(int row, int column) const = 0;
   [[nodiscard]] virtual bool Editable(int column) const = 0;
   virtual bool SetText(int row, int column, const QString& text) = 0;
+  /// Whether the cells of the column have a box to tick.
   [[nodiscard]] virtual bool HasTick(int /*column*/) const { return false; }
   [[nodiscard]] virtual bool Ticked(int /*row*/, int /*column*/) const { return false; }
   virtual void Tick(int /*row*/, int /*column*/, bool /*on*/) {}

@@ -81,7 +81,7 @@ TEST_F(DiscWindows, ADroppedImageIsNamedTickedRippedAndWaits) {
   Drop(ripper);
   auto& grid = The<ListTable>(ripper, u"grdTracks"_s);
   ASSERT_EQ(grid.model()->rowCount(), 6);
-  EXPECT_EQ(The<QComboBox>(ripper, u"CboDrive"_s).currentText(), u"disc (Image)"_s);
+  EXPECT_EQ(The<QComboBox>(ripper, u"CboDrive"_s).currentText(), u"disc (Image): CDA"_s);
   EXPECT_EQ(The<QComboBox>(ripper, u"CboAlbum"_s).currentText(), u"The Album"_s);
   ExpectWellLaidOut(ripper);
 
