@@ -123,7 +123,7 @@ void EncoderWindow::BuildCommands() {
 }
 
 void EncoderWindow::BuildLayout() {
-  auto* lists = new QSplitter(Qt::Horizontal, this);
+  auto* lists = new QSplitter(Qt::Vertical, this);
   lists->setChildrenCollapsible(false);
   lists->addWidget(&files_);
   lists->addWidget(&log_);
