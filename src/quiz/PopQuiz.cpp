@@ -21,7 +21,17 @@ PopQuiz::PopQuiz(Services services)
       keeper_(services_.loop, QuizKeeper::PathIn(store_.Folder())) {
   connect(&plan_, &QuizPlan::Changed, this, &PopQuiz::Changed);
   connect(&plan_, &QuizPlan::ElementsChanged, this, [this] { canStart_ = false; });
-  connect(&sounds_, &QuizSounds::Listed, this, &PopQuiz::Changed);
+  connect(&sounds_, &QuizSounds::Listed, this, [this] {
+    for (const QuizSound sound : {QuizSound::Mixer, QuizSound::Intro}) {
+      const QuizSetup& setup = plan_.Setup();
+      const QStringList& names = sounds_.Names(sound);
+      // One that was chosen and is there no more leaves none chosen.
+      if (!names.contains(sound == QuizSound::Mixer ? setup.mixer : setup.intro)) {
+        ChooseSound(sound, names.first());
+      }
+    }
+    Q_EMIT Changed();
+  });
   connect(&players_, &QuizPlayers::BarChanged, this, &PopQuiz::AudienceChanged);
   connect(&store_, &QuizStore::Changed, this, &PopQuiz::Changed);
   connect(&scores_, &QuizScores::Changed, this, [this] {

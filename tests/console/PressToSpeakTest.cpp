@@ -67,6 +67,36 @@ TEST_F(PressToSpeakTest, LetGoDuringTheDipTheDecksComeBackFromWhereTheyAre) {
   EXPECT_FALSE(Speak().AfadeDown());
 }
 
+TEST_F(PressToSpeakTest, WhatElseIsHeardHoldsTheDecksDownWhateverTheVoiceAndTheFadesDo) {
+  OpenDesk();
+  Speak().SetHeld(true);
+  loop_.RunFor(1s);
+  EXPECT_EQ(Loss(Deck::One), 1000);
+  Speak().Press();
+  Speak().Release();
+  loop_.RunFor(1s);
+  EXPECT_EQ(Loss(Deck::One), 1000);
+  // It ends while the operator talks: the decks wait for that.
+  Speak().Press();
+  Speak().SetHeld(false);
+  loop_.RunFor(1s);
+  EXPECT_EQ(Loss(Deck::One), 1000);
+  Speak().Release();
+  loop_.RunFor(1s);
+  EXPECT_EQ(Loss(Deck::One), 0);
+  // A transition is waited for.
+  desk_->State().TransitionActive = true;
+  Speak().SetHeld(true);
+  loop_.RunFor(1s);
+  EXPECT_EQ(Loss(Deck::One), 0);
+  desk_->State().TransitionActive = false;
+  loop_.RunFor(1s);
+  EXPECT_EQ(Loss(Deck::One), 1000);
+  Speak().SetHeld(false);
+  loop_.RunFor(1s);
+  EXPECT_EQ(Loss(Deck::One), 0);
+}
+
 TEST_F(PressToSpeakTest, WithBothDecksBelowTheDepthNothingMoves) {
   OpenDesk();
   Speak().SetLevel(Deck::One, 1200);

@@ -1,5 +1,6 @@
 #include "demo_library/Composer.h"
 #include "demo_library/Library.h"
+#include "demo_library/QuizSounds.h"
 #include "demo_library/Renderer.h"
 #include "platform/ErrorLog.h"
 #include "platform/ShellLink.h"
@@ -188,6 +189,21 @@ TEST(DemoMusic, StartsAndEndsAsItsTrackInfoSays) {
       EXPECT_GT(powerFrom(first), -36.0);
     }
   }
+}
+
+TEST_F(DemoLibrary, PutsTheSoundsOfTheQuizWhereThereAreNone) {
+  tree_.Write(QStringLiteral("program/Quiz Intros/Mine.mp3"), "mine");
+  EXPECT_TRUE(MakeQuizSounds(tree_.Path(QStringLiteral("program")), 1));
+  EXPECT_EQ(NamesIn(QStringLiteral("program/Quiz Intros")), QStringList{QStringLiteral("Mine.mp3")});
+  const QStringList mixers = NamesIn(QStringLiteral("program/Quiz Mixers"));
+  EXPECT_EQ(mixers, (QStringList{QStringLiteral("QzCymbol.wav"), QStringLiteral("QzDrum.wav"),
+                                 QStringLiteral("QzOink.WAV")}));
+  for (const QString& name : mixers) {
+    const QByteArray bytes = tree_.Read(QStringLiteral("program/Quiz Mixers/") + name);
+    const double seconds = static_cast<double>(bytes.size() - 44) / 4.0 / 44100.0;
+    EXPECT_TRUE(bytes.startsWith("RIFF") && seconds > 0.5 && seconds < 5.0) << name.toStdString();
+  }
+  EXPECT_FALSE(MakeQuizSounds(tree_.Path(QStringLiteral("program")), 1));
 }
 
 }  // namespace
