@@ -178,16 +178,17 @@ Job<> VolumeUnify::RunTarget(int whole, int tenths, std::vector<int> picked) {
   const bool louder = whole > static_cast<int>(kUnityVolume) && whole != targetInt_;
   if (louder) {
     Prompt question;
-    question.text =
-        QStringLiteral("The Recommended Maximum Db Setting is: 89\r\nLarger Settings May Introduce Clipping Of "
-                       "Audio ( An Unpleasant  Scratchy Noise )\r\nContinue With Change ?");
+    question.text = QStringLiteral(
+        "The Recommended Maximum Db Setting is: 89\r\nLarger Settings May Introduce Clipping Of "
+        "Audio ( An Unpleasant  Scratchy Noise )\r\nContinue With Change ?");
     question.buttons = Buttons::YesNo;
     question.icon = PromptIcon::Question;
     question.safe = Answer::No;
-    question.help = {kTargetHelp,
-                     tr("The target is the loudness that all files are brought to. Most music reaches 89 dB with "
-                        "its peaks whole. Above that the peaks of many files are higher than the file can hold, "
-                        "and are cut when it is played.")};
+    question.help = {
+        kTargetHelp,
+        tr("The target is the loudness that all files are brought to. Most music reaches 89 dB with "
+           "its peaks whole. Above that the peaks of many files are higher than the file can hold, "
+           "and are cut when it is played.")};
     const Answer answer = co_await services_.prompter.Ask(std::move(question));
     if (answer != Answer::Yes) {
       targetInt_ = services_.settings.Get(setting::GainInt);
