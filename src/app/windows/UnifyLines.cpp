@@ -47,7 +47,7 @@ TapDevice DeviceForTaps(Console& desk) {
 
 WindowLine UnifyLine(Console& desk, const WindowHost& host) {
   WindowLine line{.id = WindowId::kUnifyVolume,
-                  .words = Text::tr("&Unify Volume..."),
+                  .words = Text::tr("Unif&y Volume..."),
                   .guard = {.password = true},
                   .busyQuestion = Text::tr("Volumes Are Still Being Unified !\r\nStop That And Quit ?"),
                   .place = QStringLiteral("Unify")};
