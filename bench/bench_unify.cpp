@@ -3,6 +3,7 @@
 // was held up, and how often the sound ran dry.
 
 #include "audio/AudioEngine.h"
+#include "database/TrackInfo.h"
 #include "datamanager/VolumeUnify.h"
 #include "demo_library/Library.h"
 #include "platform/QtEventLoop.h"
