@@ -101,7 +101,7 @@ std::vector<ManagerTool> ManagerTools(Console& desk, DataManager& manager, const
 
 std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                      const std::function<PlaylistServices()>& forPlaylists,
-                                     const OpenWindow& open) {
+                                     const UnifyPartsPtr& unify, const OpenWindow& open) {
   const auto selection = std::make_shared<SavedSelection>(desk.Tracks());
   WindowLine line{.id = QStringLiteral("DataManager"),
                   .startsGroup = true,
@@ -110,7 +110,7 @@ std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                   .guard = {.password = true},
                   .busyQuestion = Text::tr("The Data Manager Is Still At Work !\r\nStop That And Quit ?"),
                   .place = QStringLiteral("Dman")};
-  line.make = [&desk, host, open, selection, place = line.place] {
+  line.make = [&desk, host, open, selection, unify, place = line.place] {
     const Console::Services& have = desk.GetServices();
     DataManager::Services services{.loop = have.loop,
                                    .disks = desk.SlowDisks(),
@@ -123,8 +123,9 @@ std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                    .desk = std::make_shared<DeskOfManager>(desk),
                                    .openTransfer = [open] { open(WindowId::kTransfer); },
                                    .tools = {}};
-    services.tools = [&desk, open, selection](DataManager& manager) {
+    services.tools = [&desk, open, selection, unify](DataManager& manager) {
       std::vector<ManagerTool> tools = ManagerTools(desk, manager, open);
+      for (ManagerTool& tool : UnifyTools(manager, unify, open)) tools.push_back(std::move(tool));
       tools.push_back(PlaylistTool(open, selection));
       return tools;
     };

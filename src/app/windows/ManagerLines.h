@@ -2,6 +2,7 @@
 
 #include "app/WindowLine.h"
 #include "app/windows/HostedWindow.h"
+#include "app/windows/UnifyLines.h"
 #include "datamanager/DataManager.h"
 #include "playlists/PlaylistServices.h"
 
@@ -20,6 +21,7 @@ class Console;
 /// The Data Manager, and the two forms of Playlist Manager that it opens.
 [[nodiscard]] std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                                    const std::function<PlaylistServices()>& forPlaylists,
+                                                   const UnifyPartsPtr& unify,
                                                    const std::function<void(const QString& id)>& open);
 
 }  // namespace kelvo

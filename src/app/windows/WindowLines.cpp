@@ -382,9 +382,10 @@ std::vector<WindowLine> WindowLines(Console& desk, QWidget& console, const OpenW
       .console = console, .loop = have.loop, .settings = have.settings, .title = have.title};
   std::vector<WindowLine> lines = OtherLines(desk, host, open);
   const auto forPlaylists = [&desk] { return ForPlaylists(desk); };
+  const auto unify = std::make_shared<UnifyParts>();
   for (WindowLine& line : SessionLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
-  for (WindowLine& line : ManagerLines(desk, host, forPlaylists, open)) lines.push_back(std::move(line));
-  for (WindowLine& line : UnifyLines(desk, host)) lines.push_back(std::move(line));
+  for (WindowLine& line : ManagerLines(desk, host, forPlaylists, unify, open)) lines.push_back(std::move(line));
+  for (WindowLine& line : UnifyLines(desk, host, unify)) lines.push_back(std::move(line));
   return lines;
 }
 

@@ -144,6 +144,12 @@ void UnifyWindow::Refresh() {
   if (!unify_.Running()) unify_.List();
 }
 
+void UnifyWindow::Leave() {
+  unify_.KeepTarget();
+  // The next time it is for the whole library, unless it is asked for some files.
+  unify_.ListOnly({});
+}
+
 bool UnifyWindow::eventFilter(QObject* watched, QEvent* event) {
   if (watched != whole_ || event->type() != QEvent::KeyPress) return ToolWindow::eventFilter(watched, event);
   const QString typed = static_cast<QKeyEvent*>(event)->text();
