@@ -2,6 +2,7 @@
 
 #include "app/BesideTheDesk.h"
 #include "datamanager/FakeGainTool.h"
+#include "datamanager/windows/DataManagerWindow.h"
 #include "datamanager/windows/TapWindow.h"
 #include "datamanager/windows/UnifyWindow.h"
 #include "support/Lookup.h"
@@ -173,6 +174,54 @@ TEST_F(UnifyOfDesk, TheSpaceBarTapsWhileItCountsAndSpeaksOtherwise) {
   loop_.RunFor(100ms);
   EXPECT_TRUE(desk_->Speak().SectionDisabled() || desk_->Speak().AfadeDown());
   QTest::keyRelease(&count, Qt::Key_Space);
+}
+
+TEST_F(UnifyOfDesk, TheDataManagerLeadsToBothAndAsksAtItsEnd) {
+  Set(u"PFLDeviceName"_s, u"Headphones"_s);
+  OpenDesk();
+  auto& manager = Open<DataManagerWindow>(u"DataManager"_s);
+  loop_.RunFor(1s);
+  auto& table = *FindNamed<QTableView>(manager, u"ListView1"_s);
+  EXPECT_FALSE(FindNamed<QPushButton>(manager, u"Command26"_s)->isEnabled()) << "nothing was counted";
+  table.selectRow(1);
+  loop_.RunFor(100ms);
+  Click(manager, u"Command25"_s);
+  loop_.RunFor(100ms);
+  auto& taps = *Opened<TapWindow>();
+  EXPECT_EQ(FindNamed<QLabel>(taps, u"LblTrack"_s)->text(), u"beta.mp3"_s);
+  auto& box = *FindNamed<QLineEdit>(taps, u"Text1"_s);
+  box.selectAll();
+  QTest::keyClicks(&box, u"99"_s);
+  table.selectRow(2);
+  loop_.RunFor(2s);
+  prompter_.answers = {Answer::Ok};
+  Click(manager, u"Command26"_s);
+  loop_.RunFor(100ms);
+  EXPECT_EQ(prompter_.Told().last(), u"Save Bpm Value 99 To Track gamma ?"_s);
+  EXPECT_EQ(catalogue_.TrackBpm[ToMref(3)], u"99"_s);
+  taps.close();
+
+  Click(manager, u"Command8"_s);
+  loop_.RunFor(100ms);
+  auto& unify = *Opened<UnifyWindow>();
+  auto& list = *FindNamed<ListTable>(unify, u"LstUnify"_s);
+  ASSERT_EQ(list.model()->rowCount(), 1);
+  Click(unify, u"Command8"_s);
+  ASSERT_TRUE(loop_.RunUntil([this] { return catalogue_.TrackGain[ToMref(3)] == u"89.0,0.0"_s; }));
+  EXPECT_EQ(table.model()->index(2, 2).data().toString(), u"89.0"_s);
+  loop_.RunFor(1s);
+  Click(unify, u"CmdShowAll"_s);
+  loop_.RunFor(100ms);
+  EXPECT_EQ(list.model()->rowCount(), 3);
+  unify.close();
+
+  prompter_.answers = {Answer::Yes};
+  Click(manager, u"Command6"_s);
+  loop_.RunFor(100ms);
+  EXPECT_EQ(prompter_.Told().last(), u"2 Track/s have not had Volume Unified\r\nUnify Now?"_s);
+  EXPECT_TRUE(manager.isVisible());
+  EXPECT_TRUE(unify.isVisible());
+  EXPECT_EQ(list.model()->rowCount(), 2);
 }
 
 }  // namespace

@@ -60,7 +60,7 @@ WindowLine UnifyLine(Console& desk, const WindowHost& host, const UnifyPartsPtr&
     services.inUse = [&desk](const QString& path) { return InUse(desk, path); };
     auto made = std::make_unique<Hosted<UnifyWindow, VolumeUnify>>(host, place, std::move(services));
     parts->unify = &made->work;
-    if (!parts->files.isEmpty()) made->work.ListOnly(parts->files);
+    made->work.ListOnly(std::exchange(parts->files, {}));
     return made;
   };
   return line;
@@ -83,7 +83,7 @@ WindowLine TapLine(Console& desk, const WindowHost& host, const UnifyPartsPtr& p
                                                                              .paths = have.paths,
                                                                              .device = DeviceForTaps(desk)});
     parts->taps = &made->work;
-    if (!parts->track.isEmpty()) made->work.Take(parts->track);
+    made->work.Take(std::exchange(parts->track, {}));
     return made;
   };
   return line;
@@ -124,8 +124,8 @@ std::vector<ManagerTool> UnifyTools(DataManager& manager, const UnifyPartsPtr& p
            .tooltip = Text::tr("Brings the selected tracks, or all that are listed, to one loudness"),
            .run =
                [&manager, parts, open](const Picked& picked) {
-                 parts->files = FilesFor(manager, picked);
-                 if (parts->unify) parts->unify->ListOnly(parts->files);
+                 const QStringList files = FilesFor(manager, picked);
+                 parts->unify ? parts->unify->ListOnly(files) : void(parts->files = files);
                  open(WindowId::kUnifyVolume);
                }},
           {.id = QStringLiteral("Command25"),
@@ -133,8 +133,8 @@ std::vector<ManagerTool> UnifyTools(DataManager& manager, const UnifyPartsPtr& p
            .tooltip = Text::tr("Counts the beats of the selected track by your taps"),
            .run =
                [&manager, parts, open](const Picked& picked) {
-                 parts->track = FirstPicked(manager, picked);
-                 if (parts->taps) parts->taps->Take(parts->track);
+                 const QString track = FirstPicked(manager, picked);
+                 parts->taps ? parts->taps->Take(track) : void(parts->track = track);
                  open(WindowId::kCountBeats);
                },
            .whyOff =
