@@ -264,7 +264,7 @@ void VolumeUnify::Say(const QString& words) {
 void VolumeUnify::SayPercent(const QString& words) {
   const double percent =
       queue_.empty() ? 0 : 100.0 * static_cast<double>(finished_) / static_cast<double>(queue_.size());
-  Say(QLatin1Char('(') + words + Format0(percent) + QStringLiteral("%)"));
+  Say(words + QLatin1Char('(') + Format0(percent) + QStringLiteral("%)"));
 }
 
 void VolumeUnify::Unify() {

@@ -223,6 +223,7 @@ TEST_F(UnifyTest, AToolThatFailsSpoilsNoFile) {
   const auto expectWhole = [this](const QString& base, const QByteArray& mode) {
     EXPECT_EQ(Music(base), FakeGainTool::Music(mode, 3.0)) << mode.toStdString();
   };
+  QStringList words;
   // One bad file, and a good one behind it that is done all the same.
   for (const QByteArray mode : {"garbage", "named", "absurd", "die", "cantopen"}) {
     catalogue.Replace(CatalogueTables(database.paths(Paths::Music)));
@@ -231,7 +232,7 @@ TEST_F(UnifyTest, AToolThatFailsSpoilsNoFile) {
     AddTrack(bad, mode, 3.0);
     AddTrack(good, "ok", 3.0);
     Make(loop, 1);
-    QStringList words;
+    words.clear();
     QObject::connect(unify.get(), &VolumeUnify::Changed, [&] { words.append(unify->Words()); });
     Unify();
     expectWhole(bad, mode);

@@ -193,7 +193,7 @@ void UnifyWindow::ShowOffers() {
   const OffReason busy{running, tr("The volume is being unified")};
   const OffReason listing{unify_.Listing(), tr("The files are being listed")};
   const OffReason none{empty, tr("There is no file here")};
-  selectAll_->setText(files_.AllPicked() ? QStringLiteral("Clear All") : QStringLiteral("Select All"));
+  selectAll_->setText(running || files_.AllPicked() ? QStringLiteral("Clear All") : QStringLiteral("Select All"));
   Offer(*run_, running ? QString() : WhyOff({listing, none}));
   Offer(*measure_, WhyOff({busy, listing, {!files_.AnyPicked(), tr("No file is selected")}}));
   Offer(*selectAll_, WhyOff({busy, none}));
