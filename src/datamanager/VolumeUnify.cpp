@@ -252,7 +252,7 @@ QString VolumeUnify::Caption() const {
 
 double VolumeUnify::Share() const {
   double done = doneWeight_;
-  for (const ItemPtr& item : queue_) done += item->Weight() * item->percent / 100;
+  for (const ItemPtr& item : active_) done += item->Weight() * item->percent / 100;
   return allWeight_ > 0 ? std::min(done / allWeight_, 1.0) : 0;
 }
 
@@ -342,6 +342,7 @@ Job<> VolumeUnify::RunStep(std::vector<ItemPtr> items, ItemStep step, QString wo
   if (items.empty()) co_return;
   queue_ = std::move(items);
   stepWords_ = words;
+  active_.clear();
   next_ = finished_ = 0;
   doneWeight_ = allWeight_ = 0;
   for (const ItemPtr& item : queue_) {
@@ -362,6 +363,7 @@ Job<> VolumeUnify::Work(ItemStep step) {
     const ItemPtr item = queue_[next_++];
     // Known before its weight is: what it counts for must not change on its way.
     const double weight = item->Weight();
+    active_.push_back(item);
     if (!item->gone) {
       if (const int row = RowOf(item->path); row >= 0) Q_EMIT RowBegan(row);
       try {
@@ -372,6 +374,7 @@ Job<> VolumeUnify::Work(ItemStep step) {
       }
     }
     item->percent = 0;
+    std::erase(active_, item);
     doneWeight_ += weight;
     ++finished_;
     if (!cancel_) SayPercent(stepWords_);

@@ -18,14 +18,17 @@ struct Text {
   Q_DECLARE_TR_FUNCTIONS(WindowLines)
 };
 
-/// A deck, the jingles or the monitor have the file. A deck that is being loaded may have any.
-bool InUse(Console& desk, const QString& path) {
+/// A deck, the jingles or a player beside the programme have the file. A deck that is being loaded may have
+/// any.
+bool InUse(Console& desk, const UnifyParts& parts, const QString& path) {
   const std::array decks{Deck::One, Deck::Two};
   const bool inDeck = std::any_of(decks.begin(), decks.end(), [&](Deck deck) {
     const DeckRecord& record = desk.Decks().Record(deck);
     return record.Loading || record.FilePath == path;
   });
-  return inDeck || desk.Bites().FilePath() == path || desk.Pfl().FilePath() == path;
+  if (inDeck || desk.Bites().FilePath() == path || desk.Pfl().FilePath() == path) return true;
+  const bool tapped = parts.taps && parts.taps->Playing() && parts.taps->Path() == path;
+  return tapped || (parts.preview && parts.preview->Playing() && parts.preview->File() == path);
 }
 
 TapDevice DeviceForTaps(Console& desk) {
@@ -57,7 +60,7 @@ WindowLine UnifyLine(Console& desk, const WindowHost& host, const UnifyPartsPtr&
         .files = std::make_shared<CatalogueGainFiles>(have.loop, have.catalogue, have.paths),
         .tool = GainTool(have.loop, GainTool::Find(have.programFolder)),
         .measuredFile = CacheFolder() + QStringLiteral("/gains.txt")};
-    services.inUse = [&desk](const QString& path) { return InUse(desk, path); };
+    services.inUse = [&desk, parts](const QString& path) { return InUse(desk, *parts, path); };
     auto made = std::make_unique<Hosted<UnifyWindow, VolumeUnify>>(host, place, std::move(services));
     parts->unify = &made->work;
     made->work.ListOnly(std::exchange(parts->files, {}));
@@ -119,6 +122,7 @@ std::vector<WindowLine> UnifyLines(Console& desk, const WindowHost& host, const 
 std::vector<ManagerTool> UnifyTools(DataManager& manager, const UnifyPartsPtr& parts,
                                     const std::function<void(const QString& id)>& open) {
   using Picked = std::vector<Mref>;
+  parts->preview = &manager.Preview();
   return {{.id = QStringLiteral("Command8"),
            .words = QStringLiteral("UNIFY VOLUME"),
            .tooltip = Text::tr("Brings the selected tracks, or all that are listed, to one loudness"),

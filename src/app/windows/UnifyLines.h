@@ -14,6 +14,7 @@ namespace kelvo {
 
 class Console;
 class DataManager;
+class PreviewPlayer;
 class TapCounter;
 class VolumeUnify;
 
@@ -21,8 +22,9 @@ class VolumeUnify;
 struct UnifyParts {
   QPointer<VolumeUnify> unify;  ///< once its window was made
   QPointer<TapCounter> taps;
-  QStringList files;  ///< to be listed when it is made
-  QString track;      ///< to be counted when it is made
+  QPointer<PreviewPlayer> preview;  ///< of the Data Manager
+  QStringList files;                ///< to be listed when it is made
+  QString track;                    ///< to be counted when it is made
 };
 using UnifyPartsPtr = std::shared_ptr<UnifyParts>;
 
