@@ -36,6 +36,7 @@ CatalogueGainFiles::CatalogueGainFiles(EventLoop& loop, Catalogue& catalogue, Pa
 }
 
 void CatalogueGainFiles::ListOnly(const QStringList& paths) {
+  if (paths == only_) return;
   only_ = paths;
   Q_EMIT Replaced();
 }

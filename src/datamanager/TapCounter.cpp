@@ -194,8 +194,8 @@ void TapCounter::Use(double bpm) {
 
 // Saving.
 
-bool TapCounter::IsSoundBite() const {
-  return path_.startsWith(services_.paths(Paths::Jingles) + QLatin1Char('/'));
+bool TapCounter::IsSoundBite(const QString& path) const {
+  return path.startsWith(services_.paths(Paths::Jingles) + QLatin1Char('/'));
 }
 
 void TapCounter::Tell(const QString& text) {
@@ -205,20 +205,23 @@ void TapCounter::Tell(const QString& text) {
   services_.prompter.Tell(message);
 }
 
-void TapCounter::Save() {
+QString TapCounter::WhyNoSave() const {
   const std::string typed = text_.trimmed().toStdString();
-  const std::optional<double> bpm = NumberIn(typed);
-  if (save_.Running() || !bpm || typed == "0") return;
-  if (IsSoundBite()) return Tell(QStringLiteral("Cant Apply A Bpm Value To A Sound Bite !"));
-  if (path_.isEmpty()) return Tell(QStringLiteral("Please Select A Track To Save to !"));
-  save_ = RunSave(*bpm);
+  return NumberIn(typed) && typed != "0" ? QString() : tr("There is no number in the box");
 }
 
-Job<> TapCounter::RunSave(double bpm) {
+void TapCounter::SaveTo(const QString& path) {
+  if (save_.Running() || !WhyNoSave().isEmpty()) return;
+  if (IsSoundBite(path)) return Tell(QStringLiteral("Cant Apply A Bpm Value To A Sound Bite !"));
+  if (path.isEmpty()) return Tell(QStringLiteral("Please Select A Track To Save to !"));
+  save_ = RunSave(path, *NumberIn(text_.trimmed().toStdString()));
+}
+
+Job<> TapCounter::RunSave(QString path, double bpm) {
   const QString number = NumberText(bpm);
-  const KeptTracks kept(services_.catalogue, {services_.catalogue.Find(path_)});
+  const KeptTracks kept(services_.catalogue, {services_.catalogue.Find(path)});
   Prompt question;
-  question.text = QStringLiteral("Save Bpm Value ") + number + QStringLiteral(" To Track ") + NameOf(path_) +
+  question.text = QStringLiteral("Save Bpm Value ") + number + QStringLiteral(" To Track ") + NameOf(path) +
                   QStringLiteral(" ?");
   question.buttons = Buttons::OkCancel;
   question.icon = PromptIcon::Question;

@@ -76,8 +76,11 @@ class TapCounter : public QObject {
   /// Half or twice the number in the box.
   void Scale(double factor);
   [[nodiscard]] QString WhyNoScale() const;
-  /// Stores the number in the box with the track.
-  void Save();
+  /// Stores the number in the box with the track, after a question.
+  void Save() { SaveTo(path_); }
+  /// The same with another track; empty: none is selected.
+  void SaveTo(const QString& path);
+  [[nodiscard]] QString WhyNoSave() const;
 
   // To compare with.
   [[nodiscard]] std::optional<double> Median() const { return beats_.Median(); }
@@ -99,9 +102,9 @@ class TapCounter : public QObject {
   void EndCount();
   void ShowText(const QString& text);
   void Tell(const QString& text);
-  [[nodiscard]] bool IsSoundBite() const;
+  [[nodiscard]] bool IsSoundBite(const QString& path) const;
   [[nodiscard]] Job<> RunPlay();
-  [[nodiscard]] Job<> RunSave(double bpm);
+  [[nodiscard]] Job<> RunSave(QString path, double bpm);
   void Listen();
   void EndListening();
 

@@ -2,6 +2,7 @@
 #include "datamanager/UnifyItem.h"
 #include "datamanager/VolumeUnify.h"
 #include "platform/ErrorLog.h"
+#include "platform/Words.h"
 
 #include <QScopeGuard>
 
@@ -124,7 +125,9 @@ Job<> VolumeUnify::SaveItem(ItemPtr item) {
   if (!item->mp3 || measureOnly_ || steps == 0 || cancel_) {
     co_await KeepShown(item);
     SetState(*item, item->mp3 ? UnifyState::Measured : UnifyState::CantChange,
-             item->mp3 ? tr("Measured") : tr("Measured; can't be changed"));
+             !item->mp3   ? tr("Measured; can't be changed")
+             : steps == 0 ? tr("Right already")
+                          : tr("Measured"));
     co_return;
   }
   co_await ApplyTo(item, steps);
@@ -259,7 +262,8 @@ Job<> VolumeUnify::ApplyTo(ItemPtr item, int steps) {
   ShowRecord(item->path);
   Remember(*item);
   co_await KeepShown(item);
-  SetState(*item, UnifyState::Saved, tr("Done"));
+  const QString change = Format0Point0(steps * Mp3Info::kShownStep);
+  SetState(*item, UnifyState::Saved, tr("Changed by %1 dB").arg(change));
 }
 
 Job<QString> VolumeUnify::MakeCopy(ItemPtr item) {

@@ -178,16 +178,17 @@ Job<> VolumeUnify::RunTarget(int whole, int tenths, std::vector<int> picked) {
   const bool louder = whole > static_cast<int>(kUnityVolume) && whole != targetInt_;
   if (louder) {
     Prompt question;
-    question.text =
-        QStringLiteral("The Recommended Maximum Db Setting is: 89\r\nLarger Settings May Introduce Clipping Of "
-                       "Audio ( An Unpleasant  Scratchy Noise )\r\nContinue With Change ?");
+    question.text = QStringLiteral(
+        "The Recommended Maximum Db Setting is: 89\r\nLarger Settings May Introduce Clipping Of "
+        "Audio ( An Unpleasant  Scratchy Noise )\r\nContinue With Change ?");
     question.buttons = Buttons::YesNo;
     question.icon = PromptIcon::Question;
     question.safe = Answer::No;
-    question.help = {kTargetHelp,
-                     tr("The target is the loudness that all files are brought to. Most music reaches 89 dB with "
-                        "its peaks whole. Above that the peaks of many files are higher than the file can hold, "
-                        "and are cut when it is played.")};
+    question.help = {
+        kTargetHelp,
+        tr("The target is the loudness that all files are brought to. Most music reaches 89 dB with "
+           "its peaks whole. Above that the peaks of many files are higher than the file can hold, "
+           "and are cut when it is played.")};
     const Answer answer = co_await services_.prompter.Ask(std::move(question));
     if (answer != Answer::Yes) {
       targetInt_ = services_.settings.Get(setting::GainInt);
@@ -251,7 +252,7 @@ QString VolumeUnify::Caption() const {
 
 double VolumeUnify::Share() const {
   double done = doneWeight_;
-  for (const ItemPtr& item : queue_) done += item->Weight() * item->percent / 100;
+  for (const ItemPtr& item : active_) done += item->Weight() * item->percent / 100;
   return allWeight_ > 0 ? std::min(done / allWeight_, 1.0) : 0;
 }
 
@@ -263,7 +264,7 @@ void VolumeUnify::Say(const QString& words) {
 void VolumeUnify::SayPercent(const QString& words) {
   const double percent =
       queue_.empty() ? 0 : 100.0 * static_cast<double>(finished_) / static_cast<double>(queue_.size());
-  Say(QLatin1Char('(') + words + Format0(percent) + QStringLiteral("%)"));
+  Say(words + QLatin1Char('(') + Format0(percent) + QStringLiteral("%)"));
 }
 
 void VolumeUnify::Unify() {
@@ -341,6 +342,7 @@ Job<> VolumeUnify::RunStep(std::vector<ItemPtr> items, ItemStep step, QString wo
   if (items.empty()) co_return;
   queue_ = std::move(items);
   stepWords_ = words;
+  active_.clear();
   next_ = finished_ = 0;
   doneWeight_ = allWeight_ = 0;
   for (const ItemPtr& item : queue_) {
@@ -361,6 +363,7 @@ Job<> VolumeUnify::Work(ItemStep step) {
     const ItemPtr item = queue_[next_++];
     // Known before its weight is: what it counts for must not change on its way.
     const double weight = item->Weight();
+    active_.push_back(item);
     if (!item->gone) {
       if (const int row = RowOf(item->path); row >= 0) Q_EMIT RowBegan(row);
       try {
@@ -371,6 +374,7 @@ Job<> VolumeUnify::Work(ItemStep step) {
       }
     }
     item->percent = 0;
+    std::erase(active_, item);
     doneWeight_ += weight;
     ++finished_;
     if (!cancel_) SayPercent(stepWords_);

@@ -187,6 +187,7 @@ class VolumeUnify : public QObject {
   // Of the present step.
   QString stepWords_;
   std::vector<ItemPtr> queue_;
+  std::vector<ItemPtr> active_;  ///< that are worked on now
   std::size_t next_ = 0;
   std::size_t finished_ = 0;
   double allWeight_ = 0;

@@ -22,7 +22,6 @@ using namespace kelvo;
 using namespace kelvo::testing;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using ::testing::Contains;
 using ::testing::HasSubstr;
 
 namespace {
@@ -127,7 +126,10 @@ TEST_F(UnifyTest, EveryFileGetsToTheTargetTheSameWithAnyNumberOfProcesses) {
     EXPECT_EQ(unify->Words(), QString());
     EXPECT_EQ(unify->Chosen(), (std::vector<int>{0, 1, 2, 4}));
     EXPECT_EQ(QFile::exists(temporary), true);
-    EXPECT_EQ(QDir(database.paths(Paths::Music)).entryList(QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot).size(), 6);
+    EXPECT_EQ(QDir(database.paths(Paths::Music))
+                  .entryList(QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot)
+                  .size(),
+              6);
     QByteArray all;
     for (const char16_t* base : {u"A - Loud", u"B - Quiet", u"C - Right", u"D - Known", u"E - Cut"})
       all += Music(QString::fromUtf16(base)) + database.Info(QString::fromUtf16(base));
@@ -158,7 +160,8 @@ TEST_F(UnifyTest, AFileInUseWaitsAndIsDoneWhenItIsFreeWhateverItsNameIsByThen) {
   ASSERT_TRUE(loop.RunUntil([&asked] { return asked >= 2; }));
   EXPECT_EQ(Music(u"A - Held"_s), FakeGainTool::Music("ok", 3.0));
   QFile::rename(held, database.paths(Paths::Music) + u"/A - New.mp3"_s);
-  QFile::rename(database.paths(Paths::Info) + u"/A - Held.kif"_s, database.paths(Paths::Info) + u"/A - New.kif"_s);
+  QFile::rename(database.paths(Paths::Info) + u"/A - Held.kif"_s,
+                database.paths(Paths::Info) + u"/A - New.kif"_s);
   catalogue.Rename(ToMref(1), u"A - New.mp3"_s);
   ASSERT_TRUE(loop.RunUntil([this] { return !unify->Running(); }));
   EXPECT_EQ(FakeGainTool::Steps(Music(u"A - New"_s)), 2);
@@ -196,7 +199,7 @@ TEST_F(UnifyTest, WhatWasMeasuredIsKeptByACancelAndByARestart) {
   Make(loop, 2);
   Unify();
   EXPECT_EQ(tool.Calls(u"/o /s s"_s).size(), 6) << "no file is measured twice";
-  EXPECT_EQ(tool.Calls(u"/g"_s).size(), 3 + 4);
+  EXPECT_EQ(tool.Calls(u"/g"_s).size(), 2 + 4);
   // For another target too; and the files that were changed are known as they are now.
   Make(loop, 2);
   List();
@@ -206,20 +209,21 @@ TEST_F(UnifyTest, WhatWasMeasuredIsKeptByACancelAndByARestart) {
   Unify();
   EXPECT_EQ(tool.Calls(u"/o /s s"_s).size(), 6);
   EXPECT_EQ(tool.Calls(u"/g -2"_s).size(), 6);
-  EXPECT_EQ(database.Info(u"T5 - Song"_s), InfoWith("86.0,0.0").replace("86.0,0.0", "86.0,0.0"));
+  EXPECT_EQ(database.Info(u"T5 - Song"_s), InfoWith("83.0,0.0")) << "the volume counts the target twice";
   // One that changed behind our back is measured anew.
   database.Add(Paths::Music, u"T5 - Song.mp3"_s, FakeGainTool::Music("ok", -3.0) + "more");
   unify->Measure({5});
   ASSERT_TRUE(loop.RunUntil([this] { return !unify->Running(); }));
   EXPECT_EQ(tool.Calls(u"/o /s s"_s).size(), 7);
   EXPECT_EQ(Row(u"T5 - Song"_s).change, u"-6.0"_s);
-  EXPECT_EQ(tool.Calls(u"/g"_s).size(), 13) << "measuring changes nothing";
+  EXPECT_EQ(tool.Calls(u"/g"_s).size(), 12) << "measuring changes nothing";
 }
 
 TEST_F(UnifyTest, AToolThatFailsSpoilsNoFile) {
   const auto expectWhole = [this](const QString& base, const QByteArray& mode) {
     EXPECT_EQ(Music(base), FakeGainTool::Music(mode, 3.0)) << mode.toStdString();
   };
+  QStringList words;
   // One bad file, and a good one behind it that is done all the same.
   for (const QByteArray mode : {"garbage", "named", "absurd", "die", "cantopen"}) {
     catalogue.Replace(CatalogueTables(database.paths(Paths::Music)));
@@ -228,7 +232,7 @@ TEST_F(UnifyTest, AToolThatFailsSpoilsNoFile) {
     AddTrack(bad, mode, 3.0);
     AddTrack(good, "ok", 3.0);
     Make(loop, 1);
-    QStringList words;
+    words.clear();
     QObject::connect(unify.get(), &VolumeUnify::Changed, [&] { words.append(unify->Words()); });
     Unify();
     expectWhole(bad, mode);
@@ -236,10 +240,11 @@ TEST_F(UnifyTest, AToolThatFailsSpoilsNoFile) {
     EXPECT_EQ(Row(bad).state, UnifyState::Failed);
     EXPECT_EQ(unify->SumWords(), u"1 changed, 1 failed."_s);
     const QString path = database.paths(Paths::Music) + u'/' + bad + u".mp3"_s;
-    const QString told = mode == "cantopen" ? u"Cannot Open File "_s + path
-                         : mode == "named"  ? u"Error While Analyzing: Not enough samples in %1 to do analysis"_s.arg(path)
-                                            : u"Error While Analyzing: "_s + bad + u".mp3"_s;
-    EXPECT_THAT(words, Contains(told)) << mode.toStdString();
+    QString told = u"Error While Analyzing: "_s + bad + u".mp3"_s;
+    if (mode == "cantopen") told = u"Cannot Open File "_s + path;
+    if (mode == "named") told = u"Error While Analyzing: Not enough samples in %1 to do analysis"_s.arg(path);
+    if (mode == "absurd") told = u"Error While Analyzing: "_s + path;
+    EXPECT_TRUE(words.contains(told)) << mode.toStdString() << words.join(u'\n').toStdString();
     if (mode != "cantopen") {
       EXPECT_EQ(Row(bad).volume, u"?"_s);
     }
@@ -255,8 +260,9 @@ TEST_F(UnifyTest, AToolThatFailsSpoilsNoFile) {
     Unify();
     expectWhole(bad, mode);
     EXPECT_EQ(FakeGainTool::Steps(Music(u"B "_s + QString::fromUtf8(mode))), 0);
-    EXPECT_TRUE(prompter.Told().last().startsWith(mode == "full" ? u"Cannot Continue..No Disc Space Left"_s
-                                                                 : u"Cannot Continue..The Volume Tool Failed"_s))
+    EXPECT_TRUE(prompter.Told().last().startsWith(mode == "full"
+                                                      ? u"Cannot Continue..No Disc Space Left"_s
+                                                      : u"Cannot Continue..The Volume Tool Failed"_s))
         << mode.toStdString();
   }
   toolPath = u"/nowhere/mp3gain"_s;
@@ -271,22 +277,23 @@ TEST_F(UnifyTest, AToolThatHangsOrFloodsIsEnded) {
   AddTrack(u"B - Floods"_s, "flood", 3.0);
   AddTrack(u"C - Good"_s, "ok", 3.0);
   QtEventLoop real;
-  Make(real, 3, {.silence = 2s, .bytes = 100'000});
-  ASSERT_TRUE(TurnUntil([this] { return !unify->Listing(); }));
+  Make(real, 3, {.silence = 1s, .bytes = 100'000});
+  // The looks at disks are those of the simulated loop.
+  const auto until = [this](const std::function<bool()>& holds) {
+    return TurnUntil([&] {
+      loop.RunFor(1ms);
+      return holds();
+    });
+  };
+  ASSERT_TRUE(until([this] { return !unify->Listing(); }));
   unify->Unify();
-  ASSERT_TRUE(TurnUntil([this] {
-    loop.RunFor(1ms);
-    return !unify->Running();
-  }));
+  ASSERT_TRUE(until([this] { return !unify->Running(); }));
   EXPECT_EQ(unify->SumWords(), u"1 changed, 2 failed."_s);
   // And by the operator.
   unify->Unify();
-  ASSERT_TRUE(TurnUntil([this] {
-    loop.RunFor(1ms);
-    return Row(u"A - Hangs"_s).state == UnifyState::Analysing;
-  }));
+  ASSERT_TRUE(until([this] { return Row(u"A - Hangs"_s).state == UnifyState::Analysing; }));
   unify->Cancel();
-  ASSERT_TRUE(TurnUntil([this] { return !unify->Running(); }));
+  ASSERT_TRUE(until([this] { return !unify->Running(); }));
   EXPECT_EQ(unify->Words(), u"Operation Cancelled ! "_s);
   unify.reset();
 }

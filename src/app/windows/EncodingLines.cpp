@@ -4,6 +4,7 @@
 #include "console/Console.h"
 #include "database/LinkResolver.h"
 #include "database/PlaylistEntry.h"
+#include "datamanager/DataManager.h"
 #include "encoding/RetargetLinks.h"
 #include "encoding/windows/EncoderWindow.h"
 #include "platform/SystemFacts.h"
@@ -132,6 +133,21 @@ std::vector<WindowLine> EncodingDoor::Lines(Console& desk, const WindowHost& hos
     return made;
   };
   return {std::move(encoder), std::move(burner)};
+}
+
+std::vector<ManagerTool> EncodingDoor::Tools(DataManager& manager) const {
+  const auto whyOff = [&manager](const std::vector<Mref>&) {
+    return manager.PickedFiles().isEmpty() ? Text::tr("No file is selected") : QString();
+  };
+  return {{.id = QStringLiteral("Command11"),
+           .words = QStringLiteral("BURN CD"),
+           .tooltip = Text::tr("Puts the selected files on the list of the burner"),
+           .run = [&manager, door = *this](const std::vector<Mref>&) { door.Burn(manager.PickedFiles()); }},
+          {.id = QStringLiteral("Mp3"),
+           .words = QStringLiteral("ENCODE TO MP3"),
+           .tooltip = Text::tr("Encodes the selected wave files"),
+           .run = [&manager, door = *this](const std::vector<Mref>&) { door.Encode(manager.PickedFiles()); },
+           .whyOff = whyOff}};
 }
 
 }  // namespace kelvo

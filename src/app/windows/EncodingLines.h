@@ -2,6 +2,7 @@
 
 #include "app/WindowLine.h"
 #include "app/windows/HostedWindow.h"
+#include "datamanager/ManagerTool.h"
 
 #include <QStringList>
 
@@ -12,6 +13,7 @@
 namespace kelvo {
 
 class Console;
+class DataManager;
 
 /// Opens the windows of encoder and burner with files of other windows. A value: all copies are one.
 class EncodingDoor {
@@ -26,6 +28,8 @@ class EncodingDoor {
 
   /// The lines of both windows.
   [[nodiscard]] std::vector<WindowLine> Lines(Console& desk, const WindowHost& host) const;
+  /// The commands of the Data Manager that send the selected files, tracks or jingles, there.
+  [[nodiscard]] std::vector<ManagerTool> Tools(DataManager& manager) const;
 
  private:
   struct Rooms;

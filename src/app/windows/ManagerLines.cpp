@@ -2,7 +2,6 @@
 
 #include "app/windows/DeskOfManager.h"
 #include "app/windows/DiscLines.h"
-#include "app/windows/InfoLines.h"
 #include "console/Console.h"
 #include "database/KeptTracks.h"
 #include "datamanager/windows/DataManagerWindow.h"
@@ -53,8 +52,7 @@ WindowLine PlaylistLine(const WindowHost& host, PlaylistMode mode,
                         const std::shared_ptr<SavedSelection>& selection) {
   WindowLine line{.id = mode == PlaylistMode::Browse ? kBrowseId : kSaveId,
                   .childForm = true,
-                  .busyQuestion =
-                      Text::tr("Playlists Are Still Being Worked On !\r\nStop That And Quit ?"),
+                  .busyQuestion = Text::tr("Playlists Are Still Being Worked On !\r\nStop That And Quit ?"),
                   .place = QStringLiteral("DPlaySave")};
   line.make = [host, mode, forPlaylists, selection, place = line.place] {
     return std::make_unique<Hosted<PlaylistWindow, PlaylistManager>>(
@@ -71,31 +69,15 @@ WindowLine PlaylistLine(const WindowHost& host, PlaylistMode mode,
 ManagerTool PlaylistTool(const OpenWindow& open, const std::shared_ptr<SavedSelection>& selection) {
   return {.id = QStringLiteral("Command30"),
           .words = QStringLiteral("Start Playlist Manager"),
-          .tooltip = Text::tr("Saves the selected tracks as a playlist; without a selection, shows all playlists"),
+          .tooltip =
+              Text::tr("Saves the selected tracks as a playlist; without a selection, shows all playlists"),
           .run = [open, selection](const Picked& picked) {
             selection->Take(picked);
             open(picked.empty() ? kBrowseId : kSaveId);
           }};
 }
 
-/// What sends the selected files, tracks or jingles, to the encoder and to the burner.
-std::vector<ManagerTool> DiscTools(DataManager& manager, const EncodingDoor& door) {
-  const auto whyOff = [&manager](const Picked&) {
-    return manager.PickedFiles().isEmpty() ? Text::tr("No file is selected") : QString();
-  };
-  return {{.id = QStringLiteral("Command11"),
-           .words = QStringLiteral("BURN CD"),
-           .tooltip = Text::tr("Puts the selected files on the list of the burner"),
-           .run = [&manager, door](const Picked&) { door.Burn(manager.PickedFiles()); }},
-          {.id = QStringLiteral("Mp3"),
-           .words = QStringLiteral("ENCODE TO MP3"),
-           .tooltip = Text::tr("Encodes the selected wave files"),
-           .run = [&manager, door](const Picked&) { door.Encode(manager.PickedFiles()); },
-           .whyOff = whyOff}};
-}
-
-}  // namespace
-
+/// The commands whose work is done in windows of their own.
 std::vector<ManagerTool> ManagerTools(Console& desk, DataManager& manager, const OpenWindow& open) {
   return {
       {.id = QStringLiteral("Command13"),
@@ -120,15 +102,17 @@ std::vector<ManagerTool> ManagerTools(Console& desk, DataManager& manager, const
        .run = [open](const Picked&) { open(WindowId::kCdRipper); }},
       {.id = QStringLiteral("Command20"),
        .words = QStringLiteral("REPORTS"),
-       .tooltip = Text::tr("Lists the database and what went on air, as text, for spreadsheets and for print"),
+       .tooltip =
+           Text::tr("Lists the database and what went on air, as text, for spreadsheets and for print"),
        .run = [open](const Picked&) { open(WindowId::kReports); }},
   };
 }
 
+}  // namespace
+
 std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                      const std::function<PlaylistServices()>& forPlaylists,
-                                     const OpenWindow& open,
-                                     const EncodingDoor& door) {
+                                     const OpenWindow& open, const std::vector<MoreManagerTools>& more) {
   const auto selection = std::make_shared<SavedSelection>(desk.Tracks());
   WindowLine line{.id = QStringLiteral("DataManager"),
                   .startsGroup = true,
@@ -137,7 +121,7 @@ std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                   .guard = {.password = true},
                   .busyQuestion = Text::tr("The Data Manager Is Still At Work !\r\nStop That And Quit ?"),
                   .place = QStringLiteral("Dman")};
-  line.make = [&desk, host, open, door, selection, place = line.place] {
+  line.make = [&desk, host, open, more, selection, place = line.place] {
     const Console::Services& have = desk.GetServices();
     DataManager::Services services{.loop = have.loop,
                                    .disks = desk.SlowDisks(),
@@ -150,11 +134,12 @@ std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                    .desk = std::make_shared<DeskOfManager>(desk),
                                    .openTransfer = [open] { open(WindowId::kTransfer); },
                                    .tools = {}};
-    services.tools = [&desk, host, open, door, selection](DataManager& manager) {
+    services.tools = [&desk, open, more, selection](DataManager& manager) {
       std::vector<ManagerTool> tools = ManagerTools(desk, manager, open);
       tools.push_back(PlaylistTool(open, selection));
-      for (ManagerTool& tool : DiscTools(manager, door)) tools.push_back(std::move(tool));
-      tools.push_back(ProfileTool(host, manager));
+      for (const MoreManagerTools& each : more) {
+        for (ManagerTool& tool : each(manager)) tools.push_back(std::move(tool));
+      }
       return tools;
     };
     return std::make_unique<Hosted<DataManagerWindow, DataManager>>(host, place, std::move(services));

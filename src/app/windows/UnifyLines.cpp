@@ -1,6 +1,7 @@
 #include "app/windows/UnifyLines.h"
 
 #include "console/Console.h"
+#include "datamanager/DataManager.h"
 #include "datamanager/windows/TapWindow.h"
 #include "datamanager/windows/UnifyWindow.h"
 #include "platform/SystemFacts.h"
@@ -17,20 +18,17 @@ struct Text {
   Q_DECLARE_TR_FUNCTIONS(WindowLines)
 };
 
-/// A deck, the jingles or the monitor have the file. A deck that is being loaded may have any.
-bool InUse(Console& desk, const QString& path) {
+/// A deck, the jingles or a player beside the programme have the file. A deck that is being loaded may have
+/// any.
+bool InUse(Console& desk, const UnifyParts& parts, const QString& path) {
   const std::array decks{Deck::One, Deck::Two};
   const bool inDeck = std::any_of(decks.begin(), decks.end(), [&](Deck deck) {
     const DeckRecord& record = desk.Decks().Record(deck);
     return record.Loading || record.FilePath == path;
   });
-  return inDeck || desk.Bites().FilePath() == path || desk.Pfl().FilePath() == path;
-}
-
-/// The monitor has a device for itself, apart from that of the programme.
-bool HasMonitor(const Console& desk, const Monitor& monitor) {
-  return monitor.Enabled() && !monitor.HeldBack() &&
-         !desk.GetServices().audio.OutputNamed(monitor.Output()).isEmpty();
+  if (inDeck || desk.Bites().FilePath() == path || desk.Pfl().FilePath() == path) return true;
+  const bool tapped = parts.taps && parts.taps->Playing() && parts.taps->Path() == path;
+  return tapped || (parts.preview && parts.preview->Playing() && parts.preview->File() == path);
 }
 
 TapDevice DeviceForTaps(Console& desk) {
@@ -38,20 +36,21 @@ TapDevice DeviceForTaps(Console& desk) {
   TapDevice device;
   device.whyNot = [&desk, &monitor] {
     if (monitor.Shown()) return Text::tr("The monitor is open");
-    if (HasMonitor(desk, monitor) || !desk.Plays()) return QString();
+    if (monitor.WhyNotApart().isEmpty() || !desk.Plays()) return QString();
     return Text::tr("The desk is on air, and there is no second sound device for the track");
   };
-  device.output = [&desk, &monitor] { return HasMonitor(desk, monitor) ? monitor.Output() : QString(); };
+  // Without a device of its own it takes the programme's, while nobody else does.
+  device.output = [&monitor] { return monitor.WhyNotApart().isEmpty() ? monitor.Output() : QString(); };
   return device;
 }
 
-WindowLine UnifyLine(Console& desk, const WindowHost& host) {
+WindowLine UnifyLine(Console& desk, const WindowHost& host, const UnifyPartsPtr& parts) {
   WindowLine line{.id = WindowId::kUnifyVolume,
-                  .words = Text::tr("&Unify Volume..."),
+                  .words = Text::tr("Unif&y Volume..."),
                   .guard = {.password = true},
                   .busyQuestion = Text::tr("Volumes Are Still Being Unified !\r\nStop That And Quit ?"),
                   .place = QStringLiteral("Unify")};
-  line.make = [&desk, host, place = line.place] {
+  line.make = [&desk, host, parts, place = line.place] {
     const Console::Services& have = desk.GetServices();
     VolumeUnify::Services services{
         .loop = have.loop,
@@ -61,39 +60,102 @@ WindowLine UnifyLine(Console& desk, const WindowHost& host) {
         .files = std::make_shared<CatalogueGainFiles>(have.loop, have.catalogue, have.paths),
         .tool = GainTool(have.loop, GainTool::Find(have.programFolder)),
         .measuredFile = CacheFolder() + QStringLiteral("/gains.txt")};
-    services.inUse = [&desk](const QString& path) { return InUse(desk, path); };
-    return std::make_unique<Hosted<UnifyWindow, VolumeUnify>>(host, place, std::move(services));
+    services.inUse = [&desk, parts](const QString& path) { return InUse(desk, *parts, path); };
+    auto made = std::make_unique<Hosted<UnifyWindow, VolumeUnify>>(host, place, std::move(services));
+    parts->unify = &made->work;
+    made->work.ListOnly(std::exchange(parts->files, {}));
+    return made;
   };
   return line;
 }
 
-WindowLine TapLine(Console& desk, const WindowHost& host) {
+WindowLine TapLine(Console& desk, const WindowHost& host, const UnifyPartsPtr& parts) {
   WindowLine line{.id = WindowId::kCountBeats,
                   .words = Text::tr("Count &Beats..."),
                   .guard = {.password = true},
                   .onTrack = true,
                   .place = QStringLiteral("Taps")};
-  line.make = [&desk, host, place = line.place] {
+  line.make = [&desk, host, parts, place = line.place] {
     const Console::Services& have = desk.GetServices();
-    return std::make_unique<Hosted<TapWindow, TapCounter>>(
-        host, place,
-        TapCounter::Services{.loop = have.loop,
-                             .prompter = have.prompter,
-                             .audio = have.audio,
-                             .catalogue = have.catalogue,
-                             .paths = have.paths,
-                             .device = DeviceForTaps(desk)});
+    auto made =
+        std::make_unique<Hosted<TapWindow, TapCounter>>(host, place,
+                                                        TapCounter::Services{.loop = have.loop,
+                                                                             .prompter = have.prompter,
+                                                                             .audio = have.audio,
+                                                                             .catalogue = have.catalogue,
+                                                                             .paths = have.paths,
+                                                                             .device = DeviceForTaps(desk)});
+    parts->taps = &made->work;
+    made->work.Take(std::exchange(parts->track, {}));
+    return made;
   };
   return line;
 }
 
+/// The files of the rows that the command is for: the picked ones, else all that are listed; none where the
+/// whole library is.
+QStringList FilesFor(DataManager& manager, const std::vector<Mref>& picked) {
+  QStringList files;
+  const TrackList& list = manager.List();
+  if (picked.empty() && (list.Filtered() || !list.Words().isEmpty()) && list.Mode() != DispMode::Jingles) {
+    for (int row = 0; row < list.Count(); ++row) files.append(manager.Tracks().TrackPaths(list.Track(row)));
+  }
+  for (const Mref track : picked) files.append(manager.Tracks().TrackPaths(track));
+  files.removeDuplicates();
+  return files;
+}
+
+/// The first of the selected rows, track or jingle; empty when none is.
+QString FirstPicked(DataManager& manager, const std::vector<Mref>& picked) {
+  return picked.empty() ? manager.PickedFiles().value(0) : manager.Tracks().TrackPaths(picked.front());
+}
+
 }  // namespace
 
-std::vector<WindowLine> UnifyLines(Console& desk, const WindowHost& host) {
+std::vector<WindowLine> UnifyLines(Console& desk, const WindowHost& host, const UnifyPartsPtr& parts) {
   std::vector<WindowLine> lines;
-  lines.push_back(UnifyLine(desk, host));
-  lines.push_back(TapLine(desk, host));
+  lines.push_back(UnifyLine(desk, host, parts));
+  lines.push_back(TapLine(desk, host, parts));
   return lines;
+}
+
+std::vector<ManagerTool> UnifyTools(DataManager& manager, const UnifyPartsPtr& parts,
+                                    const std::function<void(const QString& id)>& open) {
+  using Picked = std::vector<Mref>;
+  parts->preview = &manager.Preview();
+  return {{.id = QStringLiteral("Command8"),
+           .words = QStringLiteral("UNIFY VOLUME"),
+           .tooltip = Text::tr("Brings the selected tracks, or all that are listed, to one loudness"),
+           .run =
+               [&manager, parts, open](const Picked& picked) {
+                 const QStringList files = FilesFor(manager, picked);
+                 parts->unify ? parts->unify->ListOnly(files) : void(parts->files = files);
+                 open(WindowId::kUnifyVolume);
+               }},
+          {.id = QStringLiteral("Command25"),
+           .words = QStringLiteral("Count Bpm"),
+           .tooltip = Text::tr("Counts the beats of the selected track by your taps"),
+           .run =
+               [&manager, parts, open](const Picked& picked) {
+                 const QString track = FirstPicked(manager, picked);
+                 parts->taps ? parts->taps->Take(track) : void(parts->track = track);
+                 open(WindowId::kCountBeats);
+               },
+           .whyOff =
+               [&manager](const Picked& picked) {
+                 return FirstPicked(manager, picked).isEmpty() ? Text::tr("No track is selected") : QString();
+               }},
+          {.id = QStringLiteral("Command26"),
+           .words = QStringLiteral("Save To Track"),
+           .tooltip = Text::tr("Stores the beats that were counted with the selected track"),
+           .run =
+               [&manager, parts](const Picked& picked) {
+                 if (parts->taps) parts->taps->SaveTo(FirstPicked(manager, picked));
+               },
+           .whyOff =
+               [parts](const Picked&) {
+                 return parts->taps ? parts->taps->WhyNoSave() : Text::tr("No beats were counted yet");
+               }}};
 }
 
 }  // namespace kelvo

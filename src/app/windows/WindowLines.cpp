@@ -386,9 +386,13 @@ std::vector<WindowLine> WindowLines(Console& desk, ConsoleWindow& console, const
     std::move(more.begin(), more.end(), std::back_inserter(lines));
   };
   const auto forPlaylists = [&desk] { return ForPlaylists(desk); };
+  const auto unify = std::make_shared<UnifyParts>();
   add(SessionLines(desk, host, forPlaylists, open));
-  add(ManagerLines(desk, host, forPlaylists, open, door));
-  add(UnifyLines(desk, host));
+  add(ManagerLines(desk, host, forPlaylists, open,
+                   {[unify, open](DataManager& manager) { return UnifyTools(manager, unify, open); },
+                    [door](DataManager& manager) { return door.Tools(manager); },
+                    [host](DataManager& manager) { return std::vector{ProfileTool(host, manager)}; }}));
+  add(UnifyLines(desk, host, unify));
   add(door.Lines(desk, host));
   add(DiscLines(desk, host, open));
   add(RequestLines(desk, host));

@@ -153,6 +153,7 @@ void TapWindow::BuildLayout() {
   compare->addWidget(heard_, 1, 1);
   compare->addWidget(useHeard_, 1, 2);
   compare->setColumnStretch(1, 1);
+  compare->setHorizontalSpacing(fontMetrics().height());
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(track_);
   layout->addLayout(Line({play_, stop_, {place_, 1}, time_}));
@@ -213,6 +214,7 @@ void TapWindow::Show() {
   const QString whyNoPlay = counter_.WhyNoPlay();
   Offer(*play_, WhyOff({{!whyNoPlay.isEmpty(), whyNoPlay}, {counter_.Playing(), tr("It plays")}}));
   Offer(*stop_, WhyOff({{!counter_.Playing(), tr("Nothing plays")}}));
+  Offer(*save_, counter_.WhyNoSave());
   for (QPushButton* scale : {half_, double_}) Offer(*scale, counter_.WhyNoScale());
   ShowFigures();
 }

@@ -144,6 +144,12 @@ void UnifyWindow::Refresh() {
   if (!unify_.Running()) unify_.List();
 }
 
+void UnifyWindow::Leave() {
+  unify_.KeepTarget();
+  // The next time it is for the whole library, unless it is asked for some files.
+  unify_.ListOnly({});
+}
+
 bool UnifyWindow::eventFilter(QObject* watched, QEvent* event) {
   if (watched != whole_ || event->type() != QEvent::KeyPress) return ToolWindow::eventFilter(watched, event);
   const QString typed = static_cast<QKeyEvent*>(event)->text();
@@ -187,7 +193,7 @@ void UnifyWindow::ShowOffers() {
   const OffReason busy{running, tr("The volume is being unified")};
   const OffReason listing{unify_.Listing(), tr("The files are being listed")};
   const OffReason none{empty, tr("There is no file here")};
-  selectAll_->setText(files_.AllPicked() ? QStringLiteral("Clear All") : QStringLiteral("Select All"));
+  selectAll_->setText(running || files_.AllPicked() ? QStringLiteral("Clear All") : QStringLiteral("Select All"));
   Offer(*run_, running ? QString() : WhyOff({listing, none}));
   Offer(*measure_, WhyOff({busy, listing, {!files_.AnyPicked(), tr("No file is selected")}}));
   Offer(*selectAll_, WhyOff({busy, none}));

@@ -27,7 +27,7 @@ class UnifyWindow : public ToolWindow {
 
  protected:
   void Refresh() override;
-  void Leave() override { unify_.KeepTarget(); }
+  void Leave() override;
 
  private:
   [[nodiscard]] static RowModel<UnifyRow>::Columns Columns();
