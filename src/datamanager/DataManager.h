@@ -22,8 +22,8 @@
 
 namespace kelvo {
 
-/// The Data Manager without its window: the list of tracks or jingles, what is chosen beside it, and the tools
-/// that work on it. The tools themselves are the join's. Owned beside its window; logic thread.
+/// The Data Manager without its window: the list of tracks or jingles, what is chosen beside it, and the
+/// tools that work on it. The tools themselves are the join's. Owned beside its window; logic thread.
 class DataManager : public QObject {
   Q_OBJECT
 
@@ -38,6 +38,7 @@ class DataManager : public QObject {
     Paths paths;
     ProgramSettings settings;
     std::shared_ptr<ManagerDesk> desk;
+    QString undoFile = {};  ///< see BulkEdit
     /// Opens the window that moves waiting files into the database.
     std::function<void()> openTransfer;
     /// Makes the tools; called once, when all else is there.
@@ -92,8 +93,8 @@ class DataManager : public QObject {
 
   // A long piece of work of a tool, shown on the bar of the window.
   struct Progress {
-    QString words;     ///< with the share: "Deleting Track Entries (40%)"
-    double share = 0;  ///< 0 to 1
+    QString words;                    ///< with the share: "Deleting Track Entries (40%)"
+    double share = 0;                 ///< 0 to 1
     std::function<void()> stop = {};  ///< empty: it can't be stopped
   };
   void ShowProgress(Progress progress);

@@ -132,6 +132,7 @@ std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                    .paths = have.paths,
                                    .settings = desk.Settings(),
                                    .desk = std::make_shared<DeskOfManager>(desk),
+                                   .undoFile = have.programFolder + QStringLiteral("/several_changes.txt"),
                                    .openTransfer = [open] { open(WindowId::kTransfer); },
                                    .tools = {}};
     services.tools = [&desk, open, more, selection](DataManager& manager) {

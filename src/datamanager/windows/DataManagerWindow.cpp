@@ -41,8 +41,8 @@ DataManagerWindow::DataManagerWindow(EventLoop& loop, DataManager& manager)
     : ToolWindow({.name = QStringLiteral("DataManager"),
                   .fixedName = QStringLiteral("frmdman"),
                   .title = QStringLiteral("Data Manager"),
-                  .letters = 130,
-                  .lines = 35}),
+                  .letters = 138,
+                  .lines = 40}),
       loop_(loop),
       manager_(manager),
       tools_(manager),
@@ -173,8 +173,7 @@ void DataManagerWindow::AddToolLines(QVBoxLayout& layout) {
   for (const char* id : {"Command8", "Command25", "Command26", "Command30"}) {
     if (QPushButton* button = tools_.Make(*this, QString::fromLatin1(id))) first->addWidget(button, 1);
   }
-  QHBoxLayout* last =
-      tools_.MakeLine(*this, {"Cmdimport", "Command4", "Command11", "Command20"});
+  QHBoxLayout* last = tools_.MakeLine(*this, {"Cmdimport", "Command4", "Command11", "Command20"});
   for (const QString& id : tools_.Left()) last->addWidget(tools_.Make(*this, id), 1);
   last->addWidget(close_, 1);
   layout.addLayout(last);
@@ -239,7 +238,11 @@ void DataManagerWindow::FollowList() {
   connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { LookAtSight(); });
   connect(table.verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] { LookAtSight(); });
   connect(&model_, &QAbstractItemModel::modelReset, this, [this] { LookAtSight(); });
-  connect(&model_, &QAbstractItemModel::layoutChanged, this, [this] { LookAtSight(); });
+  connect(&model_, &QAbstractItemModel::layoutChanged, this, [this] {
+    // The selection went along to other rows.
+    TakePicked();
+    LookAtSight();
+  });
   FindText& find = manager_.Find();
   connect(&find, &FindText::Changed, this, [this] { Show(); });
   connect(&find, &FindText::ClearSelections, this, [this] {
@@ -269,8 +272,8 @@ void DataManagerWindow::SelectHits(const std::vector<int>& rows) {
     std::size_t last = place;
     while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1) ++last;
     if (static_cast<std::size_t>(hits.size()) == kMostBlocks) break;
-    hits.append(QItemSelectionRange(model_.index(rows[place], 0),
-                                    model_.index(rows[last], kManagerColumns - 1)));
+    hits.append(
+        QItemSelectionRange(model_.index(rows[place], 0), model_.index(rows[last], kManagerColumns - 1)));
     place = last + 1;
   }
   note_ = hits.size() < static_cast<qsizetype>(kMostBlocks)
@@ -315,13 +318,15 @@ void DataManagerWindow::Show() {
   list_.SetHint(!list.Words().isEmpty() ? tr("No file has these words in its name.")
                 : list.Filtered()       ? tr("No track bears these references.")
                                         : tr("Nothing is here yet.\nBring music in with \"FILE IMPORT\"."));
+  // The words went with the catalogue that they were typed for.
+  if (list.Words().isEmpty() && !words_->hasFocus()) words_->clear();
   count_->setText(QString::number(list.Count()));
   current_->setText(note_.isEmpty() ? manager_.CurrentWords() : note_);
   find_->setText(manager_.Find().Caption());
   const bool any = list_.AnyPicked();
-  select_->setText(!any                 ? QStringLiteral("Select All")
+  select_->setText(!any                ? QStringLiteral("Select All")
                    : list_.AllPicked() ? QStringLiteral("Clear All")
-                                        : QStringLiteral("Clear Selected"));
+                                       : QStringLiteral("Clear Selected"));
   const OffReason empty{list.Count() == 0, tr("The list is empty")};
   Offer(*select_, WhyOff({empty}));
   Offer(*find_, WhyOff({empty}));
