@@ -96,7 +96,7 @@ class BulkEdit : public QObject {
   /// Changes the file of a track and tells the catalogue; what it held before, none when it was left alone.
   /// With `noteIn` that is noted in this file first.
   [[nodiscard]] Job<std::optional<Done>> ChangeOne(const KeptTracks& tracks, std::size_t place,
-                                                   Change change);
+                                                   Change change, QString noteIn = {});
   [[nodiscard]] static Lines LinesOf(const TrackInfo& info);
   [[nodiscard]] static QByteArray LineOf(const Noted& noted);
   [[nodiscard]] static std::vector<Noted> ReadNoted(const QString& path);
