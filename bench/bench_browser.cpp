@@ -1,15 +1,12 @@
+#include "Measuring.h"
 #include "console/browser/LibraryBrowser.h"
 #include "datamanager/TrackSearch.h"
 #include "platform/QtEventLoop.h"
 #include "support/NobodyThere.h"
 
-#include <QCommandLineParser>
-#include <QCoreApplication>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -21,10 +18,6 @@ namespace kelvo {
 namespace {
 
 constexpr int kRounds = 3;
-
-double Milliseconds(Nanoseconds time) {
-  return std::chrono::duration<double, std::milli>(time).count();
-}
 
 /// Some words of some letters, the same for the same number.
 QString NameOf(std::mt19937& random, int words) {
@@ -74,33 +67,6 @@ CatalogueTables MakeTables(int tracks) {
   }
   return tables;
 }
-
-/// Does things on the running loop and takes their time, with a beat that notes how long it had to wait.
-class Stopwatch {
- public:
-  explicit Stopwatch(EventLoop& loop) : loop_(loop) {}
-
-  /// Milliseconds until `done` says so.
-  double Time(const std::function<void()>& work, const std::function<bool()>& done) {
-    const Nanoseconds start = loop_.Elapsed();
-    Nanoseconds lastBeat = start;
-    const auto note = [&] {
-      longestHold = std::max(longestHold, Milliseconds(loop_.Elapsed() - lastBeat));
-      lastBeat = loop_.Elapsed();
-    };
-    const Timer beat = loop_.Every(std::chrono::milliseconds(1), note);
-    work();
-    while (!done()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    const double taken = Milliseconds(loop_.Elapsed() - start);
-    note();
-    return taken;
-  }
-
-  double longestHold = 0;
-
- private:
-  EventLoop& loop_;
-};
 
 /// The figures of one round, in milliseconds, each the worst of its kind.
 struct Figures {
@@ -202,13 +168,5 @@ void Run(int tracks) {
 }  // namespace kelvo
 
 int main(int argc, char** argv) {
-  const QCoreApplication application(argc, argv);
-  QCommandLineParser arguments;
-  const QCommandLineOption tracks(QStringLiteral("tracks"), QStringLiteral("How many tracks."),
-                                  QStringLiteral("number"), QStringLiteral("100000"));
-  arguments.addOption(tracks);
-  arguments.addHelpOption();
-  arguments.process(application);
-  kelvo::Run(std::max(arguments.value(tracks).toInt(), 100));
-  return 0;
+  return kelvo::MeasureTracks(argc, argv, kelvo::Run);
 }

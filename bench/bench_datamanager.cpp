@@ -1,17 +1,15 @@
+#include "Measuring.h"
 #include "audio/ClockAudio.h"
 #include "datamanager/DataManager.h"
 #include "platform/QtEventLoop.h"
 #include "platform/SettingsStore.h"
 #include "support/NobodyThere.h"
 
-#include <QCommandLineParser>
-#include <QCoreApplication>
 #include <QTemporaryDir>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <functional>
 #include <random>
 
 /// How quickly the Data Manager answers over a big catalogue on the real loop, and how long any of it keeps
@@ -20,10 +18,6 @@ namespace kelvo {
 namespace {
 
 constexpr int kRounds = 5;
-
-double Milliseconds(Nanoseconds time) {
-  return std::chrono::duration<double, std::milli>(time).count();
-}
 
 CatalogueTables MakeTables(int tracks) {
   std::mt19937 random(2007);
@@ -75,32 +69,6 @@ class Typist : public testing::NobodyThere {
   [[nodiscard]] Job<QString> AskText(QString /*title*/, QString /*prompt*/, QString /*initial*/) override {
     co_return text;
   }
-};
-
-/// Does things on the running loop and takes their time, with a beat that notes how long it had to wait.
-class Stopwatch {
- public:
-  explicit Stopwatch(EventLoop& loop) : loop_(loop) {}
-
-  /// Milliseconds until `done` says so.
-  double Time(const std::function<void()>& work, const std::function<bool()>& done) {
-    const Nanoseconds start = loop_.Elapsed();
-    Nanoseconds lastBeat = start;
-    const auto note = [&] {
-      longestHold = std::max(longestHold, Milliseconds(loop_.Elapsed() - lastBeat));
-      lastBeat = loop_.Elapsed();
-    };
-    const Timer beat = loop_.Every(std::chrono::milliseconds(1), note);
-    work();
-    while (!done()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    const double taken = Milliseconds(loop_.Elapsed() - start);
-    note();
-    return taken;
-  }
-  double longestHold = 0;
-
- private:
-  EventLoop& loop_;
 };
 
 /// The figures of one round, in milliseconds, each the worst of its kind.
@@ -214,13 +182,5 @@ void Run(int tracks) {
 }  // namespace kelvo
 
 int main(int argc, char** argv) {
-  const QCoreApplication application(argc, argv);
-  QCommandLineParser arguments;
-  const QCommandLineOption tracks(QStringLiteral("tracks"), QStringLiteral("How many tracks."),
-                                  QStringLiteral("number"), QStringLiteral("100000"));
-  arguments.addOption(tracks);
-  arguments.addHelpOption();
-  arguments.process(application);
-  kelvo::Run(std::max(arguments.value(tracks).toInt(), 100));
-  return 0;
+  return kelvo::MeasureTracks(argc, argv, kelvo::Run);
 }

@@ -1,3 +1,4 @@
+#include "Measuring.h"
 #include "console/desk/ConsoleState.h"
 #include "console/queue/PlayQueue.h"
 #include "platform/QtEventLoop.h"
@@ -5,7 +6,6 @@
 #include "playlists/PlaylistGenerator.h"
 #include "support/NobodyThere.h"
 
-#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QTemporaryDir>
 
@@ -24,10 +24,6 @@ namespace {
 
 constexpr int kRounds = 3;
 constexpr int kQueueRows = 10000;
-
-double Milliseconds(Nanoseconds time) {
-  return std::chrono::duration<double, std::milli>(time).count();
-}
 
 CatalogueTables MakeTables(int tracks) {
   std::mt19937 random(2007);
@@ -184,13 +180,5 @@ void Run(int tracks) {
 }  // namespace kelvo
 
 int main(int argc, char** argv) {
-  const QCoreApplication application(argc, argv);
-  QCommandLineParser arguments;
-  const QCommandLineOption tracks(QStringLiteral("tracks"), QStringLiteral("How many tracks."),
-                                  QStringLiteral("number"), QStringLiteral("100000"));
-  arguments.addOption(tracks);
-  arguments.addHelpOption();
-  arguments.process(application);
-  kelvo::Run(std::max(arguments.value(tracks).toInt(), 100));
-  return 0;
+  return kelvo::MeasureTracks(argc, argv, kelvo::Run);
 }
