@@ -24,8 +24,9 @@ class GainFiles : public QObject {
     QString record;  ///< "89.0,1.5", volume and change; "?" when nothing is known
   };
   [[nodiscard]] virtual Job<std::vector<Entry>> List() = 0;
-  /// From now on only these of its files are listed; all when there are none. Where it has no more to offer
-  /// it does nothing.
+  /// Some of its files can be listed alone.
+  [[nodiscard]] virtual bool CanListSome() const { return false; }
+  /// From now on only these are; all when there are none.
   virtual void ListOnly(const QStringList& /*paths*/) {}
   [[nodiscard]] virtual bool ListsAll() const { return true; }
   /// Keeps what was found. A failure is told to the operator and the job goes on.
@@ -60,6 +61,7 @@ class CatalogueGainFiles final : public GainFiles {
  public:
   CatalogueGainFiles(EventLoop& loop, Catalogue& catalogue, Paths paths);
 
+  [[nodiscard]] bool CanListSome() const override { return true; }
   void ListOnly(const QStringList& paths) override;
   [[nodiscard]] bool ListsAll() const override { return only_.isEmpty(); }
   [[nodiscard]] Job<std::vector<Entry>> List() override;

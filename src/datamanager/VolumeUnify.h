@@ -67,6 +67,7 @@ class VolumeUnify : public QObject {
   /// From now on only these; all when there are none. Not while it runs.
   void ListOnly(const QStringList& paths);
   [[nodiscard]] bool ListsAll() const { return services_.files->ListsAll(); }
+  [[nodiscard]] bool CanListSome() const { return services_.files->CanListSome(); }
   [[nodiscard]] bool Listing() const { return list_.Running(); }
 
   /// "UNIFY VOLUME": takes all files whose change is not "0.0" to the target.

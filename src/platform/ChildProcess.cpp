@@ -21,7 +21,7 @@ namespace {
 constexpr auto kGrace = 2s;
 constexpr std::chrono::duration<int, std::milli> kLook = 20ms;
 /// Of 0 to 19, the last gets least.
-constexpr int kGentle = 10;
+constexpr int kGentle = 19;
 
 }  // namespace
 

@@ -132,6 +132,7 @@ void UnifyWindow::BuildLayout() {
   layout->addWidget(&files_, 1);
   layout->addWidget(job_);
   layout->addLayout(Line({run_, measure_, kRoom, selectAll_, showAll_}));
+  showAll_->setVisible(unify_.CanListSome());
   sum_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   sum_->setAccessibleName(tr("What the last run came to"));
 }
