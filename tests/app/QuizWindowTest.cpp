@@ -36,6 +36,8 @@ class TheQuizBesideTheDesk : public BesideTheDesk {
     loop_.RunFor(1s);
   }
   QuizWindow& OpenQuiz() {
+    window_->activateWindow();
+    EXPECT_TRUE(TurnUntil([this] { return window_->isActiveWindow(); }));
     QTest::keyClick(&*window_, Qt::Key_Q, Qt::ControlModifier | Qt::ShiftModifier);
     loop_.RunFor(1s);
     auto* window = Opened<QuizWindow>();

@@ -5,6 +5,7 @@
 #include "ui/WhyOff.h"
 
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QShortcut>
 
 namespace kelvo {
@@ -14,7 +15,7 @@ RowModel<QuizTeam>::Columns TeamColumns(QuizScores& scores) {
   return {{{.head = QStringLiteral("Team"), .letters = 12},
            &QuizTeam::name,
            [&scores](int row, const QString& typed) { return scores.Rename(row, typed); }},
-          {{.head = QStringLiteral("Points"), .letters = 7, .rank = 1, .number = true},
+          {{.head = QStringLiteral("Points"), .letters = 9, .rank = 1, .number = true},
            [](const QuizTeam& team) { return QString::number(team.points); }}};
 }
 
@@ -28,7 +29,7 @@ QuizRunPage::QuizRunPage(PopQuiz& quiz, QWidget* parent)
       teamModel_(quiz.Scores().Teams(), TeamColumns(quiz.Scores())),
       asked_({.name = QStringLiteral("LstAsked"),
               .fixedName = QStringLiteral("List5"),
-              .title = tr("SELECT TO REVISIT A QUESTION"),
+              .title = tr("REVISIT A QUESTION"),
               .accessible = tr("Questions so far"),
               .many = false},
              askedModel_, this),
@@ -50,6 +51,7 @@ QuizRunPage::QuizRunPage(PopQuiz& quiz, QWidget* parent)
   layout->addLayout(TeamsLayout(), 4);
   teams_.Table().setToolTip(
       tr("The keys 1 to 9 give the team of that row a point, with Ctrl they take one; F2 renames"));
+  for (ListPanel* each : {&asked_, &answers_}) each->Table().horizontalHeader()->hide();
   Join();
 }
 

@@ -8,6 +8,7 @@
 
 #include <QComboBox>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -51,7 +52,7 @@ QuizSetupPage::QuizSetupPage(PopQuiz& quiz, QWidget* parent)
               genreModel_, this),
       chosen_({.name = QStringLiteral("LstQuizChosen"),
                .fixedName = QStringLiteral("List2"),
-               .title = tr("INCLUDE GENRES"),
+               .title = tr("INCLUDED"),
                .accessible = tr("Genres of the quiz")},
               chosenModel_, this),
       kinds_({.name = QStringLiteral("LstQuizKinds"),
@@ -79,9 +80,12 @@ QuizSetupPage::QuizSetupPage(PopQuiz& quiz, QWidget* parent)
   facts_->setWordWrap(true);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addLayout(GenresLayout(), 5);
+  layout->addLayout(GenresLayout(), 6);
   layout->addLayout(ElementsLayout(), 4);
   layout->addWidget(SnippetsPanel(), 4);
+  for (ListPanel* each : {&genres_, &chosen_, &kinds_, &elements_}) {
+    each->Table().horizontalHeader()->hide();
+  }
   Join();
 }
 
@@ -134,7 +138,8 @@ QLayout* QuizSetupPage::ElementsLayout() {
        [this] { quiz_.Plan().RemoveElement(elements_.Current()); });
   make(2, QStringLiteral("CmdElementClear"), tr("Clear"), tr("Removes all elements"), {}, Icon::Clear,
        [this] { quiz_.Plan().ClearElements(); });
-  kinds_.Table().setMinimumHeight(fontMetrics().height() * 5);
+  constexpr int kKinds = 3;
+  kinds_.Table().setMinimumHeight(fontMetrics().height() * (kKinds * 3 + 1) / 2);
   auto* layout = new QVBoxLayout;
   layout->addWidget(&kinds_, 3);
   layout->addLayout(Line({{elementCommands_[0], 1}, {elementCommands_[1], 1}, {elementCommands_[2], 1}}));

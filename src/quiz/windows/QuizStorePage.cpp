@@ -5,6 +5,7 @@
 #include "ui/Naming.h"
 #include "ui/WhyOff.h"
 
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QVBoxLayout>
@@ -49,6 +50,7 @@ QuizStorePage::QuizStorePage(PopQuiz& quiz, QWidget* parent)
   layout->addWidget(&list_, 1);
   layout->addLayout(Line({label, {name_, 1}, confirm_, delete_, cancel_}));
   list_.SetHint(tr("No quiz is saved."));
+  list_.Table().horizontalHeader()->hide();
   connect(name_, &QLineEdit::textEdited, this, [this](const QString& text) { quiz_.Store().SetName(text); });
   connect(name_, &QLineEdit::returnPressed, confirm_, &QPushButton::click);
   const auto takeRow = [this] {
