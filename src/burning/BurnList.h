@@ -1,6 +1,6 @@
 #pragma once
 
-#include "burning/AudioDisc.h"
+#include "burning/AudioReadBack.h"
 #include "burning/Staging.h"
 #include "burning/cSimpleCDBurner.h"
 #include "platform/Prompter.h"
@@ -51,6 +51,9 @@ class BurnList : public QObject {
     std::function<QStringList()> queue = {};
     /// The files of a playlist's folder, in its order; may throw Failure.
     std::function<Job<QStringList>(QString folder)> playlist = {};
+    /// Opens a drive to read the sound of its disc. Called off the logic's thread; may throw Failure. Without
+    /// it only the contents of an audio CD are read back.
+    std::function<ReadSectors(QString device)> reader = {};
     cSimpleCDBurner::Tools tools = {};
   };
   explicit BurnList(Services services);

@@ -31,6 +31,12 @@ DiscTrack TrackOf(const BurnRow& row) {
   return {row.path, name.left(at).trimmed(), name.mid(at + between.size()).trimmed()};
 }
 
+/// The file of the sectors that a sheet tells of.
+QString SectorsFileOf(const QString& sheet) {
+  const QFileInfo facts(sheet);
+  return facts.path() + QLatin1Char('/') + BaseName(facts.fileName()) + QStringLiteral(".bin");
+}
+
 /// Files that go when the work is over.
 class Scratch {
  public:
@@ -93,6 +99,10 @@ Job<std::optional<BurnMedium>> BurnList::UsableMedium(QString device) {
     Fail(tr("No disc that can be written is in the drive."));
     co_return std::nullopt;
   }
+  if (!medium.writable) {
+    Fail(tr("The disc in the drive is written and can't be written again."));
+    co_return std::nullopt;
+  }
   if (!medium.blank) {
     Prompt question{tr("The Disc Is Not Blank : All That It Holds Will Be Lost !\r\nContinue ?"),
                     {},
@@ -109,7 +119,9 @@ Job<std::optional<BurnMedium>> BurnList::UsableMedium(QString device) {
 }
 
 Job<bool> BurnList::MayWriteImage() {
-  const auto look = [path = image_] { return QFileInfo::exists(path); };
+  const auto look = [path = image_, audio = kind_ == BurnKind::Audio] {
+    return QFileInfo::exists(path) || (audio && QFileInfo::exists(SectorsFileOf(path)));
+  };
   const bool there = co_await services_.loop.Offload(EventLoop::Lane::Apart, look);
   if (!there) co_return true;
   Prompt question{tr("The File %1 Already Exists !\r\nReplace It ?").arg(image_),
@@ -193,8 +205,7 @@ Job<> BurnList::BurnMusic() {
     order.forDrive = true;
     order.cueFile = services_.stagingFolder + QStringLiteral("-audio.cue");
   }
-  const QFileInfo sheet(order.cueFile);
-  order.binFile = sheet.path() + QLatin1Char('/') + BaseName(sheet.fileName()) + QStringLiteral(".bin");
+  order.binFile = SectorsFileOf(order.cueFile);
   const Scratch scratch(image ? QStringList() : QStringList{order.binFile, order.cueFile});
   Say(tr("Preparing the sound..."));
   disc_ = std::make_shared<AudioDiscControl>();
@@ -232,8 +243,16 @@ Job<> BurnList::BurnMusic() {
     Fail(tr("The disc's table of contents is not what was written."));
     co_return;
   }
-  Note(tr("Audio CD written, %1 of music; its table of contents was read back").arg(length));
-  Finish(tr("Burn Done"));
+  if (services_.reader) {
+    disc_ = std::make_shared<AudioDiscControl>();
+    const auto compare = [open = services_.reader, device, bin = order.binFile, disc, control = disc_] {
+      CompareAudioDisc(bin, disc, open(device), *control);
+    };
+    co_await services_.loop.Offload(EventLoop::Lane::Apart, compare);
+    if (stopping_) co_return;
+  }
+  Note(tr("Audio CD written and read back, %1 of music").arg(length));
+  Finish(tr("Burn Done : written, read back and equal"));
 }
 
 }  // namespace kelvo

@@ -46,6 +46,9 @@ BurnMedium MediumIn(const QByteArray& output) {
                  !output.contains("Media current: is not recognizable") &&
                  !output.contains("Media status : is not present");
   medium.blank = output.contains("Media status : is blank");
+  static const QRegularExpression again(
+      QStringLiteral("Media current:[^\n]*(RW|RAM|BD-RE|overwriteable)|Media status :[^\n]*appendable"));
+  medium.writable = medium.blank || again.match(QString::fromUtf8(output)).hasMatch();
   medium.freeSectors = SectorsBehind(output, "Media space").value_or(0);
   return medium;
 }

@@ -25,6 +25,7 @@ struct BurnDrive {
 struct BurnMedium {
   bool there = false;
   bool blank = false;
+  bool writable = false;         ///< blank, or something can be written all the same
   std::int64_t freeSectors = 0;  ///< of 2048 bytes; 75 sectors are a second of an audio CD
 };
 /// Of what xorriso told, both of its outputs.

@@ -31,6 +31,7 @@ QByteArray All(const ChildResult& result) {
 }  // namespace
 
 Job<ChildResult> cSimpleCDBurner::Run(QString tool, QStringList arguments, QString folder) {
+  kill_.Stop();
   ChildCommand command;
   command.program = std::move(tool);
   command.arguments = std::move(arguments);

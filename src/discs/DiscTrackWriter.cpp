@@ -4,7 +4,6 @@
 #include "platform/ErrorLog.h"
 #include "platform/NewFile.h"
 
-#include <QFileInfo>
 #include <QtEndian>
 
 #include <unistd.h>
@@ -61,22 +60,16 @@ class WaveWriter final : public IWaveDataWriter {
 
 class Mp3Writer final : public IWaveDataWriter {
  public:
-  explicit Mp3Writer(const WriterOrder& order) : path_(order.path) {
+  explicit Mp3Writer(const WriterOrder& order) {
     encoder_.SetPresets(order.presets);
     encoder_.OpenFile(order.path);
   }
 
   void Write(std::span<const std::int16_t> samples) override { encoder_.WriteData(samples); }
 
-  [[nodiscard]] bool Finish() override {
-    // The encoder would put it in the place of the other.
-    if (QFileInfo::exists(path_)) return false;
-    encoder_.CloseLameFile();
-    return true;
-  }
+  [[nodiscard]] bool Finish() override { return encoder_.CloseAsNew(); }
 
  private:
-  QString path_;
   cLameEncoder encoder_;
 };
 

@@ -347,7 +347,9 @@ Job<QString> EncodeList::Follow(std::shared_ptr<EncodeWork> work, EncodeWork::Re
       return QString::fromUtf8(failure.what());
     }
   };
-  co_return co_await services_.loop.Offload(EventLoop::Lane::Files, remove);
+  const QString why = co_await services_.loop.Offload(EventLoop::Lane::Files, remove);
+  if (!why.isEmpty()) files_.TellSourceStays(work->Source());
+  co_return why;
 }
 
 void EncodeList::ShowProgress() {

@@ -99,6 +99,7 @@ void EncodeWork::Encode(Result& result) {
   if (prove_) {
     try {
       ProveWhole(result.target, encoder_.Frames());
+      CheckSource();
       result.proven = true;
     } catch (const std::exception& failure) {
       result.why = QString::fromUtf8(failure.what());
@@ -107,10 +108,14 @@ void EncodeWork::Encode(Result& result) {
   share_ = 1;
 }
 
-void EncodeWork::DeleteSource() const {
+void EncodeWork::CheckSource() const {
   const std::optional<struct ::stat> now = FactsOf(source_);
   if (!now || !facts_ || !SameState(*now, *facts_))
     throw Failure(Text::tr("It has changed since it was encoded"), 0, source_);
+}
+
+void EncodeWork::DeleteSource() const {
+  CheckSource();
   const QByteArray path = EncodedPath(source_);
   if (::unlink(path.constData()) != 0) FailOn("delete", path, errno);
 }

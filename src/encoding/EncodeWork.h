@@ -50,6 +50,8 @@ class EncodeWork {
 
  private:
   void Encode(Result& result);
+  /// Throws Failure unless it is the file that was encoded.
+  void CheckSource() const;
 
   const QString source_;
   const bool prove_;

@@ -32,6 +32,11 @@ Job<> EncodedFiles::Tell(Encoded file) {
   }
 }
 
+void EncodedFiles::TellSourceStays(const QString& source) {
+  if (QFileInfo(source).path() == services_.paths(Paths::Jingles)) services_.catalogue.AddJingle(source);
+  if (IsIn(source, services_.paths(Paths::Utility))) services_.catalogue.AddStagedFile(source);
+}
+
 Job<> EncodedFiles::TellTrack(Encoded file) {
   Catalogue& catalogue = services_.catalogue;
   const KeptTracks track(catalogue, {catalogue.Find(file.source)});

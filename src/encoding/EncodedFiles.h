@@ -32,6 +32,8 @@ class EncodedFiles {
   /// The target is there, and so is the source, still. A track keeps its info, but for its gain, which has to
   /// be measured anew. Throws Failure: then the source must stay.
   [[nodiscard]] Job<> Tell(Encoded file);
+  /// The source was to be deleted and could not be.
+  void TellSourceStays(const QString& source);
 
  private:
   [[nodiscard]] Job<> TellTrack(Encoded file);

@@ -93,7 +93,7 @@ void cLameEncoder::EncodePart(std::span<const std::int16_t> sound) {
   }
 }
 
-void cLameEncoder::Finish() {
+void cLameEncoder::Flush() {
   if (stream_->rates) {
     for (auto rest = stream_->rates->Rest(); !rest.empty(); rest = stream_->rates->Rest()) EncodePart(rest);
   }
@@ -101,6 +101,10 @@ void cLameEncoder::Finish() {
   Check(beDeinitStream(stream_->lame.handle, stream_->writer.Buffer(), bytes));
   WriteOut(bytes);
   lameVbrHead();
+}
+
+void cLameEncoder::Finish() {
+  Flush();
   cMp3Writer& writer = stream_->writer;
   if (!writer.CloseMp3File()) Raise(EncodeFailure::Kind::Other, writer.cMp3ErrorMsg(), writer.Reason());
   lameClose();
@@ -171,6 +175,16 @@ void cLameEncoder::WriteData(std::span<const std::int16_t> sound) {
 void cLameEncoder::CloseLameFile() {
   if (!stream_) Raise(EncodeFailure::Kind::Other, cMp3Writer::ErrorText(cMp3Writer::NotOpen));
   Finish();
+}
+
+bool cLameEncoder::CloseAsNew() {
+  if (!stream_) Raise(EncodeFailure::Kind::Other, cMp3Writer::ErrorText(cMp3Writer::NotOpen));
+  Flush();
+  cMp3Writer& writer = stream_->writer;
+  bool there = false;
+  if (!writer.CloseAsNew(there)) Raise(EncodeFailure::Kind::Other, writer.cMp3ErrorMsg(), writer.Reason());
+  lameClose();
+  return !there;
 }
 
 void ProveWhole(const QString& mp3File, FrameIndex frames) {

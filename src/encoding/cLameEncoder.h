@@ -75,6 +75,8 @@ class cLameEncoder {
   void OpenFile(const QString& mp3File, int rate = kEngineRate);
   void WriteData(std::span<const std::int16_t> sound);
   void CloseLameFile();
+  /// As CloseLameFile, where no file has that name: false, with nothing left, where one has.
+  [[nodiscard]] bool CloseAsNew();
 
   /// Frames of sound in the file that was made last, at SampleRate: what a decoder gives back.
   [[nodiscard]] FrameIndex Frames() const { return frames_; }
@@ -89,6 +91,7 @@ class cLameEncoder {
   void EncodePart(std::span<const std::int16_t> sound);
   void WriteOut(int bytes);
   void Finish();
+  void Flush();
   /// Writes the header with the file's length.
   void lameVbrHead();
   void lameClose();

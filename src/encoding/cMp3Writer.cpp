@@ -87,4 +87,12 @@ bool cMp3Writer::CloseMp3File() {
   return closed;
 }
 
+bool cMp3Writer::CloseAsNew(bool& there) {
+  if (!file_) return Fail(NotOpen);
+  const bool closed =
+      Try(CannotWrite, [this, &there] { there = !file_->Commit(NewFile::Place::KeepExisting); });
+  file_.reset();
+  return closed;
+}
+
 }  // namespace kelvo

@@ -38,6 +38,8 @@ class cMp3Writer {
   bool WriteHeader(const QByteArray& bytes);
   /// Gives all to the disk, and the file its name.
   bool CloseMp3File();
+  /// The same where no file has that name: `there` says that one has, and then nothing is left of this one.
+  bool CloseAsNew(bool& there);
   /// Takes away what was written.
   void Discard() { file_.reset(); }
 

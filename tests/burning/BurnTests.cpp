@@ -1,5 +1,6 @@
 #include "audio/TestSounds.h"
 #include "burning/BurnList.h"
+#include "discs/CdioDrive.h"
 #include "platform/ErrorLog.h"
 #include "platform/QtEventLoop.h"
 #include "support/ScriptedPrompter.h"
@@ -46,7 +47,10 @@ TEST(BurnWords, ReadsWhatTheToolsTell) {
       "Media current: CD-R\nMedia status : is blank\nMedia space  : 359845s\nAfter commit : 359845s\n");
   EXPECT_TRUE(blank.there && blank.blank);
   EXPECT_EQ(blank.freeSectors, 359'845);
-  EXPECT_FALSE(MediumIn("Media current: CD-RW\nMedia status : is written , is closed\n").blank);
+  const BurnMedium used = MediumIn("Media current: CD-RW\nMedia status : is written , is closed\n");
+  EXPECT_TRUE(used.writable && !used.blank);
+  EXPECT_FALSE(MediumIn("Media current: CD-R\nMedia status : is written , is closed\n").writable);
+  EXPECT_TRUE(MediumIn("Media current: CD-R\nMedia status : is written , is appendable\n").writable);
   EXPECT_FALSE(MediumIn("Media current: is not recognizable\n").there);
   EXPECT_FALSE(MediumIn("").there);
   EXPECT_EQ(ImageSectorsIn("Image size   : 2656s\n"), 2656);
@@ -131,6 +135,46 @@ TEST_F(AudioDiscTest, TracksFollowEachOtherToTheSampleAndReadBackBitIdentical) {
   EXPECT_THROW(ProveAudioDisc(tree_.Path(u"disc.bin"_s), disc), Failure);
 }
 
+TEST_F(AudioDiscTest, AnImageIsReadAsADiscWithItsTracksTextAndSamples) {
+  const Samples first = Noise(400 * kSector, 1);
+  const Samples second = Noise(350 * kSector, 2);
+  static_cast<void>(
+      WriteAudioDisc(Order({Track(u"One"_s, first), Track(u"Zwölf Łódź"_s, second)}), control_));
+  CdioDrive drive(tree_.Path(u"disc.cue"_s), std::make_shared<DriveBeat>());
+  const DiscToc toc = drive.ReadToc();
+  ASSERT_EQ(toc.tracks.size(), 2U);
+  EXPECT_EQ(toc.title, u"Evening"_s);
+  EXPECT_EQ(toc.tracks[1].title, u"Zwölf Łódź"_s);
+  EXPECT_EQ(toc.tracks[1].performer, u"Band"_s);
+  for (const auto& [track, sound] : {std::pair(toc.tracks[0], first), std::pair(toc.tracks[1], second)}) {
+    std::vector<std::int16_t> read(static_cast<std::size_t>(track.sectors) * kSector * 2);
+    drive.Read(track.first, read);
+    EXPECT_EQ(read, SamplesOf(sound)) << track.number;
+  }
+}
+
+TEST_F(AudioDiscTest, AReadBackAllowsTheShiftOfADriveAndNothingElse) {
+  const AudioDisc disc = WriteAudioDisc(Order({Track(u"One"_s, Noise(420 * kSector))}), control_);
+  std::vector<std::int16_t> sound = SamplesOf(tree_.Read(u"disc.bin"_s));
+  for (const int shift : {0, 30, -667, 1764}) {
+    const ReadSectors read = [&sound, shift](int sector, std::span<std::int16_t> target) {
+      const auto all = static_cast<std::ptrdiff_t>(sound.size());
+      for (std::size_t i = 0; i < target.size(); ++i) {
+        const auto at = static_cast<std::ptrdiff_t>(i) + (sector * static_cast<int>(kSector) - shift) * 2;
+        target[i] = at >= 0 && at < all ? sound[static_cast<std::size_t>(at)] : std::int16_t{0};
+      }
+    };
+    EXPECT_NO_THROW(CompareAudioDisc(tree_.Path(u"disc.bin"_s), disc, read, control_)) << shift;
+    sound[9 * kSector * 2] = static_cast<std::int16_t>(sound[9 * kSector * 2] ^ 1);
+    EXPECT_THROW(CompareAudioDisc(tree_.Path(u"disc.bin"_s), disc, read, control_), Failure) << shift;
+    sound[9 * kSector * 2] = static_cast<std::int16_t>(sound[9 * kSector * 2] ^ 1);
+  }
+  const ReadSectors another = [](int, std::span<std::int16_t> target) {
+    std::fill(target.begin(), target.end(), 7);
+  };
+  EXPECT_THROW(CompareAudioDisc(tree_.Path(u"disc.bin"_s), disc, another, control_), Failure);
+}
+
 TEST_F(AudioDiscTest, TheSheetForABurnerHasTheLettersOfDiscs) {
   AudioDiscOrder order = Order({Track(u"Café Łódź"_s, Noise(300 * kSector))});
   order.forDrive = true;
@@ -172,6 +216,7 @@ class BurnListTest : public ::testing::Test {
                                      .stagingFolder = tree_.Path(u"staging"_s),
                                      .documents = tree_.MakeFolder(u"documents"_s),
                                      .playlists = {},
+                                     .reader = [this](const QString&) { return reader_; },
                                      .tools = tools});
   }
   /// A tool that does this: `$*` are its arguments. Its drive is blank and holds 1000 sectors.
@@ -215,6 +260,11 @@ esac
     return prompter_.Told().isEmpty() ? QString() : prompter_.Told().last();
   }
 
+  /// What the drive reads of an audio CD: what was written.
+  ReadSectors reader_ = [this](int sector, std::span<std::int16_t> target) {
+    const std::vector<std::int16_t> all = SamplesOf(tree_.Read(u"staging-audio.bin"_s));
+    std::copy_n(all.begin() + sector * static_cast<int>(kSector) * 2, target.size(), target.begin());
+  };
   TemporaryTree tree_;
   QtEventLoop loop_;
   ScriptedPrompter prompter_;
@@ -328,9 +378,13 @@ TEST_F(BurnListTest, AnAudioDiscGoesToTheBurnerWithItsSheetAndIsCheckedByItsCont
   ASSERT_TRUE(TurnUntil([this] { return list_->Rows().Count() == 2; }));
   list_->Burn();
   Wait();
-  EXPECT_EQ(list_->Words(), u"Burn Done"_s) << LastTold().toStdString();
+  EXPECT_EQ(list_->Words(), u"Burn Done : written, read back and equal"_s) << LastTold().toStdString();
   EXPECT_TRUE(tree_.Read(u"seen.cue"_s).contains("PERFORMER \"The Band\""));
   EXPECT_FALSE(tree_.Exists(u"staging-audio.bin"_s)) << "what was made for it goes";
+  reader_ = [](int, std::span<std::int16_t> target) { std::fill(target.begin(), target.end(), 1); };
+  list_->Burn();
+  Wait();
+  EXPECT_THAT(LastTold().toStdString(), ::testing::HasSubstr("What was read back is not what was written"));
   tree_.Write(u"toc"_s, "track:   1 lba:         0 (\n");
   list_->Burn();
   Wait();

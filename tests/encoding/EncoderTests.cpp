@@ -375,6 +375,13 @@ TEST(Encoder, SoundThatIsFedComesOutAsThatOfAFile) {
   EXPECT_EQ(encoder.Frames(), static_cast<FrameIndex>(sound.size() / 2));
   EXPECT_EQ(Decoded(tree.Path(u"fed.mp3"_s)).size(), Decoded(made).size());
   {
+    cLameEncoder late;
+    late.OpenFile(tree.Write(u"fed.mp3"_s, "of somebody else"));
+    late.WriteData(values);
+    EXPECT_FALSE(late.CloseAsNew());
+    EXPECT_EQ(tree.Read(u"fed.mp3"_s), "of somebody else");
+  }
+  {
     cLameEncoder given;
     given.OpenFile(tree.Path(u"up.mp3"_s));
     given.WriteData(values);

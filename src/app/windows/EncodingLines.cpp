@@ -5,6 +5,7 @@
 #include "database/LinkResolver.h"
 #include "database/PlaylistEntry.h"
 #include "datamanager/DataManager.h"
+#include "discs/DiscDrive.h"
 #include "encoding/RetargetLinks.h"
 #include "encoding/windows/EncoderWindow.h"
 #include "platform/SystemFacts.h"
@@ -122,6 +123,10 @@ std::vector<WindowLine> EncodingDoor::Lines(Console& desk, const WindowHost& hos
                                 .documents = have.documents,
                                 .playlists = have.paths(Paths::Playlists)};
     services.queue = [&desk] { return FilesOfQueue(desk); };
+    services.reader = [drives = SystemDrives()](const QString& device) -> ReadSectors {
+      const std::shared_ptr<DiscDrive> drive = drives->Open(device, std::make_shared<DriveBeat>());
+      return [drive](int first, std::span<std::int16_t> target) { drive->Read(first, target); };
+    };
     services.playlist = [&desk](QString folder) { return FilesOfPlaylist(desk, std::move(folder)); };
     auto made = std::make_unique<Hosted<BurnWindow, BurnList>>(host, place, std::move(services));
     rooms->burner = &made->work;

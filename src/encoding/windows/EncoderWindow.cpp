@@ -158,6 +158,11 @@ void EncoderWindow::dropEvent(QDropEvent* event) {
 
 void EncoderWindow::Show() {
   const bool busy = list_.Busy();
+  if (list_.Decoding()) {
+    setCursor(Qt::BusyCursor);
+  } else {
+    unsetCursor();
+  }
   lame_->setText(QStringLiteral("Encoding With Lame ") + cLameEncoder::LameVersion() +
                  QStringLiteral("    Website ") + beVersion().HomePage);
   QStringList presets = list_.PresetWords();
