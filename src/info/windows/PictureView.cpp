@@ -2,6 +2,7 @@
 
 #include "platform/EventLoop.h"
 #include "ui/DroppedFiles.h"
+#include "ui/Theme.h"
 
 #include <QImageReader>
 #include <QMouseEvent>
@@ -33,8 +34,7 @@ Decoded Decode(const QString& path) {
 
 }  // namespace
 
-PictureView::PictureView(EventLoop& loop, QWidget* parent) : QFrame(parent), loop_(loop) {
-  setFrameShape(QFrame::StyledPanel);
+PictureView::PictureView(EventLoop& loop, QWidget* parent) : QWidget(parent), loop_(loop) {
   setMinimumSize(fontMetrics().averageCharWidth() * 22, fontMetrics().height() * 8);
 }
 
@@ -76,12 +76,15 @@ Job<> PictureView::Read(QString path) {
   update();
 }
 
-void PictureView::paintEvent(QPaintEvent* event) {
-  QFrame::paintEvent(event);
+void PictureView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  const QRect room = contentsRect().adjusted(4, 4, -4, -4);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Theme::Palette().line);
+  painter.setBrush(Theme::Palette().well);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
+  const QRect room = rect().adjusted(5, 5, -5, -5);
   if (image_.isNull()) {
-    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.setPen(Theme::Palette().muted);
     painter.drawText(room, static_cast<int>(Qt::AlignCenter) | Qt::TextWordWrap,
                      trouble_.isEmpty() ? hint_ : trouble_);
     return;

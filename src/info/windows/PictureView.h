@@ -2,9 +2,9 @@
 
 #include "platform/Job.h"
 
-#include <QFrame>
 #include <QImage>
 #include <QStringList>
+#include <QWidget>
 
 namespace kelvo {
 
@@ -12,7 +12,7 @@ class EventLoop;
 
 /// The picture of a page, as large as there is room, or words in its place. It is read and decoded off the
 /// thread. A double click asks for another, and one can be dropped. GUI thread.
-class PictureView : public QFrame {
+class PictureView : public QWidget {
   Q_OBJECT
  public:
   PictureView(EventLoop& loop, QWidget* parent);
