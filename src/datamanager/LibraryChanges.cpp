@@ -1,0 +1,426 @@
+#include "datamanager/LibraryChanges.h"
+
+#include "database/TransferSteps.h"
+#include "platform/ErrorLog.h"
+#include "platform/Words.h"
+
+#include <QFileInfo>
+#include <QSet>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace kelvo {
+namespace {
+
+const QString kUndoTag = QStringLiteral(" undo");
+/// So many steps are done off the thread in one go: each may be a flush of the disk, and the operator who
+/// stops waits for all of them.
+constexpr std::size_t kStepsAtOnce = 8;
+
+QString FolderOf(const QString& path) {
+  return QFileInfo(path).path();
+}
+
+QString NameOf(const QString& path) {
+  return QFileInfo(path).fileName();
+}
+
+}  // namespace
+
+/// A change while it runs.
+struct LibraryChanges::Run {
+  explicit Run(QString failureTag) : tag(std::move(failureTag)) {}
+
+  QString tag;
+  bool alsoWithoutFile = false;
+  /// Also the worker's, while this waits for it.
+  std::shared_ptr<LibraryChange> change = std::make_shared<LibraryChange>();
+  std::vector<Phase> phases;  ///< their steps are in `change`
+  std::vector<std::size_t> counts;
+  std::vector<bool> done;      ///< of each step: on disk
+  std::vector<bool> followed;  ///< the catalogue knows of it
+  std::shared_ptr<ChangeJournal> journal;
+  QHash<QString, QList<std::size_t>> places;  ///< of the tracks of a name, in `tracks`
+  std::unique_ptr<KeptTracks> tracks;
+};
+
+LibraryChanges::LibraryChanges(Services services) : services_(std::move(services)) {
+  reading_ = ReadLast();
+}
+
+Job<> LibraryChanges::ReadLast() {
+  const auto read = [paths = services_.paths] {
+    const std::optional<LibraryChange> last = ChangeJournal::Last(paths);
+    return last ? last->what : QString();
+  };
+  last_ = co_await services_.loop.Offload(EventLoop::Lane::Files, read);
+  Q_EMIT Changed();
+}
+
+void LibraryChanges::Show(const QString& words, double share) {
+  share_ = share;
+  const QString text = words + QLatin1Char('(') + Format0(share * 100) + QStringLiteral("%)");
+  if (text == words_) return;
+  words_ = text;
+  Q_EMIT Changed();
+}
+
+void LibraryChanges::ShowPart(const QString& words, std::size_t part, std::size_t whole) {
+  if (whole > 0) Show(words, static_cast<double>(part) / static_cast<double>(whole));
+}
+
+void LibraryChanges::Stop() {
+  if (!running_ || stop_) return;
+  stop_ = true;
+  Q_EMIT Changed();
+}
+
+Job<LibraryChanges::Outcome> LibraryChanges::Do(Order order) {
+  Outcome outcome;
+  if (running_) co_return outcome;
+  running_ = true;
+  stop_ = false;
+  Q_EMIT Changed();
+  Run run(order.tag);
+  run.alsoWithoutFile = order.alsoWithoutFile;
+  run.change->what = order.what;
+  Turn turn(services_.loop);
+  for (Phase& phase : order.phases) {
+    run.counts.push_back(phase.steps.size());
+    for (ChangeStep& step : phase.steps) {
+      run.change->steps.push_back(std::move(step));
+      co_await turn.Yield();
+    }
+    phase.steps.clear();
+  }
+  run.phases = std::move(order.phases);
+  run.done.assign(run.change->steps.size(), false);
+  run.followed = run.done;
+  try {
+    co_await Begin(run);
+    co_await DoAll(run, outcome);
+    co_await End(run, false);
+  } catch (...) {
+    outcome.whole = false;
+    outcome.failure = ErrorLog::Describe(std::current_exception());
+    basHandleError(run.tag, tr("The library could not be changed."));
+  }
+  running_ = false;
+  Q_EMIT Changed();
+  co_return outcome;
+}
+
+Job<> LibraryChanges::Begin(Run& run) {
+  const auto begin = [paths = services_.paths, change = run.change] {
+    auto journal = std::make_shared<ChangeJournal>(paths);
+    journal->Write(*change);
+    return journal;
+  };
+  run.journal = co_await services_.loop.Offload(EventLoop::Lane::Files, begin);
+  co_await FindTracks(run);
+}
+
+Job<> LibraryChanges::FindTracks(Run& run) {
+  QSet<QString> names;
+  for (const ChangeStep& step : run.change->steps) {
+    if (const auto* line = std::get_if<SetInfoLine>(&step)) names.insert(line->name);
+  }
+  bool changed = true;
+  QObject listener;
+  services_.catalogue.Listen(
+      &listener, [&changed](const TrackRemoved&) { changed = true; },
+      [&changed](const CatalogueReplaced&) { changed = true; });
+  std::vector<Mref> tracks;
+  while (std::exchange(changed, false)) {
+    tracks.clear();
+    run.places.clear();
+    Turn turn(services_.loop);
+    for (int row = 1; !names.isEmpty() && row <= services_.catalogue.LastTrack() && !changed; ++row) {
+      const QString name = services_.catalogue.TrackNames[ToMref(row)];
+      if (names.contains(name)) {
+        run.places[name].append(tracks.size());
+        tracks.push_back(ToMref(row));
+      }
+      co_await turn.Yield();
+    }
+  }
+  run.tracks = std::make_unique<KeptTracks>(services_.catalogue, std::move(tracks));
+}
+
+Job<LibraryChanges::Outcomes> LibraryChanges::DoSome(Run& run, std::size_t from, std::size_t to, bool back) {
+  const auto work = [paths = services_.paths, change = run.change, done = run.done, trash = services_.trash, from,
+                     to, back] {
+    Outcomes outcomes(to - from);
+    for (std::size_t count = 0; count < to - from; ++count) {
+      const std::size_t place = back ? to - 1 - count : from + count;
+      if (done[place] != back) continue;
+      StepOutcome& outcome = outcomes[place - from];
+      try {
+        outcome.result = DoStep(paths, change->steps[place], back, *trash);
+      } catch (...) {
+        outcome.failure = std::current_exception();
+      }
+    }
+    return outcomes;
+  };
+  co_return co_await services_.loop.Offload(EventLoop::Lane::Files, work);
+}
+
+Job<> LibraryChanges::DoAll(Run& run, Outcome& outcome) {
+  std::size_t from = 0;
+  for (std::size_t number = 0; number < run.phases.size(); ++number) {
+    const Phase& phase = run.phases[number];
+    const std::size_t begin = from;
+    const std::size_t end = begin + run.counts[number];
+    while (from < end) {
+      if (stop_) {
+        const int left = co_await TakeBack(run, from);
+        outcome.stopped = true;
+        outcome.done = left;
+        co_return;
+      }
+      const std::size_t to = phase.needed ? from + 1 : std::min(from + kStepsAtOnce, end);
+      const Outcomes some = co_await DoSome(run, from, to, false);
+      Turn turn(services_.loop);
+      for (std::size_t place = from; place < to; ++place) {
+        const StepOutcome& each = some[place - from];
+        const auto* line = std::get_if<SetInfoLine>(&run.change->steps[place]);
+        run.done[place] = !each.failure && each.result == StepResult::Done;
+        if (each.failure) {
+          if (!phase.needed) basHandleError(run.tag, each.failure, run.change->what);
+        } else if (each.result == StepResult::Missing && line != nullptr) {
+          outcome.withoutFile.append(line->name);
+        }
+        const bool counts = run.done[place] || (line != nullptr && !each.failure &&
+                                                (each.result == StepResult::Already || run.alsoWithoutFile));
+        run.followed[place] = counts;
+        if (counts) co_await Follow(run, place, false);
+        if (run.done[place]) ++outcome.done;
+        co_await turn.Yield();
+      }
+      if (phase.needed && !run.done[from]) {
+        if (some.front().failure) {
+          outcome.failure = ErrorLog::Describe(some.front().failure);
+          NoteInLog(ErrorLog::Compose(some.front().failure, run.tag));
+        }
+        co_return;
+      }
+      from = to;
+      ShowPart(phase.words, from - begin, end - begin);
+    }
+  }
+  outcome.whole = true;
+}
+
+Job<int> LibraryChanges::TakeBack(Run& run, std::size_t end) {
+  if (run.change->way == LibraryChange::Way::On) run.change->way = LibraryChange::Way::Back;
+  const auto mark = [journal = run.journal, change = run.change] { journal->Write(*change); };
+  co_await services_.loop.Offload(EventLoop::Lane::Files, mark);
+  int failed = 0;
+  for (std::size_t to = end; to > 0;) {
+    const std::size_t from = to > kStepsAtOnce ? to - kStepsAtOnce : 0;
+    const Outcomes some = co_await DoSome(run, from, to, true);
+    Turn turn(services_.loop);
+    for (std::size_t place = to; place-- > from;) {
+      const StepOutcome& each = some[place - from];
+      if (each.failure) basHandleError(run.tag, each.failure, run.change->what);
+      const bool back = each.result == StepResult::Done || each.result == StepResult::Already;
+      if (run.done[place] && !back) {
+        ++failed;
+        continue;
+      }
+      run.done[place] = false;
+      if (run.followed[place]) co_await Follow(run, place, true);
+      co_await turn.Yield();
+    }
+    to = from;
+    ShowPart(tr("Taking Back "), end - to, end);
+  }
+  co_return failed;
+}
+
+Job<> LibraryChanges::End(Run& run, bool undone) {
+  const bool kept = !undone && run.change->way == LibraryChange::Way::On;
+  const auto end = [journal = run.journal, change = run.change, done = run.done, undone, kept] {
+    std::vector<ChangeStep> steps;
+    for (std::size_t place = 0; place < done.size(); ++place) {
+      if (done[place]) steps.push_back(std::move(change->steps[place]));
+    }
+    change->steps = std::move(steps);
+    if (undone) {
+      journal->EndUndone();
+    } else if (kept && !change->steps.empty()) {
+      journal->EndWith(*change);
+    } else {
+      journal->End();
+    }
+    const bool any = !change->steps.empty();
+    // To free the steps of many tracks takes its time.
+    change->steps = {};
+    return any;
+  };
+  const bool any = co_await services_.loop.Offload(EventLoop::Lane::Files, end);
+  if (undone) last_.clear();
+  if (kept && any) last_ = run.change->what;
+}
+
+void LibraryChanges::Undo() {
+  if (!running_ && !last_.isEmpty() && !undoing_.Running()) undoing_ = RunUndo();
+}
+
+Job<> LibraryChanges::RunUndo() {
+  Prompt question;
+  question.text = tr("Undo ?") + QStringLiteral("\r\n") + last_;
+  question.buttons = Buttons::YesNo;
+  question.icon = PromptIcon::Question;
+  const Answer answer = co_await services_.prompter.Ask(question);
+  if (answer != Answer::Yes || running_) co_return;
+  running_ = true;
+  stop_ = false;
+  Q_EMIT Changed();
+  try {
+    Run run(kUndoTag);
+    const auto read = [paths = services_.paths] { return ChangeJournal::Last(paths); };
+    std::optional<LibraryChange> last = co_await services_.loop.Offload(EventLoop::Lane::Files, read);
+    if (!last) throw Failure(tr("What is known of it can't be read."));
+    *run.change = std::move(*last);
+    run.change->way = LibraryChange::Way::Undo;
+    run.done.assign(run.change->steps.size(), true);
+    run.followed = run.done;
+    co_await Begin(run);
+    const std::size_t steps = run.done.size();
+    const int left = co_await TakeBack(run, steps);
+    co_await End(run, true);
+    if (left > 0) {
+      Prompt message;
+      message.text = tr("%n Part(s) Could Not Be Taken Back: They Are Not As They Were Left", nullptr, left);
+      message.icon = PromptIcon::Exclamation;
+      services_.prompter.Tell(message);
+    }
+  } catch (...) {
+    basHandleError(kUndoTag, tr("The last change could not be undone."));
+  }
+  running_ = false;
+  Q_EMIT Changed();
+}
+
+// The catalogue.
+
+bool LibraryChanges::LiesIn(Paths::Slot slot, const QString& path) const {
+  return FolderOf(path) == services_.paths(slot);
+}
+
+std::optional<ReferenceSet> LibraryChanges::SetOf(const QString& folder) const {
+  constexpr std::array kSlots{std::pair(Paths::Categories, ReferenceSet::Genres),
+                              std::pair(Paths::Artists, ReferenceSet::Artists),
+                              std::pair(Paths::Albums, ReferenceSet::Albums),
+                              std::pair(Paths::Playlists, ReferenceSet::Playlists)};
+  for (const auto& [slot, set] : kSlots) {
+    // A profile beside the folders is none of them.
+    if (LiesIn(slot, folder) && services_.catalogue.References(set).contains(NameOf(folder))) return set;
+  }
+  return std::nullopt;
+}
+
+Job<> LibraryChanges::Follow(Run& run, std::size_t place, bool back) {
+  const ChangeStep& step = run.change->steps[place];
+  if (const auto* line = std::get_if<SetInfoLine>(&step)) {
+    LineWasSet(run, *line, back);
+  } else if (const auto* move = std::get_if<MoveEntry>(&step)) {
+    back ? WasMoved(move->to, move->from) : WasMoved(move->from, move->to);
+  } else if (const auto* discard = std::get_if<DiscardEntry>(&step)) {
+    if (back) {
+      co_await Came(discard->path);
+    } else {
+      Went(discard->path);
+    }
+  } else if (const auto* folder = std::get_if<MakeFolder>(&step)) {
+    if (back) {
+      Went(folder->path);
+    } else {
+      co_await Came(folder->path);
+    }
+  }
+}
+
+void LibraryChanges::LineWasSet(Run& run, const SetInfoLine& step, bool back) {
+  const QString& text = back ? step.before : step.after;
+  TrackEdit edit;
+  switch (step.line) {
+    case InfoLine::Categories:
+      edit.genres = text;
+      break;
+    case InfoLine::Artists:
+      edit.artists = text;
+      break;
+    case InfoLine::Albums:
+      edit.albums = text;
+      break;
+    case InfoLine::ReleaseDate:
+      edit.date = text;
+      break;
+    case InfoLine::Bpm:
+      edit.bpm = text;
+      break;
+    case InfoLine::HiPos:
+      edit.hi = text;
+      break;
+    case InfoLine::GainRecord:
+      edit.gain = text;
+      break;
+    default:
+      return;
+  }
+  for (const std::size_t place : run.places.value(step.name))
+    services_.catalogue.Change((*run.tracks)[place], edit);
+}
+
+void LibraryChanges::WasMoved(const QString& from, const QString& to) {
+  Catalogue& catalogue = services_.catalogue;
+  if (LiesIn(Paths::Music, from)) {
+    catalogue.Rename(catalogue.Find(from), NameOf(to));
+  } else if (LiesIn(Paths::Jingles, from)) {
+    catalogue.RenameJingle(from, to);
+  } else if (const std::optional<ReferenceSet> set = SetOf(from)) {
+    catalogue.RenameReference(*set, NameOf(from), NameOf(to));
+  }
+}
+
+void LibraryChanges::Went(const QString& path) {
+  Catalogue& catalogue = services_.catalogue;
+  if (LiesIn(Paths::Music, path)) {
+    catalogue.Remove(catalogue.Find(path));
+  } else if (LiesIn(Paths::Jingles, path)) {
+    catalogue.RemoveJingle(path);
+  } else if (const std::optional<ReferenceSet> set = SetOf(path)) {
+    catalogue.RemoveReference(*set, NameOf(path));
+  }
+}
+
+Job<> LibraryChanges::Came(QString path) {
+  Catalogue& catalogue = services_.catalogue;
+  if (LiesIn(Paths::Jingles, path)) {
+    catalogue.AddJingle(path);
+    co_return;
+  }
+  constexpr std::array kSlots{std::pair(Paths::Categories, ReferenceSet::Genres),
+                              std::pair(Paths::Artists, ReferenceSet::Artists),
+                              std::pair(Paths::Albums, ReferenceSet::Albums),
+                              std::pair(Paths::Playlists, ReferenceSet::Playlists)};
+  for (const auto& [slot, set] : kSlots) {
+    if (!LiesIn(slot, path)) continue;
+    const auto look = [path] { return QFileInfo(path).isDir(); };
+    const bool folder = co_await services_.loop.Offload(EventLoop::Lane::Files, look);
+    if (folder) catalogue.AddReference(set, NameOf(path));
+    co_return;
+  }
+  if (!LiesIn(Paths::Music, path) || catalogue.Find(path) != Mref::None) co_return;
+  const auto read = [infoPath = TrackInfoPath(services_.paths, BaseName(NameOf(path)))] {
+    return ReadTrackInfo(infoPath).value_or(TrackInfo());
+  };
+  const TrackInfo info = co_await services_.loop.Offload(EventLoop::Lane::Files, read);
+  catalogue.Append(RowFrom(info, NameOf(path), info.Get(InfoFields::DurationSeconds).value_or(-1)));
+}
+
+}  // namespace kelvo
