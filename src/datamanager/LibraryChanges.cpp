@@ -47,6 +47,8 @@ struct LibraryChanges::Run {
 
 LibraryChanges::LibraryChanges(Services services) : services_(std::move(services)) {
   reading_ = ReadLast();
+  // The load of the catalogue ends a change that a crash broke off.
+  services_.catalogue.Listen(this, [this](const CatalogueReplaced&) { reading_ = ReadLast(); });
 }
 
 Job<> LibraryChanges::ReadLast() {
