@@ -94,7 +94,7 @@ void References::Begin(Job<> work) {
 
 /// At the end of a job: later, when it counts as ended.
 void References::Done(const QString& notice) {
-  if (!notice.isEmpty()) notice_ = notice;
+  notice_ = notice;
   services_.loop.Post([self = QPointer(this)] {
     if (self) Q_EMIT self->Changed();
   });

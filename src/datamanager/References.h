@@ -94,7 +94,7 @@ class References : public QObject {
   [[nodiscard]] Job<> RunAdd(ReferenceSet set, QString name, std::vector<Mref> tracks);
   [[nodiscard]] Job<> RunRemove(ReferenceSet set, QString name, std::vector<Mref> tracks);
   [[nodiscard]] Job<> RunRemoveFromAll(ReferenceSet set, QString name);
-  [[nodiscard]] Job<> RunBulk(QString what, Plan plan);
+  [[nodiscard]] Job<QString> RunBulk(QString what, Plan plan);
   [[nodiscard]] static LibraryChanges::Order OrderFor(const QString& what, const QString& tag);
   /// Tells of tracks without a file, of a stop and of a failure; true when the change came to its end.
   [[nodiscard]] bool TellOutcome(const LibraryChanges::Outcome& outcome);

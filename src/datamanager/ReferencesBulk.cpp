@@ -68,6 +68,7 @@ Job<> References::RunMerge(ReferenceSet set, QString name) {
 }
 
 Job<> References::RunAdd(ReferenceSet set, QString name, std::vector<Mref> tracks) {
+  QString notice;
   try {
     // Whether the line is full is asked first: also of one that has the name.
     const LineEdit edit = [name](const QString& line) {
@@ -75,27 +76,28 @@ Job<> References::RunAdd(ReferenceSet set, QString name, std::vector<Mref> track
     };
     Plan plan = co_await PlanFor(set, edit, std::move(tracks));
     const QString what = tr("Add Reference %1").arg(name);
-    co_await RunBulk(what, std::move(plan));
+    notice = co_await RunBulk(what, std::move(plan));
   } catch (...) {
     basHandleError(kBulkTag, kBulk);
   }
-  Done({});
+  Done(notice);
 }
 
 Job<> References::RunRemove(ReferenceSet set, QString name, std::vector<Mref> tracks) {
+  QString notice;
   try {
     const LineEdit edit = [name](const QString& line) { return LineWithout(line, name); };
     Plan plan = co_await PlanFor(set, edit, std::move(tracks));
     const QString what = tr("Remove Reference %1").arg(name);
     plan.full.clear();
-    co_await RunBulk(what, std::move(plan));
+    notice = co_await RunBulk(what, std::move(plan));
   } catch (...) {
     basHandleError(kBulkTag, kBulk);
   }
-  Done({});
+  Done(notice);
 }
 
-Job<> References::RunBulk(QString what, Plan plan) {
+Job<QString> References::RunBulk(QString what, Plan plan) {
   if (!plan.full.isEmpty()) {
     QStringList lines;
     for (const QString& track : std::as_const(plan.full))
@@ -103,16 +105,16 @@ Job<> References::RunBulk(QString what, Plan plan) {
     Tell((QStringList{QStringLiteral("Cannot Add More References !")} + FirstOf(lines)).join(kLineBreak));
   }
   const int tracks = plan.tracks;
-  notice_ = tr("%1: no track had to be changed").arg(what);
-  if (tracks == 0) co_return;
+  if (tracks == 0) co_return tr("%1: no track had to be changed").arg(what);
   LibraryChanges::Order order = OrderFor(what + tr(" (%n Track(s))", nullptr, tracks), kBulkTag);
   order.phases.push_back({.words = kBulk, .steps = std::move(plan.steps)});
   const LibraryChanges::Outcome outcome = co_await services_.changes->Do(std::move(order));
-  notice_ = tr("%1: %n track(s) changed", nullptr, outcome.done).arg(what);
   static_cast<void>(TellOutcome(outcome));
+  co_return tr("%1: %n track(s) changed", nullptr, outcome.done).arg(what);
 }
 
 Job<> References::RunRemoveFromAll(ReferenceSet set, QString name) {
+  QString notice;
   try {
     const LineEdit edit = [name](const QString& line) { return LineWithout(line, name); };
     Plan plan = co_await PlanFor(set, edit);
@@ -128,15 +130,15 @@ Job<> References::RunRemoveFromAll(ReferenceSet set, QString name) {
       order.alsoWithoutFile = true;
       order.phases.push_back({.words = QStringLiteral("Deleting Track Entries "), .steps = std::move(plan.steps)});
       const LibraryChanges::Outcome outcome = co_await services_.changes->Do(std::move(order));
-      notice_ = tr("%1: %n track(s) changed", nullptr, outcome.done).arg(name);
+      notice = tr("%1: %n track(s) changed", nullptr, outcome.done).arg(name);
       static_cast<void>(TellOutcome(outcome));
     } else if (tracks == 0) {
-      notice_ = tr("No track bears %1").arg(name);
+      notice = tr("No track bears %1").arg(name);
     }
   } catch (...) {
     basHandleError(kTag, tr("%1 could not be taken from the tracks.").arg(name));
   }
-  Done({});
+  Done(notice);
 }
 
 }  // namespace kelvo

@@ -8,6 +8,7 @@
 #include "platform/Disks.h"
 #include "platform/ErrorLog.h"
 #include "platform/SimulatedEventLoop.h"
+#include "platform/Words.h"
 #include "support/ScriptedPrompter.h"
 
 #include <QDir>

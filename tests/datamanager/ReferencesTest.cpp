@@ -221,7 +221,7 @@ TEST_F(ReferencesTest, AMergeLeavesOneNameInEveryLineAndIsUndone) {
 }
 
 TEST_F(ReferencesTest, ARenameOnThreeThousandTracksIsDoneInTurnsAndTakenBackWhenItIsStopped) {
-  for (int number = 0; number < 3000; ++number) database_.AddTrack(u"track %1"_s.arg(number, 4, 10, u'0'));
+  for (int number = 0; number < 3000; ++number) database_.AddTrack(u"track %1"_s.arg(number, 4, 10, QChar(u'0')));
   Reload();
   const Snapshot before = Library();
   int changed = 0;

@@ -123,7 +123,13 @@ void JoinProgress(DataManager& manager, const std::shared_ptr<Upkeep>& upkeep) {
     }
     manager.ToolsChanged();
   });
-  QObject::connect(upkeep->references.get(), &References::Changed, &manager, [&manager] { manager.ToolsChanged(); });
+  QObject::connect(upkeep->references.get(), &References::Changed, &manager, [&manager, upkeep] {
+    if (upkeep->references->Busy()) {
+      manager.ToolsChanged();
+    } else {
+      manager.EndProgress(upkeep->references->Notice());
+    }
+  });
 }
 
 }  // namespace
