@@ -98,6 +98,7 @@ Job<LoadOutcome> CatalogueLoader::Load() {
   try {
     const auto mend = [paths = paths_] { return MendLibrary(paths, *DesktopTrashBin()); };
     mended_ = co_await loop_.Offload(EventLoop::Lane::Files, mend);
+    if (!mended_.isEmpty()) NoteInLog(mended_);
     co_await LoadReferences(Paths::Categories, QStringLiteral("Loading Genres ("), &tables_.GenreList, true);
     co_await LoadReferences(Paths::Albums, QStringLiteral("Loading Albums ("), &tables_.AlbumList, true);
     co_await LoadReferences(Paths::Artists, QStringLiteral("Loading Artists ("), &tables_.ArtistList, true);

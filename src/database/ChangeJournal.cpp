@@ -39,7 +39,8 @@ std::optional<LibraryChange> ReadChange(const QString& file) {
 }
 
 void RemoveFile(const QString& file) {
-  if (::unlink(EncodedPath(file).constData()) != 0 && errno != ENOENT) FailOn("remove", EncodedPath(file), errno);
+  if (::unlink(EncodedPath(file).constData()) != 0 && errno != ENOENT)
+    FailOn("remove", EncodedPath(file), errno);
 }
 
 QString PlaceOf(const ChangeStep& step) {
@@ -53,14 +54,22 @@ void ForgetLast(const QString& last, const LibraryChange& done) {
     const std::optional<LibraryChange> change = ReadChange(last);
     if (!change) return;
     for (const ChangeStep& step : change->steps) {
-      const bool kept = std::any_of(done.steps.begin(), done.steps.end(), [place = PlaceOf(step)](const ChangeStep& each) {
-        return !place.isEmpty() && PlaceOf(each) == place;
-      });
+      const bool kept =
+          std::any_of(done.steps.begin(), done.steps.end(), [place = PlaceOf(step)](const ChangeStep& each) {
+            return !place.isEmpty() && PlaceOf(each) == place;
+          });
       if (!kept) ForgetStep(step);
     }
   } catch (const Failure&) {
     // What it kept stays, hidden.
   }
+}
+
+/// The file that the step works on got its new name by the next step before the crash: the step was done.
+bool WasDoneAndMoved(const std::vector<ChangeStep>& steps, std::size_t place) {
+  const auto* const content = std::get_if<SetContent>(&steps[place]);
+  const auto* const move = place + 1 < steps.size() ? std::get_if<MoveEntry>(&steps[place + 1]) : nullptr;
+  return content != nullptr && move != nullptr && move->from == content->path && QFileInfo::exists(move->to);
 }
 
 /// Does all steps, or takes them back, and takes out those that were not to be done. Returns why one failed;
@@ -70,10 +79,12 @@ QString Mend(const Paths& paths, LibraryChange& change, TrashBin& trash) {
   if (back) std::reverse(change.steps.begin(), change.steps.end());
   QString trouble;
   std::vector<ChangeStep> done;
-  for (ChangeStep& step : change.steps) {
+  for (std::size_t place = 0; place < change.steps.size(); ++place) {
+    ChangeStep& step = change.steps[place];
     try {
       const StepResult result = DoStep(paths, step, back, trash);
-      if (result == StepResult::Done || result == StepResult::Already) done.push_back(step);
+      const bool was = result == StepResult::Missing && !back && WasDoneAndMoved(change.steps, place);
+      if (was || result == StepResult::Done || result == StepResult::Already) done.push_back(step);
     } catch (const Failure& failure) {
       trouble = QString::fromUtf8(failure.what());
     }
@@ -88,7 +99,8 @@ ChangeJournal::Locked ChangeJournal::LockOf(const Paths& paths) {
   const QByteArray folder = EncodedPath(paths(Paths::Utility));
   Locked locked{Descriptor(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))};
   // Some network file systems know no locks on folders: there the operator keeps two programs apart.
-  locked.busy = locked.folder.Valid() && ::flock(locked.folder.Number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  locked.busy = locked.folder.Valid() && ::flock(locked.folder.Number(), LOCK_EX | LOCK_NB) != 0 &&
+                errno == EWOULDBLOCK;
   return locked;
 }
 
@@ -99,7 +111,8 @@ ChangeJournal::ChangeJournal(const Paths& paths) : running_(RunningFile(paths)),
   Locked locked = LockOf(paths);
   if (locked.busy) throw Failure(Text::tr("Another Program Changes The Library."), EBUSY, running_);
   if (QFileInfo::exists(running_))
-    throw Failure(Text::tr("A Change That Was Broken Off Waits For The Next Start Of The Program."), EBUSY, running_);
+    throw Failure(Text::tr("A Change That Was Broken Off Waits For The Next Start Of The Program."), EBUSY,
+                  running_);
   lock_ = std::move(locked.folder);
 }
 

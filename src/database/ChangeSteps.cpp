@@ -62,7 +62,8 @@ void RemoveFile(const QString& path) {
 QString Inside(const Paths& paths, const QString& path) {
   const QString clean = QDir::cleanPath(path);
   for (int slot = Paths::kFirst; slot <= Paths::kLast; ++slot) {
-    if (!paths(slot).isEmpty() && clean.startsWith(QDir::cleanPath(paths(slot)) + QLatin1Char('/'))) return clean;
+    if (!paths(slot).isEmpty() && clean.startsWith(QDir::cleanPath(paths(slot)) + QLatin1Char('/')))
+      return clean;
   }
   throw Failure(QStringLiteral("It does not lie in the database."), EINVAL, path);
 }
@@ -113,6 +114,11 @@ QString KeptPlace(const QString& path) {
   return FolderOf(path) + kKept + QFileInfo(path).fileName();
 }
 
+/// The folder of what is kept, when it is empty.
+void DropKeptFolder(const QString& place) {
+  QDir().rmdir(FolderOf(place));
+}
+
 QString Keep(const QString& path) {
   const QString place = KeptPlace(path);
   if (!QDir().mkpath(FolderOf(place))) FailOn("make the folder", EncodedPath(FolderOf(place)), errno);
@@ -125,7 +131,8 @@ QString Keep(const QString& path) {
 StepResult Discard(DiscardEntry& step, TrashBin& trash) {
   if (!Exists(step.path)) {
     // A crash came before its place was kept.
-    if (step.place.isEmpty()) step.place = Exists(KeptPlace(step.path)) ? KeptPlace(step.path) : trash.Find(step.path);
+    if (step.place.isEmpty())
+      step.place = Exists(KeptPlace(step.path)) ? KeptPlace(step.path) : trash.Find(step.path);
     return StepResult::Already;
   }
   if (step.folder && ::rmdir(EncodedPath(step.path).constData()) == 0) return StepResult::Done;
@@ -136,11 +143,17 @@ StepResult Discard(DiscardEntry& step, TrashBin& trash) {
 }
 
 StepResult BringBack(const DiscardEntry& step, TrashBin& trash) {
-  if (Exists(step.path)) return StepResult::Already;
-  if (!step.place.isEmpty() && Exists(step.place)) {
-    if (step.place == KeptPlace(step.path)) return Rename(step.place, step.path) ? StepResult::Done : StepResult::Other;
-    if (trash.TakeBack(step.place, step.path)) return StepResult::Done;
+  const bool kept = step.place == KeptPlace(step.path);
+  if (Exists(step.path)) {
+    if (kept) DropKeptFolder(step.place);
+    return StepResult::Already;
   }
+  if (kept && Exists(step.place)) {
+    if (!Rename(step.place, step.path)) return StepResult::Other;
+    DropKeptFolder(step.place);
+    return StepResult::Done;
+  }
+  if (!step.place.isEmpty() && trash.TakeBack(step.place, step.path)) return StepResult::Done;
   if (step.bytes) {
     ReplaceFile(step.path, *step.bytes);
     return StepResult::Done;
@@ -177,7 +190,7 @@ void ForgetStep(const ChangeStep& step) {
   } else {
     QFile::remove(discard->place);
   }
-  QDir().rmdir(FolderOf(discard->place));
+  DropKeptFolder(discard->place);
 }
 
 }  // namespace kelvo

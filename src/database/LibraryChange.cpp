@@ -41,8 +41,7 @@ QJsonArray StepText(const MoveEntry& step) {
 }
 
 QJsonArray StepText(const DiscardEntry& step) {
-  return {QStringLiteral("discard"), step.path, step.folder,
-          OptionalText(step.bytes), step.place};
+  return {QStringLiteral("discard"), step.path, step.folder, OptionalText(step.bytes), step.place};
 }
 
 QJsonArray StepText(const MakeFolder& step) {
@@ -84,8 +83,8 @@ std::optional<LibraryChange> LibraryChange::FromBytes(const QByteArray& bytes) {
   LibraryChange change;
   change.what = text[QStringLiteral("what")].toString();
   const QString way = text[QStringLiteral("way")].toString();
-  const auto* const found =
-      std::find_if(kWays.begin(), kWays.end(), [&way](const char* each) { return way == QLatin1StringView(each); });
+  const auto* const found = std::find_if(kWays.begin(), kWays.end(),
+                                         [&way](const char* each) { return way == QLatin1StringView(each); });
   const QJsonValue steps = text[QStringLiteral("steps")];
   if (found == kWays.end() || !steps.isArray()) return std::nullopt;
   change.way = Way(found - kWays.begin());

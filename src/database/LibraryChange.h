@@ -42,9 +42,9 @@ struct MoveEntry {
 /// A file or folder goes to the trash, where there is one; otherwise it is kept in a hidden folder beside it.
 struct DiscardEntry {
   QString path;
-  bool folder = false;                    ///< an empty one is removed, and made anew
-  std::optional<QByteArray> bytes = {};   ///< of a small file, in case the trash is emptied
-  QString place = {};                     ///< where it is since
+  bool folder = false;                   ///< an empty one is removed, and made anew
+  std::optional<QByteArray> bytes = {};  ///< of a small file, in case the trash is emptied
+  QString place = {};                    ///< where it is since
 };
 
 struct MakeFolder {

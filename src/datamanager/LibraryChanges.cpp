@@ -60,7 +60,18 @@ Job<> LibraryChanges::ReadLast() {
   Q_EMIT Changed();
 }
 
-void LibraryChanges::Show(const QString& words, double share) {
+bool LibraryChanges::ShowLook(const QString& words, double share) {
+  if (!std::exchange(looking_, true)) stop_ = false;
+  Say(words, share);
+  return !stop_;
+}
+
+void LibraryChanges::EndLook() {
+  looking_ = false;
+  Q_EMIT Changed();
+}
+
+void LibraryChanges::Say(const QString& words, double share) {
   share_ = share;
   const QString text = words + QLatin1Char('(') + Format0(share * 100) + QStringLiteral("%)");
   if (text == words_) return;
@@ -69,20 +80,25 @@ void LibraryChanges::Show(const QString& words, double share) {
 }
 
 void LibraryChanges::ShowPart(const QString& words, std::size_t part, std::size_t whole) {
-  if (whole > 0) Show(words, static_cast<double>(part) / static_cast<double>(whole));
+  if (whole > 0) Say(words, static_cast<double>(part) / static_cast<double>(whole));
 }
 
 void LibraryChanges::Stop() {
-  if (!running_ || stop_) return;
+  if (!Shows() || stop_) return;
   stop_ = true;
   Q_EMIT Changed();
 }
 
 Job<LibraryChanges::Outcome> LibraryChanges::Do(Order order) {
   Outcome outcome;
-  if (running_) co_return outcome;
+  if (running_) {
+    outcome.failure = WhyNot();
+    co_return outcome;
+  }
   running_ = true;
   stop_ = false;
+  words_ = order.what;
+  share_ = 0;
   Q_EMIT Changed();
   Run run(order.tag);
   run.alsoWithoutFile = order.alsoWithoutFile;
@@ -151,8 +167,8 @@ Job<> LibraryChanges::FindTracks(Run& run) {
 }
 
 Job<LibraryChanges::Outcomes> LibraryChanges::DoSome(Run& run, std::size_t from, std::size_t to, bool back) {
-  const auto work = [paths = services_.paths, change = run.change, done = run.done, trash = services_.trash, from,
-                     to, back] {
+  const auto work = [paths = services_.paths, change = run.change, done = run.done, trash = services_.trash,
+                     from, to, back] {
     Outcomes outcomes(to - from);
     for (std::size_t count = 0; count < to - from; ++count) {
       const std::size_t place = back ? to - 1 - count : from + count;
@@ -280,6 +296,8 @@ Job<> LibraryChanges::RunUndo() {
   if (answer != Answer::Yes || running_) co_return;
   running_ = true;
   stop_ = false;
+  words_ = tr("Taking Back ");
+  share_ = 0;
   Q_EMIT Changed();
   try {
     Run run(kUndoTag);
@@ -314,10 +332,9 @@ bool LibraryChanges::LiesIn(Paths::Slot slot, const QString& path) const {
 }
 
 std::optional<ReferenceSet> LibraryChanges::SetOf(const QString& folder) const {
-  constexpr std::array kSlots{std::pair(Paths::Categories, ReferenceSet::Genres),
-                              std::pair(Paths::Artists, ReferenceSet::Artists),
-                              std::pair(Paths::Albums, ReferenceSet::Albums),
-                              std::pair(Paths::Playlists, ReferenceSet::Playlists)};
+  constexpr std::array kSlots{
+      std::pair(Paths::Categories, ReferenceSet::Genres), std::pair(Paths::Artists, ReferenceSet::Artists),
+      std::pair(Paths::Albums, ReferenceSet::Albums), std::pair(Paths::Playlists, ReferenceSet::Playlists)};
   for (const auto& [slot, set] : kSlots) {
     // A profile beside the folders is none of them.
     if (LiesIn(slot, folder) && services_.catalogue.References(set).contains(NameOf(folder))) return set;
@@ -406,10 +423,9 @@ Job<> LibraryChanges::Came(QString path) {
     catalogue.AddJingle(path);
     co_return;
   }
-  constexpr std::array kSlots{std::pair(Paths::Categories, ReferenceSet::Genres),
-                              std::pair(Paths::Artists, ReferenceSet::Artists),
-                              std::pair(Paths::Albums, ReferenceSet::Albums),
-                              std::pair(Paths::Playlists, ReferenceSet::Playlists)};
+  constexpr std::array kSlots{
+      std::pair(Paths::Categories, ReferenceSet::Genres), std::pair(Paths::Artists, ReferenceSet::Artists),
+      std::pair(Paths::Albums, ReferenceSet::Albums), std::pair(Paths::Playlists, ReferenceSet::Playlists)};
   for (const auto& [slot, set] : kSlots) {
     if (!LiesIn(slot, path)) continue;
     const auto look = [path] { return QFileInfo(path).isDir(); };

@@ -21,8 +21,8 @@ namespace kelvo {
 
 /// Changes of the library that go through many files, one at a time: renamed and deleted tracks, names of
 /// genres, artists and albums, and what is changed of many tracks together. All that a change is going to do
-/// is on disk before its first step (ChangeJournal), so a crash leaves nothing half done; what was done can be
-/// undone until the next change. The catalogue learns of each step in the turn in which it is known to be
+/// is on disk before its first step (ChangeJournal), so a crash leaves nothing half done; what was done can
+/// be undone until the next change. The catalogue learns of each step in the turn in which it is known to be
 /// done. Owned by the join; shared by the windows that change the library; logic thread.
 class LibraryChanges : public QObject {
   Q_OBJECT
@@ -46,7 +46,8 @@ class LibraryChanges : public QObject {
     QString what;  ///< "Rename ...", in words for the operator
     QString tag;   ///< of failures in the log
     std::vector<Phase> phases;
-    bool alsoWithoutFile = false;  ///< a track whose info file is missing is changed in the catalogue all the same
+    bool alsoWithoutFile =
+        false;  ///< a track whose info file is missing is changed in the catalogue all the same
   };
   struct Outcome {
     bool whole = false;       ///< came to its end
@@ -57,7 +58,7 @@ class LibraryChanges : public QObject {
   };
   /// Does the steps in their order. Failures of single steps are handled. Not while another runs.
   [[nodiscard]] Job<Outcome> Do(Order order);
-  /// Takes back what the change under way has done so far.
+  /// Takes back what the change under way has done so far; ends a look.
   void Stop();
 
   [[nodiscard]] bool Running() const { return running_; }
@@ -68,8 +69,11 @@ class LibraryChanges : public QObject {
   [[nodiscard]] const QString& Words() const { return words_; }
   /// How much is done, 0 to 1.
   [[nodiscard]] double Share() const { return share_; }
-  /// Shows the progress of what goes before a change.
-  void Show(const QString& words, double share);
+  /// Shows how far the look is that goes before a change, until EndLook. False: the operator stopped it.
+  bool ShowLook(const QString& words, double share);
+  void EndLook();
+  /// A look or a change is shown.
+  [[nodiscard]] bool Shows() const { return running_ || looking_; }
 
   /// What Undo takes back, in words; empty when there is nothing.
   [[nodiscard]] const QString& LastChange() const { return last_; }
@@ -98,6 +102,7 @@ class LibraryChanges : public QObject {
   /// Takes back the steps before `end`.
   [[nodiscard]] Job<int> TakeBack(Run& run, std::size_t end);
   [[nodiscard]] Job<> End(Run& run, bool undone);
+  void Say(const QString& words, double share);
   void ShowPart(const QString& words, std::size_t part, std::size_t whole);
 
   // What a step means for the catalogue.
@@ -111,6 +116,7 @@ class LibraryChanges : public QObject {
 
   Services services_;
   bool running_ = false;
+  bool looking_ = false;
   bool stop_ = false;
   QString words_;
   double share_ = 0;

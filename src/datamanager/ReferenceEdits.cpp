@@ -27,7 +27,8 @@ std::optional<QString> LineWithRenamed(const QString& line, const QString& name,
   QStringList renamed;
   for (const QString& item : items) {
     const bool old = Same(item, name);
-    if (old && (PlaceOf(renamed, newName, 0) >= 0 || (!Same(name, newName) && PlaceOf(items, newName, 0) >= 0)))
+    if (old &&
+        (PlaceOf(renamed, newName, 0) >= 0 || (!Same(name, newName) && PlaceOf(items, newName, 0) >= 0)))
       continue;
     renamed.append(old ? newName : item);
   }

@@ -70,8 +70,8 @@ QString References::Folder(ReferenceSet set, const QString& name) const {
 
 const PooledTextColumn* References::LinesOf(ReferenceSet set) const {
   const Catalogue& tracks = services_.catalogue;
-  const std::array<const PooledTextColumn*, 4> lines{&tracks.TrackGenres, &tracks.TrackArtists, &tracks.TrackAlbums,
-                                                     nullptr};
+  const std::array<const PooledTextColumn*, 4> lines{&tracks.TrackGenres, &tracks.TrackArtists,
+                                                     &tracks.TrackAlbums, nullptr};
   return lines[static_cast<std::size_t>(set)];
 }
 
@@ -80,7 +80,8 @@ QString References::WhyNot(const QString& name) const {
   return why.isEmpty() && name.isEmpty() ? tr("No name is chosen") : why;
 }
 
-QString References::WhyNoTracks(ReferenceSet set, const QString& name, const std::vector<Mref>& tracks) const {
+QString References::WhyNoTracks(ReferenceSet set, const QString& name,
+                                const std::vector<Mref>& tracks) const {
   const QString why = WhyNot(name);
   if (!why.isEmpty()) return why;
   if (LinesOf(set) == nullptr) return tr("Playlists are kept by the Playlist Manager");
@@ -204,12 +205,14 @@ void References::AddStep(Plan& plan, ReferenceSet set, const LineEdit& edit, Mre
   if (!fresh) return;
   ++plan.tracks;
   SetInfoLine step{tracks.TrackNames[track], InfoLine::Line(static_cast<int>(set)), line, *fresh};
-  step.references = QStringList{tracks.TrackGenres[track], tracks.TrackArtists[track], tracks.TrackAlbums[track]};
+  step.references =
+      QStringList{tracks.TrackGenres[track], tracks.TrackArtists[track], tracks.TrackAlbums[track]};
   step.references[static_cast<qsizetype>(set)] = *fresh;
   plan.steps.push_back(std::move(step));
 }
 
-Job<References::Plan> References::PlanFor(ReferenceSet set, LineEdit edit, std::optional<std::vector<Mref>> tracks) {
+Job<References::Plan> References::PlanFor(ReferenceSet set, LineEdit edit,
+                                          std::optional<std::vector<Mref>> tracks) {
   Plan plan;
   if (LinesOf(set) == nullptr) co_return plan;
   Turn turn(services_.loop);
@@ -279,17 +282,20 @@ Job<> References::RunNew(ReferenceSet set) {
 Job<> References::RunRename(ReferenceSet set, QString name) {
   QString notice;
   try {
-    bool goOn = IsFree(name, QStringLiteral("Cannot Rename ") + name +
-                                 QStringLiteral(" It is Required By The System !"));
+    bool goOn = IsFree(
+        name, QStringLiteral("Cannot Rename ") + name + QStringLiteral(" It is Required By The System !"));
     QString newName;
     if (goOn)
-      newName = co_await AskName(QStringLiteral("Rename Reference"), QStringLiteral("Rename Reference As !"), name);
+      newName =
+          co_await AskName(QStringLiteral("Rename Reference"), QStringLiteral("Rename Reference As !"), name);
     goOn = !newName.isEmpty();
     const QString question = QStringLiteral("Rename Reference ") + name + QStringLiteral(" To ") + newName;
     if (goOn) goOn = co_await Ask(question);
     if (goOn) goOn = !co_await IsTaken(set, newName);
     if (goOn) {
-      const LineEdit edit = [name, newName](const QString& line) { return LineWithRenamed(line, name, newName); };
+      const LineEdit edit = [name, newName](const QString& line) {
+        return LineWithRenamed(line, name, newName);
+      };
       Plan plan = co_await PlanFor(set, edit);
       const QStringList profiles = co_await Profiles(set, name);
       LibraryChanges::Order order = OrderFor(question, kTag);
@@ -304,7 +310,8 @@ Job<> References::RunRename(ReferenceSet set, QString name) {
       order.phases.push_back(Lines(kRenaming, std::move(plan.steps)));
       const LibraryChanges::Outcome outcome = co_await services_.changes->Do(std::move(order));
       if (TellOutcome(outcome)) notice = QStringLiteral("Renamed to ") + newName;
-      if (!outcome.whole && !outcome.stopped && outcome.failure.isEmpty()) Tell(name + QStringLiteral(" Not found"));
+      if (!outcome.whole && !outcome.stopped && outcome.failure.isEmpty())
+        Tell(name + QStringLiteral(" Not found"));
     }
   } catch (...) {
     basHandleError(kTag, tr("%1 could not be renamed.").arg(name));
@@ -315,16 +322,16 @@ Job<> References::RunRename(ReferenceSet set, QString name) {
 Job<> References::RunDelete(ReferenceSet set, QString name) {
   QString notice;
   try {
-    bool goOn = IsFree(name, QStringLiteral("Cannot Delete ") + name + QStringLiteral(" It is Required By  ") +
-                                 services_.title);
+    bool goOn = IsFree(name, QStringLiteral("Cannot Delete ") + name +
+                                 QStringLiteral(" It is Required By  ") + services_.title);
     if (goOn) {
       const LineEdit edit = [name](const QString& line) { return LineWithout(line, name); };
       Plan plan = co_await PlanFor(set, edit);
-      const QString question = plan.tracks > 0 ? QStringLiteral("The Reference ") + name + QStringLiteral(" Has ") +
-                                                     QString::number(plan.tracks) +
-                                                     QStringLiteral(" Track Entries Defined") + kLineBreak +
-                                                     QStringLiteral("Continue with Delete ?")
-                                               : QStringLiteral("Delete Reference ") + name + QStringLiteral(" !");
+      const QString question =
+          plan.tracks > 0 ? QStringLiteral("The Reference ") + name + QStringLiteral(" Has ") +
+                                QString::number(plan.tracks) + QStringLiteral(" Track Entries Defined") +
+                                kLineBreak + QStringLiteral("Continue with Delete ?")
+                          : QStringLiteral("Delete Reference ") + name + QStringLiteral(" !");
       goOn = co_await Ask(question, QStringLiteral("Delete Reference"));
       if (goOn) {
         // Tracks may have come or changed while the operator thought.

@@ -40,11 +40,14 @@ class References : public QObject {
 
   [[nodiscard]] bool Busy() const { return work_.Running(); }
   /// Why no command can be given now, in words; empty when one can.
-  [[nodiscard]] QString WhyNot() const { return Busy() ? tr("A name is being changed") : services_.changes->WhyNot(); }
+  [[nodiscard]] QString WhyNot() const {
+    return Busy() ? tr("A name is being changed") : services_.changes->WhyNot();
+  }
   /// The same for a command on this name; the empty name is none.
   [[nodiscard]] QString WhyNot(const QString& name) const;
   /// The same for tracks: those of playlists have no such names.
-  [[nodiscard]] QString WhyNoTracks(ReferenceSet set, const QString& name, const std::vector<Mref>& tracks) const;
+  [[nodiscard]] QString WhyNoTracks(ReferenceSet set, const QString& name,
+                                    const std::vector<Mref>& tracks) const;
   /// What the last command came to, for a line of words: "Rock Created".
   [[nodiscard]] const QString& Notice() const { return notice_; }
 
@@ -65,7 +68,7 @@ class References : public QObject {
   using LineEdit = std::function<std::optional<QString>(const QString& line)>;
   struct Plan {
     std::vector<ChangeStep> steps;
-    int tracks = 0;       ///< whose line becomes another
+    int tracks = 0;         ///< whose line becomes another
     QStringList full = {};  ///< names of the tracks that take no more
   };
 

@@ -22,16 +22,18 @@ const QString kBulk = QStringLiteral("Track References ");
 Job<> References::RunMerge(ReferenceSet set, QString name) {
   QString notice;
   try {
-    bool goOn = LinesOf(set) != nullptr &&
-                IsFree(name, QStringLiteral("Cannot Rename ") + name + QStringLiteral(" It is Required By The System !"));
+    bool goOn =
+        LinesOf(set) != nullptr && IsFree(name, QStringLiteral("Cannot Rename ") + name +
+                                                    QStringLiteral(" It is Required By The System !"));
     QString typed;
     if (goOn) {
       const QString prompt = tr("Merge %1 Into Which Name ?").arg(name);
       typed = co_await AskName(tr("Merge Reference"), prompt, QString());
     }
     const QStringList& known = services_.catalogue.References(set);
-    const auto found = std::find_if(known.begin(), known.end(),
-                                    [&typed](const QString& each) { return each.toUpper() == typed.toUpper(); });
+    const auto found = std::find_if(known.begin(), known.end(), [&typed](const QString& each) {
+      return each.toUpper() == typed.toUpper();
+    });
     const QString into = typed.isEmpty() || found == known.end() ? QString() : *found;
     if (goOn && !typed.isEmpty() && into.isEmpty()) Tell(typed + QStringLiteral(" Not found"));
     goOn = !into.isEmpty() && into != name;
@@ -128,7 +130,8 @@ Job<> References::RunRemoveFromAll(ReferenceSet set, QString name) {
       plan = co_await PlanFor(set, edit);
       LibraryChanges::Order order = OrderFor(tr("Remove Reference %1 From All Tracks").arg(name), kTag);
       order.alsoWithoutFile = true;
-      order.phases.push_back({.words = QStringLiteral("Deleting Track Entries "), .steps = std::move(plan.steps)});
+      order.phases.push_back(
+          {.words = QStringLiteral("Deleting Track Entries "), .steps = std::move(plan.steps)});
       const LibraryChanges::Outcome outcome = co_await services_.changes->Do(std::move(order));
       notice = tr("%1: %n track(s) changed", nullptr, outcome.done).arg(name);
       static_cast<void>(TellOutcome(outcome));

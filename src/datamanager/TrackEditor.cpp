@@ -18,7 +18,9 @@ constexpr int kFirstYear = 1950;
 
 TrackFacts FactsIn(const TrackInfo& info) {
   const ReleaseDate date = info.Get(InfoFields::ReleaseDate);
-  const auto strong = [&info](InfoLine::Line line) { return info.Text(line).trimmed() != QStringLiteral("0"); };
+  const auto strong = [&info](InfoLine::Line line) {
+    return info.Text(line).trimmed() != QStringLiteral("0");
+  };
   return {.year = date.year,
           .month = date.month,
           .hiPos = info.Text(InfoLine::HiPos),
@@ -268,7 +270,8 @@ Job<bool> TrackEditor::RunSave() {
   try {
     const QString path = path_;
     const TrackFacts facts = facts_;
-    const auto write = [infoPath = TrackInfoPath(services_.paths, BaseName()), facts, converted = converted_] {
+    const auto write = [infoPath = TrackInfoPath(services_.paths, BaseName()), facts,
+                        converted = converted_] {
       std::optional<TrackInfo> info = ReadTrackInfo(infoPath);
       if (!info) throw Failure(QStringLiteral("Could Not Save info File !"), ENOENT, infoPath);
       WriteFacts(facts, converted, *info);

@@ -106,6 +106,7 @@ class TrackEditor : public QObject {
   [[nodiscard]] Job<TrackLinks> FindLinks(LibraryFile file, QString words);
   /// The new path; none when the name is refused, which the operator is told, or is the one that it has.
   [[nodiscard]] std::optional<QString> NewPath();
+  void TellStopped();
   void TellEnd(const LibraryChanges::Outcome& outcome, const QString& done, const QString& missing,
                const TrackLinks& links);
   [[nodiscard]] bool CheckFigure(const QString& text, const QString& before, const QString& refusal);
@@ -114,10 +115,10 @@ class TrackEditor : public QObject {
 
   Services services_;
   QString path_;
-  bool ready_ = false;    ///< facts_ counts
+  bool ready_ = false;  ///< facts_ counts
   bool jingle_ = false;
   bool deleted_ = false;
-  bool gone_ = false;     ///< others took it out of the library
+  bool gone_ = false;  ///< others took it out of the library
   bool converted_ = false;
   TrackFacts before_;
   TrackFacts facts_;

@@ -8,6 +8,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 
 #include <algorithm>
 
@@ -49,11 +50,16 @@ Job<LibraryFile> TrackEditor::LookAt() {
 
 Job<TrackLinks> TrackEditor::FindLinks(LibraryFile file, QString words) {
   if (!file.track) co_return TrackLinks{};
-  const std::function<void(double)> progress = [changes = services_.changes, words](double share) {
-    changes->Show(words, share);
+  const std::function<bool(double)> progress = [changes = services_.changes, words](double share) {
+    return changes->ShowLook(words, share);
   };
-  co_return co_await FindTrackLinks(services_.loop, services_.disks, services_.catalogue, services_.paths, file.path,
-                                    progress);
+  const auto ended = qScopeGuard([changes = services_.changes] { changes->EndLook(); });
+  co_return co_await FindTrackLinks(services_.loop, services_.disks, services_.catalogue, services_.paths,
+                                    file.path, progress);
+}
+
+void TrackEditor::TellStopped() {
+  Tell(tr("Stopped: Everything Is As It Was"));
 }
 
 /// What came of it, and what of the playlists has been changed all the same.
@@ -62,13 +68,15 @@ void TrackEditor::TellEnd(const LibraryChanges::Outcome& outcome, const QString&
   QStringList lines;
   PromptIcon icon = PromptIcon::Exclamation;
   if (outcome.stopped) {
-    lines.append(outcome.done == 0 ? tr("Stopped: Everything Is As It Was")
-                                   : tr("Stopped: %n Step(s) Could Not Be Taken Back", nullptr, outcome.done));
+    lines.append(outcome.done == 0
+                     ? tr("Stopped: Everything Is As It Was")
+                     : tr("Stopped: %n Step(s) Could Not Be Taken Back", nullptr, outcome.done));
   } else if (outcome.whole) {
     lines.append(done);
     icon = PromptIcon::Information;
   } else {
-    lines.append(outcome.failure.isEmpty() ? missing : tr("It Could Not Be Done:") + kLineBreak + outcome.failure);
+    lines.append(outcome.failure.isEmpty() ? missing
+                                           : tr("It Could Not Be Done:") + kLineBreak + outcome.failure);
     if (outcome.done > 0)
       lines.append(tr("Entries Of Playlists Have Been Changed Already; Undo Brings Them Back"));
   }
@@ -105,14 +113,19 @@ Job<> TrackEditor::RunRename() {
       } else {
         const LibraryFile file = co_await LookAt();
         const TrackLinks links = co_await FindLinks(file, QStringLiteral("ReNaming Playlist Entries "));
+        if (links.stopped) {
+          TellStopped();
+          ShowLater();
+          co_return;
+        }
         const auto plan = [paths = services_.paths, file, to = *newPath, links] {
           const QString left = FindFile(TrackInfoPath(paths, kelvo::BaseName(QFileInfo(to).fileName())));
           return RenameOrder(paths, file, to, links.links, left);
         };
         LibraryChanges::Order order = co_await services_.loop.Offload(EventLoop::Lane::Apart, plan);
         const LibraryChanges::Outcome outcome = co_await services_.changes->Do(std::move(order));
-        TellEnd(outcome, QStringLiteral("File Rename Was Successful"), QStringLiteral("Cant find file to Rename !"),
-                links);
+        TellEnd(outcome, QStringLiteral("File Rename Was Successful"),
+                QStringLiteral("Cant find file to Rename !"), links);
       }
     }
   } catch (...) {
@@ -137,13 +150,15 @@ Job<> TrackEditor::RunDelete() {
   const QString name = QFileInfo(path_).fileName();
   try {
     bool goOn = MayBeDeleted();
-    const QStringList question{QStringLiteral("Delete The file"), name, QStringLiteral("Continue With Delete ?")};
+    const QStringList question{QStringLiteral("Delete The file"), name,
+                               QStringLiteral("Continue With Delete ?")};
     if (goOn) goOn = co_await Ask(question.join(kLineBreak));
     if (goOn) {
       const LibraryFile file = co_await LookAt();
       const TrackLinks links = co_await FindLinks(file, QStringLiteral("Checking Playlists "));
       // It may have gone on air meanwhile.
-      goOn = MayBeDeleted();
+      if (links.stopped) TellStopped();
+      goOn = !links.stopped && MayBeDeleted();
       if (goOn) {
         LibraryChanges::Order order = DeleteOrder(file, links.links);
         const LibraryChanges::Outcome outcome = co_await services_.changes->Do(std::move(order));
@@ -152,8 +167,8 @@ Job<> TrackEditor::RunDelete() {
           ready_ = false;
           newName_.clear();
         }
-        TellEnd(outcome, QStringLiteral("File Deleted"), name + QStringLiteral(" Could Not Locate File To Remove !"),
-                links);
+        TellEnd(outcome, QStringLiteral("File Deleted"),
+                name + QStringLiteral(" Could Not Locate File To Remove !"), links);
       }
     }
   } catch (...) {

@@ -34,8 +34,8 @@ std::vector<TrackLink> CandidatesIn(const QString& folder, const QString& key) {
   std::vector<TrackLink> candidates;
   for (const PlaylistEntry& entry : ReadPlaylist(folder).entries) {
     if (!entry.IsLinkFile() || !entry.link) continue;
-    const bool named = LinkKey(entry.name.name) == key ||
-                       LinkKey(BaseName(FileNameOf(entry.link->targetPath))) == key;
+    const bool named =
+        LinkKey(entry.name.name) == key || LinkKey(BaseName(FileNameOf(entry.link->targetPath))) == key;
     if (!named) continue;
     TrackLink link{folder, entry.file, BytesOf(folder + QLatin1Char('/') + entry.file), *entry.link};
     if (entry.line) {
@@ -49,8 +49,8 @@ std::vector<TrackLink> CandidatesIn(const QString& folder, const QString& key) {
 
 /// Those that lead to the file, as the resolver of all links sees it, or by the very words of their target:
 /// the file may have vanished.
-Job<std::vector<TrackLink>> LeadingTo(EventLoop& loop, Disks& disks, const Catalogue& catalogue, QString musicFile,
-                                      std::vector<TrackLink> candidates) {
+Job<std::vector<TrackLink>> LeadingTo(EventLoop& loop, Disks& disks, const Catalogue& catalogue,
+                                      QString musicFile, std::vector<TrackLink> candidates) {
   std::vector<LinkQuestion> questions;
   for (const TrackLink& each : candidates)
     questions.push_back({each.link.targetPath, EntryFileName::Parse(each.file).name});
@@ -59,8 +59,8 @@ Job<std::vector<TrackLink>> LeadingTo(EventLoop& loop, Disks& disks, const Catal
   const QString wanted = musicFile.toUpper();
   std::vector<TrackLink> links;
   for (std::size_t place = 0; place < candidates.size(); ++place) {
-    const bool leads = resolved[place].path.toUpper() == wanted ||
-                       candidates[place].link.targetPath.toUpper() == wanted;
+    const bool leads =
+        resolved[place].path.toUpper() == wanted || candidates[place].link.targetPath.toUpper() == wanted;
     if (leads) links.push_back(std::move(candidates[place]));
   }
   co_return links;
@@ -74,7 +74,7 @@ QString TrackLink::FileFor(const QString& baseName) const {
 }
 
 Job<TrackLinks> FindTrackLinks(EventLoop& loop, Disks& disks, const Catalogue& catalogue, Paths paths,
-                               QString musicFile, std::function<void(double share)> progress) {
+                               QString musicFile, std::function<bool(double share)> progress) {
   TrackLinks found;
   const QString root = paths(Paths::Playlists);
   const QString key = LinkKey(BaseName(QFileInfo(musicFile).fileName()));
@@ -103,7 +103,8 @@ Job<TrackLinks> FindTrackLinks(EventLoop& loop, Disks& disks, const Catalogue& c
     } else {
       found.unseen.append(folder);
     }
-    progress(static_cast<double>(place + 1) / static_cast<double>(folders.size()));
+    found.stopped = !progress(static_cast<double>(place + 1) / static_cast<double>(folders.size()));
+    if (found.stopped) co_return found;
   }
   found.links = co_await LeadingTo(loop, disks, catalogue, musicFile, std::move(candidates));
   co_return found;

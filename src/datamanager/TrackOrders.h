@@ -14,10 +14,10 @@ namespace kelvo {
 /// thread.
 struct LibraryFile {
   QString path;
-  bool track = false;  ///< in the music folder: it has a track info file, and playlists lead to it
-  QString infoPath = {};                   ///< as it is on disk; empty: it has none
-  std::optional<QByteArray> info = {};     ///< of that file
-  bool infoShared = false;                 ///< by another music file of the same base name
+  bool track = false;     ///< in the music folder: it has a track info file, and playlists lead to it
+  QString infoPath = {};  ///< as it is on disk; empty: it has none
+  std::optional<QByteArray> info = {};  ///< of that file
+  bool infoShared = false;              ///< by another music file of the same base name
 };
 
 /// Throws Failure. Blocks for the disk: off the logic's thread.
@@ -29,8 +29,9 @@ struct LibraryFile {
 /// Renames the file and all that hangs on its name: first the entries of playlists, then the file, then its
 /// info file. `leftInfo`: a track info file that has the new name and belongs to no track. Blocks for the
 /// disk.
-[[nodiscard]] LibraryChanges::Order RenameOrder(const Paths& paths, const LibraryFile& file, const QString& newPath,
-                                                const std::vector<TrackLink>& links, const QString& leftInfo);
+[[nodiscard]] LibraryChanges::Order RenameOrder(const Paths& paths, const LibraryFile& file,
+                                                const QString& newPath, const std::vector<TrackLink>& links,
+                                                const QString& leftInfo);
 /// Deletes the entries of playlists, then the file, then its info file.
 [[nodiscard]] LibraryChanges::Order DeleteOrder(const LibraryFile& file, const std::vector<TrackLink>& links);
 

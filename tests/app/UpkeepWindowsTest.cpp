@@ -51,7 +51,8 @@ class UpkeepBesideTheDesk : public BesideTheDesk {
     list.clearSelection();
     for (const int row : rows) {
       const QPoint spot = list.visualRect(list.model()->index(row, 0)).center();
-      QTest::mouseClick(list.viewport(), Qt::LeftButton, row == rows.front() ? Qt::NoModifier : Qt::ControlModifier, spot);
+      QTest::mouseClick(list.viewport(), Qt::LeftButton,
+                        row == rows.front() ? Qt::NoModifier : Qt::ControlModifier, spot);
     }
     loop_.RunFor(1100ms);
   }
@@ -64,7 +65,9 @@ class UpkeepBesideTheDesk : public BesideTheDesk {
     prompter_.answers = {Answer::Yes};
     Click(Editor(), u"Command5"_s);
   }
-  [[nodiscard]] QString LastTold() const { return prompter_.asked.empty() ? QString() : prompter_.asked.back().text; }
+  [[nodiscard]] QString LastTold() const {
+    return prompter_.asked.empty() ? QString() : prompter_.asked.back().text;
+  }
 };
 
 TEST_F(UpkeepBesideTheDesk, ATrackOnAirIsRenamedWhileItPlaysOnAndIsNotDeleted) {
@@ -88,7 +91,8 @@ TEST_F(UpkeepBesideTheDesk, ATrackOnAirIsRenamedWhileItPlaysOnAndIsNotDeleted) {
   EXPECT_EQ(Record(Deck::One).FilePath, MusicPath(u"omega"_s));
   EXPECT_EQ(Queue().Row(1).title, u"Omega"_s);
   EXPECT_TRUE(QFileInfo::exists(Playlist() + u"/ 1~omega.lnk"_s));
-  EXPECT_EQ(FindNamed<ListTable>(Manager(), u"ListView1"_s)->model()->index(0, 0).data().toString(), u"omega.mp3"_s);
+  EXPECT_EQ(FindNamed<ListTable>(Manager(), u"ListView1"_s)->model()->index(0, 0).data().toString(),
+            u"omega.mp3"_s);
 
   prompter_.answers = {};
   Click(Editor(), u"Command2"_s);
@@ -155,7 +159,8 @@ TEST_F(UpkeepBesideTheDesk, NamesAreGivenRenamedAndTakenFromTheListsOfTheDataMan
   const auto choose = [&](const QString& name) {
     for (int row = 0; row < names.model()->rowCount(); ++row) {
       if (names.model()->index(row, 0).data().toString() != name) continue;
-      QTest::mouseClick(names.viewport(), Qt::LeftButton, {}, names.visualRect(names.model()->index(row, 0)).center());
+      QTest::mouseClick(names.viewport(), Qt::LeftButton, {},
+                        names.visualRect(names.model()->index(row, 0)).center());
     }
     loop_.RunFor(1100ms);
   };

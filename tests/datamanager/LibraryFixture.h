@@ -7,6 +7,7 @@
 #include "datamanager/LibraryChanges.h"
 #include "platform/Disks.h"
 #include "platform/ErrorLog.h"
+#include "platform/FileSteps.h"
 #include "platform/SimulatedEventLoop.h"
 #include "platform/Words.h"
 #include "support/ScriptedPrompter.h"
@@ -60,7 +61,9 @@ class LibraryTest : public ::testing::Test {
     Reload();
     MakeChanges();
   }
-  void MakeName(Paths::Slot slot, const QString& name) const { QDir().mkpath(database_.paths(slot) + u'/' + name); }
+  void MakeName(Paths::Slot slot, const QString& name) const {
+    QDir().mkpath(database_.paths(slot) + u'/' + name);
+  }
   /// Reads the tracks and names that are on disk.
   void Reload() {
     CatalogueTables tables(database_.paths(Paths::Music));
@@ -108,12 +111,32 @@ class LibraryTest : public ::testing::Test {
     while (each.hasNext()) {
       const QString path = each.next();
       const QString place = QDir(database_.tree.Path()).relativeFilePath(path);
-      if (place.startsWith(u"trash"_s) || place.startsWith(u"kelvo.log"_s) || place.contains(u"/.last-change"_s)) continue;
+      if (place.startsWith(u"trash"_s) || place.startsWith(u"kelvo.log"_s) ||
+          place.contains(u"/.last-change"_s))
+        continue;
       all[place] = each.fileInfo().isDir() ? QByteArray("folder") : database_.tree.Read(place);
     }
     return all;
   }
-  [[nodiscard]] QString LastTold() const { return prompter_.asked.empty() ? QString() : prompter_.asked.back().text; }
+  /// The places that are not the same; empty when all are.
+  [[nodiscard]] static std::string Difference(const Snapshot& one, const Snapshot& other) {
+    QStringList places;
+    for (const auto& [place, bytes] : one) {
+      const auto found = other.find(place);
+      if (found == other.end() || found->second != bytes) places.append(place);
+    }
+    for (const auto& [place, bytes] : other) {
+      if (!one.contains(place)) places.append(u"no "_s + place);
+    }
+    return places.join(u'\n').toStdString();
+  }
+  /// The library is as it was.
+  void ExpectLibrary(const Snapshot& before, bool hidden = false) const {
+    EXPECT_EQ(Difference(Library(hidden), before), "");
+  }
+  [[nodiscard]] QString LastTold() const {
+    return prompter_.asked.empty() ? QString() : prompter_.asked.back().text;
+  }
   void Undo() {
     prompter_.answers = {Answer::Yes};
     changes_->Undo();
@@ -129,6 +152,7 @@ class LibraryTest : public ::testing::Test {
   Disks disks_{loop_};
   std::shared_ptr<FolderTrash> trash_ = std::make_shared<FolderTrash>(database_.tree.MakeFolder(u"trash"_s));
   std::shared_ptr<LibraryChanges> changes_;
+  NoFlushes quick_;
 };
 
 }  // namespace kelvo::testing

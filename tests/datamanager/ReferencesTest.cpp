@@ -1,6 +1,5 @@
 #include "datamanager/LibraryFixture.h"
 #include "datamanager/References.h"
-#include "platform/FileSteps.h"
 
 #include <QFile>
 
@@ -79,8 +78,8 @@ class ReferencesTest : public LibraryTest {
 
 TEST_F(ReferencesTest, ANameIsMadeAfterAQuestionUnlessItIsReservedTakenOrNoName) {
   New(u" Acid "_s);
-  EXPECT_THAT(prompter_.Told(), ElementsAre(u"Create NewCATEGORIES Reference\nNew Reference Name !"_s,
-                                            u"Create Reference Acid"_s));
+  EXPECT_EQ(prompter_.asked.front().title, u"Create NewCATEGORIES Reference"_s);
+  EXPECT_THAT(prompter_.Told(), ElementsAre(u"New Reference Name !"_s, u"Create Reference Acid"_s));
   EXPECT_TRUE(HasFolder(u"Acid"_s));
   EXPECT_TRUE(catalogue_.GenreList.contains(u"Acid"_s));
   EXPECT_EQ(references_->Notice(), u"Acid Created"_s);
@@ -97,7 +96,8 @@ TEST_F(ReferencesTest, ANameIsMadeAfterAQuestionUnlessItIsReservedTakenOrNoName)
     Answer_({bad}, {});
     references_->New(kGenres);
     Finish();
-    EXPECT_TRUE(LastTold().contains(u"Not Allowed in Names !"_s) || LastTold() == u"The Name Is Too Long !"_s);
+    EXPECT_TRUE(LastTold().contains(u"Not Allowed in Names !"_s) ||
+                LastTold() == u"The Name Is Too Long !"_s);
   }
 }
 
@@ -107,8 +107,8 @@ TEST_F(ReferencesTest, ARenameKeepsTheOrderOfTheNamesReachesEveryTrackAndIsUndon
   database_.Add(Paths::Categories, u"Rock.txt"_s, "About it");
   const Snapshot before = Library(true);
   Rename(u"Rock"_s, u"Hard"_s);
-  EXPECT_THAT(prompter_.Told(),
-              ElementsAre(u"Rename Reference\nRename Reference As !"_s, u"Rename Reference Rock To Hard"_s));
+  EXPECT_EQ(prompter_.asked.front().title, u"Rename Reference"_s);
+  EXPECT_THAT(prompter_.Told(), ElementsAre(u"Rename Reference As !"_s, u"Rename Reference Rock To Hard"_s));
   EXPECT_EQ(references_->Notice(), u"Renamed to Hard"_s);
   EXPECT_EQ(GenresOnDisk(u"ann - one"_s), u"~ALL CATEGORIES,Hard,Pop"_s);
   EXPECT_EQ(GenresOnDisk(u"bob - two"_s), u"~ALL CATEGORIES,a,Hard,b,Rocker"_s);
@@ -120,10 +120,11 @@ TEST_F(ReferencesTest, ARenameKeepsTheOrderOfTheNamesReachesEveryTrackAndIsUndon
   Rename(u"Hard"_s, u"pop"_s);
   EXPECT_TRUE(LastTold().contains(u"/Pop Already Exists !"_s));
   Rename(kAllCategories, {});
-  EXPECT_THAT(prompter_.Told(), ElementsAre(u"Cannot Rename ~ALL CATEGORIES It is Required By The System !"_s));
+  EXPECT_THAT(prompter_.Told(),
+              ElementsAre(u"Cannot Rename ~ALL CATEGORIES It is Required By The System !"_s));
   MakeChanges();
   Undo();
-  EXPECT_EQ(Library(true), before);
+  ExpectLibrary(before, true);
   EXPECT_EQ(Genres(2), u"~ALL CATEGORIES,a,ROCK,b,Rocker"_s);
   EXPECT_TRUE(catalogue_.GenreList.contains(u"Rock"_s));
 }
@@ -139,8 +140,10 @@ TEST_F(ReferencesTest, TracksWhoseFileIsMissingAreNamedAndTheOthersChangedAllThe
   database_.Add(Paths::Info, u"bob - two.kif"_s,
                 info.replace("The Band", "Nobody").replace("\r\n120\r\n", "\r\n99\r\n"));
   Rename(u"Hard"_s, u"Soft"_s);
-  EXPECT_TRUE(database_.Info(u"bob - two"_s).startsWith(
-      "~ALL CATEGORIES,Soft,Pop\r\n~ALL ARTISTS,The Band\r\n~ALL ALBUMS\r\n1999-Dec\r\n99\r\n"));
+  EXPECT_TRUE(
+      database_.Info(u"bob - two"_s)
+          .startsWith(
+              "~ALL CATEGORIES,Soft,Pop\r\n~ALL ARTISTS,The Band\r\n~ALL ALBUMS\r\n1999-Dec\r\n99\r\n"));
 }
 
 TEST_F(ReferencesTest, ADeleteCountsTheTracksTakesTheNameFromThemAndKeepsWhatWasInItsFolder) {
@@ -154,17 +157,17 @@ TEST_F(ReferencesTest, ADeleteCountsTheTracksTakesTheNameFromThemAndKeepsWhatWas
   EXPECT_EQ(references_->Notice(), u"Empty Deleted !"_s);
   EXPECT_FALSE(HasFolder(u"Empty"_s));
   Undo();
-  EXPECT_EQ(Library(true), before);
+  ExpectLibrary(before, true);
   Delete(u"Rock"_s, kGenres, Answer::No);
   EXPECT_THAT(prompter_.Told(),
               ElementsAre(u"The Reference Rock Has 3 Track Entries Defined\r\nContinue with Delete ?"_s));
-  EXPECT_EQ(Library(true), before);
+  ExpectLibrary(before, true);
   Delete(u"Rock"_s);
   EXPECT_EQ(GenresOnDisk(u"ann - one"_s), u"~ALL CATEGORIES,Pop"_s);
   EXPECT_FALSE(catalogue_.GenreList.contains(u"Rock"_s));
   EXPECT_THAT(trash_->Names(), ElementsAre(u"Rock"_s));
   Undo();
-  EXPECT_EQ(Library(true), before);
+  ExpectLibrary(before, true);
   Delete(kAllArtists, kArtists);
   EXPECT_THAT(prompter_.Told(), ElementsAre(u"Cannot Delete ~ALL ARTISTS It is Required By  Kelvo"_s));
   // Its entries alone: the name stays.
@@ -187,7 +190,7 @@ TEST_F(ReferencesTest, ATrackTakesTenNamesAndNoEleventhWhileTheOtherTracksAreHan
   const Snapshot before = Library(true);
   Add(u"aCID"_s, {ToMref(1)});
   EXPECT_TRUE(prompter_.asked.empty());
-  EXPECT_EQ(Library(true), before) << "a name that it has";
+  ExpectLibrary(before, true);  // a name that it has
   Remove(u"POP"_s, all);
   EXPECT_EQ(GenresOnDisk(u"ann - one"_s), u"~ALL CATEGORIES,Rock,Acid"_s);
   EXPECT_EQ(Genres(2), u"~ALL CATEGORIES,1,2,3,4,5,6,7,8,9"_s);
@@ -216,34 +219,43 @@ TEST_F(ReferencesTest, AMergeLeavesOneNameInEveryLineAndIsUndone) {
   EXPECT_FALSE(catalogue_.GenreList.contains(u"Rock"_s));
   MakeChanges();
   Undo();
-  EXPECT_EQ(Library(true), before);
+  ExpectLibrary(before, true);
   EXPECT_EQ(Genres(1), u"~ALL CATEGORIES,Rock,Pop"_s);
 }
 
 TEST_F(ReferencesTest, ARenameOnThreeThousandTracksIsDoneInTurnsAndTakenBackWhenItIsStopped) {
-  for (int number = 0; number < 3000; ++number) database_.AddTrack(u"track %1"_s.arg(number, 4, 10, QChar(u'0')));
+  for (int number = 0; number < 3000; ++number)
+    database_.AddTrack(u"track %1"_s.arg(number, 4, 10, QChar(u'0')));
   Reload();
   const Snapshot before = Library();
   int changed = 0;
   int inTurn = 0;
   int mostInTurn = 0;
   const QObject listener;
-  catalogue_.Listen(&listener, [&](const TrackChanged&) { ++changed, mostInTurn = std::max(mostInTurn, ++inTurn); });
-  const Timer beat = loop_.Every(1us, [&inTurn] { inTurn = 0; });
+  catalogue_.Listen(&listener,
+                    [&](const TrackChanged&) { ++changed, mostInTurn = std::max(mostInTurn, ++inTurn); });
+  const std::function<void()> turn = [&] {
+    inTurn = 0;
+    if (references_->Busy()) loop_.Post(turn);
+  };
   Answer_({u"The Group"_s});
   references_->Rename(kArtists, u"The Band"_s);
+  turn();
   QString words;
-  ASSERT_TRUE(loop_.RunUntil([&] { return changed > 1500; }));
+  ASSERT_TRUE(loop_.RunUntil([&] { return changed > 600; }));
   words = changes_->Words();
-  EXPECT_THAT(words.toStdString(), ::testing::MatchesRegex("Renaming Track Entries \\([45][0-9]%\\)"));
+  EXPECT_THAT(words.toStdString(), ::testing::MatchesRegex("Renaming Track Entries \\(2[0-9]%\\)"));
   changes_->Stop();
   Finish();
   EXPECT_EQ(LastTold(), u"Stopped: Everything Is As It Was"_s);
-  EXPECT_EQ(Library(), before);
+  ExpectLibrary(before);
   EXPECT_EQ(catalogue_.TrackArtists[ToMref(1)], u"~ALL ARTISTS,The Band"_s);
   EXPECT_TRUE(catalogue_.ArtistList.contains(u"The Band"_s));
   EXPECT_EQ(changes_->LastChange(), QString());
-  Rename(u"The Band"_s, u"The Group"_s, kArtists);
+  Answer_({u"The Group"_s});
+  references_->Rename(kArtists, u"The Band"_s);
+  turn();
+  Finish();
   EXPECT_EQ(catalogue_.TrackArtists[ToMref(3003)], u"~ALL ARTISTS,The Group"_s);
   EXPECT_LE(mostInTurn, 8) << "tracks that change while nothing else has a turn";
 }
@@ -255,7 +267,9 @@ TEST_F(ReferencesTest, AKillAtAnyStepOfAnyCommandLeavesTheNameInAllTracksOrInNon
       [this] { Rename(u"Rock"_s, u"Hard"_s); },
       [this] { Delete(u"Rock"_s); },
       [this] { Merge(u"Rock"_s, u"Pop"_s); },
-      [this] { Add(u"Acid"_s, {ToMref(1), ToMref(2), ToMref(3)}); },
+      [this] {
+        Add(u"Acid"_s, {ToMref(1), ToMref(2), ToMref(3)});
+      },
       // Stopped on its way, and taken back.
       [this] {
         Answer_({u"Hard"_s});
@@ -274,10 +288,10 @@ TEST_F(ReferencesTest, AKillAtAnyStepOfAnyCommandLeavesTheNameInAllTracksOrInNon
       EXPECT_FALSE(told.contains(u"Could Not"_s)) << told.toStdString();
       if (const Snapshot now = Library(); now != before) {
         if (after.empty()) after = now;
-        EXPECT_EQ(now, after);
+        EXPECT_EQ(Difference(now, after), "");
         MakeChanges();
         Undo();
-        EXPECT_EQ(Library(), before);
+        ExpectLibrary(before);
       }
       MakeChanges();
       Make();
@@ -301,7 +315,7 @@ TEST_F(ReferencesTest, WhatChangedSinceIsLeftAloneByTheUndoAndAnotherProgramsCha
     const Snapshot before = Library();
     Rename(u"Rock"_s, u"Hard"_s);
     EXPECT_TRUE(prompter_.Told().join(u' ').contains(u"Another Program Changes The Library."_s));
-    EXPECT_EQ(Library(), before);
+    ExpectLibrary(before);
   }
   // A journal that can't be read is told of and harms nothing; nor does one that leads out of the library.
   database_.Add(Paths::Utility, u".running-change"_s, "{\"steps\":[[\"move\"");

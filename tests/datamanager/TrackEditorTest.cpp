@@ -1,6 +1,5 @@
 #include "datamanager/LibraryFixture.h"
 #include "datamanager/TrackEditor.h"
-#include "platform/FileSteps.h"
 
 #include <QFile>
 
@@ -14,15 +13,14 @@ class TrackEditorTest : public LibraryTest {
  protected:
   void SetUp() override { MakeEditor(); }
   void MakeEditor() {
-    editor_.emplace(TrackEditor::Services{.loop = loop_,
-                                          .disks = disks_,
-                                          .prompter = prompter_,
-                                          .catalogue = catalogue_,
-                                          .paths = database_.paths,
-                                          .changes = changes_,
-                                          .whyNotDeleted = [this](const QString& path) {
-                                            return path == onAir_ ? u"On air"_s : QString();
-                                          }});
+    editor_.emplace(TrackEditor::Services{
+        .loop = loop_,
+        .disks = disks_,
+        .prompter = prompter_,
+        .catalogue = catalogue_,
+        .paths = database_.paths,
+        .changes = changes_,
+        .whyNotDeleted = [this](const QString& path) { return path == onAir_ ? u"On air"_s : QString(); }});
   }
   void Open(const QString& path) {
     editor_->Open(path);
@@ -57,10 +55,11 @@ class TrackEditorTest : public LibraryTest {
     AddEntry(u"Party/Night(Grp)"_s, u" 1~Ann - One.lnk"_s, MusicPath(u"ann - one"_s).toUpper());
     AddText(u"Party/Night(Grp)"_s, u"Ann - One1.txt"_s, "1,0,1,2,0,0,1,0,60");
     AddEntry(u"Most Requested"_s, u"ann - one.lnk"_s, MusicPath(u"ann - one"_s), u"7"_s);
-    AddEntry(u"Party/Elsewhere"_s, u" 1~Ann - One.lnk"_s, database_.tree.Write(u"other/ann - one.mp3"_s, "x"));
+    AddEntry(u"Party/Elsewhere"_s, u" 1~Ann - One.lnk"_s,
+             database_.tree.Write(u"other/ann - one.mp3"_s, "x"));
   }
-  /// Kills the work before each of its steps in turn. What the next start makes of it is the library of before
-  /// or that of after, and can then be undone.
+  /// Kills the work before each of its steps in turn. What the next start makes of it is the library of
+  /// before or that of after, and can then be undone.
   void KillAtEachStep(const std::function<void()>& work) {
     const Snapshot before = Library();
     Snapshot after;
@@ -73,12 +72,13 @@ class TrackEditorTest : public LibraryTest {
       EXPECT_FALSE(database_.Holds(Paths::Utility, u".running-change"_s));
       if (now != before) {
         if (after.empty()) after = now;
-        EXPECT_EQ(now, after);
-        EXPECT_TRUE(!killed || told.isEmpty() || told.contains(u"It Is Finished Now"_s)) << told.toStdString();
+        EXPECT_EQ(Difference(now, after), "");
+        EXPECT_TRUE(!killed || told.isEmpty() || told.contains(u"It Is Finished Now"_s))
+            << told.toStdString();
         finished += killed && !told.isEmpty() ? 1 : 0;
         MakeChanges();
         Undo();
-        EXPECT_EQ(Library(), before);
+        ExpectLibrary(before);
         MakeChanges();
         MakeEditor();
       }
@@ -108,7 +108,8 @@ TEST_F(TrackEditorTest, WhatIsSavedIsTheFourteenEntriesAndTheCatalogueAndNothing
   database_.Add(Paths::Info, u"ann - one.kif"_s, other.replace("-3.5,0.2", "1.0,2.0"));
   Save();
   EXPECT_EQ(database_.Info(u"ann - one"_s),
-            "~ALL CATEGORIES,Rock,Pop\r\n~ALL ARTISTS,The Band\r\n~ALL ALBUMS\r\n0000-Dec\r\n120\r\n0\r\n1,2,3\r\n10,5\r\n"
+            "~ALL CATEGORIES,Rock,Pop\r\n~ALL ARTISTS,The Band\r\n~ALL "
+            "ALBUMS\r\n0000-Dec\r\n120\r\n0\r\n1,2,3\r\n10,5\r\n"
             "20,30\r\n0\r\n0\r\n1.0,2.0\r\n180.5\r\nFirst comment\r\nSecond comment\r\n");
   EXPECT_EQ(catalogue_.TrackDates[ToMref(1)], u"0000-Dec"_s);
   EXPECT_EQ(catalogue_.TrackStartEnd[ToMref(1)], u"0,0"_s);
@@ -119,8 +120,8 @@ TEST_F(TrackEditorTest, WhatIsSavedIsTheFourteenEntriesAndTheCatalogueAndNothing
   Save();
   Change([](TrackFacts& facts) { facts.hiPos = u"1"_s, facts.bpm = u"?"_s; });
   EXPECT_FALSE(editor_->CheckBpm());
-  EXPECT_THAT(prompter_.Told(),
-              ElementsAre(u"Hi Pos Must Be A Number !"_s, u"Hi Pos Must Be A Number !"_s, u"Bpm Must Be A Number"_s));
+  EXPECT_THAT(prompter_.Told(), ElementsAre(u"Hi Pos Must Be A Number !"_s, u"Hi Pos Must Be A Number !"_s,
+                                            u"Bpm Must Be A Number"_s));
   Change([](TrackFacts& facts) { facts.bpm.clear(); });
   editor_->TakeConverted();
   Save();
@@ -178,7 +179,7 @@ TEST_F(TrackEditorTest, ARenameTakesEveryEntryTheInfoFileAndTheCatalogueAlongAnd
   MakeChanges();
   EXPECT_EQ(changes_->LastChange(), u"Rename ann - one.mp3 To Mr Big - Song.mp3"_s);
   Undo();
-  EXPECT_EQ(Library(true), before);
+  ExpectLibrary(before, true);
   EXPECT_EQ(catalogue_.TrackPaths(ToMref(1)), MusicPath(u"ann - one"_s));
   EXPECT_EQ(changes_->LastChange(), QString());
 }
@@ -199,7 +200,7 @@ TEST_F(TrackEditorTest, ANameThatIsTakenOrNoneIsRefusedBeforeAnythingIsTouched) 
                               u" . ( Name Already Exists )  - Please Choose Another Name !"_s);
   }
   Rename(u"free"_s, {Answer::No});
-  EXPECT_EQ(Library(), before);
+  ExpectLibrary(before);
 }
 
 TEST_F(TrackEditorTest, ARenameThatFailsAtTheFileLeavesTheEntriesChangedSaysSoAndIsUndone) {
@@ -208,13 +209,15 @@ TEST_F(TrackEditorTest, ARenameThatFailsAtTheFileLeavesTheEntriesChangedSaysSoAn
   const Snapshot before = Library();
   OpenTrack();
   Rename(u"new"_s);
-  EXPECT_EQ(LastTold(), u"Cant find file to Rename !\r\nEntries Of Playlists Have Been Changed Already; Undo Brings "
-                        "Them Back"_s);
+  EXPECT_EQ(LastTold(),
+            u"Cant find file to Rename !\r\nEntries Of Playlists Have Been Changed Already; Undo Brings "
+            "Them Back"_s);
   EXPECT_THAT(Files(u"Party/Mix"_s), ElementsAre(u" 1~new.lnk"_s, u" 2~Bob.lnk"_s));
   EXPECT_EQ(catalogue_.TrackPaths(ToMref(1)), MusicPath(u"ann - one"_s));
-  EXPECT_TRUE(database_.Holds(Paths::Info, u"ann - one.kif"_s)) << "the info file belongs to what did not move";
+  EXPECT_TRUE(database_.Holds(Paths::Info, u"ann - one.kif"_s))
+      << "the info file belongs to what did not move";
   Undo();
-  EXPECT_EQ(Library(), before);
+  ExpectLibrary(before);
 }
 
 TEST_F(TrackEditorTest, ADeleteTakesEntriesFileAndInfoToTheTrashAndItsUndoBringsTheTrackBack) {
@@ -231,11 +234,12 @@ TEST_F(TrackEditorTest, ADeleteTakesEntriesFileAndInfoToTheTrashAndItsUndoBrings
   EXPECT_EQ(LastTold(), u"On air"_s);
   prompter_.meanwhile = nullptr;
   onAir_.clear();
-  EXPECT_EQ(Library(true), before);
+  ExpectLibrary(before, true);
 
   OpenTrack();
   Delete();
-  EXPECT_EQ(prompter_.asked.rbegin()[1].text, u"Delete The file\r\nann - one.mp3\r\nContinue With Delete ?"_s);
+  EXPECT_EQ(prompter_.asked.rbegin()[1].text,
+            u"Delete The file\r\nann - one.mp3\r\nContinue With Delete ?"_s);
   EXPECT_EQ(prompter_.asked.rbegin()[1].safe, Answer::No);
   EXPECT_EQ(LastTold(), u"File Deleted"_s);
   EXPECT_EQ(editor_->Title(), u"ann - one.mp3 - Removed"_s);
@@ -251,7 +255,7 @@ TEST_F(TrackEditorTest, ADeleteTakesEntriesFileAndInfoToTheTrashAndItsUndoBrings
 
   MakeChanges();
   Undo();
-  EXPECT_EQ(Library(true), before);
+  ExpectLibrary(before, true);
   ASSERT_EQ(catalogue_.LastTrack(), 3);
   EXPECT_EQ(catalogue_.TrackNames[ToMref(3)], u"ann - one"_s);
   EXPECT_EQ(catalogue_.TrackBpm[ToMref(3)], u"120"_s);
@@ -262,7 +266,7 @@ TEST_F(TrackEditorTest, ADeleteTakesEntriesFileAndInfoToTheTrashAndItsUndoBrings
   Delete();
   MakeChanges();
   Undo();
-  EXPECT_EQ(Library(true), before);
+  ExpectLibrary(before, true);
   OpenTrack();
   Delete();
   OpenTrack(u"bob - two"_s);

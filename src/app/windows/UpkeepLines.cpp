@@ -42,9 +42,10 @@ ManagerTool NameTool(DataManager& manager, const std::shared_ptr<Upkeep>& upkeep
     const ChosenName chosen = Chosen(manager);
     const QString why = upkeep->references->WhyNot(chosen.name);
     const QString set = NoSet(manager);
-    return WhyOff({{!set.isEmpty(), set},
-                   {!why.isEmpty(), why},
-                   {onTracks && chosen.set == ReferenceSet::Playlists, Text::tr("Tracks bear no such names")}});
+    return WhyOff(
+        {{!set.isEmpty(), set},
+         {!why.isEmpty(), why},
+         {onTracks && chosen.set == ReferenceSet::Playlists, Text::tr("Tracks bear no such names")}});
   };
   return tool;
 }
@@ -99,16 +100,17 @@ ManagerTool EditTool(DataManager& manager, const std::shared_ptr<Upkeep>& upkeep
 }
 
 ManagerTool UndoTool(const std::shared_ptr<Upkeep>& upkeep) {
-  return {.id = QStringLiteral("UndoChange"),
-          .words = Text::tr("Undo"),
-          .tooltip = Text::tr("Takes back the last rename, delete or change of names"),
-          .run = [upkeep](const Picked&) { upkeep->changes->Undo(); },
-          .whyOff =
-              [upkeep](const Picked&) {
-                const QString why = upkeep->changes->WhyNot();
-                return WhyOff({{!why.isEmpty(), why},
-                               {upkeep->changes->LastChange().isEmpty(), Text::tr("There is nothing to undo")}});
-              }};
+  return {
+      .id = QStringLiteral("UndoChange"),
+      .words = Text::tr("Undo"),
+      .tooltip = Text::tr("Takes back the last rename, delete or change of names"),
+      .run = [upkeep](const Picked&) { upkeep->changes->Undo(); },
+      .whyOff =
+          [upkeep](const Picked&) {
+            const QString why = upkeep->changes->WhyNot();
+            return WhyOff({{!why.isEmpty(), why},
+                           {upkeep->changes->LastChange().isEmpty(), Text::tr("There is nothing to undo")}});
+          }};
 }
 
 /// The bar of the Data Manager tells of changes.
@@ -116,8 +118,9 @@ void JoinProgress(DataManager& manager, const std::shared_ptr<Upkeep>& upkeep) {
   const LibraryChanges& changes = *upkeep->changes;
   QObject::connect(&changes, &LibraryChanges::Changed, &manager, [&manager, upkeep] {
     LibraryChanges& now = *upkeep->changes;
-    if (now.Running()) {
-      manager.ShowProgress({.words = now.Words(), .share = now.Share(), .stop = [upkeep] { upkeep->changes->Stop(); }});
+    if (now.Shows()) {
+      manager.ShowProgress(
+          {.words = now.Words(), .share = now.Share(), .stop = [upkeep] { upkeep->changes->Stop(); }});
     } else {
       manager.EndProgress();
     }
@@ -163,19 +166,20 @@ QString WhyNotDeleted(Console& desk, const QString& path) {
 
 WindowLine TrackEditorLine(Console& desk, const WindowHost& host, const std::shared_ptr<Upkeep>& upkeep) {
   WindowLine line{.id = WindowId::kTrackEditor,
-                  .busyQuestion = Text::tr("The Library Is Still Being Changed !\r\nStop That And Quit ?"),
+                  .busyQuestion = Text::tr("The Data Manager Is Still At Work !\r\nStop That And Quit ?"),
                   .place = QStringLiteral("FileEd")};
   line.make = [&desk, host, upkeep, place = line.place] {
     const Console::Services& have = desk.GetServices();
     return std::make_unique<Hosted<TrackEditorWindow, TrackEditor>>(
         host, place,
-        TrackEditor::Services{.loop = have.loop,
-                              .disks = desk.SlowDisks(),
-                              .prompter = have.prompter,
-                              .catalogue = have.catalogue,
-                              .paths = have.paths,
-                              .changes = upkeep->changes,
-                              .whyNotDeleted = [&desk](const QString& path) { return WhyNotDeleted(desk, path); }});
+        TrackEditor::Services{
+            .loop = have.loop,
+            .disks = desk.SlowDisks(),
+            .prompter = have.prompter,
+            .catalogue = have.catalogue,
+            .paths = have.paths,
+            .changes = upkeep->changes,
+            .whyNotDeleted = [&desk](const QString& path) { return WhyNotDeleted(desk, path); }});
   };
   return line;
 }
@@ -185,7 +189,8 @@ std::vector<ManagerTool> UpkeepTools(DataManager& manager, const std::shared_ptr
   const auto tool = [](const char* id, const QString& words, const QString& tooltip) {
     return ManagerTool{.id = QString::fromLatin1(id), .words = words, .tooltip = tooltip};
   };
-  ManagerTool fresh = tool("Command10", QStringLiteral("New"), Text::tr("Makes a new name in the chosen set"));
+  ManagerTool fresh =
+      tool("Command10", QStringLiteral("New"), Text::tr("Makes a new name in the chosen set"));
   fresh.run = [&manager, upkeep](const Picked&) { upkeep->references->New(Chosen(manager).set); };
   fresh.whyOff = [&manager, upkeep](const Picked&) {
     const QString set = NoSet(manager);
@@ -211,7 +216,8 @@ std::vector<ManagerTool> UpkeepTools(DataManager& manager, const std::shared_ptr
                     Text::tr("The tracks bear another name in place of the chosen one, which goes")),
                &References::Merge, true),
       BulkTool(manager, upkeep,
-               tool("Command12", QStringLiteral("Add Multiple"), Text::tr("Gives the chosen name to the selected tracks")),
+               tool("Command12", QStringLiteral("Add Multiple"),
+                    Text::tr("Gives the chosen name to the selected tracks")),
                &References::AddTo),
       BulkTool(manager, upkeep,
                tool("Command15", QStringLiteral("Delete Multiple"),

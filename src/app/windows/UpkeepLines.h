@@ -25,10 +25,12 @@ struct Upkeep {
 };
 
 /// The editor of one file; it has no entry in a menu.
-[[nodiscard]] WindowLine TrackEditorLine(Console& desk, const WindowHost& host, const std::shared_ptr<Upkeep>& upkeep);
+[[nodiscard]] WindowLine TrackEditorLine(Console& desk, const WindowHost& host,
+                                         const std::shared_ptr<Upkeep>& upkeep);
 
 /// The Data Manager's commands on names and on one file.
-[[nodiscard]] std::vector<ManagerTool> UpkeepTools(DataManager& manager, const std::shared_ptr<Upkeep>& upkeep);
+[[nodiscard]] std::vector<ManagerTool> UpkeepTools(DataManager& manager,
+                                                   const std::shared_ptr<Upkeep>& upkeep);
 
 /// Why the music file or jingle can't be deleted now, in words for the operator; empty when it can.
 [[nodiscard]] QString WhyNotDeleted(Console& desk, const QString& path);

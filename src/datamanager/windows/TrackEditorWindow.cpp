@@ -81,8 +81,8 @@ void TrackEditorWindow::OfferConvert(std::function<void(const QString& path)> co
   convert_->setVisible(static_cast<bool>(onConvert_));
 }
 
-QLineEdit* TrackEditorWindow::AddLine(const QString& name, const QString& fixedName, const QString& accessible,
-                                      QString TrackFacts::*field) {
+QLineEdit* TrackEditorWindow::AddLine(const QString& name, const QString& fixedName,
+                                      const QString& accessible, QString TrackFacts::*field) {
   auto* line = new QLineEdit(this);
   SetNames(*line, name, fixedName);
   line->setAccessibleName(accessible);
@@ -94,8 +94,9 @@ QLineEdit* TrackEditorWindow::AddLine(const QString& name, const QString& fixedN
   return line;
 }
 
-QComboBox* TrackEditorWindow::AddChoice(const QString& name, const QString& fixedName, const QString& accessible,
-                                        const QStringList& choices, QString TrackFacts::*field) {
+QComboBox* TrackEditorWindow::AddChoice(const QString& name, const QString& fixedName,
+                                        const QString& accessible, const QStringList& choices,
+                                        QString TrackFacts::*field) {
   auto* box = new QComboBox(this);
   SetNames(*box, name, fixedName);
   box->setAccessibleName(accessible);
@@ -108,7 +109,8 @@ QComboBox* TrackEditorWindow::AddChoice(const QString& name, const QString& fixe
 }
 
 std::array<QRadioButton*, 2> TrackEditorWindow::AddStyle(const std::array<QString, 2>& names, int fixedNumber,
-                                                         const QString& accessible, bool TrackFacts::*strong) {
+                                                         const QString& accessible,
+                                                         bool TrackFacts::*strong) {
   const std::array words{QStringLiteral("Strong"), QStringLiteral("Soft")};
   std::array<QRadioButton*, 2> buttons{};
   auto* group = new QButtonGroup(this);
@@ -129,15 +131,15 @@ void TrackEditorWindow::BuildFields() {
   name_->setFont(Theme::Font(1.1, QFont::DemiBold));
   name_->setTextFormat(Qt::PlainText);
   jingle_->setObjectName(QStringLiteral("LblJingle"));
-  year_ = AddChoice(QStringLiteral("CboYear"), QStringLiteral("Combo1"), tr("Year of the release"), editor_.Years(),
-                    &TrackFacts::year);
+  year_ = AddChoice(QStringLiteral("CboYear"), QStringLiteral("Combo1"), tr("Year of the release"),
+                    editor_.Years(), &TrackFacts::year);
   month_ = AddChoice(QStringLiteral("CboMonth"), QStringLiteral("Combo2"), tr("Month of the release"),
                      TrackEditor::Months(), &TrackFacts::month);
   hi_ = AddLine(QStringLiteral("TxtHiPos"), QStringLiteral("Text3"), tr("Highest chart position"),
                 &TrackFacts::hiPos);
   bpm_ = AddLine(QStringLiteral("TxtBpm"), QStringLiteral("Text4"), tr("Beats per minute"), &TrackFacts::bpm);
-  starts_ = AddStyle({QStringLiteral("OptStartsStrong"), QStringLiteral("OptStartsSoft")}, 1, tr("Track starts"),
-                     &TrackFacts::startStrong);
+  starts_ = AddStyle({QStringLiteral("OptStartsStrong"), QStringLiteral("OptStartsSoft")}, 1,
+                     tr("Track starts"), &TrackFacts::startStrong);
   ends_ = AddStyle({QStringLiteral("OptEndsStrong"), QStringLiteral("OptEndsSoft")}, 3, tr("Track ends"),
                    &TrackFacts::endStrong);
   SetNames(*comments_, QStringLiteral("TxtComments"), QStringLiteral("Text2"));
@@ -154,20 +156,22 @@ void TrackEditorWindow::BuildFields() {
 }
 
 void TrackEditorWindow::BuildCommands() {
-  rename_ = AddCommand(*this, {.name = QStringLiteral("CmdRename"),
-                               .fixedName = QStringLiteral("Command5"),
-                               .words = QStringLiteral("Rename As >"),
-                               .tooltip = tr("Gives the file this name, with its info file and all entries of playlists"),
-                               .key = QKeySequence(Qt::Key_F2),
-                               .icon = Icon::Edit,
-                               .run = [this] { editor_.Rename(); }});
-  delete_ = AddCommand(*this, {.name = QStringLiteral("CmdDelete"),
-                               .fixedName = QStringLiteral("Command2"),
-                               .words = QStringLiteral("Delete This File"),
-                               .tooltip = tr("Puts the file in the trash, with its info file and all entries of playlists"),
-                               .key = QKeySequence(Qt::CTRL | Qt::Key_Delete),
-                               .icon = Icon::Clear,
-                               .run = [this] { editor_.Delete(); }});
+  rename_ = AddCommand(
+      *this, {.name = QStringLiteral("CmdRename"),
+              .fixedName = QStringLiteral("Command5"),
+              .words = QStringLiteral("Rename As >"),
+              .tooltip = tr("Gives the file this name, with its info file and all entries of playlists"),
+              .key = QKeySequence(Qt::Key_F2),
+              .icon = Icon::Edit,
+              .run = [this] { editor_.Rename(); }});
+  delete_ = AddCommand(
+      *this, {.name = QStringLiteral("CmdDelete"),
+              .fixedName = QStringLiteral("Command2"),
+              .words = QStringLiteral("Delete This File"),
+              .tooltip = tr("Puts the file in the trash, with its info file and all entries of playlists"),
+              .key = QKeySequence(Qt::CTRL | Qt::Key_Delete),
+              .icon = Icon::Clear,
+              .run = [this] { editor_.Delete(); }});
   convert_ = AddCommand(*this, {.name = QStringLiteral("CmdConvert"),
                                 .fixedName = QStringLiteral("Cmp3"),
                                 .words = QStringLiteral("Convert to Mp3"),
@@ -201,10 +205,16 @@ QWidget* TrackEditorWindow::FactsPanel() {
     if (field != nullptr) head->setBuddy(field);
     return head;
   };
-  auto* figures = Line({label(tr("&Year"), year_), year_, label(tr("&Month"), month_), month_,
-                        label(tr("&Hi Pos"), hi_), {hi_, 1}, label(tr("&BPM"), bpm_), {bpm_, 1}});
-  auto* styles = Line({label(tr("Starts"), nullptr), starts_[0], starts_[1], kRoom, label(tr("Ends"), nullptr),
-                       ends_[0], ends_[1], kRoom});
+  auto* figures = Line({label(tr("&Year"), year_),
+                        year_,
+                        label(tr("&Month"), month_),
+                        month_,
+                        label(tr("&Hi Pos"), hi_),
+                        {hi_, 1},
+                        label(tr("&BPM"), bpm_),
+                        {bpm_, 1}});
+  auto* styles = Line({label(tr("Starts"), nullptr), starts_[0], starts_[1], kRoom,
+                       label(tr("Ends"), nullptr), ends_[0], ends_[1], kRoom});
   auto* layout = new QVBoxLayout(panel);
   layout->addLayout(figures);
   layout->addLayout(styles);
@@ -235,7 +245,8 @@ void TrackEditorWindow::BuildLayout() {
 bool TrackEditorWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::FocusOut && isVisible()) {
     const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-    const bool byHand = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::MouseFocusReason;
+    const bool byHand =
+        reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::MouseFocusReason;
     const bool good = !byHand || (watched == hi_ ? editor_.CheckHiPos() : editor_.CheckBpm());
     // The focus has gone when this returns.
     if (!good)
@@ -265,7 +276,8 @@ void TrackEditorWindow::Show() {
   starts_[facts.startStrong ? 0 : 1]->setChecked(true);
   ends_[facts.endStrong ? 0 : 1]->setChecked(true);
   if (newName_->text() != editor_.NewName()) newName_->setText(editor_.NewName());
-  if (editor_.IsJingle() && comments_->toPlainText() != facts.comments) comments_->setPlainText(facts.comments);
+  if (editor_.IsJingle() && comments_->toPlainText() != facts.comments)
+    comments_->setPlainText(facts.comments);
   const QString noFacts = editor_.WhyNoFacts();
   const QString noChange = editor_.WhyNoChange();
   facts_->setEnabled(noFacts.isEmpty());

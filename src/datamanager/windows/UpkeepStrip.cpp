@@ -20,7 +20,8 @@ UpkeepStrip::UpkeepStrip(EventLoop& loop, LibraryChanges& changes, QWidget* pare
                                .key = QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
                                .icon = Icon::Undo,
                                .run = [this] { changes_.Undo(); }})) {
-  strip_->OfferStop(QStringLiteral("CmdStopChange"), tr("Takes back what was done so far"), [this] { changes_.Stop(); });
+  strip_->OfferStop(QStringLiteral("CmdStopChange"), tr("Takes back what was done so far"),
+                    [this] { changes_.Stop(); });
   auto* line = Line({{strip_, 1}, undo_});
   line->setContentsMargins(0, 0, 0, 0);
   setLayout(line);
@@ -31,13 +32,14 @@ UpkeepStrip::UpkeepStrip(EventLoop& loop, LibraryChanges& changes, QWidget* pare
 void UpkeepStrip::Show() {
   const QString last = changes_.LastChange();
   const QString idle = last.isEmpty() ? tr("Nothing to undo") : tr("Done: %1").arg(last);
-  JobState state{.running = changes_.Running(), .words = changes_.Running() ? changes_.Words() : idle};
+  JobState state{.running = changes_.Shows(), .words = changes_.Shows() ? changes_.Words() : idle};
   if (state.running) {
     state.share = changes_.Share();
     state.percentInWords = true;
   }
   strip_->Show(state);
-  Offer(*undo_, WhyOff({{changes_.Running(), changes_.WhyNot()}, {last.isEmpty(), tr("There is nothing to undo")}}));
+  Offer(*undo_,
+        WhyOff({{changes_.Running(), changes_.WhyNot()}, {last.isEmpty(), tr("There is nothing to undo")}}));
 }
 
 }  // namespace kelvo
