@@ -166,16 +166,6 @@ StepResult Do(const Paths& paths, DiscardEntry& step, bool back, TrashBin& trash
   return back ? BringBack(step, trash) : Discard(step, trash);
 }
 
-StepResult Do(const Paths& paths, MakeFolder& step, bool back, TrashBin&) {
-  const QString path = Inside(paths, step.path);
-  if (Exists(path) != back) return StepResult::Already;
-  const QByteArray encoded = EncodedPath(path);
-  // One that holds something by now stays.
-  if (back) return ::rmdir(encoded.constData()) == 0 ? StepResult::Done : StepResult::Other;
-  if (::mkdir(encoded.constData(), 0777) != 0) FailOn("make the folder", encoded, errno);
-  return StepResult::Done;
-}
-
 }  // namespace
 
 StepResult DoStep(const Paths& paths, ChangeStep& step, bool back, TrashBin& trash) {

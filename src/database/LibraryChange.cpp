@@ -44,10 +44,6 @@ QJsonArray StepText(const DiscardEntry& step) {
   return {QStringLiteral("discard"), step.path, step.folder, OptionalText(step.bytes), step.place};
 }
 
-QJsonArray StepText(const MakeFolder& step) {
-  return {QStringLiteral("folder"), step.path};
-}
-
 std::optional<ChangeStep> StepIn(const QJsonArray& step) {
   const QString kind = step[0].toString();
   const QString first = step[1].toString();
@@ -60,7 +56,6 @@ std::optional<ChangeStep> StepIn(const QJsonArray& step) {
   }
   if (kind == QLatin1StringView("content")) return SetContent{first, OptionalBytes(step[2]), Bytes(step[3])};
   if (kind == QLatin1StringView("move") && step[2].isString()) return MoveEntry{first, step[2].toString()};
-  if (kind == QLatin1StringView("folder")) return MakeFolder{first};
   if (kind != QLatin1StringView("discard")) return std::nullopt;
   return DiscardEntry{first, step[2].toBool(), OptionalBytes(step[3]), step[4].toString()};
 }

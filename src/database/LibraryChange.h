@@ -47,11 +47,7 @@ struct DiscardEntry {
   QString place = {};                    ///< where it is since
 };
 
-struct MakeFolder {
-  QString path;
-};
-
-using ChangeStep = std::variant<SetInfoLine, SetContent, MoveEntry, DiscardEntry, MakeFolder>;
+using ChangeStep = std::variant<SetInfoLine, SetContent, MoveEntry, DiscardEntry>;
 
 /// A change of the library's files, as it is kept on disk while it runs and as long as it can be undone. A
 /// value; any thread.

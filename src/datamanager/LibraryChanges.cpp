@@ -1,14 +1,11 @@
 #include "datamanager/LibraryChanges.h"
 
-#include "database/TransferSteps.h"
 #include "platform/ErrorLog.h"
 #include "platform/Words.h"
 
-#include <QFileInfo>
 #include <QSet>
 
 #include <algorithm>
-#include <cerrno>
 
 namespace kelvo {
 namespace {
@@ -17,14 +14,6 @@ const QString kUndoTag = QStringLiteral(" undo");
 /// So many steps are done off the thread in one go: each may be a flush of the disk, and the operator who
 /// stops waits for all of them.
 constexpr std::size_t kStepsAtOnce = 8;
-
-QString FolderOf(const QString& path) {
-  return QFileInfo(path).path();
-}
-
-QString NameOf(const QString& path) {
-  return QFileInfo(path).fileName();
-}
 
 }  // namespace
 
@@ -118,7 +107,7 @@ Job<LibraryChanges::Outcome> LibraryChanges::Do(Order order) {
   try {
     co_await Begin(run);
     co_await DoAll(run, outcome);
-    co_await End(run, false);
+    co_await End(run);
   } catch (...) {
     outcome.whole = false;
     outcome.failure = ErrorLog::Describe(std::current_exception());
@@ -164,6 +153,14 @@ Job<> LibraryChanges::FindTracks(Run& run) {
     }
   }
   run.tracks = std::make_unique<KeptTracks>(services_.catalogue, std::move(tracks));
+}
+
+std::vector<Mref> LibraryChanges::TracksOf(const Run& run, std::size_t place) {
+  std::vector<Mref> tracks;
+  const auto* const line = std::get_if<SetInfoLine>(&run.change->steps[place]);
+  if (line == nullptr) return tracks;
+  for (const std::size_t each : run.places.value(line->name)) tracks.push_back((*run.tracks)[each]);
+  return tracks;
 }
 
 Job<LibraryChanges::Outcomes> LibraryChanges::DoSome(Run& run, std::size_t from, std::size_t to, bool back) {
@@ -213,7 +210,7 @@ Job<> LibraryChanges::DoAll(Run& run, Outcome& outcome) {
         const bool counts = run.done[place] || (line != nullptr && !each.failure &&
                                                 (each.result == StepResult::Already || run.alsoWithoutFile));
         run.followed[place] = counts;
-        if (counts) co_await Follow(run, place, false);
+        if (counts) co_await Follow(run.change->steps[place], TracksOf(run, place), false);
         if (run.done[place]) ++outcome.done;
         co_await turn.Yield();
       }
@@ -236,20 +233,20 @@ Job<int> LibraryChanges::TakeBack(Run& run, std::size_t end) {
   const auto mark = [journal = run.journal, change = run.change] { journal->Write(*change); };
   co_await services_.loop.Offload(EventLoop::Lane::Files, mark);
   int failed = 0;
-  for (std::size_t to = end; to > 0;) {
+  const bool undo = run.change->way == LibraryChange::Way::Undo;
+  for (std::size_t to = end; to > 0 && !(undo && stop_);) {
     const std::size_t from = to > kStepsAtOnce ? to - kStepsAtOnce : 0;
     const Outcomes some = co_await DoSome(run, from, to, true);
     Turn turn(services_.loop);
     for (std::size_t place = to; place-- > from;) {
       const StepOutcome& each = some[place - from];
-      if (each.failure) basHandleError(run.tag, each.failure, run.change->what);
       const bool back = each.result == StepResult::Done || each.result == StepResult::Already;
-      if (run.done[place] && !back) {
-        ++failed;
-        continue;
-      }
-      run.done[place] = false;
-      if (run.followed[place]) co_await Follow(run, place, true);
+      const bool follows = run.followed[place] && (back || !run.done[place]);
+      if (run.done[place] && !back) ++failed;
+      // What is not as it was left stays so; what failed may be tried again.
+      run.done[place] = run.done[place] && each.failure;
+      if (each.failure) basHandleError(run.tag, each.failure, run.change->what);
+      if (follows) co_await Follow(run.change->steps[place], TracksOf(run, place), true);
       co_await turn.Yield();
     }
     to = from;
@@ -258,29 +255,31 @@ Job<int> LibraryChanges::TakeBack(Run& run, std::size_t end) {
   co_return failed;
 }
 
-Job<> LibraryChanges::End(Run& run, bool undone) {
-  const bool kept = !undone && run.change->way == LibraryChange::Way::On;
-  const auto end = [journal = run.journal, change = run.change, done = run.done, undone, kept] {
+/// What was done, or could not be taken back yet, can be undone from now on.
+Job<> LibraryChanges::End(Run& run) {
+  const auto end = [journal = run.journal, change = run.change, done = run.done] {
     std::vector<ChangeStep> steps;
     for (std::size_t place = 0; place < done.size(); ++place) {
       if (done[place]) steps.push_back(std::move(change->steps[place]));
     }
     change->steps = std::move(steps);
-    if (undone) {
-      journal->EndUndone();
-    } else if (kept && !change->steps.empty()) {
+    const LibraryChange::Way way = std::exchange(change->way, LibraryChange::Way::On);
+    const bool any = !change->steps.empty();
+    if (any) {
       journal->EndWith(*change);
+    } else if (way == LibraryChange::Way::Undo) {
+      journal->EndUndone();
     } else {
       journal->End();
     }
-    const bool any = !change->steps.empty();
     // To free the steps of many tracks takes its time.
     change->steps = {};
     return any;
   };
+  const bool undo = run.change->way == LibraryChange::Way::Undo;
   const bool any = co_await services_.loop.Offload(EventLoop::Lane::Files, end);
-  if (undone) last_.clear();
-  if (kept && any) last_ = run.change->what;
+  if (undo) last_.clear();
+  if (any) last_ = run.change->what;
 }
 
 void LibraryChanges::Undo() {
@@ -311,10 +310,12 @@ Job<> LibraryChanges::RunUndo() {
     co_await Begin(run);
     const std::size_t steps = run.done.size();
     const int left = co_await TakeBack(run, steps);
-    co_await End(run, true);
-    if (left > 0) {
+    co_await End(run);
+    if (stop_ || left > 0) {
       Prompt message;
-      message.text = tr("%n Part(s) Could Not Be Taken Back: They Are Not As They Were Left", nullptr, left);
+      message.text =
+          stop_ ? tr("Stopped: The Rest Can Be Undone Later")
+                : tr("%n Part(s) Could Not Be Taken Back: They Are Not As They Were Left", nullptr, left);
       message.icon = PromptIcon::Exclamation;
       services_.prompter.Tell(message);
     }
@@ -323,122 +324,6 @@ Job<> LibraryChanges::RunUndo() {
   }
   running_ = false;
   Q_EMIT Changed();
-}
-
-// The catalogue.
-
-bool LibraryChanges::LiesIn(Paths::Slot slot, const QString& path) const {
-  return FolderOf(path) == services_.paths(slot);
-}
-
-std::optional<ReferenceSet> LibraryChanges::SetOf(const QString& folder) const {
-  constexpr std::array kSlots{
-      std::pair(Paths::Categories, ReferenceSet::Genres), std::pair(Paths::Artists, ReferenceSet::Artists),
-      std::pair(Paths::Albums, ReferenceSet::Albums), std::pair(Paths::Playlists, ReferenceSet::Playlists)};
-  for (const auto& [slot, set] : kSlots) {
-    // A profile beside the folders is none of them.
-    if (LiesIn(slot, folder) && services_.catalogue.References(set).contains(NameOf(folder))) return set;
-  }
-  return std::nullopt;
-}
-
-Job<> LibraryChanges::Follow(Run& run, std::size_t place, bool back) {
-  const ChangeStep& step = run.change->steps[place];
-  if (const auto* line = std::get_if<SetInfoLine>(&step)) {
-    LineWasSet(run, *line, back);
-  } else if (const auto* move = std::get_if<MoveEntry>(&step)) {
-    back ? WasMoved(move->to, move->from) : WasMoved(move->from, move->to);
-  } else if (const auto* discard = std::get_if<DiscardEntry>(&step)) {
-    if (back) {
-      co_await Came(discard->path);
-    } else {
-      Went(discard->path);
-    }
-  } else if (const auto* folder = std::get_if<MakeFolder>(&step)) {
-    if (back) {
-      Went(folder->path);
-    } else {
-      co_await Came(folder->path);
-    }
-  }
-}
-
-void LibraryChanges::LineWasSet(Run& run, const SetInfoLine& step, bool back) {
-  const QString& text = back ? step.before : step.after;
-  TrackEdit edit;
-  switch (step.line) {
-    case InfoLine::Categories:
-      edit.genres = text;
-      break;
-    case InfoLine::Artists:
-      edit.artists = text;
-      break;
-    case InfoLine::Albums:
-      edit.albums = text;
-      break;
-    case InfoLine::ReleaseDate:
-      edit.date = text;
-      break;
-    case InfoLine::Bpm:
-      edit.bpm = text;
-      break;
-    case InfoLine::HiPos:
-      edit.hi = text;
-      break;
-    case InfoLine::GainRecord:
-      edit.gain = text;
-      break;
-    default:
-      return;
-  }
-  for (const std::size_t place : run.places.value(step.name))
-    services_.catalogue.Change((*run.tracks)[place], edit);
-}
-
-void LibraryChanges::WasMoved(const QString& from, const QString& to) {
-  Catalogue& catalogue = services_.catalogue;
-  if (LiesIn(Paths::Music, from)) {
-    catalogue.Rename(catalogue.Find(from), NameOf(to));
-  } else if (LiesIn(Paths::Jingles, from)) {
-    catalogue.RenameJingle(from, to);
-  } else if (const std::optional<ReferenceSet> set = SetOf(from)) {
-    catalogue.RenameReference(*set, NameOf(from), NameOf(to));
-  }
-}
-
-void LibraryChanges::Went(const QString& path) {
-  Catalogue& catalogue = services_.catalogue;
-  if (LiesIn(Paths::Music, path)) {
-    catalogue.Remove(catalogue.Find(path));
-  } else if (LiesIn(Paths::Jingles, path)) {
-    catalogue.RemoveJingle(path);
-  } else if (const std::optional<ReferenceSet> set = SetOf(path)) {
-    catalogue.RemoveReference(*set, NameOf(path));
-  }
-}
-
-Job<> LibraryChanges::Came(QString path) {
-  Catalogue& catalogue = services_.catalogue;
-  if (LiesIn(Paths::Jingles, path)) {
-    catalogue.AddJingle(path);
-    co_return;
-  }
-  constexpr std::array kSlots{
-      std::pair(Paths::Categories, ReferenceSet::Genres), std::pair(Paths::Artists, ReferenceSet::Artists),
-      std::pair(Paths::Albums, ReferenceSet::Albums), std::pair(Paths::Playlists, ReferenceSet::Playlists)};
-  for (const auto& [slot, set] : kSlots) {
-    if (!LiesIn(slot, path)) continue;
-    const auto look = [path] { return QFileInfo(path).isDir(); };
-    const bool folder = co_await services_.loop.Offload(EventLoop::Lane::Files, look);
-    if (folder) catalogue.AddReference(set, NameOf(path));
-    co_return;
-  }
-  if (!LiesIn(Paths::Music, path) || catalogue.Find(path) != Mref::None) co_return;
-  const auto read = [infoPath = TrackInfoPath(services_.paths, BaseName(NameOf(path)))] {
-    return ReadTrackInfo(infoPath).value_or(TrackInfo());
-  };
-  const TrackInfo info = co_await services_.loop.Offload(EventLoop::Lane::Files, read);
-  catalogue.Append(RowFrom(info, NameOf(path), info.Get(InfoFields::DurationSeconds).value_or(-1)));
 }
 
 }  // namespace kelvo

@@ -58,7 +58,7 @@ class LibraryChanges : public QObject {
   };
   /// Does the steps in their order. Failures of single steps are handled. Not while another runs.
   [[nodiscard]] Job<Outcome> Do(Order order);
-  /// Takes back what the change under way has done so far; ends a look.
+  /// Takes back what the change under way has done so far; ends a look, and an undo where it is.
   void Stop();
 
   [[nodiscard]] bool Running() const { return running_; }
@@ -97,17 +97,19 @@ class LibraryChanges : public QObject {
   [[nodiscard]] Job<> RunUndo();
   [[nodiscard]] Job<> Begin(Run& run);
   [[nodiscard]] Job<> FindTracks(Run& run);
+  /// Those whose info file the step works on.
+  [[nodiscard]] static std::vector<Mref> TracksOf(const Run& run, std::size_t place);
   [[nodiscard]] Job<Outcomes> DoSome(Run& run, std::size_t from, std::size_t to, bool back);
   [[nodiscard]] Job<> DoAll(Run& run, Outcome& outcome);
   /// Takes back the steps before `end`.
   [[nodiscard]] Job<int> TakeBack(Run& run, std::size_t end);
-  [[nodiscard]] Job<> End(Run& run, bool undone);
+  [[nodiscard]] Job<> End(Run& run);
   void Say(const QString& words, double share);
   void ShowPart(const QString& words, std::size_t part, std::size_t whole);
 
   // What a step means for the catalogue.
-  [[nodiscard]] Job<> Follow(Run& run, std::size_t place, bool back);
-  void LineWasSet(Run& run, const SetInfoLine& step, bool back);
+  [[nodiscard]] Job<> Follow(const ChangeStep& step, std::vector<Mref> tracks, bool back);
+  void LineWasSet(const SetInfoLine& step, const std::vector<Mref>& tracks, bool back);
   void WasMoved(const QString& from, const QString& to);
   void Went(const QString& path);
   [[nodiscard]] Job<> Came(QString path);

@@ -1,4 +1,5 @@
 #include "app/BesideTheDesk.h"
+#include "database/LibraryChange.h"
 #include "database/PlaylistEntry.h"
 #include "datamanager/windows/DataManagerWindow.h"
 #include "datamanager/windows/TrackEditorWindow.h"
@@ -173,6 +174,24 @@ TEST_F(UpkeepBesideTheDesk, NamesAreGivenRenamedAndTakenFromTheListsOfTheDataMan
   Click(Manager(), u"UndoChange"_s);
   EXPECT_EQ(catalogue_.TrackGenres[ToMref(1)], u"~ALL CATEGORIES,Rock,Pop"_s);
   EXPECT_FALSE(FindNamed<QPushButton>(Manager(), u"UndoChange"_s)->isEnabled());
+}
+
+class UpkeepAtStart : public DeskTest {};
+
+TEST_F(UpkeepAtStart, AChangeThatACrashBrokeOffIsEndedBeforeTheCatalogueIsReadAndTheOperatorIsTold) {
+  AddThreeTracks();
+  const LibraryChange change{
+      .what = u"Rename Reference Rock To Hard"_s,
+      .way = LibraryChange::Way::On,
+      .steps = {SetInfoLine{u"beta"_s, InfoLine::Categories, u"~ALL CATEGORIES,Rock,Pop"_s,
+                            u"~ALL CATEGORIES,Hard,Pop"_s}}};
+  database_.Add(Paths::Utility, u".running-change"_s, change.ToBytes());
+  Open();
+  EXPECT_EQ(catalogue_.TrackGenres[ToMref(2)], u"~ALL CATEGORIES,Hard,Pop"_s);
+  ASSERT_FALSE(prompter_.asked.empty());
+  EXPECT_EQ(prompter_.asked.back().text,
+            u"Rename Reference Rock To Hard\r\nWas Broken Off By The End Of The Program: It Is Finished Now"_s);
+  EXPECT_FALSE(database_.Holds(Paths::Utility, u".running-change"_s));
 }
 
 }  // namespace
