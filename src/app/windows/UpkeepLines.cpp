@@ -170,7 +170,7 @@ WindowLine TrackEditorLine(Console& desk, const WindowHost& host, const std::sha
                   .place = QStringLiteral("FileEd")};
   line.make = [&desk, host, upkeep, place = line.place] {
     const Console::Services& have = desk.GetServices();
-    return std::make_unique<Hosted<TrackEditorWindow, TrackEditor>>(
+    auto made = std::make_unique<Hosted<TrackEditorWindow, TrackEditor>>(
         host, place,
         TrackEditor::Services{
             .loop = have.loop,
@@ -180,6 +180,11 @@ WindowLine TrackEditorLine(Console& desk, const WindowHost& host, const std::sha
             .paths = have.paths,
             .changes = upkeep->changes,
             .whyNotDeleted = [&desk](const QString& path) { return WhyNotDeleted(desk, path); }});
+    made->window.OnConvert = [upkeep, &work = made->work](const QString& path) {
+      upkeep->encode(path);
+      work.TakeConverted();
+    };
+    return made;
   };
   return line;
 }

@@ -22,6 +22,8 @@ struct Upkeep {
   std::shared_ptr<References> references;
   /// Opens the editor on this music file or jingle.
   std::function<void(const QString& path)> edit = {};
+  /// Opens the encoder on it.
+  std::function<void(const QString& path)> encode = {};
 };
 
 /// The editor of one file; it has no entry in a menu.

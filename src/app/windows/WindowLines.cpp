@@ -392,6 +392,7 @@ std::vector<WindowLine> WindowLines(Console& desk, ConsoleWindow& console, const
   upkeep->edit = [&console](const QString& path) {
     Q_EMIT console.TrackWindowWanted(WindowId::kTrackEditor, path);
   };
+  upkeep->encode = [door](const QString& path) { door.Encode({path}); };
   add(SessionLines(desk, host, forPlaylists, open));
   add(ManagerLines(desk, host, forPlaylists, open,
                    {[upkeep](DataManager& manager) { return UpkeepTools(manager, upkeep); },

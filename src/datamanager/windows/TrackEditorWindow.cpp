@@ -76,11 +76,6 @@ void TrackEditorWindow::TakeKeys() {
   first->setFocus();
 }
 
-void TrackEditorWindow::OfferConvert(std::function<void(const QString& path)> convert) {
-  onConvert_ = std::move(convert);
-  convert_->setVisible(static_cast<bool>(onConvert_));
-}
-
 QLineEdit* TrackEditorWindow::AddLine(const QString& name, const QString& fixedName,
                                       const QString& accessible, QString TrackFacts::*field) {
   auto* line = new QLineEdit(this);
@@ -178,9 +173,8 @@ void TrackEditorWindow::BuildCommands() {
                                 .tooltip = tr("Opens the encoder on this file"),
                                 .icon = Icon::Disc,
                                 .run = [this] {
-                                  if (onConvert_) onConvert_(editor_.Path());
+                                  if (OnConvert) OnConvert(editor_.Path());
                                 }});
-  convert_->hide();
   save_ = AddCommand(*this, {.name = QStringLiteral("CmdSaveAndClose"),
                              .fixedName = QStringLiteral("Command6"),
                              .words = QStringLiteral("Save And Close"),
@@ -285,7 +279,8 @@ void TrackEditorWindow::Show() {
   Offer(*save_, noFacts);
   Offer(*rename_, noChange);
   Offer(*delete_, noChange);
-  Offer(*convert_, noFacts);
+  const bool mp3 = UpperExtension(editor_.Path()) == QLatin1StringView("MP3");
+  Offer(*convert_, WhyOff({{!noChange.isEmpty(), noChange}, {mp3, tr("It is an MP3 file already")}}));
 }
 
 }  // namespace kelvo

@@ -22,8 +22,8 @@ class TrackEditorWindow : public ToolWindow {
  public:
   TrackEditorWindow(EventLoop& loop, TrackEditor& editor);
 
-  /// Offers "Convert to Mp3", which opens the encoder on the file.
-  void OfferConvert(std::function<void(const QString& path)> convert);
+  /// The operator wants the file as MP3.
+  std::function<void(const QString& path)> OnConvert;
 
   void TakeFiles(const QStringList& places) override;
   void TakeKeys() override;
@@ -67,7 +67,6 @@ class TrackEditorWindow : public ToolWindow {
   QPushButton* convert_ = nullptr;
   QPushButton* save_ = nullptr;
   QPushButton* close_ = nullptr;
-  std::function<void(const QString& path)> onConvert_;
   Timer onTop_;
 };
 
