@@ -26,7 +26,8 @@ constexpr qsizetype kMostNameBytes = 255;
 
 /// What may lie beside a name's folder: its text and its picture.
 const QStringList kProfileEndings{QStringLiteral(".txt"), QStringLiteral(".bmp"), QStringLiteral(".jpg"),
-                                  QStringLiteral(".gif"), QStringLiteral(".png"), QStringLiteral(".webp")};
+                                  QStringLiteral(".gif"), QStringLiteral(".png"), QStringLiteral(".webp"),
+                                  QStringLiteral(".jpeg")};
 
 /// Only these very words: a name that differs in case is refused by its folder.
 bool IsReserved(const QString& name) {
@@ -340,12 +341,13 @@ Job<> References::RunDelete(ReferenceSet set, QString name) {
         LibraryChanges::Order order = OrderFor(QStringLiteral("Delete Reference ") + name, kTag);
         order.alsoWithoutFile = true;
         order.phases.push_back(Lines(kDeleting, std::move(plan.steps)));
-        order.phases.push_back({.words = kDeleting,
-                                .steps = {DiscardEntry{.path = Folder(set, name), .folder = true}},
-                                .needed = true});
+        // Before the folder: whoever hears that the name is gone would trash them apart from the undo.
         std::vector<ChangeStep> discards;
         for (const QString& profile : profiles) discards.push_back(DiscardEntry{.path = profile});
         order.phases.push_back(Lines(kDeleting, std::move(discards)));
+        order.phases.push_back({.words = kDeleting,
+                                .steps = {DiscardEntry{.path = Folder(set, name), .folder = true}},
+                                .needed = true});
         LibraryChanges::Outcome outcome = co_await services_.changes->Do(std::move(order));
         if (!outcome.whole && !outcome.stopped && outcome.failure.isEmpty()) {
           // Its folder was gone before.

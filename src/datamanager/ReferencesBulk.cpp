@@ -47,9 +47,6 @@ Job<> References::RunMerge(ReferenceSet set, QString name) {
       LibraryChanges::Order order = OrderFor(what, kTag);
       order.alsoWithoutFile = true;
       order.phases.push_back({.words = tr("Merging Track Entries "), .steps = std::move(plan.steps)});
-      order.phases.push_back({.words = tr("Merging Track Entries "),
-                              .steps = {DiscardEntry{.path = Folder(set, name), .folder = true}},
-                              .needed = true});
       LibraryChanges::Phase moves{.words = tr("Merging Track Entries ")};
       for (const QString& profile : profiles) {
         const QString place = Folder(set, into) + profile.mid(Folder(set, name).size());
@@ -60,6 +57,9 @@ Job<> References::RunMerge(ReferenceSet set, QString name) {
         }
       }
       order.phases.push_back(std::move(moves));
+      order.phases.push_back({.words = tr("Merging Track Entries "),
+                              .steps = {DiscardEntry{.path = Folder(set, name), .folder = true}},
+                              .needed = true});
       const LibraryChanges::Outcome outcome = co_await services_.changes->Do(std::move(order));
       if (TellOutcome(outcome)) notice = tr("%1 Merged Into %2").arg(name, into);
     }
