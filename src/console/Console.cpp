@@ -306,6 +306,7 @@ Job<> Console::LoadCatalogue() {
   loader_->OnProgress = [this] { Q_EMIT LoadProgress(); };
   Q_EMIT LoadChanged();
   const LoadOutcome outcome = co_await loader_->Load();
+  if (!loader_->Mended().isEmpty()) services_.prompter.Tell({loader_->Mended(), {}});
   if (outcome == LoadOutcome::UnstableFile) {
     Prompt message;
     message.text = services_.title +

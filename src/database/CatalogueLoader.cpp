@@ -1,6 +1,7 @@
 #include "database/CatalogueLoader.h"
 
 #include "audio/AudioSystem.h"
+#include "database/ChangeJournal.h"
 #include "database/UtilityListing.h"
 #include "platform/ErrorLog.h"
 #include "platform/ShellLink.h"
@@ -95,6 +96,9 @@ Job<LoadOutcome> CatalogueLoader::Load() {
   tables_ = CatalogueTables(paths_(Paths::Music));
   LoadOutcome outcome = LoadOutcome::Done;
   try {
+    const auto mend = [paths = paths_] { return MendLibrary(paths, *DesktopTrashBin()); };
+    mended_ = co_await loop_.Offload(EventLoop::Lane::Files, mend);
+    if (!mended_.isEmpty()) NoteInLog(mended_);
     co_await LoadReferences(Paths::Categories, QStringLiteral("Loading Genres ("), &tables_.GenreList, true);
     co_await LoadReferences(Paths::Albums, QStringLiteral("Loading Albums ("), &tables_.AlbumList, true);
     co_await LoadReferences(Paths::Artists, QStringLiteral("Loading Artists ("), &tables_.ArtistList, true);

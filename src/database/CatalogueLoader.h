@@ -49,6 +49,10 @@ class CatalogueLoader {
   /// The track info file that ended the load as UnstableFile.
   [[nodiscard]] const QString& UnstableFile() const { return unstableFile_; }
 
+  /// What became of a change of the library that a crash had broken off, in words for the operator; empty when
+  /// there was none. It is ended before anything is read.
+  [[nodiscard]] const QString& Mended() const { return mended_; }
+
   /// The first bar is for the reference lists, the second for sound bites and tracks.
   LoadBar references;
   LoadBar tracks;
@@ -82,6 +86,7 @@ class CatalogueLoader {
   CatalogueTables tables_;  ///< read so far
   QSet<QString> made_;  ///< base names that were given a new info file in this load
   QString unstableFile_;
+  QString mended_;
   bool toldBadDuration_ = false;
 };
 

@@ -11,11 +11,6 @@
 namespace kelvo {
 namespace {
 
-/// The same for names that differ in case, or in how a file system composes their accents.
-QString KeyOf(const QString& baseName) {
-  return baseName.normalized(QString::NormalizationForm_C).toCaseFolded();
-}
-
 /// The tracks of these names, by their keys. A catalogue that changes meanwhile is looked through again.
 Job<QHash<QString, Mref>> FindNames(EventLoop& loop, const Catalogue& catalogue, QSet<QString> wanted) {
   QHash<QString, Mref> found;
@@ -31,7 +26,7 @@ Job<QHash<QString, Mref>> FindNames(EventLoop& loop, const Catalogue& catalogue,
     found.clear();
     Turn turn(loop);
     for (int row = 1; row <= catalogue.LastTrack() && !changed; ++row) {
-      const QString key = KeyOf(catalogue.TrackNames[ToMref(row)]);
+      const QString key = LinkKey(catalogue.TrackNames[ToMref(row)]);
       // The first of two names that differ in case only.
       if (wanted.contains(key) && !found.contains(key)) found.insert(key, ToMref(row));
       co_await turn.Yield();
@@ -45,7 +40,7 @@ enum Candidate : std::size_t { ByTarget, ByName, CandidateCount };
 using Keys = std::array<QString, CandidateCount>;
 
 Keys KeysOf(const LinkQuestion& link) {
-  return {KeyOf(BaseName(FileNameOf(link.targetPath))), KeyOf(link.name)};
+  return {LinkKey(BaseName(FileNameOf(link.targetPath))), LinkKey(link.name)};
 }
 
 class Answers {
@@ -81,6 +76,10 @@ QString InFolder(const QString& folder, const QString& targetPath) {
 }
 
 }  // namespace
+
+QString LinkKey(const QString& baseName) {
+  return baseName.normalized(QString::NormalizationForm_C).toCaseFolded();
+}
 
 QString FileNameOf(const QString& path) {
   const bool foreign = !path.startsWith(QLatin1Char('/')) && path.contains(QLatin1Char('\\'));

@@ -32,6 +32,10 @@ struct ResolvedLink {
   QString path;  ///< of the file that is there; empty when none is
 };
 
+/// A name of a track as links are compared with it: the same for names that differ in case, or in how a file
+/// system composes their accents.
+[[nodiscard]] QString LinkKey(const QString& baseName);
+
 /// The name of the file that a path of this or another system names, without its folders.
 [[nodiscard]] QString FileNameOf(const QString& path);
 

@@ -131,6 +131,7 @@ void DataManager::Run(const QString& id) {
 }
 
 void DataManager::ShowProgress(Progress progress) {
+  notice_.clear();
   progress_ = std::move(progress);
   Q_EMIT Changed();
 }
@@ -140,8 +141,9 @@ std::optional<DataManager::Progress> DataManager::Shown() {
   return Progress{.words = bulk_.Words(), .share = bulk_.Share(), .stop = [this] { bulk_.Stop(); }};
 }
 
-void DataManager::EndProgress() {
+void DataManager::EndProgress(const QString& notice) {
   progress_.reset();
+  if (!notice.isEmpty()) notice_ = notice;
   Q_EMIT Changed();
 }
 

@@ -98,7 +98,9 @@ class DataManager : public QObject {
     std::function<void()> stop = {};  ///< empty: it can't be stopped
   };
   void ShowProgress(Progress progress);
-  void EndProgress();
+  /// `notice`: what it came to, in words for the bar.
+  void EndProgress(const QString& notice = {});
+  [[nodiscard]] const QString& Notice() const { return notice_; }
   /// What goes on and may not be broken off: of a tool, or several tracks that are changed.
   [[nodiscard]] std::optional<Progress> Shown();
   [[nodiscard]] bool Busy() { return Shown().has_value(); }
@@ -127,6 +129,7 @@ class DataManager : public QObject {
   int current_ = -1;
   std::vector<ManagerTool> tools_;
   std::optional<Progress> progress_;
+  QString notice_;
   Job<> restrict_;
 };
 

@@ -3,8 +3,10 @@
 #include "ui/Naming.h"
 #include "ui/TabOrder.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QShortcut>
+#include <QWindow>
 
 namespace kelvo {
 
@@ -22,6 +24,13 @@ ToolWindow::~ToolWindow() = default;
 
 void ToolWindow::KeepPlace(SettingsStore& settings, const PlaceKeys& keys) {
   place_ = std::make_unique<WindowPlace>(*this, settings, keys);
+}
+
+void ToolWindow::StayOnTop() {
+  if (!isVisible() || isMinimized() || windowHandle() == nullptr) return;
+  const QWidget* active = QApplication::activeWindow();
+  const bool free = active == nullptr || active->windowHandle() == windowHandle()->transientParent();
+  if (free && !QApplication::activeModalWidget() && !QApplication::activePopupWidget()) raise();
 }
 
 void ToolWindow::showEvent(QShowEvent* event) {

@@ -49,6 +49,9 @@ class ToolWindow : public QWidget {
   virtual void Enter() { Refresh(); }
   /// It went off the screen.
   virtual void Leave() {}
+  /// Comes to the front of the console and of nothing else: no question, no menu and no window that is being
+  /// worked in is covered.
+  void StayOnTop();
 
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;

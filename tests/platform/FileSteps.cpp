@@ -17,6 +17,7 @@ namespace kelvo::testing {
 namespace {
 
 std::function<void(const char*)> listener;
+bool flushes = true;
 
 void Tell(const char* call) {
   static thread_local bool inside = false;
@@ -39,6 +40,14 @@ FileSteps::FileSteps(std::function<void(const char*)> before) {
 
 FileSteps::~FileSteps() {
   listener = nullptr;
+}
+
+NoFlushes::NoFlushes() {
+  flushes = false;
+}
+
+NoFlushes::~NoFlushes() {
+  flushes = true;
 }
 
 bool KilledBefore(int step, const std::function<void()>& work) {
@@ -67,6 +76,7 @@ std::vector<std::string> StepsOf(const std::function<void()>& work) {
 
 }  // namespace kelvo::testing
 
+using kelvo::testing::flushes;
 using kelvo::testing::IsFile;
 using kelvo::testing::listener;
 using kelvo::testing::Tell;
@@ -82,7 +92,7 @@ ssize_t write(int file, const void* bytes, size_t count) {
 
 int fsync(int file) {
   if (IsFile(file)) Tell("fsync");
-  return static_cast<int>(::syscall(SYS_fsync, file));
+  return flushes ? static_cast<int>(::syscall(SYS_fsync, file)) : 0;
 }
 
 int rename(const char* from, const char* to) noexcept {

@@ -18,6 +18,16 @@ class FileSteps {
   FileSteps& operator=(const FileSteps&) = delete;
 };
 
+/// While one lives, nothing is flushed to the disk: for tests that write thousands of files, or kill a process
+/// hundreds of times, which what is in memory survives.
+class NoFlushes {
+ public:
+  NoFlushes();
+  ~NoFlushes();
+  NoFlushes(const NoFlushes&) = delete;
+  NoFlushes& operator=(const NoFlushes&) = delete;
+};
+
 /// Does `work` in a process of its own, which is killed before its step number `step`, counted from 0.
 /// Returns false when it came to its end before.
 [[nodiscard]] bool KilledBefore(int step, const std::function<void()>& work);

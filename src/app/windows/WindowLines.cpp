@@ -14,6 +14,7 @@
 #include "app/windows/ScopeWindow.h"
 #include "app/windows/SessionLines.h"
 #include "app/windows/UnifyLines.h"
+#include "app/windows/UpkeepLines.h"
 #include "config/windows/ConfigWindow.h"
 #include "console/Console.h"
 #include "console/windows/ConsoleWindow.h"
@@ -387,11 +388,18 @@ std::vector<WindowLine> WindowLines(Console& desk, ConsoleWindow& console, const
   };
   const auto forPlaylists = [&desk] { return ForPlaylists(desk); };
   const auto unify = std::make_shared<UnifyParts>();
+  const auto upkeep = std::make_shared<Upkeep>(desk);
+  upkeep->edit = [&console](const QString& path) {
+    Q_EMIT console.TrackWindowWanted(WindowId::kTrackEditor, path);
+  };
+  upkeep->encode = [door](const QString& path) { door.Encode({path}); };
   add(SessionLines(desk, host, forPlaylists, open));
   add(ManagerLines(desk, host, forPlaylists, open,
-                   {[unify, open](DataManager& manager) { return UnifyTools(manager, unify, open); },
+                   {[upkeep](DataManager& manager) { return UpkeepTools(manager, upkeep); },
+                    [unify, open](DataManager& manager) { return UnifyTools(manager, unify, open); },
                     [door](DataManager& manager) { return door.Tools(manager); },
                     [host](DataManager& manager) { return std::vector{ProfileTool(host, manager)}; }}));
+  lines.push_back(TrackEditorLine(desk, host, upkeep));
   add(UnifyLines(desk, host, unify));
   add(door.Lines(desk, host));
   add(DiscLines(desk, host, open));

@@ -16,6 +16,7 @@ inline const QString kTrackSearch = QStringLiteral("TrackSearch");
 inline const QString kReports = QStringLiteral("Reports");
 inline const QString kRequest = QStringLiteral("Request");
 inline const QString kPlayEdit = QStringLiteral("PlayEdit");
+inline const QString kTrackEditor = QStringLiteral("TrackEditor");
 inline const QString kGroupEdit = QStringLiteral("GroupEdit");
 inline const QString kPlaylistLoad = QStringLiteral("PlaylistLoad");
 inline const QString kGeneratePlaylist = QStringLiteral("GeneratePlaylist");

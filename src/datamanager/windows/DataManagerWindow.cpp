@@ -61,7 +61,7 @@ DataManagerWindow::DataManagerWindow(EventLoop& loop, DataManager& manager)
       words_(new QLineEdit(this)),
       count_(new QLabel(this)),
       current_(new ElidedLabel(this)) {
-  job_->OfferStop(QStringLiteral("CmdStopJob"), tr("Stops what goes on; what is done stays"), [this] {
+  job_->OfferStop(QStringLiteral("CmdStopJob"), tr("Stops what goes on"), [this] {
     if (const auto shown = manager_.Shown(); shown && shown->stop) {
       shown->stop();
     } else {
@@ -342,6 +342,7 @@ void DataManagerWindow::ShowJob() {
   const TrackList& list = manager_.List();
   JobState state;
   state.percentInWords = true;
+  state.words = manager_.Notice();
   if (const auto shown = manager_.Shown()) {
     state.running = true;
     state.words = shown->words;

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QGridLayout>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 
 namespace kelvo {
@@ -15,7 +16,8 @@ const QStringList kRows{QStringLiteral("1234567890"), QStringLiteral("QWERTYUIOP
 
 }  // namespace
 
-ScreenKeyboard::ScreenKeyboard(QLineEdit& first, QWidget* parent) : QWidget(parent), box_(&first) {
+ScreenKeyboard::ScreenKeyboard(QWidget& first, const QString& backName, QWidget* parent)
+    : QWidget(parent), box_(&first) {
   setObjectName(QStringLiteral("ScreenKeyboard"));
   auto* layout = new QGridLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -49,19 +51,25 @@ ScreenKeyboard::ScreenKeyboard(QLineEdit& first, QWidget* parent) : QWidget(pare
   connect(blank, &QPushButton::clicked, this, [this] { Type(QStringLiteral(" ")); });
   layout->addWidget(blank, below, 0, 1, 7);
   QPushButton* back =
-      add(QStringLiteral("KeyBackSpace"), QStringLiteral("Command3"), tr("Back Space"), tr("Back Space"));
-  connect(back, &QPushButton::clicked, this, [this] {
-    if (box_) box_->backspace();
-  });
+      add(QStringLiteral("KeyBackSpace"), backName, tr("Back Space"), tr("Back Space"));
+  connect(back, &QPushButton::clicked, this, [this] { Back(); });
   layout->addWidget(back, below, 7, 1, 3);
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
-    auto* box = qobject_cast<QLineEdit*>(now);
-    if (box != nullptr && box->window() == window()) box_ = box;
+    const bool text = qobject_cast<QLineEdit*>(now) != nullptr || qobject_cast<QPlainTextEdit*>(now) != nullptr;
+    if (text && now->window() == window()) box_ = now;
   });
 }
 
 void ScreenKeyboard::Type(const QString& letter) {
-  if (box_) box_->insert(letter);
+  if (!box_ || !box_->isEnabled()) return;
+  if (auto* line = qobject_cast<QLineEdit*>(box_)) line->insert(letter);
+  if (auto* text = qobject_cast<QPlainTextEdit*>(box_)) text->insertPlainText(letter);
+}
+
+void ScreenKeyboard::Back() {
+  if (!box_ || !box_->isEnabled()) return;
+  if (auto* line = qobject_cast<QLineEdit*>(box_)) line->backspace();
+  if (auto* text = qobject_cast<QPlainTextEdit*>(box_)) text->textCursor().deletePreviousChar();
 }
 
 }  // namespace kelvo

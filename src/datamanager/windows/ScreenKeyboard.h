@@ -3,8 +3,6 @@
 #include <QPointer>
 #include <QWidget>
 
-class QLineEdit;
-
 namespace kelvo {
 
 /// Keys on the screen for whoever has no others at hand. They type into the text box of the window that has
@@ -12,13 +10,15 @@ namespace kelvo {
 class ScreenKeyboard : public QWidget {
   Q_OBJECT
  public:
-  /// `first` takes the letters until another box of the window gets the focus.
-  explicit ScreenKeyboard(QLineEdit& first, QWidget* parent = nullptr);
+  /// `first`, a line or a box of text, takes the letters until another one of the window gets the focus.
+  /// `backName` is the fixed name of the key that deletes.
+  explicit ScreenKeyboard(QWidget& first, const QString& backName, QWidget* parent = nullptr);
 
  private:
   void Type(const QString& letter);
+  void Back();
 
-  QPointer<QLineEdit> box_;
+  QPointer<QWidget> box_;
 };
 
 }  // namespace kelvo

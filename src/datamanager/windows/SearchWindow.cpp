@@ -11,14 +11,12 @@
 #include "ui/SpokenText.h"
 #include "ui/WhyOff.h"
 
-#include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QVBoxLayout>
-#include <QWindow>
 
 namespace kelvo {
 
@@ -71,7 +69,7 @@ SearchWindow::SearchWindow(EventLoop& loop, TrackSearch& search)
   SetNames(*state_, QStringLiteral("LblState"), QStringLiteral("Label3"));
   BuildQuestion();
   BuildCommands();
-  keyboard_ = new ScreenKeyboard(*text_, this);
+  keyboard_ = new ScreenKeyboard(*text_, QStringLiteral("Command3"), this);
   BuildLayout();
   connect(&search_, &TrackSearch::Changed, this, [this] { ShowState(); });
   connect(&found_, &ListPanel::PickedChanged, this, [this] { ShowPicked(); });
@@ -264,15 +262,6 @@ void SearchWindow::AddPicked() {
 
 void SearchWindow::RequestPicked() {
   if (OnRequest) OnRequest(PickedTracks());
-}
-
-void SearchWindow::StayOnTop() {
-  if (!isVisible() || isMinimized()) return;
-  // Over the console and nothing else: no question, no menu and no window that is being worked in is covered.
-  const QWidget* active = QApplication::activeWindow();
-  const QWindow* console = windowHandle()->transientParent();
-  const bool free = active == nullptr || active->windowHandle() == console;
-  if (free && !QApplication::activeModalWidget() && !QApplication::activePopupWidget()) raise();
 }
 
 }  // namespace kelvo

@@ -51,7 +51,6 @@ class SearchWindow : public ToolWindow {
   void AddPicked();
   void RequestPicked();
   [[nodiscard]] std::vector<Mref> PickedTracks() const;
-  void StayOnTop();
 
   TrackSearch& search_;
   RowModel<Mref> model_;
