@@ -225,16 +225,25 @@ TEST_F(DataManagerBesideTheDesk, SeveralTracksAreChangedAtOnceAndTheDeckHearsOfI
   EXPECT_EQ(database_.Info(u"gamma"_s), InfoBytes("90"));
 }
 
-TEST_F(DataManagerBesideTheDesk, ClosingAsksForWhatWaitsAndAPasswordLocksTheNextStart) {
+TEST_F(DataManagerBesideTheDesk, ClosingAsksForWhatWaitsAndAPasswordCountsFromTheNextStartOn) {
   catalogue_.SetStagedFiles({u"/a.mp3"_s});
   prompter_.answers = {Answer::No};
   Press(u"Command6"_s);
   EXPECT_EQ(prompter_.asked.back().text,
             u"There Are 1 Tracks in the Utility Folder !\r\nMove them into the Data base Now ?"_s);
   EXPECT_FALSE(Shown().isVisible());
-  const std::size_t asked = prompter_.asked.size();
-  window_->close();
-  EXPECT_EQ(prompter_.asked.size(), asked + 1) << "hidden it asks nothing: that was the desk's own question";
+  BesideTheDesk::Press(u"DataManager"_s);
+  ASSERT_TRUE(Shown().isVisible());
+  prompter_.answers = {Answer::Yes};
+  Press(u"Command6"_s);
+  EXPECT_FALSE(Shown().isVisible());
+  ASSERT_NE(Opened<TransferWindow>(), nullptr);
+  EXPECT_TRUE(Opened<TransferWindow>()->isVisible());
+  prompter_.texts = {u"secret"_s};
+  BesideTheDesk::Press(u"DataManager"_s);
+  Press(u"mnuRestrict"_s);
+  EXPECT_FALSE(desk_->Settings().Get(setting::DmanAccess));
+  EXPECT_TRUE(desk_->ManagerAccess().Free()) << "it counts from the next start on";
 }
 
 }  // namespace

@@ -1,8 +1,5 @@
-#include "audio/ClockAudio.h"
 #include "database/DatabaseSettings.h"
-#include "datamanager/DataManager.h"
-#include "datamanager/ManagerFixture.h"
-#include "platform/SettingsStore.h"
+#include "datamanager/ManagerDesks.h"
 
 #include <gtest/gtest.h>
 
@@ -13,42 +10,18 @@ using ::testing::IsEmpty;
 
 namespace {
 
-/// A desk without a monitor.
-class NoMonitor : public ManagerDesk {
- public:
-  [[nodiscard]] QString WhyNoPreview() const override { return u"none"_s; }
-  [[nodiscard]] QString Output() const override { return u"None"_s; }
-  [[nodiscard]] int Volume() const override { return 0; }
-  [[nodiscard]] int Balance() const override { return 0; }
-  void TakeDevice() override {}
-};
-
-class DataManagerTest : public ManagerTest {
+class DataManagerTest : public WholeManagerTest {
  protected:
   /// With a tool of this name that notes what it was run on.
   void Open(const QString& tool = {}) {
-    DataManager::Services services{.loop = loop_,
-                                   .disks = disks_,
-                                   .prompter = prompter_,
-                                   .audio = audio_,
-                                   .catalogue = catalogue_,
-                                   .words = words_,
-                                   .paths = database_.paths,
-                                   .settings = settings_,
-                                   .desk = std::make_shared<NoMonitor>(),
-                                   .openTransfer = [this] { transfers_++; },
-                                   .tools = {}};
-    services.tools = [this, tool](DataManager&) {
-      std::vector<ManagerTool> tools;
-      if (!tool.isEmpty())
-        tools.push_back({.id = tool,
-                         .words = u"Tool"_s,
-                         .tooltip = {},
-                         .run = [this](const std::vector<Mref>& picked) { ranOn_ = picked; },
-                         .whyOff = [this](const std::vector<Mref>&) { return whyOff_; }});
-      return tools;
-    };
-    manager_.emplace(std::move(services));
+    std::vector<ManagerTool> tools;
+    if (!tool.isEmpty())
+      tools.push_back({.id = tool,
+                       .words = u"Tool"_s,
+                       .tooltip = {},
+                       .run = [this](const std::vector<Mref>& picked) { ranOn_ = picked; },
+                       .whyOff = [this](const std::vector<Mref>&) { return whyOff_; }});
+    WholeManagerTest::Open(std::move(tools));
     FindText& find = manager_->Find();
     QObject::connect(&find, &FindText::Found, &find, [this](const std::vector<int>& rows) { hits_ = rows; });
     QObject::connect(&find, &FindText::Reached, &find, [this](int row) { reached_.push_back(row); });
@@ -69,13 +42,8 @@ class DataManagerTest : public ManagerTest {
   }
   static Job<> Take(Job<bool> asked, bool* may) { *may = co_await std::move(asked); }
 
-  ClockAudio audio_{loop_};
-  SettingsStore store_{loop_, database_.tree.Path(u"settings.ini"_s)};
-  ProgramSettings settings_{store_, u"Kelvo"_s};
-  std::optional<DataManager> manager_;
   std::vector<Mref> ranOn_;
   QString whyOff_;
-  int transfers_ = 0;
   int cleared_ = 0;
   std::vector<int> hits_;
   std::vector<int> reached_;

@@ -43,8 +43,8 @@ ReferencePanel::ReferencePanel(DataManager& manager, ToolButtons& tools, QWidget
     : QWidget(parent),
       manager_(manager),
       nameModel_(manager.References().Names(),
-                 {{{.head = QStringLiteral("Name"), .letters = 16}, &ReferenceRow::name},
-                  {{.head = QStringLiteral("Tracks"), .letters = 7, .rank = 1, .number = true}, TracksText}}),
+                 {{{.head = QStringLiteral("Name"), .letters = 14}, &ReferenceRow::name},
+                  {{.head = QStringLiteral("Tracks"), .letters = 9, .rank = 1, .number = true}, TracksText}}),
       names_({.name = QStringLiteral("LstNames"),
               .fixedName = QStringLiteral("List1"),
               .title = tr("REFERENCES"),
@@ -61,7 +61,7 @@ ReferencePanel::ReferencePanel(DataManager& manager, ToolButtons& tools, QWidget
                .title = tr("FILTER"),
                .accessible = tr("References of the filter")},
               filterModel_, this) {
-  filter_.SetHint(tr("A double click on a name above adds it."));
+  filter_.SetHint(tr("Double click a name above"));
   BuildSets();
   BuildCommands();
   BuildLayout(tools);

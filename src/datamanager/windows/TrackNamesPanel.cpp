@@ -38,6 +38,8 @@ TrackNamesPanel::TrackNamesPanel(DataManager& manager, ToolButtons& tools, QWidg
     SetNames(*list, QString::fromLatin1(look.name), QString::fromLatin1(look.fixedName));
     list->setAccessibleName(panel->Title());
     list->setFixedHeight(fontMetrics().height() * 5);
+    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list->setTextElideMode(Qt::ElideRight);
     auto* column = new QVBoxLayout(panel);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(4);
