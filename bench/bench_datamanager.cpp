@@ -1,5 +1,5 @@
-#include "datamanager/DataManager.h"
 #include "audio/ClockAudio.h"
+#include "datamanager/DataManager.h"
 #include "platform/QtEventLoop.h"
 #include "platform/SettingsStore.h"
 #include "support/NobodyThere.h"
@@ -116,9 +116,9 @@ struct Figures {
 
 /// Of two rounds the quieter moments: what else the machine does is not the list's.
 Figures Best(const Figures& one, const Figures& other) {
-  return {std::min(one.refresh, other.refresh), std::min(one.find, other.find),
-          std::min(one.filter, other.filter),   std::min(one.words, other.words),
-          std::min(one.letter, other.letter),   std::min(one.sort, other.sort),
+  return {std::min(one.refresh, other.refresh),        std::min(one.find, other.find),
+          std::min(one.filter, other.filter),          std::min(one.words, other.words),
+          std::min(one.letter, other.letter),          std::min(one.sort, other.sort),
           std::min(one.longestHold, other.longestHold)};
 }
 

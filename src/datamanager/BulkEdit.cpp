@@ -35,11 +35,10 @@ bool TakeName(const InfoField<ReferenceLine>& field, const QString& base, const 
 }
 
 QString Apply(const BulkChange& change, TrackInfo& info) {
-  const bool room =
-      (change.genre.isEmpty() ||
-       TakeName(InfoFields::Categories, kAllCategories, change.genre, change.replace, info)) &&
-      (change.artist.isEmpty() ||
-       TakeName(InfoFields::Artists, kAllArtists, change.artist, change.replace, info));
+  const bool room = (change.genre.isEmpty() ||
+                     TakeName(InfoFields::Categories, kAllCategories, change.genre, change.replace, info)) &&
+                    (change.artist.isEmpty() ||
+                     TakeName(InfoFields::Artists, kAllArtists, change.artist, change.replace, info));
   if (!room) return QStringLiteral("Max 10 References per track Exceeded");
   if (change.year || change.month) {
     ReleaseDate date = info.Get(InfoFields::ReleaseDate);

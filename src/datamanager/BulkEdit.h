@@ -24,15 +24,16 @@ struct BulkChange {
   std::optional<QString> month = {};  ///< three letters, "xxx" when unknown
   QString artist = {};
   QString genre = {};
-  bool replace = false;  ///< artist and genre take the place of those that a track has; otherwise they join them
+  bool replace =
+      false;  ///< artist and genre take the place of those that a track has; otherwise they join them
 
   [[nodiscard]] bool IsEmpty() const { return !year && !month && artist.isEmpty() && genre.isEmpty(); }
 };
 
 /// Changes date, artist or genre of many tracks: each info file is written whole off the thread, and the
-/// catalogue takes it over in the turn in which that is done. So a stop, a failure or a crash leaves each track
-/// as it was or as it is to be. The last run can be undone while the program runs. Owned by the DataManager;
-/// logic thread.
+/// catalogue takes it over in the turn in which that is done. So a stop, a failure or a crash leaves each
+/// track as it was or as it is to be. The last run can be undone while the program runs. Owned by the
+/// DataManager; logic thread.
 class BulkEdit : public QObject {
   Q_OBJECT
 
@@ -54,7 +55,8 @@ class BulkEdit : public QObject {
   void Apply(const std::vector<Mref>& tracks, BulkChange change);
   /// Why nothing can be undone, in words; empty when it can.
   [[nodiscard]] QString WhyNoUndo() const;
-  /// Gives the fields that the last run changed back what they held, unless something else changed them since.
+  /// Gives the fields that the last run changed back what they held, unless something else changed them
+  /// since.
   void Undo();
   /// The track under way is finished, and no other is begun.
   void Stop() { stop_ = true; }
@@ -84,7 +86,8 @@ class BulkEdit : public QObject {
   /// Makes the folder of a new name; the name as the database spells it.
   [[nodiscard]] Job<QString> Ensure(ReferenceSet set, QString name);
   /// Changes the file of a track and tells the catalogue; what it held before, none when it was left alone.
-  [[nodiscard]] Job<std::optional<Done>> ChangeOne(const KeptTracks& tracks, std::size_t place, Change change);
+  [[nodiscard]] Job<std::optional<Done>> ChangeOne(const KeptTracks& tracks, std::size_t place,
+                                                   Change change);
   [[nodiscard]] static Lines LinesOf(const TrackInfo& info);
   void Say(const QString& words, std::size_t done, std::size_t all);
   void Finish(const QString& head);

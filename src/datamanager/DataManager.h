@@ -22,8 +22,8 @@
 
 namespace kelvo {
 
-/// The Data Manager without its window: the list of tracks or jingles, what is chosen beside it, and the tools
-/// that work on it. The tools themselves are the join's. Owned beside its window; logic thread.
+/// The Data Manager without its window: the list of tracks or jingles, what is chosen beside it, and the
+/// tools that work on it. The tools themselves are the join's. Owned beside its window; logic thread.
 class DataManager : public QObject {
   Q_OBJECT
 
@@ -92,8 +92,8 @@ class DataManager : public QObject {
 
   // A long piece of work of a tool, shown on the bar of the window.
   struct Progress {
-    QString words;     ///< with the share: "Deleting Track Entries (40%)"
-    double share = 0;  ///< 0 to 1
+    QString words;                    ///< with the share: "Deleting Track Entries (40%)"
+    double share = 0;                 ///< 0 to 1
     std::function<void()> stop = {};  ///< empty: it can't be stopped
   };
   void ShowProgress(Progress progress);

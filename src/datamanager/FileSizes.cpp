@@ -78,8 +78,7 @@ Job<bool> FileSizes::ReadSome(DispMode mode, std::span<const Mref> rows) {
   co_return true;
 }
 
-Job<> FileSizes::ReadAll(DispMode mode, std::vector<Mref> rows,
-                         const std::function<void(double)>& onShare) {
+Job<> FileSizes::ReadAll(DispMode mode, std::vector<Mref> rows, const std::function<void(double)>& onShare) {
   Turn turn(loop_);
   const unsigned renumbered = renumbered_;
   for (std::size_t first = 0; first < rows.size() && renumbered == renumbered_; first += kFilesALook) {

@@ -13,9 +13,9 @@
 
 namespace kelvo {
 
-/// The sizes of the listed files, read off the thread as they are wanted and kept. A disk that does not answer
-/// leaves its files without a size, and is asked again with the next refresh. Owned by the TrackList; logic
-/// thread.
+/// The sizes of the listed files, read off the thread as they are wanted and kept. A disk that does not
+/// answer leaves its files without a size, and is asked again with the next refresh. Owned by the TrackList;
+/// logic thread.
 class FileSizes : public QObject {
   Q_OBJECT
  public:

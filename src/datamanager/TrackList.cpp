@@ -273,8 +273,8 @@ int TrackList::LetterRow(QChar letter) const {
   std::string buffer;
   for (int row = Count() - 1; row >= 0; --row) {
     const Mref number = Number(row);
-    const std::string_view name = mode_ == DispMode::Jingles ? UpperName(number, &buffer)
-                                                             : services_.catalogue.TrackNames.Utf8(number);
+    const std::string_view name =
+        mode_ == DispMode::Jingles ? UpperName(number, &buffer) : services_.catalogue.TrackNames.Utf8(number);
     if (name.empty()) continue;
     const auto first = static_cast<unsigned char>(Upper(name.front()));
     if (first < firsts.size()) firsts[first] = row;

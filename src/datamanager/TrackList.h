@@ -42,9 +42,7 @@ class TrackList : public RowFeed {
   /// The number of the row, from 1.
   [[nodiscard]] Mref Number(int row) const { return listed_[static_cast<std::size_t>(At(row))]; }
   /// The track of the row; None where jingles are listed.
-  [[nodiscard]] Mref Track(int row) const {
-    return mode_ == DispMode::Jingles ? Mref::None : Number(row);
-  }
+  [[nodiscard]] Mref Track(int row) const { return mode_ == DispMode::Jingles ? Mref::None : Number(row); }
   [[nodiscard]] QString Text(int row, ManagerColumn column) const;
   /// The file that the row is about: music, jingle or track info file.
   [[nodiscard]] QString FilePath(int row) const { return texts_.Path(mode_, Number(row)); }

@@ -34,9 +34,8 @@ class Bearers {
   enum class Known : char { Nothing, Yes, No };
   [[nodiscard]] bool Bears(const QString& line) const {
     const QList<QStringView> items = QStringView(line).split(QLatin1Char(','));
-    return std::any_of(items.begin(), items.end(), [this](QStringView item) {
-      return item.compare(name_, Qt::CaseInsensitive) == 0;
-    });
+    return std::any_of(items.begin(), items.end(),
+                       [this](QStringView item) { return item.compare(name_, Qt::CaseInsensitive) == 0; });
   }
   const PooledTextColumn& lines_;
   QString name_;
@@ -135,9 +134,10 @@ Job<> TrackList::RunSort(Sorting sorting) {
       }
       if (version != version_) continue;
       const auto sort = [all, descending = sorting.descending] {
-        std::stable_sort(all->keys.begin(), all->keys.end(), [descending](const SortKey& one, const SortKey& other) {
-          return descending ? other < one : one < other;
-        });
+        std::stable_sort(all->keys.begin(), all->keys.end(),
+                         [descending](const SortKey& one, const SortKey& other) {
+                           return descending ? other < one : one < other;
+                         });
         std::vector<int> order;
         order.reserve(all->keys.size());
         for (const SortKey& key : all->keys) order.push_back(key.item);

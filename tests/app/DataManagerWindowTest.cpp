@@ -56,7 +56,8 @@ class DataManagerBesideTheDesk : public BesideTheDesk {
   }
   QStringList Picked() {
     QStringList names;
-    for (const QModelIndex& each : Table().selectionModel()->selectedRows()) names.append(each.data().toString());
+    for (const QModelIndex& each : Table().selectionModel()->selectedRows())
+      names.append(each.data().toString());
     names.sort();
     return names;
   }

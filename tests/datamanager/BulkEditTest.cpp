@@ -111,7 +111,8 @@ TEST_F(BulkEditTest, KilledAtAnyStepEveryFileIsTheOldOneOrTheNewAndEveryNameHasI
       QByteArray changed = before[static_cast<std::size_t>(place)];
       changed.replace("~ALL CATEGORIES", "~ALL CATEGORIES,Fresh");
       const bool isNew = now == changed;
-      EXPECT_TRUE(isNew || now == before[static_cast<std::size_t>(place)]) << step << ' ' << now.toStdString();
+      EXPECT_TRUE(isNew || now == before[static_cast<std::size_t>(place)])
+          << step << ' ' << now.toStdString();
       EXPECT_TRUE(!isNew || QFileInfo(folder).isDir()) << step;
       database_.Add(Paths::Info, name + u".kif"_s, before[static_cast<std::size_t>(place)]);
     }

@@ -134,9 +134,10 @@ TEST_F(DataManagerTest, ClosingAsksForWaitingFilesAndForTracksThatWereNotUnified
   catalogue_.SetStagedFiles({u"/a.mp3"_s, u"/b.mp3"_s});
   prompter_.answers = {Answer::Yes, Answer::No};
   EXPECT_TRUE(MayClose());
-  EXPECT_THAT(prompter_.Told(),
-              ElementsAre(u"There Are 2 Tracks in the Utility Folder !\r\nMove them into the Data base Now ?"_s,
-                          u"2 Track/s have not had Volume Unified\r\nUnify Now?"_s));
+  EXPECT_THAT(
+      prompter_.Told(),
+      ElementsAre(u"There Are 2 Tracks in the Utility Folder !\r\nMove them into the Data base Now ?"_s,
+                  u"2 Track/s have not had Volume Unified\r\nUnify Now?"_s));
   EXPECT_EQ(transfers_, 1);
   prompter_.answers = {Answer::No, Answer::Yes};
   EXPECT_FALSE(MayClose()) << "it stays for the unify";

@@ -33,10 +33,10 @@ class ManagerTest : public ::testing::Test {
     row.gain = gain;
     row.duration = 65;
     database_.Add(Paths::Music, name + u".mp3"_s, QByteArray(bytes, 's'));
-    const QString lines = QStringList{row.genres, row.artists, kAllAlbums, row.date, bpm, u"7"_s, u"1,2,3"_s,
-                                      u"10,5"_s,  u"20,30"_s,  u"0"_s,     u"1"_s,   gain, u"65"_s,
-                                      u"A comment"_s}
-                              .join(u"\r\n"_s);
+    const QString lines =
+        QStringList{row.genres, row.artists, kAllAlbums, row.date, bpm,  u"7"_s,  u"1,2,3"_s,
+                    u"10,5"_s,  u"20,30"_s,  u"0"_s,     u"1"_s,   gain, u"65"_s, u"A comment"_s}
+            .join(u"\r\n"_s);
     database_.Add(Paths::Info, name + u".kif"_s, (lines + u"\r\n"_s).toUtf8());
     const Mref track = catalogue_.Append(row);
     for (const QString& genre : genres.split(u',', Qt::SkipEmptyParts)) {
@@ -63,11 +63,8 @@ class ManagerTest : public ::testing::Test {
     loop_.RunFor(100ms);
   }
   [[nodiscard]] TrackList::Services ForList() {
-    return {.loop = loop_,
-            .disks = disks_,
-            .catalogue = catalogue_,
-            .words = words_,
-            .paths = database_.paths};
+    return {
+        .loop = loop_, .disks = disks_, .catalogue = catalogue_, .words = words_, .paths = database_.paths};
   }
 
   TestDatabase database_;

@@ -53,8 +53,7 @@ WindowLine PlaylistLine(const WindowHost& host, PlaylistMode mode,
                         const std::shared_ptr<SavedSelection>& selection) {
   WindowLine line{.id = mode == PlaylistMode::Browse ? kBrowseId : kSaveId,
                   .childForm = true,
-                  .busyQuestion =
-                      Text::tr("Playlists Are Still Being Worked On !\r\nStop That And Quit ?"),
+                  .busyQuestion = Text::tr("Playlists Are Still Being Worked On !\r\nStop That And Quit ?"),
                   .place = QStringLiteral("DPlaySave")};
   line.make = [host, mode, forPlaylists, selection, place = line.place] {
     return std::make_unique<Hosted<PlaylistWindow, PlaylistManager>>(
@@ -71,7 +70,8 @@ WindowLine PlaylistLine(const WindowHost& host, PlaylistMode mode,
 ManagerTool PlaylistTool(const OpenWindow& open, const std::shared_ptr<SavedSelection>& selection) {
   return {.id = QStringLiteral("Command30"),
           .words = QStringLiteral("Start Playlist Manager"),
-          .tooltip = Text::tr("Saves the selected tracks as a playlist; without a selection, shows all playlists"),
+          .tooltip =
+              Text::tr("Saves the selected tracks as a playlist; without a selection, shows all playlists"),
           .run = [open, selection](const Picked& picked) {
             selection->Take(picked);
             open(picked.empty() ? kBrowseId : kSaveId);

@@ -13,8 +13,8 @@ namespace kelvo {
 
 class Console;
 
-/// The commands of the Data Manager whose work is done in other windows: one entry each. `open` opens a window
-/// by its id.
+/// The commands of the Data Manager whose work is done in other windows: one entry each. `open` opens a
+/// window by its id.
 [[nodiscard]] std::vector<ManagerTool> ManagerTools(Console& desk, DataManager& manager,
                                                     const std::function<void(const QString& id)>& open);
 

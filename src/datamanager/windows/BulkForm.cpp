@@ -44,15 +44,13 @@ BulkForm::BulkForm(DataManager& manager, QWidget* parent)
       artist_(AddNames(QStringLiteral("CboBulkArtist"), tr("Artist, empty: as it is"), *artists_)),
       genre_(AddNames(QStringLiteral("CboBulkGenre"), tr("Genre, empty: as it is"), *genres_)),
       replace_(new QCheckBox(tr("In place of those that they have"), this)),
-      apply_(AddCommand(*this, {.name = QStringLiteral("CmdBulkApply"),
-                                .words = tr("Change"),
-                                .tooltip = tr("Changes what is filled in, in all selected tracks"),
-                                .icon = Icon::Check,
-                                .role = QStringLiteral("primary"),
-                                .run =
-                                    [this] {
-                                      manager_.Bulk().Apply(manager_.PickedTracks(), Change());
-                                    }})),
+      apply_(
+          AddCommand(*this, {.name = QStringLiteral("CmdBulkApply"),
+                             .words = tr("Change"),
+                             .tooltip = tr("Changes what is filled in, in all selected tracks"),
+                             .icon = Icon::Check,
+                             .role = QStringLiteral("primary"),
+                             .run = [this] { manager_.Bulk().Apply(manager_.PickedTracks(), Change()); }})),
       undo_(AddCommand(*this, {.name = QStringLiteral("CmdBulkUndo"),
                                .words = tr("Undo"),
                                .tooltip = tr("Takes the last change of several tracks back"),
@@ -100,8 +98,8 @@ QComboBox* BulkForm::AddNames(const QString& name, const QString& accessible, QS
 }
 
 void BulkForm::TakeKeys() {
-  for (const auto& [box, model, set] :
-       {std::tuple{artist_, artists_, ReferenceSet::Artists}, std::tuple{genre_, genres_, ReferenceSet::Genres}}) {
+  for (const auto& [box, model, set] : {std::tuple{artist_, artists_, ReferenceSet::Artists},
+                                        std::tuple{genre_, genres_, ReferenceSet::Genres}}) {
     const QString typed = box->currentText();
     model->setStringList(ReferenceChoice::ShownNames(manager_.Tracks(), set));
     box->setCurrentIndex(-1);

@@ -173,8 +173,7 @@ void DataManagerWindow::AddToolLines(QVBoxLayout& layout) {
   for (const char* id : {"Command8", "Command25", "Command26", "Command30"}) {
     if (QPushButton* button = tools_.Make(*this, QString::fromLatin1(id))) first->addWidget(button, 1);
   }
-  QHBoxLayout* last =
-      tools_.MakeLine(*this, {"Cmdimport", "Command4", "Command11", "Command20"});
+  QHBoxLayout* last = tools_.MakeLine(*this, {"Cmdimport", "Command4", "Command11", "Command20"});
   for (const QString& id : tools_.Left()) last->addWidget(tools_.Make(*this, id), 1);
   last->addWidget(close_, 1);
   layout.addLayout(last);
@@ -269,8 +268,8 @@ void DataManagerWindow::SelectHits(const std::vector<int>& rows) {
     std::size_t last = place;
     while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1) ++last;
     if (static_cast<std::size_t>(hits.size()) == kMostBlocks) break;
-    hits.append(QItemSelectionRange(model_.index(rows[place], 0),
-                                    model_.index(rows[last], kManagerColumns - 1)));
+    hits.append(
+        QItemSelectionRange(model_.index(rows[place], 0), model_.index(rows[last], kManagerColumns - 1)));
     place = last + 1;
   }
   note_ = hits.size() < static_cast<qsizetype>(kMostBlocks)
@@ -319,9 +318,9 @@ void DataManagerWindow::Show() {
   current_->setText(note_.isEmpty() ? manager_.CurrentWords() : note_);
   find_->setText(manager_.Find().Caption());
   const bool any = list_.AnyPicked();
-  select_->setText(!any                 ? QStringLiteral("Select All")
+  select_->setText(!any                ? QStringLiteral("Select All")
                    : list_.AllPicked() ? QStringLiteral("Clear All")
-                                        : QStringLiteral("Clear Selected"));
+                                       : QStringLiteral("Clear Selected"));
   const OffReason empty{list.Count() == 0, tr("The list is empty")};
   Offer(*select_, WhyOff({empty}));
   Offer(*find_, WhyOff({empty}));

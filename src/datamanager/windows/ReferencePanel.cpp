@@ -51,11 +51,10 @@ ReferencePanel::ReferencePanel(DataManager& manager, ToolButtons& tools, QWidget
               .accessible = tr("Names of the chosen set"),
               .many = false},
              nameModel_, this),
-      filterModel_(
-          manager.References().Filter(),
-          {{{.head = QStringLiteral("Name"), .letters = 14}, &Reference::name},
-           {{.head = QStringLiteral("Set"), .letters = 8, .rank = 1},
-            [](const Reference& row) { return WordOf(row.set); }}}),
+      filterModel_(manager.References().Filter(),
+                   {{{.head = QStringLiteral("Name"), .letters = 14}, &Reference::name},
+                    {{.head = QStringLiteral("Set"), .letters = 8, .rank = 1},
+                     [](const Reference& row) { return WordOf(row.set); }}}),
       filter_({.name = QStringLiteral("LstFilter"),
                .fixedName = QStringLiteral("List2"),
                .title = tr("FILTER"),
@@ -76,12 +75,13 @@ ReferencePanel::ReferencePanel(DataManager& manager, ToolButtons& tools, QWidget
 void ReferencePanel::BuildSets() {
   for (std::size_t place = 0; place < kSets.size(); ++place) {
     const QString word = WordOf(kSets[place]);
-    sets_[place] = AddCommand(*this, {.name = QStringLiteral("CmdSet") + word,
-                                      .fixedName = QStringLiteral("Command1_%1").arg(place),
-                                      .words = word,
-                                      .tooltip = tr("Lists these names below"),
-                                      .key = QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + place)),
-                                      .run = [this, place] { manager_.References().ChooseSet(kSets[place]); }});
+    sets_[place] =
+        AddCommand(*this, {.name = QStringLiteral("CmdSet") + word,
+                           .fixedName = QStringLiteral("Command1_%1").arg(place),
+                           .words = word,
+                           .tooltip = tr("Lists these names below"),
+                           .key = QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + place)),
+                           .run = [this, place] { manager_.References().ChooseSet(kSets[place]); }});
     sets_[place]->setCheckable(true);
   }
 }
@@ -160,8 +160,8 @@ void ReferencePanel::ChooseRow() {
 void ReferencePanel::ShowChosen() {
   const auto& all = manager_.References().Names().All();
   const QString& chosen = manager_.References().Chosen();
-  const auto found = std::find_if(all.begin(), all.end(),
-                                  [&chosen](const ReferenceRow& row) { return row.name == chosen; });
+  const auto found =
+      std::find_if(all.begin(), all.end(), [&chosen](const ReferenceRow& row) { return row.name == chosen; });
   if (chosen.isEmpty() || found == all.end()) return;
   showing_ = true;
   names_.Table().selectRow(static_cast<int>(found - all.begin()));

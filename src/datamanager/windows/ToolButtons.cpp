@@ -41,8 +41,8 @@ constexpr std::array kLooks{
 };
 
 ToolLook LookOf(const QString& id) {
-  const auto found =
-      std::find_if(kLooks.begin(), kLooks.end(), [&id](const ToolLook& look) { return id == QLatin1StringView(look.id); });
+  const auto found = std::find_if(kLooks.begin(), kLooks.end(),
+                                  [&id](const ToolLook& look) { return id == QLatin1StringView(look.id); });
   return found == kLooks.end() ? ToolLook{"", "Cmd"} : *found;
 }
 
@@ -53,13 +53,12 @@ QPushButton* ToolButtons::Make(QWidget& owner, const QString& id) {
   if (tool == nullptr) return nullptr;
   const ToolLook look = LookOf(id);
   const bool known = *look.id != '\0';
-  QPushButton* button =
-      AddCommand(owner, {.name = QString::fromLatin1(look.name) + (known ? QString() : id),
-                         .fixedName = id,
-                         .words = tool->words,
-                         .tooltip = tool->tooltip,
-                         .icon = look.icon,
-                         .run = [&manager = manager_, id] { manager.Run(id); }});
+  QPushButton* button = AddCommand(owner, {.name = QString::fromLatin1(look.name) + (known ? QString() : id),
+                                           .fixedName = id,
+                                           .words = tool->words,
+                                           .tooltip = tool->tooltip,
+                                           .icon = look.icon,
+                                           .run = [&manager = manager_, id] { manager.Run(id); }});
   entries_.push_back({id, button});
   return button;
 }
