@@ -3,10 +3,16 @@
 #include "database/FileRun.h"
 #include "database/SafeFileName.h"
 #include "database/TrackInfo.h"
+#include "platform/AppendLine.h"
+#include "platform/AtomicFile.h"
 #include "platform/ErrorLog.h"
+#include "platform/Setting.h"
 #include "platform/Words.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
 #include <QPointer>
 
 #include <algorithm>
@@ -58,7 +64,9 @@ struct BulkEdit::LastRun {
   std::vector<Done> done;
 };
 
-BulkEdit::BulkEdit(Services services) : services_(std::move(services)) {}
+BulkEdit::BulkEdit(Services services) : services_(std::move(services)) {
+  if (!services_.undoFile.isEmpty()) job_ = FindLastRun();
+}
 BulkEdit::~BulkEdit() = default;
 
 BulkEdit::Lines BulkEdit::LinesOf(const TrackInfo& info) {
@@ -98,11 +106,12 @@ Job<> BulkEdit::Run(std::vector<Mref> tracks, BulkChange change) {
     // First the folders: a file must not bear a name that has none.
     change.artist = co_await Ensure(ReferenceSet::Artists, change.artist);
     change.genre = co_await Ensure(ReferenceSet::Genres, change.genre);
+    co_await ForgetLastRun();
     const Change one = [change](TrackInfo& info) { return kelvo::Apply(change, info); };
     for (std::size_t place = 0; place < run.tracks.Count() && !stop_; ++place) {
       Say(QStringLiteral("Changing Track Entries "), place, run.tracks.Count());
-      std::optional<Done> done = co_await ChangeOne(run.tracks, place, one);
-      if (done) run.done.push_back(std::move(*done));
+      std::optional<Done> done = co_await ChangeOne(run.tracks, place, one, services_.undoFile);
+      if (done && done->before != done->after) run.done.push_back(std::move(*done));
     }
   } catch (...) {
     basHandleError(kTag, tr("The tracks could not be changed."));
@@ -138,6 +147,7 @@ Job<> BulkEdit::RunUndo() {
       const std::optional<Done> undone = co_await ChangeOne(run.tracks, done.place, back);
       Q_UNUSED(undone)
     }
+    if (run.done.empty()) co_await ForgetLastRun();
   } catch (...) {
     basHandleError(kTag, tr("The tracks could not be restored."));
   }
@@ -163,7 +173,7 @@ Job<QString> BulkEdit::Ensure(ReferenceSet set, QString name) {
 }
 
 Job<std::optional<BulkEdit::Done>> BulkEdit::ChangeOne(const KeptTracks& tracks, std::size_t place,
-                                                       Change change) {
+                                                       Change change, QString noteIn) {
   struct Written {
     TrackInfo info;
     Done done;
@@ -173,14 +183,17 @@ Job<std::optional<BulkEdit::Done>> BulkEdit::ChangeOne(const KeptTracks& tracks,
   const QString name = services_.catalogue.TrackNames[tracks[place]];
   QString why;
   try {
-    const auto write = [path = TrackInfoPath(services_.paths, name), change, place] {
+    const auto write = [path = TrackInfoPath(services_.paths, name), change, place, name, noteIn] {
       std::optional<TrackInfo> info = ReadTrackInfo(path);
       if (!info) throw Failure(QStringLiteral("Its info file is gone."), ENOENT, path);
       Written written;
       written.done = {.place = place, .before = LinesOf(*info), .after = {}};
       written.why = change(*info);
       written.done.after = LinesOf(*info);
-      if (written.why.isEmpty() && written.done.after != written.done.before) WriteTrackInfo(path, *info);
+      const bool other = written.why.isEmpty() && written.done.after != written.done.before;
+      if (other && !noteIn.isEmpty())
+        AppendWholeLine(noteIn, LineOf({name, written.done.before, written.done.after}));
+      if (other) WriteTrackInfo(path, *info);
       written.info = std::move(*info);
       return written;
     };
@@ -197,6 +210,71 @@ Job<std::optional<BulkEdit::Done>> BulkEdit::ChangeOne(const KeptTracks& tracks,
   }
   troubles_.append(name + QStringLiteral(" - ") + why);
   co_return std::nullopt;
+}
+
+// The undo file: a line for each track, its name, what it held and what it was given, joined by commas.
+
+QByteArray BulkEdit::LineOf(const Noted& noted) {
+  QStringList fields{noted.name};
+  for (const Lines& lines : {noted.before, noted.after}) {
+    for (const QString& line : lines) fields.append(line);
+  }
+  return JoinFields(fields).toUtf8() + '\n';
+}
+
+std::vector<BulkEdit::Noted> BulkEdit::ReadNoted(const QString& path) {
+  std::vector<Noted> all;
+  if (!QFileInfo::exists(path)) return all;
+  for (const QByteArray& line : ReadWholeFile(path).split('\n')) {
+    const QStringList fields = SplitFields(QString::fromUtf8(line).trimmed());
+    constexpr qsizetype kFields = 7;
+    if (fields.size() != kFields) continue;
+    all.push_back({fields[0], {fields[1], fields[2], fields[3]}, {fields[4], fields[5], fields[6]}});
+  }
+  return all;
+}
+
+Job<> BulkEdit::FindLastRun() {
+  try {
+    const auto read = [path = services_.undoFile] { return ReadNoted(path); };
+    const std::vector<Noted> noted = co_await services_.loop.Offload(EventLoop::Lane::Files, read);
+    if (noted.empty()) co_return;
+    QHash<QString, std::size_t> wanted;
+    for (std::size_t place = 0; place < noted.size(); ++place) wanted.insert(noted[place].name, place);
+    std::vector<Mref> tracks;
+    std::vector<Done> done;
+    Turn turn(services_.loop);
+    QObject listener;
+    bool renumbered = false;
+    services_.catalogue.Listen(
+        &listener, [&renumbered](const TrackRemoved&) { renumbered = true; },
+        [&renumbered](const CatalogueReplaced&) { renumbered = true; });
+    for (int row = 1; row <= services_.catalogue.LastTrack(); ++row) {
+      co_await turn.Yield();
+      if (std::exchange(renumbered, false)) {
+        // The numbers are others: begin anew.
+        row = 0;
+        tracks.clear();
+        done.clear();
+        continue;
+      }
+      const auto found = wanted.constFind(services_.catalogue.TrackNames[ToMref(row)]);
+      if (found == wanted.constEnd()) continue;
+      done.push_back({tracks.size(), noted[*found].before, noted[*found].after});
+      tracks.push_back(ToMref(row));
+    }
+    last_ = std::make_unique<LastRun>(services_.catalogue, std::move(tracks));
+    last_->done = std::move(done);
+  } catch (...) {
+    basHandleError(kTag, tr("What was changed last can't be undone."));
+  }
+  Finish({});
+}
+
+Job<> BulkEdit::ForgetLastRun() {
+  if (services_.undoFile.isEmpty()) co_return;
+  const auto forget = [path = services_.undoFile] { QFile::remove(path); };
+  co_await services_.loop.Offload(EventLoop::Lane::Files, forget);
 }
 
 void BulkEdit::Say(const QString& words, std::size_t done, std::size_t all) {

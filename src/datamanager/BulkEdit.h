@@ -46,6 +46,8 @@ class BulkEdit : public QObject {
     Prompter& prompter;
     Catalogue& catalogue;
     Paths paths;
+    QString undoFile =
+        {};  ///< keeps the last run from one start to the next; empty: it ends with the program
   };
   explicit BulkEdit(Services services);
   ~BulkEdit() override;
@@ -78,6 +80,12 @@ class BulkEdit : public QObject {
     Lines after;
   };
   struct LastRun;
+  /// A track of the last run, as the undo file keeps it.
+  struct Noted {
+    QString name;
+    Lines before;
+    Lines after;
+  };
   /// How one file is changed; an empty text when it was, else why it was left as it is. Any thread.
   using Change = std::function<QString(TrackInfo&)>;
 
@@ -86,9 +94,15 @@ class BulkEdit : public QObject {
   /// Makes the folder of a new name; the name as the database spells it.
   [[nodiscard]] Job<QString> Ensure(ReferenceSet set, QString name);
   /// Changes the file of a track and tells the catalogue; what it held before, none when it was left alone.
+  /// With `noteIn` that is noted in this file first.
   [[nodiscard]] Job<std::optional<Done>> ChangeOne(const KeptTracks& tracks, std::size_t place,
                                                    Change change);
   [[nodiscard]] static Lines LinesOf(const TrackInfo& info);
+  [[nodiscard]] static QByteArray LineOf(const Noted& noted);
+  [[nodiscard]] static std::vector<Noted> ReadNoted(const QString& path);
+  /// Finds the run of an earlier start.
+  [[nodiscard]] Job<> FindLastRun();
+  [[nodiscard]] Job<> ForgetLastRun();
   void Say(const QString& words, std::size_t done, std::size_t all);
   void Finish(const QString& head);
 

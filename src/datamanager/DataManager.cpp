@@ -38,7 +38,8 @@ DataManager::DataManager(Services services)
       bulk_({.loop = services_.loop,
              .prompter = services_.prompter,
              .catalogue = services_.catalogue,
-             .paths = services_.paths}) {
+             .paths = services_.paths,
+             .undoFile = services_.undoFile}) {
   connect(&list_, &TrackList::StateChanged, this, &DataManager::Changed);
   connect(&references_, &ReferenceChoice::Changed, this, &DataManager::Changed);
   connect(&references_, &ReferenceChoice::TrackChanged, this, &DataManager::Changed);

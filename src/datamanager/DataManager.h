@@ -38,6 +38,7 @@ class DataManager : public QObject {
     Paths paths;
     ProgramSettings settings;
     std::shared_ptr<ManagerDesk> desk;
+    QString undoFile = {};  ///< see BulkEdit
     /// Opens the window that moves waiting files into the database.
     std::function<void()> openTransfer;
     /// Makes the tools; called once, when all else is there.

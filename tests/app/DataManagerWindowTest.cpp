@@ -129,6 +129,7 @@ TEST_F(DataManagerBesideTheDesk, ASelectionIsShownKeptWhenSortedAndGoesThroughTh
   }
   EXPECT_THAT(Names(), ElementsAre(u"gamma.mp3"_s, u"beta.mp3"_s, u"alpha.mp3"_s));
   EXPECT_THAT(Picked(), ElementsAre(u"beta.mp3"_s, u"gamma.mp3"_s));
+  EXPECT_EQ(Find<QLabel>(u"LblCurrent"_s).text(), u"No 3   01:30"_s) << "a tool works on what is selected";
   QTest::mouseDClick(Table().viewport(), Qt::LeftButton, {},
                      Table().visualRect(Table().model()->index(2, 0)).center());
   EXPECT_THAT(Picked(), ElementsAre(u"alpha.mp3"_s));

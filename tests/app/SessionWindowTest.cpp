@@ -2,6 +2,7 @@
 #include "console/windows/SessionWindow.h"
 #include "database/GroupElement.h"
 #include "database/PlaylistEntry.h"
+#include "platform/AppendLine.h"
 #include "playlists/windows/PlaylistWindow.h"
 #include "support/Lookup.h"
 #include "support/WindowParts.h"

@@ -1,5 +1,6 @@
 #include "console/DeskFixture.h"
 #include "console/session/SessionFile.h"
+#include "platform/AppendLine.h"
 #include "platform/AtomicFile.h"
 #include "platform/FileSteps.h"
 

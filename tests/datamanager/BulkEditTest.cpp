@@ -17,12 +17,17 @@ namespace {
 class BulkEditTest : public ManagerTest {
  protected:
   [[nodiscard]] BulkEdit::Services ForEdit() {
-    return {.loop = loop_, .prompter = prompter_, .catalogue = catalogue_, .paths = database_.paths};
+    return {.loop = loop_,
+            .prompter = prompter_,
+            .catalogue = catalogue_,
+            .paths = database_.paths,
+            .undoFile = database_.tree.Path(u"undo.txt"_s)};
   }
   void Run() {
     ASSERT_TRUE(loop_.RunUntil([this] { return !edit_.Running(); }));
   }
   void Apply(const std::vector<Mref>& tracks, const BulkChange& change) {
+    Run();
     edit_.Apply(tracks, change);
     Run();
   }
@@ -96,6 +101,25 @@ TEST_F(BulkEditTest, AStopLeavesTheRestAndAnUndoGivesBackWhatNobodyChangedSince)
   EXPECT_NE(edit_.WhyNoUndo(), QString());
 }
 
+TEST_F(BulkEditTest, TheLastRunCanBeUndoneAfterARestart) {
+  const Mref one = Add(u"a, b"_s, u"Rock"_s);
+  const Mref two = Add(u"two"_s, u"Pop"_s);
+  const QByteArray before = database_.Info(u"a, b"_s);
+  Apply({two}, {.year = u"1980"_s});
+  Apply({one}, {.year = u"2005"_s, .genre = u"Fresh"_s, .replace = true});
+  BulkEdit next(ForEdit());
+  ASSERT_TRUE(loop_.RunUntil([&next] { return !next.Running(); }));
+  EXPECT_EQ(next.WhyNoUndo(), QString());
+  next.Undo();
+  ASSERT_TRUE(loop_.RunUntil([&next] { return !next.Running(); }));
+  EXPECT_EQ(database_.Info(u"a, b"_s), before);
+  EXPECT_EQ(catalogue_.TrackGenres[one], u"~ALL CATEGORIES,Rock"_s);
+  EXPECT_EQ(catalogue_.TrackDates[two], u"1980-Dec"_s) << "the last run only";
+  BulkEdit last(ForEdit());
+  ASSERT_TRUE(loop_.RunUntil([&last] { return !last.Running(); }));
+  EXPECT_NE(last.WhyNoUndo(), QString()) << "it was undone";
+}
+
 TEST_F(BulkEditTest, KilledAtAnyStepEveryFileIsTheOldOneOrTheNewAndEveryNameHasItsFolder) {
   const std::vector<Mref> tracks{Add(u"one"_s), Add(u"two"_s)};
   const std::vector<QByteArray> before{database_.Info(u"one"_s), database_.Info(u"two"_s)};
@@ -114,6 +138,7 @@ TEST_F(BulkEditTest, KilledAtAnyStepEveryFileIsTheOldOneOrTheNewAndEveryNameHasI
       EXPECT_TRUE(isNew || now == before[static_cast<std::size_t>(place)])
           << step << ' ' << now.toStdString();
       EXPECT_TRUE(!isNew || QFileInfo(folder).isDir()) << step;
+      EXPECT_TRUE(!isNew || database_.tree.Read(u"undo.txt"_s).contains(name.toUtf8())) << step;
       database_.Add(Paths::Info, name + u".kif"_s, before[static_cast<std::size_t>(place)]);
     }
   }

@@ -148,6 +148,7 @@ std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                    .paths = have.paths,
                                    .settings = desk.Settings(),
                                    .desk = std::make_shared<DeskOfManager>(desk),
+                                   .undoFile = have.programFolder + QStringLiteral("/several_changes.txt"),
                                    .openTransfer = [open] { open(WindowId::kTransfer); },
                                    .tools = {}};
     services.tools = [&desk, host, open, door, selection](DataManager& manager) {

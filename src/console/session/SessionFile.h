@@ -47,8 +47,4 @@ class SessionFile {
   JobList writing_;
 };
 
-/// Adds a whole line to a file and flushes it. A broken line at its end is ended first, and what a full disk
-/// has taken by half is cut off again. Throws Failure. Blocks; any thread.
-void AppendWholeLine(const QString& path, const QByteArray& line);
-
 }  // namespace kelvo

@@ -238,7 +238,11 @@ void DataManagerWindow::FollowList() {
   connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { LookAtSight(); });
   connect(table.verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] { LookAtSight(); });
   connect(&model_, &QAbstractItemModel::modelReset, this, [this] { LookAtSight(); });
-  connect(&model_, &QAbstractItemModel::layoutChanged, this, [this] { LookAtSight(); });
+  connect(&model_, &QAbstractItemModel::layoutChanged, this, [this] {
+    // The selection went along to other rows.
+    TakePicked();
+    LookAtSight();
+  });
   FindText& find = manager_.Find();
   connect(&find, &FindText::Changed, this, [this] { Show(); });
   connect(&find, &FindText::ClearSelections, this, [this] {
@@ -314,6 +318,8 @@ void DataManagerWindow::Show() {
   list_.SetHint(!list.Words().isEmpty() ? tr("No file has these words in its name.")
                 : list.Filtered()       ? tr("No track bears these references.")
                                         : tr("Nothing is here yet.\nBring music in with \"FILE IMPORT\"."));
+  // The words went with the catalogue that they were typed for.
+  if (list.Words().isEmpty() && !words_->hasFocus()) words_->clear();
   count_->setText(QString::number(list.Count()));
   current_->setText(note_.isEmpty() ? manager_.CurrentWords() : note_);
   find_->setText(manager_.Find().Caption());
