@@ -65,7 +65,7 @@ struct BulkEdit::LastRun {
 };
 
 BulkEdit::BulkEdit(Services services) : services_(std::move(services)) {
-  if (!services_.undoFile.isEmpty()) job_ = FindLastRun();
+  if (!services_.undoFile.isEmpty()) finding_ = FindLastRun();
 }
 BulkEdit::~BulkEdit() = default;
 
@@ -94,6 +94,7 @@ void BulkEdit::Apply(const std::vector<Mref>& tracks, BulkChange change) {
   std::vector<Mref> once = tracks;
   std::sort(once.begin(), once.end());
   once.erase(std::unique(once.begin(), once.end()), once.end());
+  finding_.Cancel();
   job_ = Run(std::move(once), std::move(change));
 }
 
@@ -226,7 +227,7 @@ std::vector<BulkEdit::Noted> BulkEdit::ReadNoted(const QString& path) {
   std::vector<Noted> all;
   if (!QFileInfo::exists(path)) return all;
   for (const QByteArray& line : ReadWholeFile(path).split('\n')) {
-    const QStringList fields = SplitFields(QString::fromUtf8(line).trimmed());
+    const QStringList fields = SplitFields(QString::fromUtf8(line));
     constexpr qsizetype kFields = 7;
     if (fields.size() != kFields) continue;
     all.push_back({fields[0], {fields[1], fields[2], fields[3]}, {fields[4], fields[5], fields[6]}});
@@ -265,10 +266,10 @@ Job<> BulkEdit::FindLastRun() {
     }
     last_ = std::make_unique<LastRun>(services_.catalogue, std::move(tracks));
     last_->done = std::move(done);
+    Q_EMIT Changed();
   } catch (...) {
     basHandleError(kTag, tr("What was changed last can't be undone."));
   }
-  Finish({});
 }
 
 Job<> BulkEdit::ForgetLastRun() {

@@ -112,6 +112,7 @@ class BulkEdit : public QObject {
   bool stop_ = false;
   QString words_;
   double share_ = 0;
+  Job<> finding_;
   Job<> job_;
 };
 
