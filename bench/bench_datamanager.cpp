@@ -162,6 +162,12 @@ void Run(int tracks) {
                          .paths = Paths::Below(folder.path()),
                          .settings = ProgramSettings(store, QStringLiteral("Kelvo")),
                          .desk = std::make_shared<NoMonitor>(),
+                         .changes = std::make_shared<LibraryChanges>(
+                             LibraryChanges::Services{.loop = loop,
+                                                      .prompter = typist,
+                                                      .catalogue = catalogue,
+                                                      .paths = Paths::Below(folder.path()),
+                                                      .trash = {}}),
                          .openTransfer = {},
                          .tools = {}});
     return Round(loop, manager, typist);

@@ -39,7 +39,7 @@ DataManager::DataManager(Services services)
              .prompter = services_.prompter,
              .catalogue = services_.catalogue,
              .paths = services_.paths,
-             .undoFile = services_.undoFile}) {
+             .changes = services_.changes}) {
   connect(&list_, &TrackList::StateChanged, this, &DataManager::Changed);
   connect(&references_, &ReferenceChoice::Changed, this, &DataManager::Changed);
   connect(&references_, &ReferenceChoice::TrackChanged, this, &DataManager::Changed);
@@ -134,11 +134,6 @@ void DataManager::ShowProgress(Progress progress) {
   notice_.clear();
   progress_ = std::move(progress);
   Q_EMIT Changed();
-}
-
-std::optional<DataManager::Progress> DataManager::Shown() {
-  if (progress_ || !bulk_.Running()) return progress_;
-  return Progress{.words = bulk_.Words(), .share = bulk_.Share(), .stop = [this] { bulk_.Stop(); }};
 }
 
 void DataManager::EndProgress(const QString& notice) {

@@ -38,7 +38,7 @@ class DataManager : public QObject {
     Paths paths;
     ProgramSettings settings;
     std::shared_ptr<ManagerDesk> desk;
-    QString undoFile = {};  ///< see BulkEdit
+    std::shared_ptr<LibraryChanges> changes;  ///< does what is changed of several tracks
     /// Opens the window that moves waiting files into the database.
     std::function<void()> openTransfer;
     /// Makes the tools; called once, when all else is there.
@@ -101,9 +101,9 @@ class DataManager : public QObject {
   /// `notice`: what it came to, in words for the bar.
   void EndProgress(const QString& notice = {});
   [[nodiscard]] const QString& Notice() const { return notice_; }
-  /// What goes on and may not be broken off: of a tool, or several tracks that are changed.
-  [[nodiscard]] std::optional<Progress> Shown();
-  [[nodiscard]] bool Busy() { return Shown().has_value(); }
+  /// What goes on and may not be broken off.
+  [[nodiscard]] const std::optional<Progress>& Shown() const { return progress_; }
+  [[nodiscard]] bool Busy() const { return progress_.has_value(); }
 
   /// "Restrict": the password that guards the Data Manager from the next start on.
   void Restrict();

@@ -222,7 +222,8 @@ TEST_F(DataManagerBesideTheDesk, SeveralTracksAreChangedAtOnceAndTheDeckHearsOfI
   EXPECT_EQ(Cell(2, 6), u"2005-Dec"_s);
   EXPECT_TRUE(database_.Info(u"gamma"_s).startsWith("~ALL CATEGORIES,Rock,Pop,Fresh\r\n"));
   EXPECT_EQ(Picked().size(), 3) << "the list was not built anew";
-  Press(u"CmdBulkUndo"_s);
+  prompter_.answers = {Answer::Yes};
+  Press(u"UndoChange"_s);
   EXPECT_EQ(Cell(2, 6), u"1999-Dec"_s);
   EXPECT_EQ(database_.Info(u"gamma"_s), InfoBytes("90"));
 }

@@ -1,6 +1,5 @@
 #include "datamanager/BulkEdit.h"
 #include "datamanager/ManagerFixture.h"
-#include "platform/FileSteps.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,18 +9,14 @@
 
 using namespace kelvo;
 using namespace kelvo::testing;
-using ::testing::ElementsAre;
 
 namespace {
 
 class BulkEditTest : public ManagerTest {
  protected:
-  [[nodiscard]] BulkEdit::Services ForEdit() {
-    return {.loop = loop_,
-            .prompter = prompter_,
-            .catalogue = catalogue_,
-            .paths = database_.paths,
-            .undoFile = database_.tree.Path(u"undo.txt"_s)};
+  [[nodiscard]] LibraryChanges::Services ForChanges() {
+    return {
+        .loop = loop_, .prompter = prompter_, .catalogue = catalogue_, .paths = database_.paths, .trash = {}};
   }
   void Run() {
     ASSERT_TRUE(loop_.RunUntil([this] { return !edit_.Running(); }));
@@ -31,7 +26,12 @@ class BulkEditTest : public ManagerTest {
     Run();
   }
 
-  BulkEdit edit_{ForEdit()};
+  std::shared_ptr<LibraryChanges> changes_ = std::make_shared<LibraryChanges>(ForChanges());
+  BulkEdit edit_{{.loop = loop_,
+                  .prompter = prompter_,
+                  .catalogue = catalogue_,
+                  .paths = database_.paths,
+                  .changes = changes_}};
 };
 
 TEST_F(BulkEditTest, ChangesWhatIsFilledInAndNothingElseOfEachFile) {
@@ -73,74 +73,37 @@ TEST_F(BulkEditTest, WhatCannotBeChangedIsToldAndTheOthersAreDone) {
   EXPECT_TRUE(prompter_.asked[0].text.contains(u"full - Max 10 References per track Exceeded"_s));
 }
 
-TEST_F(BulkEditTest, AStopLeavesTheRestAndAnUndoGivesBackWhatNobodyChangedSince) {
+TEST_F(BulkEditTest, AStopAndAnUndoGiveAllTracksBackAsTheyWereAlsoAfterARestart) {
   std::vector<Mref> tracks;
-  for (int number = 0; number < 6; ++number) tracks.push_back(Add(u"track %1"_s.arg(number), u"Rock"_s));
-  std::vector<QByteArray> before;
-  for (int number = 0; number < 6; ++number) before.push_back(database_.Info(u"track %1"_s.arg(number)));
-  int told = 0;
-  QObject::connect(&edit_, &BulkEdit::Changed, &edit_, [&] {
-    if (++told == 4) edit_.Stop();
+  for (int number = 0; number < 40; ++number) tracks.push_back(Add(u"track %1"_s.arg(number), u"Rock"_s));
+  const auto infos = [this] {
+    QList<QByteArray> all;
+    for (int number = 0; number < 40; ++number) all.append(database_.Info(u"track %1"_s.arg(number)));
+    return all;
+  };
+  const QList<QByteArray> before = infos();
+  const BulkChange change{.year = u"2005"_s, .genre = u"Fresh"_s, .replace = true};
+  const auto stop = QObject::connect(changes_.get(), &LibraryChanges::Changed, &edit_, [this] {
+    if (changes_->Share() > 0.3) changes_->Stop();
   });
-  Apply(tracks, {.year = u"2005"_s, .genre = u"Rock"_s, .replace = true});
-  QStringList dates;
-  for (const Mref track : tracks) dates.append(catalogue_.TrackDates[track].left(4));
-  EXPECT_THAT(dates, ElementsAre(u"2005"_s, u"2005"_s, u"2005"_s, u"2005"_s, u"1999"_s, u"1999"_s));
+  Apply(tracks, change);
+  QObject::disconnect(stop);
+  EXPECT_EQ(infos(), before);
+  EXPECT_EQ(catalogue_.TrackDates[tracks[0]], u"1999-Dec"_s);
+  ASSERT_EQ(prompter_.asked.size(), 1U);
+  EXPECT_TRUE(prompter_.asked[0].text.contains(u"Stopped: Everything Is As It Was"_s));
 
-  // One goes, one is given another date by somebody else.
-  catalogue_.Remove(tracks[0]);
-  database_.tree.Write(Paths::FolderName(Paths::Info) + u"/track 2.kif"_s,
-                       database_.Info(u"track 2"_s).replace("2005-Dec", "2007-Jan"));
-  edit_.Undo();
-  Run();
-  EXPECT_EQ(database_.Info(u"track 1"_s), before[1]);
-  EXPECT_TRUE(database_.Info(u"track 2"_s).contains("2007-Jan"));
-  EXPECT_EQ(database_.Info(u"track 3"_s), before[3]);
-  EXPECT_EQ(catalogue_.TrackDates[ToMref(1)], u"1999-Dec"_s) << "of the second track, by its number of now";
-  EXPECT_NE(edit_.WhyNoUndo(), QString());
-}
-
-TEST_F(BulkEditTest, TheLastRunCanBeUndoneAfterARestart) {
-  const Mref one = Add(u"a, b"_s, u"Rock"_s);
-  const Mref two = Add(u"two"_s, u"Pop"_s);
-  const QByteArray before = database_.Info(u"a, b"_s);
-  Apply({two}, {.year = u"1980"_s});
-  Apply({one}, {.year = u"2005"_s, .genre = u"Fresh"_s, .replace = true});
-  BulkEdit next(ForEdit());
+  Apply(tracks, change);
+  EXPECT_EQ(catalogue_.TrackGenres[tracks[39]], u"~ALL CATEGORIES,Fresh"_s);
+  EXPECT_EQ(catalogue_.TrackDates[tracks[0]], u"2005-Dec"_s);
+  LibraryChanges next(ForChanges());
   loop_.RunFor(1s);
-  EXPECT_EQ(next.WhyNoUndo(), QString());
+  EXPECT_EQ(next.LastChange(), u"Change Of 40 Track(s)"_s);
+  prompter_.answers = {Answer::Yes};
   next.Undo();
   ASSERT_TRUE(loop_.RunUntil([&next] { return !next.Running(); }));
-  EXPECT_EQ(database_.Info(u"a, b"_s), before);
-  EXPECT_EQ(catalogue_.TrackGenres[one], u"~ALL CATEGORIES,Rock"_s);
-  EXPECT_EQ(catalogue_.TrackDates[two], u"1980-Dec"_s) << "the last run only";
-  BulkEdit last(ForEdit());
-  loop_.RunFor(1s);
-  EXPECT_NE(last.WhyNoUndo(), QString()) << "it was undone";
-}
-
-TEST_F(BulkEditTest, KilledAtAnyStepEveryFileIsTheOldOneOrTheNewAndEveryNameHasItsFolder) {
-  const std::vector<Mref> tracks{Add(u"one"_s), Add(u"two"_s)};
-  const std::vector<QByteArray> before{database_.Info(u"one"_s), database_.Info(u"two"_s)};
-  const auto work = [this, &tracks] { Apply(tracks, {.genre = u"Fresh"_s}); };
-  bool ended = false;
-  const QString folder = database_.paths(Paths::Categories) + u"/Fresh"_s;
-  for (int step = 0; !ended; ++step) {
-    QDir().rmdir(folder);
-    ended = !KilledBefore(step, work);
-    for (int place = 0; place < 2; ++place) {
-      const QString name = place == 0 ? u"one"_s : u"two"_s;
-      const QByteArray now = database_.Info(name);
-      QByteArray changed = before[static_cast<std::size_t>(place)];
-      changed.replace("~ALL CATEGORIES", "~ALL CATEGORIES,Fresh");
-      const bool isNew = now == changed;
-      EXPECT_TRUE(isNew || now == before[static_cast<std::size_t>(place)])
-          << step << ' ' << now.toStdString();
-      EXPECT_TRUE(!isNew || QFileInfo(folder).isDir()) << step;
-      EXPECT_TRUE(!isNew || database_.tree.Read(u"undo.txt"_s).contains(name.toUtf8())) << step;
-      database_.Add(Paths::Info, name + u".kif"_s, before[static_cast<std::size_t>(place)]);
-    }
-  }
+  EXPECT_EQ(infos(), before);
+  EXPECT_EQ(catalogue_.TrackDates[tracks[0]], u"1999-Dec"_s);
 }
 
 }  // namespace

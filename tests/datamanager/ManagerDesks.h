@@ -21,17 +21,23 @@ class NoMonitor : public ManagerDesk {
 class WholeManagerTest : public ManagerTest {
  protected:
   void Open(std::vector<ManagerTool> tools) {
-    DataManager::Services services{.loop = loop_,
-                                   .disks = disks_,
-                                   .prompter = prompter_,
-                                   .audio = audio_,
-                                   .catalogue = catalogue_,
-                                   .words = words_,
-                                   .paths = database_.paths,
-                                   .settings = settings_,
-                                   .desk = std::make_shared<NoMonitor>(),
-                                   .openTransfer = [this] { transfers_++; },
-                                   .tools = {}};
+    DataManager::Services services{
+        .loop = loop_,
+        .disks = disks_,
+        .prompter = prompter_,
+        .audio = audio_,
+        .catalogue = catalogue_,
+        .words = words_,
+        .paths = database_.paths,
+        .settings = settings_,
+        .desk = std::make_shared<NoMonitor>(),
+        .changes = std::make_shared<LibraryChanges>(LibraryChanges::Services{.loop = loop_,
+                                                                             .prompter = prompter_,
+                                                                             .catalogue = catalogue_,
+                                                                             .paths = database_.paths,
+                                                                             .trash = {}}),
+        .openTransfer = [this] { transfers_++; },
+        .tools = {}};
     services.tools = [tools](DataManager&) { return tools; };
     manager_.emplace(std::move(services));
   }

@@ -112,7 +112,8 @@ std::vector<ManagerTool> ManagerTools(Console& desk, DataManager& manager, const
 
 std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                      const std::function<PlaylistServices()>& forPlaylists,
-                                     const OpenWindow& open, const std::vector<MoreManagerTools>& more) {
+                                     const OpenWindow& open, const std::shared_ptr<LibraryChanges>& changes,
+                                     const std::vector<MoreManagerTools>& more) {
   const auto selection = std::make_shared<SavedSelection>(desk.Tracks());
   WindowLine line{.id = QStringLiteral("DataManager"),
                   .startsGroup = true,
@@ -121,7 +122,7 @@ std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                   .guard = {.password = true},
                   .busyQuestion = Text::tr("The Data Manager Is Still At Work !\r\nStop That And Quit ?"),
                   .place = QStringLiteral("Dman")};
-  line.make = [&desk, host, open, more, selection, place = line.place] {
+  line.make = [&desk, host, open, changes, more, selection, place = line.place] {
     const Console::Services& have = desk.GetServices();
     DataManager::Services services{.loop = have.loop,
                                    .disks = desk.SlowDisks(),
@@ -132,7 +133,7 @@ std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                    .paths = have.paths,
                                    .settings = desk.Settings(),
                                    .desk = std::make_shared<DeskOfManager>(desk),
-                                   .undoFile = have.programFolder + QStringLiteral("/several_changes.txt"),
+                                   .changes = changes,
                                    .openTransfer = [open] { open(WindowId::kTransfer); },
                                    .tools = {}};
     services.tools = [&desk, open, more, selection](DataManager& manager) {

@@ -6,6 +6,7 @@
 #include "playlists/PlaylistServices.h"
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace kelvo {
@@ -16,9 +17,11 @@ class Console;
 using MoreManagerTools = std::function<std::vector<ManagerTool>(DataManager& manager)>;
 
 /// The Data Manager, and the two forms of Playlist Manager that it opens. `open` opens a window by its id.
+/// `changes` does what it changes of several tracks.
 [[nodiscard]] std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
                                                    const std::function<PlaylistServices()>& forPlaylists,
                                                    const std::function<void(const QString& id)>& open,
+                                                   const std::shared_ptr<LibraryChanges>& changes,
                                                    const std::vector<MoreManagerTools>& more);
 
 }  // namespace kelvo

@@ -394,7 +394,7 @@ std::vector<WindowLine> WindowLines(Console& desk, ConsoleWindow& console, const
   };
   upkeep->encode = [door](const QString& path) { door.Encode({path}); };
   add(SessionLines(desk, host, forPlaylists, open));
-  add(ManagerLines(desk, host, forPlaylists, open,
+  add(ManagerLines(desk, host, forPlaylists, open, upkeep->changes,
                    {[upkeep](DataManager& manager) { return UpkeepTools(manager, upkeep); },
                     [unify, open](DataManager& manager) { return UnifyTools(manager, unify, open); },
                     [door](DataManager& manager) { return door.Tools(manager); },

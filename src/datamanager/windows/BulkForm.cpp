@@ -50,12 +50,7 @@ BulkForm::BulkForm(DataManager& manager, QWidget* parent)
                              .tooltip = tr("Changes what is filled in, in all selected tracks"),
                              .icon = Icon::Check,
                              .role = QStringLiteral("primary"),
-                             .run = [this] { manager_.Bulk().Apply(manager_.PickedTracks(), Change()); }})),
-      undo_(AddCommand(*this, {.name = QStringLiteral("CmdBulkUndo"),
-                               .words = tr("Undo"),
-                               .tooltip = tr("Takes the last change of several tracks back"),
-                               .icon = Icon::Undo,
-                               .run = [this] { manager_.Bulk().Undo(); }})) {
+                             .run = [this] { manager_.Bulk().Apply(manager_.PickedTracks(), Change()); }})) {
   year_->addItems(YearChoices(manager_.Today().year()));
   month_->addItems(MonthChoices());
   replace_->setObjectName(QStringLiteral("ChkBulkReplace"));
@@ -71,7 +66,7 @@ BulkForm::BulkForm(DataManager& manager, QWidget* parent)
     layout->addWidget(field, 0, column++);
   }
   for (const int wide : {5, 7}) layout->setColumnStretch(wide, 1);
-  layout->addLayout(Line({replace_, kRoom, apply_, undo_}), 1, 0, 1, column);
+  layout->addLayout(Line({replace_, kRoom, apply_}), 1, 0, 1, column);
   for (QComboBox* each : {year_, month_, artist_, genre_})
     connect(each, &QComboBox::currentTextChanged, this, [this] { Show(); });
 }
@@ -123,7 +118,6 @@ void BulkForm::Show() {
   SetNote(tracks == 0 ? QString()
                       : Counted(static_cast<qint64>(tracks), tr("row selected"), tr("rows selected")));
   Offer(*apply_, manager_.Bulk().WhyNot(Change(), tracks));
-  Offer(*undo_, manager_.Bulk().WhyNoUndo());
 }
 
 }  // namespace kelvo

@@ -35,7 +35,6 @@ class BulkForm : public Panel {
   QComboBox* genre_;
   QCheckBox* replace_;
   QPushButton* apply_;
-  QPushButton* undo_;
 };
 
 }  // namespace kelvo
