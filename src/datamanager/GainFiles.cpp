@@ -67,7 +67,11 @@ Job<std::vector<GainFiles::Entry>> CatalogueGainFiles::List() {
   if (!ListsAll()) {
     const QHash<QString, Mref> tracks = catalogue_.Find(only_);
     for (const QString& path : std::as_const(only_)) {
-      if (tracks.contains(path)) files.push_back({path, catalogue_.TrackGain[tracks.value(path)]});
+      if (tracks.contains(path)) {
+        files.push_back({path, catalogue_.TrackGain[tracks.value(path)]});
+      } else if (catalogue_.SoundBitePaths.contains(path)) {
+        files.push_back({path, kNothing});
+      }
     }
     co_return files;
   }

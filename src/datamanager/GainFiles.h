@@ -55,8 +55,9 @@ class PlainGainFiles final : public GainFiles {
   QStringList paths_;
 };
 
-/// The tracks of the catalogue, all of them or those that were asked for. What was found goes into line 12 of
-/// the track info file and into the catalogue; a track without such a file has it in the catalogue alone.
+/// The tracks of the catalogue, all of them, or those tracks and jingles that were asked for. What was found
+/// goes into line 12 of the track info file and into the catalogue; a track without such a file has it in the
+/// catalogue alone.
 class CatalogueGainFiles final : public GainFiles {
  public:
   CatalogueGainFiles(EventLoop& loop, Catalogue& catalogue, Paths paths);

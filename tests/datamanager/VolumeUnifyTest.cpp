@@ -360,6 +360,15 @@ TEST_F(UnifyTest, PlainFilesNeedNoDatabase) {
   ASSERT_TRUE(loop.RunUntil([&] { return !plain.Running(); }));
   EXPECT_EQ(plain.SumWords(), u"1 changed, 1 failed."_s);
   EXPECT_EQ(FakeGainTool::Steps(database.tree.Read(u"Quiz Mixers/Gong.mp3"_s)), -2);
+
+  // Nor do the jingles of the database have an info file.
+  const QString jingle = database.Add(Paths::Jingles, u"Horn.mp3"_s, FakeGainTool::Music("ok", 3.0));
+  catalogue.AddJingle(jingle);
+  Make(loop);
+  unify->ListOnly({jingle});
+  Unify();
+  EXPECT_EQ(unify->SumWords(), u"1 changed."_s);
+  EXPECT_EQ(Row(u"Horn"_s).volume, u"89.0"_s);
 }
 
 TEST(TreatedCopies, TakeTheFilesPlaceWholeOrNotAtAll) {

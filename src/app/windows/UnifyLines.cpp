@@ -95,9 +95,13 @@ WindowLine TapLine(Console& desk, const WindowHost& host, const UnifyPartsPtr& p
 /// The files of the rows that the command is for: the picked ones, else all that are listed; none where the
 /// whole library is.
 QStringList FilesFor(DataManager& manager, const std::vector<Mref>& picked) {
-  QStringList files;
   const TrackList& list = manager.List();
-  if (picked.empty() && (list.Filtered() || !list.Words().isEmpty()) && list.Mode() != DispMode::Jingles) {
+  if (list.Mode() == DispMode::Jingles) {
+    const QStringList jingles = manager.PickedFiles();
+    return jingles.isEmpty() ? manager.Tracks().SoundBitePaths : jingles;
+  }
+  QStringList files;
+  if (picked.empty() && (list.Filtered() || !list.Words().isEmpty())) {
     for (int row = 0; row < list.Count(); ++row) files.append(manager.Tracks().TrackPaths(list.Track(row)));
   }
   for (const Mref track : picked) files.append(manager.Tracks().TrackPaths(track));
