@@ -53,8 +53,9 @@ void Run(int plays) {
     const int share = plays / kDays + (day < plays % kDays ? 1 : 0);
     QStringList lines{QStringLiteral("Kelvo, Session Log ( Kelvo ) "), QString(61, QLatin1Char('-')), {}};
     for (int play = 0; play < share; ++play) {
-      lines.append(QStringLiteral("Auto Play : %1 : %2 ~ ").arg(play % 24).arg(play % 60, 2, 10, QChar(u'0')) +
-                   TrackName(static_cast<int>(random() % kTracks)));
+      lines.append(
+          QStringLiteral("Auto Play : %1 : %2 ~ ").arg(play % 24).arg(play % 60, 2, 10, QChar(u'0')) +
+          TrackName(static_cast<int>(random() % kTracks)));
     }
     TextFile(lines).Write(log(kFirstDay.addDays(day)));
   }

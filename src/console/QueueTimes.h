@@ -19,11 +19,11 @@ struct OutlookQuestion {
     bool toPlay = true;  ///< not played yet
   };
   std::vector<Row> rows;
-  int onAir = 0;      ///< the row that plays, from 1; 0: none
-  int next = 0;       ///< the row that is in the other deck already; 0: none
-  double left = 0;    ///< seconds of the track on air
-  int overlap = 0;    ///< seconds by which a track begins before the one in front of it ends
-  bool again = false; ///< automatic play: played rows play again, and the list goes round
+  int onAir = 0;       ///< the row that plays, from 1; 0: none
+  int next = 0;        ///< the row that is in the other deck already; 0: none
+  double left = 0;     ///< seconds of the track on air
+  int overlap = 0;     ///< seconds by which a track begins before the one in front of it ends
+  bool again = false;  ///< automatic play: played rows play again, and the list goes round
 };
 
 /// Seconds until each row plays, in the order of the list; none for what plays, for what comes behind a track

@@ -55,8 +55,8 @@ QString ReportLine(const QString& text) {
   QString line = text.first(std::min(text.size(), kLongestText));
   if (line.size() == kLongestText && line.back().isHighSurrogate()) line.chop(1);
   for (QChar& character : line) {
-    const bool breaks = character.category() == QChar::Other_Control ||
-                        character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
+    const bool breaks = character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
+                        character == QChar::ParagraphSeparator;
     if (breaks) character = QLatin1Char(' ');
   }
   return line.trimmed();

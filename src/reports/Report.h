@@ -61,7 +61,8 @@ struct Report {
 /// The report as the lines of a text file, with a page's number behind each `linesPerPage` lines; 0 or less:
 /// one long page.
 [[nodiscard]] QStringList ReportTextLines(const Report& report, int linesPerPage);
-/// The heads and the rows for a spreadsheet: UTF-8 with a mark, fields parted by commas, lines ended by CR-LF.
+/// The heads and the rows for a spreadsheet: UTF-8 with a mark, fields parted by commas, lines ended by
+/// CR-LF.
 [[nodiscard]] QByteArray ReportCsv(const Report& report);
 
 }  // namespace kelvo

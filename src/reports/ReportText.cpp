@@ -76,10 +76,9 @@ QStringList RowLines(const Report& report, const QStringList& row) {
 }
 
 QByteArray CsvField(const QString& text) {
-  const bool quoted =
-      std::any_of(text.begin(), text.end(),
-                  [](QChar each) { return QStringLiteral("\",;\r\n\t").contains(each); }) ||
-      text.trimmed() != text;
+  const bool quoted = std::any_of(text.begin(), text.end(),
+                                  [](QChar each) { return QStringLiteral("\",;\r\n\t").contains(each); }) ||
+                      text.trimmed() != text;
   if (!quoted) return text.toUtf8();
   return '"' + QString(text).replace(QLatin1Char('"'), QStringLiteral("\"\"")).toUtf8() + '"';
 }

@@ -213,7 +213,8 @@ Job<Reports::Made> Reports::Make() {
     const auto read = [days] { return std::make_shared<const PlayCounts>(CountPlays(days)); };
     const std::shared_ptr<const PlayCounts> counts =
         co_await services_.loop.Offload(EventLoop::Lane::Apart, read);
-    report->counted = QStringLiteral("Titles = %1, Times Played = %2").arg(counts->titles.size()).arg(counts->total);
+    report->counted =
+        QStringLiteral("Titles = %1, Times Played = %2").arg(counts->titles.size()).arg(counts->total);
     report->notes.append(tr("Days with a log : %1 of %2").arg(counts->days).arg(days.size()));
     for (const QString& file : counts->unreadable)
       report->notes.append(tr("This log could not be read : %1").arg(ReportLine(file)));

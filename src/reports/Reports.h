@@ -16,9 +16,9 @@
 
 namespace kelvo {
 
-/// Makes the reports: lists the rows, writes them as text, for a spreadsheet and for print, and shows the day's
-/// log. It does one thing at a time; each file is made of rows that are read anew, which are then those on the
-/// screen. Owned by its window's host; logic thread, files and sorting off it.
+/// Makes the reports: lists the rows, writes them as text, for a spreadsheet and for print, and shows the
+/// day's log. It does one thing at a time; each file is made of rows that are read anew, which are then those
+/// on the screen. Owned by its window's host; logic thread, files and sorting off it.
 class Reports : public QObject {
   Q_OBJECT
 

@@ -17,7 +17,8 @@ Found ReadText(const QString& path) {
   if (!QFileInfo::exists(path)) return {};
   QStringList lines = TextFile::Read(path).Lines();
   for (QString& line : lines) {
-    if (line.size() > TextView::kLongestLine) line = line.first(TextView::kLongestLine) + QStringLiteral(" ..");
+    if (line.size() > TextView::kLongestLine)
+      line = line.first(TextView::kLongestLine) + QStringLiteral(" ..");
   }
   return {true, lines.join(QLatin1Char('\n'))};
 }
@@ -66,7 +67,8 @@ Job<> TextView::Load(QString path) {
 }
 
 void TextView::TellPrint() {
-  services_.prompter.Tell({QStringLiteral("Please Load into a word processor\r\n The File Name Is :") + path_, {}});
+  services_.prompter.Tell(
+      {QStringLiteral("Please Load into a word processor\r\n The File Name Is :") + path_, {}});
 }
 
 }  // namespace kelvo

@@ -88,8 +88,10 @@ TEST_F(RequestsBesideTheDesk, TenRequestsInARowAreTakenByKeyboardAlone) {
     EXPECT_TRUE(Message().toPlainText().isEmpty()) << number;
   }
   EXPECT_THAT(Column(CommentColumn), ElementsAre(u"Request-1"_s, u"Request-1"_s, u"Request-8"_s));
-  EXPECT_TRUE(Queue().Row(3).requestText.startsWith(u"Request From: Caller 2\r\nTo: Friend\r\nMessage: Hello"_s));
-  EXPECT_TRUE(Queue().Row(3).requestText.endsWith(u"Request From: Caller 9\r\nTo: Friend\r\nMessage: Hello"_s));
+  EXPECT_TRUE(
+      Queue().Row(3).requestText.startsWith(u"Request From: Caller 2\r\nTo: Friend\r\nMessage: Hello"_s));
+  EXPECT_TRUE(
+      Queue().Row(3).requestText.endsWith(u"Request From: Caller 9\r\nTo: Friend\r\nMessage: Hello"_s));
   const QString link = database_.paths(Paths::Playlists) + u"/Most Requested/gamma.lnk"_s;
   EXPECT_EQ(PlaylistLink::Read(link).arguments, u"8"_s);
   Key(Qt::Key_Escape);
@@ -124,7 +126,8 @@ TEST_F(RequestsBesideTheDesk, NamesAndMessagesComeFromTheListsByButtonRowAndDoub
   QTest::mouseClick(FindNamed<QPushButton>(Dialog(), u"CmdDel"_s), Qt::LeftButton);
   loop_.RunFor(1s);
   EXPECT_EQ(prompter_.asked.back().title, u"Update Messages"_s);
-  EXPECT_EQ(database_.tree.Read(u"RequestFiles/Messages.txt"_s), "Happy Birthday\r\nGet well\r\nCongratulations\r\n");
+  EXPECT_EQ(database_.tree.Read(u"RequestFiles/Messages.txt"_s),
+            "Happy Birthday\r\nGet well\r\nCongratulations\r\n");
   EXPECT_EQ(database_.tree.Read(u"RequestFiles/NamesFem.txt"_s), "");
 }
 
@@ -183,7 +186,7 @@ TEST_F(RequestsBesideTheDesk, TheWordsAreReadWhileTheTrackIsOnAirAndTheRowsTellW
   Decks().ManualStart(Deck::One);
   loop_.RunFor(10s);
   EXPECT_TRUE(Queue().Row(1).requestText.isEmpty());
-  EXPECT_EQ(ToRead(), u"Alpha\nRequest From: Al\n--------------------------\nRequest From: Late"_s);
+  EXPECT_EQ(ToRead(), u"Request From: Al\n--------------------------\nRequest From: Late"_s);
   const auto* rows = FindNamed<ListTable>(*window_, u"PlayQueueList"_s)->model();
   const auto time = [rows](int row, int column) { return rows->index(row, column).data().toString(); };
   EXPECT_EQ(time(1, QueueColumnCount), u"00:50"_s);
@@ -224,7 +227,8 @@ TEST_F(RequestsBesideTheDesk, ReportsAreWrittenShownAndFollowTheDaysLog) {
   BringToFront(reports);
   QTest::mouseClick(FindNamed<QPushButton>(reports, u"Command3"_s), Qt::LeftButton);
   loop_.RunFor(2s);
-  EXPECT_TRUE(text->toPlainText().contains(u"Manual Play : 9 : 00 ~ Alpha"_s)) << text->toPlainText().toStdString();
+  EXPECT_TRUE(text->toPlainText().contains(u"Manual Play : 9 : 00 ~ Alpha"_s))
+      << text->toPlainText().toStdString();
   BringToFront(reports);
   FindNamed<QRadioButton>(reports, u"OptMostPlayed"_s)->click();
   loop_.RunFor(2s);
@@ -233,7 +237,8 @@ TEST_F(RequestsBesideTheDesk, ReportsAreWrittenShownAndFollowTheDaysLog) {
   ASSERT_EQ(plays->rowCount(), 1);
   EXPECT_EQ(plays->index(0, 0).data().toString(), u"Alpha"_s);
   EXPECT_EQ(plays->index(0, 3).data().toString(), u"01:00"_s);
-  EXPECT_TRUE(FindNamed<QLabel>(reports, u"LblTotals"_s)->text().startsWith(u"Titles = 1, Times Played = 1"_s));
+  EXPECT_TRUE(
+      FindNamed<QLabel>(reports, u"LblTotals"_s)->text().startsWith(u"Titles = 1, Times Played = 1"_s));
 }
 
 }  // namespace

@@ -21,7 +21,8 @@ TEST(QueueOutlook, RowsBehindTheOneOnAirPlayOneAfterTheOther) {
   OutlookQuestion question = FourRows();
   EXPECT_THAT(QueueOutlook(question), ElementsAre(kNone, 40.0, kNone, 100.0));
   question.next = 4;
-  EXPECT_THAT(QueueOutlook(question), ElementsAre(kNone, kNone, kNone, 40.0)) << "the other deck holds the last";
+  EXPECT_THAT(QueueOutlook(question), ElementsAre(kNone, kNone, kNone, 40.0))
+      << "the other deck holds the last";
   question.next = 3;
   EXPECT_THAT(QueueOutlook(question), ElementsAre(kNone, kNone, 40.0, 100.0)) << "loaded by hand once more";
 }

@@ -40,6 +40,16 @@ TEST_F(SessionLogTest, WhatGoesOnAirByHandAndByItselfIsLoggedInOneFileADay) {
   EXPECT_TRUE(ReadOnly());
 }
 
+TEST_F(SessionLogTest, ANameOfTwoLinesIsOneLineOfTheLog) {
+  AddTrack(u"two\nlines"_s, 60, 60);
+  Open();
+  EnqueueAll();
+  Load(Deck::One, 1);
+  Decks().ManualStart(Deck::One);
+  loop_.RunFor(2s);
+  EXPECT_TRUE(Text().endsWith("Manual Play : 9 : 00 ~ Two Lines\r\n")) << Text().toStdString();
+}
+
 TEST_F(SessionLogTest, APlainStartIsLoggedOnceForEachTrack) {
   AddThreeTracks();
   Open();

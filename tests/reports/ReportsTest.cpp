@@ -23,20 +23,20 @@ class ReportsTest : public ::testing::Test {
  protected:
   ReportsTest() {
     catalogue_.Replace(CatalogueTables(tree_.Path(u"music"_s)));
-    reports_.emplace(Reports::Services{.loop = loop_,
-                                       .disks = disks_,
-                                       .prompter = prompter_,
-                                       .catalogue = catalogue_,
-                                       .program = u"Kelvo"_s,
-                                       .documents = tree_.Path(),
-                                       .logFiles =
-                                           [this](const QDate& day) {
-                                             const QString name = day.toString(u"yyyy-MM-dd"_s) + u".txt"_s;
-                                             return QStringList{tree_.Path(u"logs/"_s + name),
-                                                                tree_.Path(u"old/"_s + name)};
-                                           },
-                                       .print = &ReportPdf,
-                                       .show = [this](const QString& path) { shown_ = path; }});
+    reports_.emplace(Reports::Services{
+        .loop = loop_,
+        .disks = disks_,
+        .prompter = prompter_,
+        .catalogue = catalogue_,
+        .program = u"Kelvo"_s,
+        .documents = tree_.Path(),
+        .logFiles =
+            [this](const QDate& day) {
+              const QString name = day.toString(u"yyyy-MM-dd"_s) + u".txt"_s;
+              return QStringList{tree_.Path(u"logs/"_s + name), tree_.Path(u"old/"_s + name)};
+            },
+        .print = &ReportPdf,
+        .show = [this](const QString& path) { shown_ = path; }});
   }
   void AddTrack(const QString& name, const QString& date = u"1999-Dec"_s, const QString& hi = u"7"_s,
                 const QString& bpm = u"120"_s, double seconds = 185.9, const QString& artists = {},
@@ -57,13 +57,16 @@ class ReportsTest : public ::testing::Test {
   }
   void AWeekOfLogs() {
     AddTrack(u"ann - one"_s, {}, {}, {}, 61, u"~ALL ARTISTS,Ann"_s, u"~ALL ALBUMS,First"_s);
-    Log(u"2007-05-26"_s, u"Manual Play : 9 : 05 ~ Ann - One\r\nAuto Play : 23 : 59 ~ Bob; The \"B\" - Two, 2\r\n"_s);
+    Log(u"2007-05-26"_s,
+        u"Manual Play : 9 : 05 ~ Ann - One\r\nAuto Play : 23 : 59 ~ Bob; The \"B\" - Two, 2\r\n"_s);
     Log(u"2007-05-27"_s, u"Auto Play : 0 : 01 ~ ANN - ONE\r\nnonsense\r\nAuto Play : 25 : 01 ~ X\r\n"_s);
     Log(u"2007-05-27"_s, u"Manual Play : 8 : 30 ~ 山田 - Ünal ~ x\r\n"_s, u"old"_s);
     Log(u"2007-06-01"_s, u"Manual Play : 7 : 00 ~ Ann - One\r\n"_s);
     Log(u"2007-06-02"_s, u"Manual Play : 7 : 00 ~ Tomorrow\r\n"_s);
   }
-  void Finish() { ASSERT_TRUE(loop_.RunUntil([this] { return !reports_->Busy(); }, 60s)); }
+  void Finish() {
+    ASSERT_TRUE(loop_.RunUntil([this] { return !reports_->Busy(); }, 60s));
+  }
   [[nodiscard]] QStringList TextOf(const QString& file) const {
     return QString::fromUtf8(tree_.Read(u"Kelvo - Reports/"_s + file)).split(u"\r\n"_s);
   }
@@ -87,7 +90,8 @@ class ReportsTest : public ::testing::Test {
 
 TEST_F(ReportsTest, TheDataBaseReportHasItsLinesToTheLetter) {
   AddTrack(u"bob - a title that is much longer than the column of the names"_s, u""_s, u""_s, u""_s, 3725);
-  AddTrack(u"Ann - One\nTwo"_s, u"2005-Dec"_s, u"7"_s, u"98"_s, 61, u"~ALL ARTISTS,Ann,Bo"_s, u"~ALL ALBUMS"_s);
+  AddTrack(u"Ann - One\nTwo"_s, u"2005-Dec"_s, u"7"_s, u"98"_s, 61, u"~ALL ARTISTS,Ann,Bo"_s,
+           u"~ALL ALBUMS"_s);
   prompter_.texts = {u"60"_s};
   reports_->Start();
   Finish();
@@ -155,7 +159,8 @@ TEST_F(ReportsTest, AWeekOfLogsIsCountedToTheLastPlay) {
 }
 
 TEST_F(ReportsTest, TheMostPlayedComesFirstAndTheSameTitleOnce) {
-  Log(u"2007-06-01"_s, u"Auto Play : 1 : 00 ~ A - Z\r\nAuto Play : 2 : 00 ~ B - Y\r\nAuto Play : 3 : 00 ~ b - y\r\n"_s);
+  Log(u"2007-06-01"_s,
+      u"Auto Play : 1 : 00 ~ A - Z\r\nAuto Play : 2 : 00 ~ B - Y\r\nAuto Play : 3 : 00 ~ b - y\r\n"_s);
   reports_->SetKind(ReportKind::MostPlayed);
   Finish();
   ASSERT_EQ(reports_->PlayRows().Count(), 2);
@@ -204,7 +209,8 @@ TEST_F(ReportsTest, ManyPagesArePrintedWithEveryRowAndHostileNamesBreakNothing) 
                 .rows = {},
                 .notes = {}};
   for (int row = 0; row < 300; ++row)
-    report.rows.push_back({u"name%1;"_s.arg(row, 3, 10, QChar(u'0')), u"2005-Dec"_s, u"1"_s, u"2"_s, u"03:00"_s});
+    report.rows.push_back(
+        {u"name%1;"_s.arg(row, 3, 10, QChar(u'0')), u"2005-Dec"_s, u"1"_s, u"2"_s, u"03:00"_s});
   report.rows.push_back({ReportLine(QString(10 << 20, u'w')), {}, {}, {}, {}});
   const QString path = tree_.Write(u"many.pdf"_s, ReportPdf(report));
   Output(u"qpdf"_s, {u"--check"_s, path});

@@ -52,10 +52,13 @@ class RequestsTest : public ::testing::Test {
   }
   [[nodiscard]] QStringList Comments() {
     QStringList comments;
-    for (int index = 1; index <= queue_.Count(); ++index) comments.append(queue_.Row(index).Text(CommentColumn));
+    for (int index = 1; index <= queue_.Count(); ++index)
+      comments.append(queue_.Row(index).Text(CommentColumn));
     return comments;
   }
-  [[nodiscard]] QString TallyFolder() const { return database_.paths(Paths::Playlists) + u"/Most Requested"_s; }
+  [[nodiscard]] QString TallyFolder() const {
+    return database_.paths(Paths::Playlists) + u"/Most Requested"_s;
+  }
   [[nodiscard]] QString Tally(const QString& name) const {
     return PlaylistLink::Read(TallyFolder() + u'/' + name + u".lnk"_s).arguments;
   }
@@ -80,8 +83,8 @@ TEST_F(RequestsTest, ThreeRequestsOfOneTrackAreStackedOnOneRowAndCounted) {
   QStringList words;
   for (int column = 0; column < QueueColumnCount; ++column)
     words.append(first.Text(static_cast<QueueColumn>(column)));
-  EXPECT_THAT(words, ElementsAre(u"Bob - Two"_s, u"Request-1"_s, u"0000-xxx"_s, u"0"_s, u"0"_s,
-                                 u""_s, catalogue_.TrackPaths(ToMref(2)),
+  EXPECT_THAT(words, ElementsAre(u"Bob - Two"_s, u"Request-1"_s, u"0000-xxx"_s, u"0"_s, u"0"_s, u""_s,
+                                 catalogue_.TrackPaths(ToMref(2)),
                                  u"Request From: Al\r\nTo: Bo\r\nMessage: Hi"_s, u"2"_s, u"Soul"_s));
   EXPECT_EQ(queue_.QueueTotalSeconds(), 60);
   Ask(2, u"Cy"_s, u"Di"_s, u"Two\nlines"_s);

@@ -102,8 +102,7 @@ std::vector<ManagerTool> ManagerTools(Console& desk, DataManager& manager, const
        .run = [open](const Picked&) { open(WindowId::kCdRipper); }},
       {.id = QStringLiteral("Command20"),
        .words = QStringLiteral("REPORTS"),
-       .tooltip =
-           Text::tr("Lists the database and what went on air, as text, for spreadsheets and for print"),
+       .tooltip = Text::tr("Lists the database and what went on air, as text, CSV and PDF"),
        .run = [open](const Picked&) { open(WindowId::kReports); }},
   };
 }

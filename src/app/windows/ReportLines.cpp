@@ -33,20 +33,18 @@ WindowLine ViewerLine(Console& desk, const WindowHost& host) {
   WindowLine line{.id = kTextViewer, .guard = {.catalogue = false}, .place = kTextViewer};
   line.make = [&desk, host, place = line.place] {
     return std::make_unique<Hosted<TextViewerWindow, TextView>>(
-        host, place,
-        TextView::Services{.disks = desk.SlowDisks(), .prompter = desk.GetServices().prompter});
+        host, place, TextView::Services{.disks = desk.SlowDisks(), .prompter = desk.GetServices().prompter});
   };
   return line;
 }
 
 }  // namespace
 
-std::vector<WindowLine> ReportLines(
-    Console& desk, const WindowHost& host,
-    const std::function<void(const QString& id, const QString& file)>& open) {
+std::vector<WindowLine> ReportLines(Console& desk, const WindowHost& host,
+                                    const std::function<void(const QString& id, const QString& file)>& open) {
   WindowLine line{.id = WindowId::kReports,
-                  .words = Text::tr("Re&ports..."),
-                  .key = QStringLiteral("Ctrl+Shift+L"),
+                  .words = Text::tr("R&eports..."),
+                  .key = QStringLiteral("Ctrl+Shift+K"),
                   .busyQuestion = Text::tr("A Report Is Still Being Made !\r\nStop That And Quit ?"),
                   .place = QStringLiteral("Print")};
   line.make = [&desk, host, open, place = line.place] {

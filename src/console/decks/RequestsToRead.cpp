@@ -1,5 +1,7 @@
 #include "console/decks/RequestsToRead.h"
 
+#include "console/queue/RequestText.h"
+
 #include <algorithm>
 
 namespace kelvo {
@@ -14,10 +16,17 @@ RequestsToRead::RequestsToRead(const PlayQueue& queue, const DeckEngine& decks)
   connect(&decks_, &DeckEngine::Changed, this, [this] { Work(); });
 }
 
+QString RequestsToRead::Known::Words() const {
+  return JoinRequests(started, waiting);
+}
+
 void RequestsToRead::TakeRow(int index) {
   const QueueEntry& row = queue_.Row(index);
-  if (!row.requestText.isEmpty()) known_[row.id].words = row.requestText;
-  if (const auto known = known_.find(row.id); known != known_.end()) known->second.path = row.path;
+  if (row.requestText.isEmpty() && !known_.contains(row.id)) return;
+  Known& known = known_[row.id];
+  known.path = row.path;
+  if (row.requestText.isEmpty()) known.started = JoinRequests(known.started, known.waiting);
+  known.waiting = row.requestText;
 }
 
 void RequestsToRead::TakeRows() {
@@ -31,9 +40,8 @@ bool RequestsToRead::InDeck(Deck deck, DeckState state, RowId row, const Known& 
 }
 
 bool RequestsToRead::Plays(RowId row, const Known& known) const {
-  return std::any_of(kDecks.begin(), kDecks.end(), [this, row, &known](Deck deck) {
-    return InDeck(deck, DeckState::Playing, row, known);
-  });
+  return std::any_of(kDecks.begin(), kDecks.end(),
+                     [this, row, &known](Deck deck) { return InDeck(deck, DeckState::Playing, row, known); });
 }
 
 void RequestsToRead::Work() {
@@ -50,7 +58,9 @@ void RequestsToRead::Work() {
   std::vector<Request> onAir;
   for (const Deck deck : kDecks) {
     for (const auto& [row, known] : known_) {
-      if (InDeck(deck, DeckState::Playing, row, known)) onAir.push_back({decks_.Record(deck).Title, known.words});
+      if (const QString words = known.Words();
+          InDeck(deck, DeckState::Playing, row, known) && !words.isEmpty())
+        onAir.push_back({decks_.Record(deck).Title, words});
     }
   }
   if (onAir == onAir_) return;
@@ -60,11 +70,11 @@ void RequestsToRead::Work() {
 
 void RequestsToRead::Done() {
   for (auto& [row, known] : known_) {
-    if (Plays(row, known)) known.words.clear();
+    if (!Plays(row, known)) continue;
+    known.started.clear();
+    known.waiting.clear();
   }
-  onAir_.clear();
-  std::erase_if(known_, [](const auto& each) { return each.second.words.isEmpty(); });
-  Q_EMIT Changed();
+  Work();
 }
 
 }  // namespace kelvo

@@ -39,8 +39,10 @@ class RequestsToRead : public QObject {
   void Work();
   /// By its file too: the queue marks the first row of a track, whichever of its rows was loaded.
   struct Known {
-    QString words;
     QString path;
+    QString started;  ///< words that the queue has dropped, for the track was started
+    QString waiting;  ///< words that the row has
+    [[nodiscard]] QString Words() const;
   };
   [[nodiscard]] bool InDeck(Deck deck, DeckState state, RowId row, const Known& known) const;
   [[nodiscard]] bool Plays(RowId row, const Known& known) const;

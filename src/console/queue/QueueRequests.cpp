@@ -1,6 +1,7 @@
 // How the audience's requests come into the queue.
 
 #include "console/queue/PlayQueue.h"
+#include "console/queue/RequestText.h"
 #include "database/KeptTracks.h"
 
 namespace kelvo {
@@ -10,6 +11,11 @@ namespace {
 const QString kNextRequest = QStringLiteral("\r\n--------------------------\r\n");
 
 }  // namespace
+
+QString JoinRequests(const QString& words, const QString& more) {
+  if (words.isEmpty() || more.isEmpty()) return words + more;
+  return words + kNextRequest + more;
+}
 
 Job<PlayQueue::Requested> PlayQueue::AddRequest(Mref track, QString words) {
   if (state_.GroupPlayOn || !catalogue_.IsTrack(track)) co_return Requested();
@@ -37,7 +43,7 @@ Job<PlayQueue::Requested> PlayQueue::AddRequest(Mref track, QString words) {
   // A row that was played is one like any other by now: it waits again, for this request.
   const bool stacked = row.status == RowStatus::Waiting && row.IsRequest();
   // A start of automatic play makes requests rows like all others, but their words wait to be read.
-  row.requestText = row.requestText.isEmpty() ? words : row.requestText + kNextRequest + words;
+  row.requestText = JoinRequests(row.requestText, words);
   row.requests = stacked ? row.requests + 1 : 1;
   row.status = RowStatus::Waiting;
   requested.row = row.id;

@@ -376,7 +376,15 @@ void LibraryPanel::resizeEvent(QResizeEvent* event) {
   // On a narrow desk the request has a line of its own.
   const int beside = commands_->itemAt(0)->minimumSize().width() + request_->minimumSizeHint().width();
   const bool narrow = width() < beside + fontMetrics().height() * 2;
-  commands_->setDirection(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+  const auto direction = narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
+  if (commands_->direction() != direction) {
+    commands_->setDirection(direction);
+    // The splitter between does not tell its own panel.
+    for (QWidget* each = request_->parentWidget(); each != nullptr && each != this;
+         each = each->parentWidget())
+      each->updateGeometry();
+    updateGeometry();
+  }
   ShowFacts();
 }
 

@@ -226,9 +226,13 @@ void QueuePanel::ShowColumns() {
   timingsShown_ = queue_.ShowsTimings();
   // A whole name before anything else: what the comment says is shown by the row's colour too. Durations that
   // were asked for are seen at every width.
-  std::vector<ListTable::OptionalColumn> others{
-      {CommentColumn, 20},      {GenreColumn, 13}, {QueueModel::kPlaysIn, 9}, {BpmColumn, 7},
-      {QueueModel::kLastPlayed, 12}, {DateColumn, 11},  {HiColumn, 6}};
+  std::vector<ListTable::OptionalColumn> others{{CommentColumn, 20},
+                                                {GenreColumn, 13},
+                                                {QueueModel::kPlaysIn, 9},
+                                                {BpmColumn, 7},
+                                                {QueueModel::kLastPlayed, 12},
+                                                {DateColumn, 11},
+                                                {HiColumn, 6}};
   if (*timingsShown_) {
     others.erase(others.begin() + 1);
     others.insert(others.begin(), {GenreColumn, 11, true});

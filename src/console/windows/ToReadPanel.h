@@ -8,8 +8,8 @@ class QPushButton;
 
 namespace kelvo {
 
-/// "REQUESTS TO READ": the words of the requests on air, large, beside the decks; it takes no room while there
-/// are none. Owned by the console window; GUI thread.
+/// "REQUESTS TO READ": the words of the requests on air, large, beside the decks; it takes no room while
+/// there are none. Owned by the console window; GUI thread.
 class ToReadPanel : public Panel {
   Q_OBJECT
  public:

@@ -32,8 +32,9 @@ class Pages {
     painter_.setFont(plain_);
     const QFontMetricsF metrics(plain_, &paper_);
     line_ = metrics.height() * 1.15;
-    const double letters = std::accumulate(columns_.begin(), columns_.end(), 0.0,
-                                           [](double sum, const ReportColumn& each) { return sum + each.letters; });
+    const double letters =
+        std::accumulate(columns_.begin(), columns_.end(), 0.0,
+                        [](double sum, const ReportColumn& each) { return sum + each.letters; });
     letter_ = paper_.width() / letters;
     gap_ = metrics.horizontalAdvance(QLatin1Char('n'));
     metrics_ = std::make_unique<QFontMetricsF>(metrics);
@@ -55,8 +56,8 @@ class Pages {
 
  private:
   void WriteLine(const QString& text) {
-    painter_.drawText(QRectF(0, y_, paper_.width(), line_), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                      text);
+    painter_.drawText(QRectF(0, y_, paper_.width(), line_),
+                      Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
     y_ += line_;
   }
   void WriteHeads() {
@@ -73,7 +74,8 @@ class Pages {
     for (std::size_t place = 0; place < columns_.size(); ++place) {
       const double width = columns_[place].letters * letter_;
       const QRectF cell(x, y_, width - gap_, line_);
-      const QString text = metrics_->elidedText(row[static_cast<qsizetype>(place)], Qt::ElideRight, cell.width());
+      const QString text =
+          metrics_->elidedText(row[static_cast<qsizetype>(place)], Qt::ElideRight, cell.width());
       const Qt::Alignment side = columns_[place].number ? Qt::AlignRight : Qt::AlignLeft;
       painter_.drawText(cell, static_cast<int>(side | Qt::AlignVCenter) | Qt::TextSingleLine, text);
       x += width;
@@ -116,8 +118,9 @@ QByteArray ReportPdf(const Report& report) {
     paper.setResolution(kResolution);
     paper.setPageSize(QPageSize(QPageSize::A4));
     paper.setPageOrientation(QPageLayout::Landscape);
-    paper.setPageMargins(QMarginsF(kMarginMillimetres, kMarginMillimetres, kMarginMillimetres, kMarginMillimetres),
-                         QPageLayout::Millimeter);
+    paper.setPageMargins(
+        QMarginsF(kMarginMillimetres, kMarginMillimetres, kMarginMillimetres, kMarginMillimetres),
+        QPageLayout::Millimeter);
     paper.setTitle(report.fileTitle);
     paper.setCreator(report.program);
     Pages(paper, report).Write();

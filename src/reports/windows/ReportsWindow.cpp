@@ -10,6 +10,7 @@
 #include <QButtonGroup>
 #include <QDateEdit>
 #include <QLabel>
+#include <QLineEdit>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
@@ -99,6 +100,10 @@ void ReportsWindow::BuildDays() {
   for (QDateEdit* day : {from_, to_}) {
     day->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
     day->setKeyboardTracking(false);
+    // It is what has the keyboard.
+    auto* line = day->findChild<QLineEdit*>();
+    line->setAccessibleName(day->accessibleName());
+    line->setToolTip(day->toolTip());
     connect(day, &QDateEdit::dateChanged, this, [this] { TakeDays(); });
   }
 }
@@ -174,10 +179,8 @@ void ReportsWindow::Show() {
   playList_.SetHint(busy ? QString() : tr("Nothing went on air on these days, or their logs are elsewhere."));
   SetSpokenText(*hint_, tr("What is done"), reports_.Hint());
   SetSpokenText(*totals_, tr("Totals"), reports_.Totals());
-  progress_->Show({.running = busy,
-                   .words = reports_.Progress(),
-                   .share = reports_.Share(),
-                   .percentInWords = true});
+  progress_->Show(
+      {.running = busy, .words = reports_.Progress(), .share = reports_.Share(), .percentInWords = true});
 }
 
 }  // namespace kelvo

@@ -138,16 +138,14 @@ void RequestWindow::BuildCommands() {
                                  .key = QKeySequence(Qt::ALT | Qt::Key_Insert),
                                  .icon = Icon::Edit,
                                  .run = [this] { requests_.AddToList(inView_); }});
-  removeEntry_ =
-      AddCommand(*this, {.name = QStringLiteral("CmdRemoveEntry"),
-                         .fixedName = QStringLiteral("CmdDel"),
-                         .words = tr("Delete"),
-                         .tooltip = tr("Takes the picked entry out of the list in view"),
-                         .key = QKeySequence(Qt::ALT | Qt::Key_Delete),
-                         .icon = Icon::Clear,
-                         .run = [this] {
-                           requests_.Lists().Remove(inView_, At(inView_).panel.Picked().front());
-                         }});
+  removeEntry_ = AddCommand(
+      *this, {.name = QStringLiteral("CmdRemoveEntry"),
+              .fixedName = QStringLiteral("CmdDel"),
+              .words = tr("Delete"),
+              .tooltip = tr("Takes the picked entry out of the list in view"),
+              .key = QKeySequence(Qt::ALT | Qt::Key_Delete),
+              .icon = Icon::Clear,
+              .run = [this] { requests_.Lists().Remove(inView_, At(inView_).panel.Picked().front()); }});
 }
 
 void RequestWindow::BuildLayout() {
@@ -159,7 +157,8 @@ void RequestWindow::BuildLayout() {
   left->addWidget(message_, 1);
   left->addLayout(Line({add_, kRoom, exit_}));
   auto* lists = new QHBoxLayout;
-  for (const WordList list : kWordLists) lists->addWidget(&At(list).panel, list == WordList::Messages ? 3 : 2);
+  for (const WordList list : kWordLists)
+    lists->addWidget(&At(list).panel, list == WordList::Messages ? 3 : 2);
   auto* right = new QVBoxLayout;
   right->addLayout(lists, 1);
   right->addLayout(Line({takeFrom_, takeTo_, takeMessage_, kRoom, addEntry_, removeEntry_}));
@@ -236,8 +235,8 @@ void RequestWindow::LimitMessage() {
   if (text.size() <= RequestWords::kLongestMessage) return;
   const QSignalBlocker quiet(message_);
   SetTextOf(Field::Message, RequestWords{{}, {}, text}.Fitted().message);
-  outcome_->setText(tr("A message has at most %1 letters: the rest was left out")
-                        .arg(RequestWords::kLongestMessage));
+  outcome_->setText(
+      tr("A message has at most %1 letters: the rest was left out").arg(RequestWords::kLongestMessage));
 }
 
 void RequestWindow::Add() {
@@ -268,8 +267,8 @@ void RequestWindow::Show() {
   const QString title = WordLists::Title(inView_);
   addEntry_->setText(tr("Add To %1...").arg(title));
   Offer(*addEntry_, why);
-  Offer(*removeEntry_,
-        WhyOff({{!why.isEmpty(), why}, {!At(inView_).panel.AnyPicked(), tr("No entry is picked in %1").arg(title)}}));
+  Offer(*removeEntry_, WhyOff({{!why.isEmpty(), why},
+                               {!At(inView_).panel.AnyPicked(), tr("No entry is picked in %1").arg(title)}}));
 }
 
 }  // namespace kelvo

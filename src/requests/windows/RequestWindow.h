@@ -16,8 +16,8 @@ namespace kelvo {
 
 class Form;
 
-/// "Request": who asks, for whom and what to say, with lists of names and messages to pick from. It stays open
-/// for the next request. GUI thread.
+/// "Request": who asks, for whom and what to say, with lists of names and messages to pick from. It stays
+/// open for the next request. GUI thread.
 class RequestWindow : public ToolWindow {
   Q_OBJECT
  public:
