@@ -90,7 +90,11 @@ ManagerTool EditTool(DataManager& manager, const std::shared_ptr<Upkeep>& upkeep
   return {.id = QStringLiteral("Command5"),
           .words = QStringLiteral("Edit"),
           .tooltip = Text::tr("Edits, renames or deletes the selected file"),
-          .run = [&manager, upkeep](const Picked&) { upkeep->edit(manager.PickedFiles().value(0)); },
+          .run =
+              [&manager, upkeep](const Picked& picked) {
+                upkeep->edit(picked.empty() ? manager.PickedFiles().value(0)
+                                            : manager.Tracks().TrackPaths(picked.front()));
+              },
           .whyOff =
               [&manager](const Picked& picked) {
                 const bool jingles = manager.List().Mode() == DispMode::Jingles;
