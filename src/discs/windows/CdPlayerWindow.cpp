@@ -17,6 +17,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <functional>
 
 namespace kelvo {
 namespace {
@@ -81,10 +82,11 @@ CdPlayerWindow::CdPlayerWindow(CdPlayer& player)
 void CdPlayerWindow::BuildCommands() {
   const auto add = [this](const QString& name, const QString& words, const QString& tooltip, Icon icon,
                           void (CdPlayer::*order)()) {
-    QPushButton* made = AddCommand(
-        *this, {.name = name, .words = words, .tooltip = tooltip, .icon = icon, .run = [this, order] {
-                  (player_.*order)();
-                }});
+    QPushButton* made = AddCommand(*this, {.name = name,
+                                           .words = words,
+                                           .tooltip = tooltip,
+                                           .icon = icon,
+                                           .run = [this, call = std::mem_fn(order)] { call(player_); }});
     transport_.push_back(made);
     return made;
   };
