@@ -73,7 +73,7 @@ Job<> BulkEdit::Run(std::vector<Mref> tracks, BulkChange change) {
     change.artist = co_await Ensure(ReferenceSet::Artists, change.artist);
     change.genre = co_await Ensure(ReferenceSet::Genres, change.genre);
     Plan plan = co_await PlanFor(std::move(tracks), std::move(change));
-    LibraryChanges::Outcome outcome{.whole = true};
+    LibraryChanges::Outcome outcome;
     if (!plan.steps.empty()) {
       LibraryChanges::Order order;
       order.what = tr("Change Of %n Track(s)", nullptr, plan.tracks);
