@@ -379,7 +379,8 @@ void LibraryPanel::resizeEvent(QResizeEvent* event) {
   const auto direction = narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
   if (commands_->direction() != direction) {
     commands_->setDirection(direction);
-    // The splitter between does not tell its own panel.
+    // The splitter between does not tell its own panel, which must not keep the size of the other form.
+    request_->parentWidget()->layout()->activate();
     for (QWidget* each = request_->parentWidget(); each != nullptr && each != this;
          each = each->parentWidget())
       each->updateGeometry();

@@ -237,7 +237,7 @@ void QueuePanel::ShowColumns() {
     others.erase(others.begin() + 1);
     others.insert(others.begin(), {GenreColumn, 11, true});
   }
-  list_->SetColumns(TrackColumn, 47, std::move(others));
+  list_->SetColumns(TrackColumn, 45, std::move(others));
 }
 
 void QueuePanel::ShowFacts() {

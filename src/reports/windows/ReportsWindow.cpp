@@ -14,6 +14,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace kelvo {
 
 RowModel<QStringList>::Columns ReportsWindow::Columns(ReportKind kind) {
@@ -22,7 +24,8 @@ RowModel<QStringList>::Columns ReportsWindow::Columns(ReportKind kind) {
   for (std::size_t place = 0; place < heads.size(); ++place) {
     const ReportColumn& head = heads[place];
     columns.push_back({{.head = head.head,
-                        .letters = head.letters + 2,
+                        // Paper is wider: every column is to be seen here too.
+                        .letters = head.number ? head.letters : std::max(head.letters * 2 / 3, 9),
                         .rank = static_cast<int>(place),
                         .number = head.number},
                        [place](const QStringList& row) { return row.value(static_cast<qsizetype>(place)); }});
@@ -34,7 +37,7 @@ ReportsWindow::ReportsWindow(EventLoop& loop, Reports& reports)
     : ToolWindow({.name = QStringLiteral("ReportsWindow"),
                   .fixedName = QStringLiteral("frmPrint"),
                   .title = QStringLiteral("Reports"),
-                  .letters = 120,
+                  .letters = 132,
                   .lines = 32}),
       reports_(reports),
       tracks_(reports.TrackRows(), Columns(ReportKind::DataBase)),
@@ -100,6 +103,7 @@ void ReportsWindow::BuildDays() {
   for (QDateEdit* day : {from_, to_}) {
     day->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
     day->setKeyboardTracking(false);
+    day->setButtonSymbols(QAbstractSpinBox::NoButtons);
     // It is what has the keyboard.
     auto* line = day->findChild<QLineEdit*>();
     line->setAccessibleName(day->accessibleName());
