@@ -78,14 +78,8 @@ void DriveShelf::SetDevices(const QStringList& devices) {
 }
 
 Job<> DriveShelf::Check(QString path) {
-  if (looking_.contains(path)) co_return;
-  const DiscState state = co_await Look(path);
-  for (Place& each : places_) {
-    if (each.path != path || each.disc == DiscWords(state)) continue;
-    each.disc = DiscWords(state);
-    Q_EMIT Changed();
-    co_return;
-  }
+  // Who looks at it already tells the same.
+  if (!looking_.contains(path)) (void)co_await Look(path);
 }
 
 bool DriveShelf::AddImage(const QString& path) {
@@ -138,12 +132,19 @@ Job<DiscState> DriveShelf::Look(QString path) {
   looking_.insert(path);
   const auto done = qScopeGuard([this, path] { looking_.remove(path); });
   const auto look = [drives = services_.drives, path] { return drives->Look(path); };
+  DiscState state = DiscState::NotReady;
   try {
-    const DiscState state = co_await calls_.Do(path, look);
-    co_return state;
+    state = co_await calls_.Do(path, look);
   } catch (const Failure&) {
-    co_return DiscState::NotReady;
+    // Its words say it.
   }
+  const auto place =
+      std::find_if(places_.begin(), places_.end(), [&path](const Place& each) { return each.path == path; });
+  if (place != places_.end() && place->disc != DiscWords(state)) {
+    place->disc = DiscWords(state);
+    Q_EMIT Changed();
+  }
+  co_return state;
 }
 
 void DriveShelf::SetRipping(const QString& path, bool on) {

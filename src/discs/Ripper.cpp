@@ -113,9 +113,8 @@ Job<> Ripper::RunLoad() {
                 : Counted(toc_.AudioTracks(), tr("track"), tr("tracks")) + QStringLiteral(", ") +
                       MinutesSeconds(static_cast<double>(toc_.End()) / kCdSectorsPerSecond);
     if (toc_.Hidden())
-      words += tr(". Before track 1 %1 are hidden: its row is not ticked")
-                   .arg(MinutesSeconds(toc_.Hidden()->Seconds()));
-    if (data > 0) words += tr(". Left out: ") + Counted(data, tr("track of data"), tr("tracks of data"));
+      words += tr(", %1 hidden before track 1").arg(MinutesSeconds(toc_.Hidden()->Seconds()));
+    if (data > 0) words += tr(", left out: ") + Counted(data, tr("track of data"), tr("tracks of data"));
   } catch (const DriveFailure& failure) {
     words = failure.What() == DriveFailure::Kind::NoDisc ? QStringLiteral("No CD In Drive")
                                                          : QString::fromUtf8(failure.what());

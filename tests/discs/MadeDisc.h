@@ -3,8 +3,6 @@
 #include "discs/CdioDrive.h"
 #include "support/TemporaryTree.h"
 
-#include <cmath>
-#include <cstring>
 #include <random>
 #include <vector>
 
@@ -16,17 +14,14 @@ using namespace Qt::StringLiterals;
 struct MadeDisc {
   std::vector<std::int16_t> samples;
 
-  /// Sounds like music to those who compare stretches of it: no two places are alike.
+  /// Noise: no two places are alike.
   explicit MadeDisc(int sectors) {
     std::minstd_rand random(7);
     samples.resize(static_cast<std::size_t>(sectors) * kCdSectorSamples);
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-      const double wave = 9000 * std::sin(static_cast<double>(i / 2) * 0.031) +
-                          6000 * std::sin(static_cast<double>((i / 2) * (1 + i % 2)) * 0.0071);
-      samples[i] = static_cast<std::int16_t>(wave + static_cast<double>(random() % 4000) - 2000);
-    }
+    // A quarter of full scale, so that no limiter touches it.
+    for (std::int16_t& sample : samples)
+      sample = static_cast<std::int16_t>(static_cast<int>(random() >> 17) - 8192);
   }
-  [[nodiscard]] int Sectors() const { return static_cast<int>(samples.size()) / kCdSectorSamples; }
   [[nodiscard]] std::vector<std::int16_t> Cut(int first, int sectors) const {
     const auto begin = samples.begin() + static_cast<std::ptrdiff_t>(first) * kCdSectorSamples;
     return {begin, begin + static_cast<std::ptrdiff_t>(sectors) * kCdSectorSamples};

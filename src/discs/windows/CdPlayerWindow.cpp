@@ -39,7 +39,7 @@ CdPlayerWindow::CdPlayerWindow(CdPlayer& player)
                   .fixedName = QStringLiteral("frmCdPlayer"),
                   .title = player.Title(),
                   .letters = 78,
-                  .lines = 26}),
+                  .lines = 30}),
       player_(player),
       model_(player.Tracks(),
              {{{.head = tr("No."), .letters = 5, .rank = 1, .number = true},

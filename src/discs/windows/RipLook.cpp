@@ -77,7 +77,7 @@ RowModel<cTrack>::Columns RipColumns(Ripper& ripper) {
     return made;
   };
   RowColumn<cTrack> tick =
-      column(RipRows::Selected, {.head = QStringLiteral("Selected"), .letters = 10, .rank = 1});
+      column(RipRows::Selected, {.head = QStringLiteral("Selected"), .letters = 11, .rank = 1});
   tick.ticked = [](const cTrack& row) { return row.selected; };
   tick.tick = [&ripper](int row, bool on) { ripper.Rows().Tick(row, on); };
   // In the order of RipRows::Column.
@@ -88,7 +88,7 @@ RowModel<cTrack>::Columns RipColumns(Ripper& ripper) {
       column(RipRows::Year, {.head = QStringLiteral("Date"), .letters = 11, .rank = 3}),
       column(RipRows::Track, {.head = QStringLiteral("Track"), .letters = 7, .rank = 4, .number = true}),
       column(RipRows::StartTime,
-             {.head = QStringLiteral("Start Time"), .letters = 11, .rank = 7, .number = true}),
+             {.head = QStringLiteral("Start Time"), .letters = 13, .rank = 7, .number = true}),
       column(RipRows::Length, {.head = QStringLiteral("Length"), .letters = 9, .rank = 5, .number = true}),
       column(RipRows::Size, {.head = QStringLiteral("Size (Mb)"), .letters = 11, .rank = 6, .number = true})};
 }

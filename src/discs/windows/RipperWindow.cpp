@@ -171,7 +171,8 @@ Panel* RipperWindow::BuildProgress() {
   info_ = new ElidedLabel(panel);
   SetNames(*info_, QStringLiteral("LblInfo"), QStringLiteral("lblInfo"));
   info_->setWordWrap(true);
-  info_->setFixedHeight(5 * fontMetrics().lineSpacing());
+  // Five lines, the first of which may be a long name.
+  info_->setFixedHeight(7 * fontMetrics().lineSpacing());
   bar_ = new ProgressStrip(panel);
   bar_->setObjectName(QStringLiteral("PrgRip"));
   bar_->setAccessibleName(tr("Progress of the track"));
@@ -185,8 +186,9 @@ Panel* RipperWindow::BuildProgress() {
                           .run = [this] { ripper_.Progress().Stop(); }});
   auto* left = new QVBoxLayout;
   left->addWidget(info_);
-  left->addStretch(1);
   left->addLayout(Line({{bar_, 1}, cancel_}));
+  // As high as the words: the grid keeps its rows.
+  done_.setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
   auto* layout = new QHBoxLayout(panel);
   layout->addLayout(left, 3);
   layout->addWidget(&done_, 2);
@@ -212,7 +214,7 @@ void RipperWindow::BuildLayout() {
                           insertDate_}));
   layout->addWidget(&tracks_, 3);
   layout->addWidget(rowWords_);
-  layout->addWidget(progress_, 1);
+  layout->addWidget(progress_);
   layout->addWidget(presets_);
   layout->addLayout(Line({all_, invert_, tick_, inFront_, kRoom, rip_}));
 }
