@@ -20,6 +20,7 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -233,6 +234,16 @@ TEST_F(InformationBesideTheDesk, F1OpensThePageOfTheWindowInFrontAndLinksOpenWin
   auto& help = Shown<HelpWindow>();
   EXPECT_EQ(help.windowTitle(), u"Help: The console"_s);
   ExpectFits(help);
+  auto& page = *FindNamed<ManualView>(help, u"ManualPage"_s);
+  for (const QSize& size : {QSize(1000, 600), QSize(800, 600), QSize(1010, 640)}) {
+    help.resize(size);
+    loop_.RunFor(1s);
+    const auto picture =
+        page.document()->resource(QTextDocument::ImageResource, QUrl(u"console.png"_s)).value<QImage>();
+    EXPECT_FALSE(picture.isNull());
+    EXPECT_LE(picture.width(), page.viewport()->width());
+    EXPECT_EQ(page.horizontalScrollBar()->maximum(), 0) << size.width();
+  }
   Press(u"Import"_s);
   loop_.RunFor(1s);
   QWidget* import = QApplication::activeWindow();
@@ -240,7 +251,6 @@ TEST_F(InformationBesideTheDesk, F1OpensThePageOfTheWindowInFrontAndLinksOpenWin
   QTest::keyClick(import, Qt::Key_F1);
   loop_.RunFor(1s);
   EXPECT_EQ(help.windowTitle(), u"Help: Bring music in"_s);
-  auto& page = *FindNamed<ManualView>(help, u"ManualPage"_s);
   EXPECT_TRUE(page.toPlainText().contains(u"utility"_s));
   EXPECT_FALSE(page.toPlainText().contains(u"windows:"_s));
 
