@@ -233,6 +233,7 @@ TEST_F(InformationBesideTheDesk, F1OpensThePageOfTheWindowInFrontAndLinksOpenWin
   auto& help = Shown<HelpWindow>();
   EXPECT_EQ(help.windowTitle(), u"Help: The console"_s);
   ExpectFits(help);
+  auto& page = *FindNamed<ManualView>(help, u"ManualPage"_s);
   Press(u"Import"_s);
   loop_.RunFor(1s);
   QWidget* import = QApplication::activeWindow();
@@ -240,7 +241,6 @@ TEST_F(InformationBesideTheDesk, F1OpensThePageOfTheWindowInFrontAndLinksOpenWin
   QTest::keyClick(import, Qt::Key_F1);
   loop_.RunFor(1s);
   EXPECT_EQ(help.windowTitle(), u"Help: Bring music in"_s);
-  auto& page = *FindNamed<ManualView>(help, u"ManualPage"_s);
   EXPECT_TRUE(page.toPlainText().contains(u"utility"_s));
   EXPECT_FALSE(page.toPlainText().contains(u"windows:"_s));
 

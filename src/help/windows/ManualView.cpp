@@ -25,6 +25,10 @@ int ManualView::RoomForPictures() const {
   return std::max(viewport()->width() - static_cast<int>(2 * document()->documentMargin()) - 2, 100);
 }
 
+QVariant ManualView::loadResource(int type, const QUrl& name) {
+  return type == QTextDocument::ImageResource ? QVariant(Picture(name.path())) : QVariant();
+}
+
 QImage ManualView::Picture(const QString& name) {
   const QImage picture(folder_ + QLatin1Char('/') + name);
   const int room = RoomForPictures();
@@ -39,11 +43,12 @@ QImage ManualView::Picture(const QString& name) {
 void ManualView::Lay() {
   narrow_ = false;
   laidFor_ = RoomForPictures();
-  // Each time anew: what a document has loaded by itself it keeps in the size of before.
+  document()->setMarkdown(text_);
+  // A document that is filled again keeps the pictures that it has loaded, in the size of before.
   for (const QString& name : pictures_) {
     document()->addResource(QTextDocument::ImageResource, QUrl(name), Picture(name));
   }
-  document()->setMarkdown(text_);
+  document()->markContentsDirty(0, document()->characterCount());
   for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
     QTextCursor cursor(block);
     // Markdown packs its paragraphs: a reader wants air between them.

@@ -23,6 +23,7 @@ class ManualView : public QTextBrowser {
   void LinkFollowed(const QString& link);
 
  protected:
+  [[nodiscard]] QVariant loadResource(int type, const QUrl& name) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
