@@ -20,7 +20,7 @@ struct ManagerTool {
   QString tooltip;  ///< what it does
   /// `picked`: the tracks of the selected rows, in their order, each as often as it is selected. Empty while
   /// jingles are listed: those are asked for by DataManager::PickedFiles.
-  Run run;
+  Run run = {};
   /// Why it can't be given now, in words for the operator; empty when it can. Asked when the selection, the
   /// list, or what is chosen beside it changes, and each second.
   WhyOff whyOff = {};
