@@ -136,9 +136,8 @@ void DataManager::ShowProgress(Progress progress) {
   Q_EMIT Changed();
 }
 
-void DataManager::EndProgress(const QString& notice) {
+void DataManager::EndProgress() {
   progress_.reset();
-  if (!notice.isEmpty()) notice_ = notice;
   Q_EMIT Changed();
 }
 

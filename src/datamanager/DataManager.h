@@ -98,8 +98,9 @@ class DataManager : public QObject {
     std::function<void()> stop = {};  ///< empty: it can't be stopped
   };
   void ShowProgress(Progress progress);
-  /// `notice`: what it came to, in words for the bar.
-  void EndProgress(const QString& notice = {});
+  void EndProgress();
+  /// What a tool came to, in words for the bar, until something else goes on.
+  void SetNotice(const QString& notice) { notice_ = notice; }
   [[nodiscard]] const QString& Notice() const { return notice_; }
   /// What goes on and may not be broken off.
   [[nodiscard]] const std::optional<Progress>& Shown() const { return progress_; }

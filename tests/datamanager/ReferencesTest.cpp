@@ -283,7 +283,7 @@ TEST_F(ReferencesTest, AKillAtAnyStepOfAnyCommandLeavesTheNameInAllTracksOrInNon
     Snapshot after;
     for (int step = 0;; ++step) {
       SCOPED_TRACE(step);
-      const bool killed = KilledBefore(step, command);
+      const bool killed = KilledBefore(step, command, Writes::InARow);
       const QString told = MendLibrary(database_.paths, *trash_);
       EXPECT_FALSE(told.contains(u"Could Not"_s)) << told.toStdString();
       if (const Snapshot now = Library(); now != before) {

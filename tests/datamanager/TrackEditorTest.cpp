@@ -66,7 +66,7 @@ class TrackEditorTest : public LibraryTest {
     int finished = 0;
     for (int step = 0;; ++step) {
       SCOPED_TRACE(step);
-      const bool killed = KilledBefore(step, work);
+      const bool killed = KilledBefore(step, work, Writes::InARow);
       const QString told = MendLibrary(database_.paths, *trash_);
       const Snapshot now = Library();
       EXPECT_FALSE(database_.Holds(Paths::Utility, u".running-change"_s));

@@ -28,9 +28,13 @@ class NoFlushes {
   NoFlushes& operator=(const NoFlushes&) = delete;
 };
 
+/// How the writes of a file are counted: each, or those in a row as one, where it is known that a half written
+/// file is nobody's and a process of its own for each would take too long.
+enum class Writes { Each, InARow };
+
 /// Does `work` in a process of its own, which is killed before its step number `step`, counted from 0.
 /// Returns false when it came to its end before.
-[[nodiscard]] bool KilledBefore(int step, const std::function<void()>& work);
+[[nodiscard]] bool KilledBefore(int step, const std::function<void()>& work, Writes writes = Writes::Each);
 
 /// The steps of `work`, writes in a row as one.
 [[nodiscard]] std::vector<std::string> StepsOf(const std::function<void()>& work);

@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include <utility>
+
 namespace kelvo {
 namespace {
 
@@ -119,23 +121,23 @@ ManagerTool UndoTool(const std::shared_ptr<Upkeep>& upkeep) {
 
 /// The bar of the Data Manager tells of changes.
 void JoinProgress(DataManager& manager, const std::shared_ptr<Upkeep>& upkeep) {
-  const LibraryChanges& changes = *upkeep->changes;
-  QObject::connect(&changes, &LibraryChanges::Changed, &manager, [&manager, upkeep] {
-    LibraryChanges& now = *upkeep->changes;
+  // The bar may be another tool's.
+  const auto shown = std::make_shared<bool>(false);
+  QObject::connect(upkeep->changes.get(), &LibraryChanges::Changed, &manager, [&manager, upkeep, shown] {
+    const LibraryChanges& now = *upkeep->changes;
+    const bool showed = std::exchange(*shown, now.Shows());
     if (now.Shows()) {
       manager.ShowProgress(
           {.words = now.Words(), .share = now.Share(), .stop = [upkeep] { upkeep->changes->Stop(); }});
-    } else {
+    } else if (showed) {
       manager.EndProgress();
+    } else {
+      manager.ToolsChanged();
     }
-    manager.ToolsChanged();
   });
   QObject::connect(upkeep->references.get(), &References::Changed, &manager, [&manager, upkeep] {
-    if (upkeep->references->Busy()) {
-      manager.ToolsChanged();
-    } else {
-      manager.EndProgress(upkeep->references->Notice());
-    }
+    if (!upkeep->references->Busy()) manager.SetNotice(upkeep->references->Notice());
+    manager.ToolsChanged();
   });
 }
 
@@ -196,7 +198,7 @@ WindowLine TrackEditorLine(Console& desk, const WindowHost& host, const std::sha
 std::vector<ManagerTool> UpkeepTools(DataManager& manager, const std::shared_ptr<Upkeep>& upkeep) {
   JoinProgress(manager, upkeep);
   const auto tool = [](const char* id, const QString& words, const QString& tooltip) {
-    return ManagerTool{.id = QString::fromLatin1(id), .words = words, .tooltip = tooltip};
+    return ManagerTool{.id = QString::fromLatin1(id), .words = words, .tooltip = tooltip, .run = {}};
   };
   ManagerTool fresh =
       tool("Command10", QStringLiteral("New"), Text::tr("Makes a new name in the chosen set"));
