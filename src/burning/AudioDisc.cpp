@@ -147,6 +147,8 @@ AudioDisc WriteAudioDisc(const AudioDiscOrder& order, AudioDiscControl& control)
   if (disc.sectors > order.mostSectors)
     throw Failure(Text::tr("The tracks last %1, the disc holds %2.")
                       .arg(SectorsText(disc.sectors), SectorsText(order.mostSectors)));
+  // A sheet of before would tell wrong things of these sectors.
+  QFile::remove(order.cueFile);
   disc.sum = sectors.Commit();
   ReplaceFile(order.cueFile, SheetOf(order, disc));
   return disc;

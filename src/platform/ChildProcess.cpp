@@ -40,6 +40,8 @@ class RunningChild {
     if (command.gentle) {
       process_->setChildProcessModifier([] { (void)::setpriority(PRIO_PROCESS, 0, kGentle); });
     }
+    // Where this program was started in the background of a script it does not hear of SIGINT; a child must.
+    process_->setChildProcessModifier([] { ::signal(SIGINT, SIG_DFL); });
     // The job must not go on inside a signal of the process, which it may then destroy.
     const auto wake = [this] {
       news_ = true;

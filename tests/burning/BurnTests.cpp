@@ -2,6 +2,7 @@
 #include "burning/BurnList.h"
 #include "discs/CdioDrive.h"
 #include "platform/ErrorLog.h"
+#include "platform/FileSteps.h"
 #include "platform/QtEventLoop.h"
 #include "support/ScriptedPrompter.h"
 #include "support/TemporaryTree.h"
@@ -12,8 +13,10 @@
 #include <QFileInfo>
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 #include <cmath>
+#include <csignal>
 #include <cstring>
 #include <optional>
 
@@ -185,6 +188,32 @@ TEST_F(AudioDiscTest, TheSheetForABurnerHasTheLettersOfDiscs) {
       << tree_.Read(u"disc.cue"_s).toStdString();
 }
 
+TEST_F(AudioDiscTest, AFullDiskAndAKillLeaveTheImageThatWasThere) {
+  const AudioDiscOrder order = Order({Track(u"One"_s, Noise(310 * kSector))});
+  tree_.Write(u"disc.bin"_s, "before");
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit limit{};
+  ::getrlimit(RLIMIT_FSIZE, &limit);
+  rlimit full = limit;
+  full.rlim_cur = 200'000;
+  ::setrlimit(RLIMIT_FSIZE, &full);
+  EXPECT_THROW(static_cast<void>(WriteAudioDisc(order, control_)), Failure);
+  ::setrlimit(RLIMIT_FSIZE, &limit);
+  EXPECT_EQ(tree_.Read(u"disc.bin"_s), "before");
+  EXPECT_EQ(QDir(tree_.Path()).entryList({u".*"_s}, QDir::Files | QDir::Hidden), QStringList());
+  bool killed = true;
+  for (int step = 0; killed; step += step < 4 ? 1 : 20) {
+    tree_.Write(u"disc.bin"_s, "before");
+    killed = KilledBefore(step, [&] { static_cast<void>(WriteAudioDisc(order, control_)); });
+    const qsizetype size = tree_.Read(u"disc.bin"_s).size();
+    EXPECT_TRUE(size == 6 || size == 310 * 2352) << "step " << step << ": " << size;
+    if (tree_.Exists(u"disc.cue"_s)) {
+      EXPECT_EQ(size, 310 * 2352) << "a sheet tells of sectors that are there";
+    }
+    QFile::remove(tree_.Path(u"disc.cue"_s));
+  }
+}
+
 TEST_F(AudioDiscTest, WhatFitsOnNoDiscIsRefusedBeforeAnythingIsWritten) {
   EXPECT_EQ(FailureOf(Order({})), "No track was given.");
   EXPECT_THAT(FailureOf(Order({Track(u"Short"_s, Noise(299 * kSector))})),
@@ -346,6 +375,36 @@ TEST_F(BurnListTest, ABurnerThatFailsIsToldInItsOwnWords) {
   list_->Burn();
   Wait();
   EXPECT_THAT(LastTold().toStdString(), ::testing::HasSubstr("What was read back is not what was written"));
+}
+
+TEST_F(BurnListTest, ADiscThatHoldsSomethingIsAskedForAndOneThatIsWrittenForGoodIsRefused) {
+  MakeFake(u"echo burnt >> '%1'"_s.arg(tree_.Path(u"done"_s)));
+  AddAndStage({tree_.Write(u"a.mp3"_s, "music")});
+  const auto medium = [this](const QByteArray& words) {
+    QByteArray script = tree_.Read(u"tool"_s);
+    const qsizetype from = script.indexOf("media_space*)") + 13;
+    script.replace(from, script.indexOf(" ;;", from) - from, " printf '" + words + "'");
+    tree_.Write(u"tool"_s, script);
+  };
+  medium("Media current: CD-RW\\nMedia status : is written , is closed\\n");
+  prompter_.answers = {Answer::No};
+  list_->Burn();
+  Wait();
+  EXPECT_FALSE(tree_.Exists(u"done"_s));
+  EXPECT_THAT(LastTold().toStdString(), ::testing::StartsWith("The Disc Is Not Blank"));
+  prompter_.answers = {Answer::Yes};
+  list_->Burn();
+  Wait();
+  EXPECT_EQ(tree_.Read(u"done"_s), "burnt\n");
+  medium("Media current: CD-R\\nMedia status : is written , is closed\\n");
+  list_->Burn();
+  Wait();
+  EXPECT_THAT(LastTold().toStdString(), ::testing::HasSubstr("can't be written again"));
+  medium("Media current: is not recognizable\\n");
+  list_->Burn();
+  Wait();
+  EXPECT_THAT(LastTold().toStdString(), ::testing::HasSubstr("No disc that can be written is in the drive."));
+  EXPECT_EQ(tree_.Read(u"done"_s), "burnt\n");
 }
 
 TEST_F(BurnListTest, AFloodOfWordsIsReadToItsEndAndABurnerThatHangsIsStopped) {

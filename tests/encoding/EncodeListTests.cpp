@@ -1,6 +1,8 @@
 #include "audio/TestSounds.h"
+#include "database/PlaylistEntry.h"
 #include "database/TestDatabase.h"
 #include "encoding/EncodeList.h"
+#include "encoding/RetargetLinks.h"
 #include "platform/FileSteps.h"
 #include "platform/SettingsStore.h"
 #include "platform/SimulatedEventLoop.h"
@@ -122,6 +124,44 @@ TEST_F(EncodeListTest, ATrackBecomesItsMp3WithItsInfo) {
   EXPECT_EQ(catalogue_.TrackGain[ToMref(1)], u"?"_s) << "it has to be measured anew";
   EXPECT_EQ(database_.Info(u"The Band - Song"_s), InfoBytes().replace("-3.5,0.2", "?"));
   EXPECT_EQ(relinked_, QStringList{path + u'>' + made});
+}
+
+TEST_F(EncodeListTest, ATrackWhoseSourceStaysGetsATrackBesideIt) {
+  const QString path = Wave(Paths::Music, u"The Band - Song.wav"_s, 3);
+  database_.Add(Paths::Info, u"The Band - Song.kif"_s, InfoBytes());
+  catalogue_.Replace(CatalogueTables(database_.paths(Paths::Music)));
+  catalogue_.Append({.name = u"The Band - Song"_s, .extension = u".wav"_s});
+  Add({path});
+  Run();
+  ASSERT_EQ(catalogue_.LastTrack(), 2);
+  EXPECT_EQ(catalogue_.TrackPaths(ToMref(1)), path);
+  EXPECT_EQ(catalogue_.TrackPaths(ToMref(2)), database_.paths(Paths::Music) + u"/The Band - Song.Mp3"_s);
+  EXPECT_EQ(catalogue_.TrackGenres[ToMref(2)], u"~ALL CATEGORIES,Rock,Pop"_s);
+  EXPECT_NEAR(catalogue_.TrackDurations(ToMref(2)), 3, 0.001);
+  EXPECT_TRUE(relinked_.isEmpty());
+  // Again, and now for good: the row of the file that is replaced goes.
+  list_->Remove({0});
+  list_->SetDeletesSources(true);
+  Add({path});
+  Run();
+  ASSERT_EQ(catalogue_.LastTrack(), 1);
+  EXPECT_TRUE(catalogue_.TrackPaths(ToMref(1)).endsWith(u"Song.Mp3"_s));
+}
+
+TEST_F(EncodeListTest, EntriesOfPlaylistsLeadToTheResult) {
+  const QString list = Paths::FolderName(Paths::Playlists) + u"/Rock/Mix"_s;
+  database_.tree.MakeFolder(list);
+  const auto path = [&](const QString& name) { return database_.tree.Path(list + u'/' + name); };
+  PlaylistLink{u"/music/Song.WAV"_s, u"Std"_s}.Write(path(u" 1~Song.lnk"_s));
+  PlaylistLink{u"/music/Other.wav"_s, u"7"_s}.Write(path(u" 2~Other.lnk"_s));
+  database_.tree.Write(list + u"/ 3~Bad.lnk"_s, "no link");
+  const QByteArray other = database_.tree.Read(list + u"/ 2~Other.lnk"_s);
+  RetargetLinks(database_.paths(Paths::Playlists), u"/music/Song.wav"_s, u"/music/Song.Mp3"_s);
+  const PlaylistLink link = PlaylistLink::Read(path(u" 1~Song.lnk"_s));
+  EXPECT_EQ(link.targetPath, u"/music/Song.Mp3"_s);
+  EXPECT_EQ(link.arguments, u"Std"_s);
+  EXPECT_EQ(database_.tree.Read(list + u"/ 2~Other.lnk"_s), other);
+  EXPECT_EQ(database_.tree.Read(list + u"/ 3~Bad.lnk"_s), "no link");
 }
 
 TEST_F(EncodeListTest, SourcesThatCanNotBeVouchedForStay) {

@@ -277,6 +277,27 @@ TEST(Encoder, OtherProgramsReadItsFilesWithTheTrueLengthAndNoShift) {
   }
 }
 
+TEST(Encoder, EachPresetComesToOnePlan) {
+  using Rate = EncodingPlan::Rate;
+  const auto plan = [](int preset, bool vbr, int sampleRate = 44100) {
+    return EncodingPresets{preset, 96, sampleRate, 7, vbr}.Plan();
+  };
+  EXPECT_EQ(plan(0, true), (EncodingPlan{Rate::Variable, 96, 7, 3, false}));
+  EXPECT_EQ(plan(1, true).effort, 7);
+  EXPECT_EQ(plan(5, true).effort, 0);
+  EXPECT_TRUE(plan(3, true).mono);
+  for (const auto& [preset, quality] : {std::pair(4, 3), std::pair(6, 2), std::pair(7, 2), std::pair(8, 0),
+                                        std::pair(9, 0), std::pair(13, 4), std::pair(14, 4)}) {
+    EXPECT_EQ(plan(preset, true).vbrQuality, quality) << preset;
+    EXPECT_EQ(plan(preset, false).rate, Rate::Constant) << preset;
+    EXPECT_EQ(plan(preset, false).kbps, 96) << preset;
+  }
+  EXPECT_EQ(plan(10, true).kbps, 320);
+  EXPECT_EQ(plan(10, true, 22050).kbps, 160);
+  EXPECT_EQ(plan(11, false).rate, Rate::Average);
+  EXPECT_EQ(plan(12, true).rate, Rate::Constant);
+}
+
 TEST(Encoder, SizesFollowThePresets) {
   const TemporaryTree tree;
   const QString source = tree.Write(u"a.wav"_s, testing::WaveFile(testing::Noise(44100 * 4)));

@@ -103,6 +103,26 @@ TEST(ChildProcess, AChildThatIgnoresThePleaIsKilled) {
   ExpectCancelEnds(u"trap '' TERM; "_s, false);
 }
 
+TEST(ChildProcess, ASignalReachesItAndOfAFloodOnlyTheEndIsKept) {
+  QtEventLoop loop;
+  std::optional<ChildResult> result;
+  ChildCommand command =
+      Shell(u"trap 'echo; echo last; exit 4' INT; head -c 200000 /dev/zero; while :; do sleep 0.01; done"_s);
+  command.keep = 1000;
+  command.control = std::make_shared<ChildControl>();
+  qsizetype heard = 0;
+  const auto onOutput = [&](const QByteArray& piece) {
+    heard += piece.size();
+    if (heard == 200'000) command.control->Send(SIGINT);
+  };
+  const Job<> job = Keep(RunChild(loop, command, onOutput), &result);
+  ASSERT_TRUE(TurnUntil([&] { return result.has_value(); }));
+  EXPECT_EQ(result->exitCode, 4);
+  EXPECT_EQ(result->output.size(), 1000);
+  EXPECT_TRUE(result->output.endsWith("\nlast\n"));
+  command.control->Send(SIGINT);  // nobody is there any more
+}
+
 TEST(ChildProcess, InSimulatedTimeAChildCostsNoTime) {
   const TemporaryTree tree;
   SimulatedEventLoop loop;
