@@ -32,8 +32,13 @@ class DiscWindows : public SoundingDesk {
   }
   template <typename Window>
   Window& Open(const QString& id) {
-    for (QAction* each : window_->findChildren<QAction*>()) {
-      if (each->objectName() == id) each->trigger();
+    for (QMenu* menu : window_->findChildren<QMenu*>()) {
+      for (QAction* entry : menu->actions()) {
+        if (entry->objectName() != id) continue;
+        menu->popup(window_->mapToGlobal(QPoint(10, 30)));
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(entry).center());
+        menu->close();
+      }
     }
     loop_.RunFor(1s);
     for (QWidget* each : QApplication::topLevelWidgets()) {
