@@ -16,6 +16,8 @@ ManualView::ManualView(const QString& folder, QWidget* parent) : QTextBrowser(pa
   setOpenLinks(false);
   // A bar that comes and goes would lay the page out twice.
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  verticalScrollBar()->setObjectName(QStringLiteral("ManualScroll"));
+  verticalScrollBar()->setAccessibleName(tr("Place in the page"));
   document()->setDocumentMargin(fontMetrics().height());
   connect(this, &QTextBrowser::anchorClicked, this,
           [this](const QUrl& link) { Q_EMIT LinkFollowed(link.toString()); });

@@ -2,6 +2,7 @@
 
 #include "ui/DroppedFiles.h"
 
+#include <QScrollBar>
 #include <QSignalBlocker>
 
 namespace kelvo {
@@ -9,6 +10,8 @@ namespace kelvo {
 NoteEdit::NoteEdit(qsizetype mostLetters, QWidget* parent)
     : QPlainTextEdit(parent), mostLetters_(mostLetters) {
   setTabChangesFocus(true);
+  verticalScrollBar()->setObjectName(QStringLiteral("NoteScroll"));
+  verticalScrollBar()->setAccessibleName(tr("Place in the text"));
   setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   connect(this, &QPlainTextEdit::textChanged, this, &NoteEdit::Edited);
 }
