@@ -153,23 +153,20 @@ void Run(int tracks) {
   while (index.Running()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   // Each round has a list of its own, not sorted yet.
   const auto round = [&] {
-    DataManager manager({.loop = loop,
-                         .disks = disks,
-                         .prompter = typist,
-                         .audio = audio,
-                         .catalogue = catalogue,
-                         .words = words,
-                         .paths = Paths::Below(folder.path()),
-                         .settings = ProgramSettings(store, QStringLiteral("Kelvo")),
-                         .desk = std::make_shared<NoMonitor>(),
-                         .changes = std::make_shared<LibraryChanges>(
-                             LibraryChanges::Services{.loop = loop,
-                                                      .prompter = typist,
-                                                      .catalogue = catalogue,
-                                                      .paths = Paths::Below(folder.path()),
-                                                      .trash = {}}),
-                         .openTransfer = {},
-                         .tools = {}});
+    DataManager manager(
+        {.loop = loop,
+         .disks = disks,
+         .prompter = typist,
+         .audio = audio,
+         .catalogue = catalogue,
+         .words = words,
+         .paths = Paths::Below(folder.path()),
+         .settings = ProgramSettings(store, QStringLiteral("Kelvo")),
+         .desk = std::make_shared<NoMonitor>(),
+         .changes = std::make_shared<LibraryChanges>(LibraryChanges::Services{
+             .loop = loop, .prompter = typist, .catalogue = catalogue, .paths = Paths::Below(folder.path())}),
+         .openTransfer = {},
+         .tools = {}});
     return Round(loop, manager, typist);
   };
   Figures best = round();

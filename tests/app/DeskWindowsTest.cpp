@@ -9,7 +9,6 @@
 #include "database/windows/UtilityWindow.h"
 #include "datamanager/windows/SearchWindow.h"
 #include "support/Lookup.h"
-#include "ui/KeyList.h"
 #include "ui/ListTable.h"
 
 #include <QLineEdit>
@@ -139,16 +138,6 @@ TEST_F(TheWindowsOfTheDesk, AFileThatIsStagedComesToTheOpenListsAndLeavesThemWhe
   EXPECT_EQ(catalogue_.LastTrack(), 4);
   EXPECT_EQ(moves->rowCount(), 0);
   EXPECT_EQ(waits->rowCount(), 0);
-}
-
-TEST_F(TheWindowsOfTheDesk, NoKeyDoesTwoThings) {
-  std::map<QString, QString> taken;
-  for (const KeyLine& line : KeysOf(*window_)) {
-    const auto [other, fresh] = taken.try_emplace(line.key, line.words);
-    EXPECT_TRUE(fresh) << line.key.toStdString() << ": " << other->second.toStdString() << " and "
-                       << line.words.toStdString();
-  }
-  EXPECT_GT(taken.size(), 60U);
 }
 
 TEST_F(TheWindowsOfTheDesk, TheFunctionKeysOfTheDeskWorkInEveryWindow) {

@@ -15,8 +15,7 @@ namespace {
 class BulkEditTest : public ManagerTest {
  protected:
   [[nodiscard]] LibraryChanges::Services ForChanges() {
-    return {
-        .loop = loop_, .prompter = prompter_, .catalogue = catalogue_, .paths = database_.paths, .trash = {}};
+    return {.loop = loop_, .prompter = prompter_, .catalogue = catalogue_, .paths = database_.paths};
   }
   void Run() {
     ASSERT_TRUE(loop_.RunUntil([this] { return !edit_.Running(); }));

@@ -31,11 +31,8 @@ class WholeManagerTest : public ManagerTest {
         .paths = database_.paths,
         .settings = settings_,
         .desk = std::make_shared<NoMonitor>(),
-        .changes = std::make_shared<LibraryChanges>(LibraryChanges::Services{.loop = loop_,
-                                                                             .prompter = prompter_,
-                                                                             .catalogue = catalogue_,
-                                                                             .paths = database_.paths,
-                                                                             .trash = {}}),
+        .changes = std::make_shared<LibraryChanges>(LibraryChanges::Services{
+            .loop = loop_, .prompter = prompter_, .catalogue = catalogue_, .paths = database_.paths}),
         .openTransfer = [this] { transfers_++; },
         .tools = {}};
     services.tools = [tools](DataManager&) { return tools; };

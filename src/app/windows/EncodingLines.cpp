@@ -110,7 +110,7 @@ std::vector<WindowLine> EncodingDoor::Lines(Console& desk, const WindowHost& hos
     return made;
   };
   WindowLine burner{.id = kBurner,
-                    .words = Text::tr("&Burn A Disc..."),
+                    .words = Text::tr("Burn A Dis&c..."),
                     .key = QStringLiteral("Ctrl+B"),
                     .busyQuestion = Text::tr("A Disc Is Still Being Burnt !\r\nStop That And Quit ?"),
                     .place = QStringLiteral("Burn")};

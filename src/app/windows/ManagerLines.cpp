@@ -116,7 +116,7 @@ std::vector<WindowLine> ManagerLines(Console& desk, const WindowHost& host,
   const auto selection = std::make_shared<SavedSelection>(desk.Tracks());
   WindowLine line{.id = QStringLiteral("DataManager"),
                   .startsGroup = true,
-                  .words = Text::tr("&Data Manager..."),
+                  .words = Text::tr("Data &Manager..."),
                   .key = QStringLiteral("Ctrl+D"),
                   .guard = {.password = true},
                   .busyQuestion = Text::tr("The Data Manager Is Still At Work !\r\nStop That And Quit ?"),

@@ -16,7 +16,7 @@ struct Text {
 
 std::vector<WindowLine> RequestLines(Console& desk, const WindowHost& host) {
   WindowLine line{.id = WindowId::kRequest,
-                  .words = Text::tr("Add As &Request..."),
+                  .words = Text::tr("Add As Re&quest..."),
                   .key = kRequestKey,
                   .onTrack = true,
                   .place = QStringLiteral("Request")};

@@ -32,6 +32,8 @@ namespace {
 /// A listing that is over sooner shows nothing but its tracks: the desk does not flicker.
 constexpr Nanoseconds kListingShows = 100ms;
 
+const QString kRequestWords = QStringLiteral("Add As Request");
+
 }  // namespace
 
 LibraryPanel::LibraryPanel(LibraryBrowser& browser, const Catalogue& catalogue, EventLoop& loop,
@@ -157,7 +159,7 @@ QWidget* LibraryPanel::TracksPart() {
 
   request_ = AddCommand(*this, {.name = QStringLiteral("CmdAddAsRequest"),
                                 .fixedName = QStringLiteral("Command9"),
-                                .words = QStringLiteral("Add As Request"),
+                                .words = kRequestWords,
                                 .tooltip = QStringLiteral("Opens The Request Dialog !"),
                                 // Bound with its entry in the menu.
                                 .keyWords = kRequestKey,
@@ -175,11 +177,11 @@ QWidget* LibraryPanel::TracksPart() {
   title->addWidget(head);
   title->addWidget(summary_, 1);
   title->addWidget(count_);
-  auto* adding = new QHBoxLayout;
-  adding->addWidget(add_, 1);
-  adding->addWidget(selectAll_);
-  commands_ = new QBoxLayout(QBoxLayout::LeftToRight);
-  commands_->addLayout(adding, 1);
+  request_->setAccessibleName(kRequestWords);
+  commands_ = new QHBoxLayout;
+  commands_->setSpacing(4);
+  commands_->addWidget(add_, 1);
+  commands_->addWidget(selectAll_);
   commands_->addWidget(request_);
   auto* layout = new QVBoxLayout(part);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -373,30 +375,25 @@ void LibraryPanel::OpenInfo(const QPoint& spot) {
 
 void LibraryPanel::resizeEvent(QResizeEvent* event) {
   Panel::resizeEvent(event);
-  // On a narrow desk the request has a line of its own.
-  const int beside = commands_->itemAt(0)->minimumSize().width() + request_->minimumSizeHint().width();
-  const bool narrow = width() < beside + fontMetrics().height() * 2;
-  const auto direction = narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
-  if (commands_->direction() != direction) {
-    commands_->setDirection(direction);
-    // The splitter between does not tell its own panel, which must not keep the size of the other form.
-    request_->parentWidget()->layout()->activate();
-    for (QWidget* each = request_->parentWidget(); each != nullptr && each != this;
-         each = each->parentWidget())
-      each->updateGeometry();
-    updateGeometry();
-  }
+  // On a narrow desk the request is its sign alone.
+  const int row = commands_->minimumSize().width() + (request_->text().isEmpty() ? RequestRoom() : 0);
+  const bool narrow = width() < row + fontMetrics().height() * 2;
+  if (request_->text().isEmpty() != narrow) request_->setText(narrow ? QString() : kRequestWords);
   ShowFacts();
+}
+
+int LibraryPanel::RequestRoom() const {
+  return request_->fontMetrics().horizontalAdvance(kRequestWords);
 }
 
 QSize LibraryPanel::minimumSizeHint() const {
   const QSize hint = Panel::minimumSizeHint();
   // That of the narrow form, also while it has the other.
-  if (commands_->direction() != QBoxLayout::LeftToRight) return hint;
+  if (request_->text().isEmpty()) return hint;
   const int names = names_.front()->parentWidget()->minimumSizeHint().width();
-  const int edges = hint.width() - std::max(names, commands_->minimumSize().width());
-  const int adding = commands_->itemAt(0)->minimumSize().width();
-  return {std::max({names, adding, request_->minimumSizeHint().width()}) + edges, hint.height()};
+  const int row = commands_->minimumSize().width();
+  const int edges = hint.width() - std::max(names, row);
+  return {std::max(names, row - RequestRoom()) + edges, hint.height()};
 }
 
 bool LibraryPanel::eventFilter(QObject* watched, QEvent* event) {

@@ -5,7 +5,7 @@
 
 #include <array>
 
-class QBoxLayout;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -52,6 +52,8 @@ class LibraryPanel : public Panel {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  /// That the words of the request take.
+  [[nodiscard]] int RequestRoom() const;
   [[nodiscard]] QWidget* NamesPart();
   [[nodiscard]] QWidget* TracksPart();
   void JoinParts();
@@ -81,7 +83,7 @@ class LibraryPanel : public Panel {
   QPushButton* allAlbums_;
   QPushButton* add_;
   QPushButton* request_;
-  QBoxLayout* commands_ = nullptr;
+  QHBoxLayout* commands_ = nullptr;
   QPushButton* selectAll_;
   QPushButton* import_;
   ListingPanel* listing_;
