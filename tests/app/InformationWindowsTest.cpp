@@ -1,7 +1,10 @@
 // The Info Centre, the profiles and the manual, worked from the joined desk.
 
 #include "app/BesideTheDesk.h"
+#include "app/windows/KeysWindow.h"
 #include "app/windows/WindowLines.h"
+#include "database/windows/ScanWindow.h"
+#include "database/windows/TransferWindow.h"
 #include "datamanager/windows/DataManagerWindow.h"
 #include "help/Manual.h"
 #include "help/windows/HelpWindow.h"
@@ -115,6 +118,7 @@ TEST_F(InformationBesideTheDesk, ATitleIsMadeWrittenIllustratedAndKept) {
   EXPECT_EQ(database_.tree.Read(u"Info Bank/Station/News/Morning.txt"_s), "Good morning\r\n");
 
   Press(u"InfoCentre"_s);
+  Shown<InfoCentreWindow>();
   auto& find = *FindNamed<QLineEdit>(window, u"TxtFindInfo"_s);
   find.setText(u"good"_s);
   loop_.RunFor(1s);
@@ -236,9 +240,7 @@ TEST_F(InformationBesideTheDesk, F1OpensThePageOfTheWindowInFrontAndLinksOpenWin
   auto& page = *FindNamed<ManualView>(help, u"ManualPage"_s);
   Press(u"Import"_s);
   loop_.RunFor(1s);
-  QWidget* import = QApplication::activeWindow();
-  ASSERT_NE(import, &help);
-  QTest::keyClick(import, Qt::Key_F1);
+  QTest::keyClick(&Shown<ScanWindow>(), Qt::Key_F1);
   loop_.RunFor(1s);
   EXPECT_EQ(help.windowTitle(), u"Help: Bring music in"_s);
   EXPECT_TRUE(page.toPlainText().contains(u"utility"_s));
@@ -256,10 +258,10 @@ TEST_F(InformationBesideTheDesk, F1OpensThePageOfTheWindowInFrontAndLinksOpenWin
 
   Q_EMIT page.anchorClicked(QUrl(u"window:Transfer"_s));
   loop_.RunFor(1s);
-  EXPECT_EQ(QApplication::activeWindow()->objectName(), u"Transfer"_s);
+  EXPECT_NE(Opened<TransferWindow>(), nullptr);
   Shown<HelpWindow>();
   Click(help, u"CmdKeys"_s);
-  EXPECT_EQ(QApplication::activeWindow()->objectName(), u"Keys"_s);
+  EXPECT_NE(Opened<KeysWindow>(), nullptr);
 }
 
 TEST_F(InformationBesideTheDesk, TheHelpOfABoxOpensItsTopic) {
