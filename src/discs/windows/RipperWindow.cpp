@@ -14,6 +14,7 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QCompleter>
+#include <QLineEdit>
 #include <QListView>
 #include <QStringListModel>
 #include <QVBoxLayout>
@@ -87,6 +88,7 @@ QComboBox* RipperWindow::AddChoice(const QString& name, const QString& words) {
   combo->setObjectName(name);
   combo->setAccessibleName(words);
   combo->setEditable(true);
+  combo->lineEdit()->setAccessibleName(words);
   combo->setInsertPolicy(QComboBox::NoInsert);
   combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   combo->setMinimumContentsLength(10);
