@@ -376,24 +376,24 @@ void LibraryPanel::OpenInfo(const QPoint& spot) {
 void LibraryPanel::resizeEvent(QResizeEvent* event) {
   Panel::resizeEvent(event);
   // On a narrow desk the request is its sign alone.
-  const int row = commands_->minimumSize().width() + (request_->text().isEmpty() ? RequestRoom() : 0);
-  const bool narrow = width() < row + fontMetrics().height() * 2;
+  const bool narrow = width() < CommandsWidth(true) + fontMetrics().height() * 2;
   if (request_->text().isEmpty() != narrow) request_->setText(narrow ? QString() : kRequestWords);
   ShowFacts();
 }
 
-int LibraryPanel::RequestRoom() const {
-  return request_->fontMetrics().horizontalAdvance(kRequestWords);
+int LibraryPanel::CommandsWidth(bool words) const {
+  const int room = request_->fontMetrics().horizontalAdvance(kRequestWords) - request_->iconSize().width();
+  const int change = (words ? room : 0) - (request_->text().isEmpty() ? 0 : room);
+  return add_->minimumSizeHint().width() + selectAll_->minimumSizeHint().width() +
+         request_->minimumSizeHint().width() + 2 * commands_->spacing() + change;
 }
 
 QSize LibraryPanel::minimumSizeHint() const {
   const QSize hint = Panel::minimumSizeHint();
   // That of the narrow form, also while it has the other.
-  if (request_->text().isEmpty()) return hint;
   const int names = names_.front()->parentWidget()->minimumSizeHint().width();
-  const int row = commands_->minimumSize().width();
-  const int edges = hint.width() - std::max(names, row);
-  return {std::max(names, row - RequestRoom()) + edges, hint.height()};
+  const int edges = hint.width() - std::max(names, commands_->minimumSize().width());
+  return {std::max(names, CommandsWidth(false)) + edges, hint.height()};
 }
 
 bool LibraryPanel::eventFilter(QObject* watched, QEvent* event) {

@@ -52,8 +52,8 @@ class LibraryPanel : public Panel {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  /// That the words of the request take.
-  [[nodiscard]] int RequestRoom() const;
+  /// The least width of the commands below the tracks, with the words of the request or with its sign alone.
+  [[nodiscard]] int CommandsWidth(bool words) const;
   [[nodiscard]] QWidget* NamesPart();
   [[nodiscard]] QWidget* TracksPart();
   void JoinParts();

@@ -210,23 +210,20 @@ NameColumn::NameColumn(LibraryBrowser& browser, Stage stage, QWidget* parent)
                                 .run = [this] { browser_.ShowProfile(stage_); }});
   profile_->setAccessibleName(words.profileTip);
   const int side = fontMetrics().height() + 4;
-  profile_->setFixedSize(side + 4, side);
+  profile_->setFixedWidth(side + 4);
   profile_->setIconSize({side * 2 / 3, side * 2 / 3});
 
   auto* head = new QHBoxLayout;
   head->setSpacing(4);
   head->addWidget(words_, 1);
+  head->addWidget(profile_);
   head->addWidget(letters_);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(3);
   layout->addLayout(head);
   layout->addWidget(list_, 1);
-  auto* foot = new QHBoxLayout;
-  foot->setSpacing(4);
-  foot->addWidget(chosen_, 1);
-  foot->addWidget(profile_);
-  layout->addLayout(foot);
+  layout->addWidget(chosen_);
 
   connect(letters_, &LetterBox::Chosen, this, &NameColumn::Jump);
   connect(&browser, &LibraryBrowser::ChoiceChanged, this, [this] { ShowChoice(); });
@@ -238,7 +235,7 @@ void NameColumn::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   // In a narrow column the words take two small lines beside the letters.
   const QFont roomy = Theme::Font(0.8, QFont::Bold);
-  const int room = width() - letters_->width() - 4;
+  const int room = width() - letters_->width() - profile_->width() - 8;
   const bool oneLine = QFontMetrics(roomy).horizontalAdvance(words_->text()) <= room;
   words_->setFont(oneLine ? roomy : Theme::Font(0.64, QFont::Bold));
 }
